@@ -1,0 +1,26 @@
+# What every target of the tree is compiled with.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+
+add_compile_options(-Wall -Wextra)
+add_compile_definitions(QT_NO_KEYWORDS)
+
+if(NODEBROWSER_WERROR)
+    add_compile_options(-Werror)
+endif()
+
+if(NODEBROWSER_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+find_program(NODEBROWSER_CCACHE ccache)
+if(NODEBROWSER_CCACHE AND PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${NODEBROWSER_CCACHE})
+endif()

@@ -1,0 +1,169 @@
+#ifndef NODEBROWSER_HOSTAPI_FRAMEWORK_H
+#define NODEBROWSER_HOSTAPI_FRAMEWORK_H
+
+// The host's application framework: the system object with its named services, commands, and
+// slots whose connections are tracked. Declarations only; the host's library defines them.
+// Everything runs on the GUI thread.
+
+#include <string>
+#include <vector>
+
+namespace tarno {
+namespace datamodel {
+class ItemLibraryAccessor;
+}
+}
+
+namespace wek {
+
+/// Root of everything the system object can hand out. The panel narrows it with dynamic_cast.
+class IBase
+{
+public:
+    virtual ~IBase();
+};
+
+namespace fwk {
+
+/// The system object: services by name. It does not own the services.
+class ISystem
+{
+public:
+    virtual ~ISystem();
+
+    /// The service registered under the name, or null. A missing service is never an error.
+    /// The panel asks at each use and keeps nothing. Names it asks for:
+    /// "RevisionControlUIHelper", "RevisionControlPropertiesMgr", "QormDBProxy".
+    virtual IBase* GetService(char const* name) = 0;
+};
+
+/// One change of the library, reference-counted intrusively.
+class ICommand
+{
+public:
+    virtual void AddRef() = 0;
+    virtual void Release() = 0;
+
+    /// Makes the change; called once when the command is run and again at each redo.
+    virtual void Do() = 0;
+    /// Takes the change back.
+    virtual void Undo() = 0;
+    /// What the change is called in an undo menu; valid as long as the command.
+    virtual char const* GetText() const = 0;
+
+protected:
+    virtual ~ICommand();
+};
+
+/// Owning, reference-counted pointer. The host's library instantiates it for ICommand.
+template <class T>
+class RefCountedAutoPtr
+{
+public:
+    RefCountedAutoPtr();
+    /// Takes a share of its own; the caller keeps his.
+    explicit RefCountedAutoPtr(T* object);
+    RefCountedAutoPtr(RefCountedAutoPtr const& other);
+    RefCountedAutoPtr& operator=(RefCountedAutoPtr const& other);
+    ~RefCountedAutoPtr();
+
+    /// Null when empty.
+    T* Get() const;
+    T* operator->() const;
+
+private:
+    T* m_Object;
+};
+
+/// Runs commands and remembers them for undo. The panel passes it through to the data model's
+/// modifiers and never calls it; a null manager means that changes are made unrecorded.
+class ICommandManager
+{
+public:
+    virtual ~ICommandManager();
+
+    /// Runs the command and keeps it.
+    virtual void Execute(RefCountedAutoPtr<ICommand> const& command) = 0;
+};
+
+/// Listener for changes of the database proxy.
+class IQormDBProxy_Signal
+{
+public:
+    /// The proxy shows another item library from now on.
+    virtual void OnItemLibraryChange() = 0;
+
+protected:
+    ~IQormDBProxy_Signal();
+};
+
+/// The service "QormDBProxy": what the application works on at the moment.
+class IQormDBProxy : public IBase
+{
+public:
+    /// The current item library; an invalid accessor when none is open.
+    virtual tarno::datamodel::ItemLibraryAccessor GetItemLibrary() = 0;
+
+    /// Listeners are not owned and must be removed before they die.
+    virtual void AddListener(IQormDBProxy_Signal* listener) = 0;
+    virtual void RemoveListener(IQormDBProxy_Signal* listener) = 0;
+};
+
+} // namespace fwk
+} // namespace wek
+
+/// The system object of the process; never null.
+wek::fwk::ISystem* wekGetSystem();
+
+class KvTrackedSlot;
+
+/// The sending end of a tracked connection.
+class IKvTrackedSignal
+{
+public:
+    /// Forget the connection: its entry is going away. Must not call back into the entry.
+    virtual void Disconnect(KvTrackedSlot* entry) = 0;
+
+protected:
+    ~IKvTrackedSignal();
+};
+
+/// One connection of a slot. Either end may go first: the destructor tells the sender, and a
+/// sender that goes calls Reset() on the entries it still has.
+class KvTrackedSlot
+{
+public:
+    KvTrackedSlot();
+    ~KvTrackedSlot();
+
+    /// Called by the sender when it accepts the connection.
+    void Connect(IKvTrackedSignal* signal);
+    /// Called by the sender when it goes away first; nothing is told to it any more.
+    void Reset();
+    bool IsConnected() const;
+
+private:
+    KvTrackedSlot(KvTrackedSlot const&);
+    KvTrackedSlot& operator=(KvTrackedSlot const&);
+
+    IKvTrackedSignal* m_Signal;
+};
+
+/// The live connections of one slot; destroying the list disconnects and frees each of them.
+class KvTrackedSlotList
+{
+public:
+    KvTrackedSlotList();
+    ~KvTrackedSlotList();
+
+    /// A new, unconnected entry, owned by the list.
+    KvTrackedSlot* Add();
+
+private:
+    KvTrackedSlotList(KvTrackedSlotList const&);
+    KvTrackedSlotList& operator=(KvTrackedSlotList const&);
+
+    std::vector<KvTrackedSlot*> m_Entries;
+};
+
+#endif

@@ -1,0 +1,104 @@
+#include "itemtagsregistry.h"
+
+#include "stringutils.h"
+
+using tarno::datamodel::ItemID;
+using tarno::datamodel::ItemLibraryAccessor;
+
+ItemTagsRegistry::ItemTagsRegistry() {}
+
+ItemTagsRegistry::~ItemTagsRegistry() {}
+
+void ItemTagsRegistry::SetItemLibrary(ItemLibraryAccessor const& library)
+{
+    m_ItemLibrary = library;
+}
+
+void ItemTagsRegistry::AddItem(ItemID const& id, char const* category)
+{
+    if (!category)
+        return;
+    std::string const text = m_ItemLibrary.GetItemTags(id, category);
+    if (text.empty())
+        return;
+
+    std::set<std::string> tags;
+    SplitString(text, ";", tags);
+    // Tags that the item had before keep listing it: callers remove an item first.
+    std::set<std::string> const& stored = m_ItemToTags[id] = std::move(tags);
+    for (std::string const& tag : stored)
+        m_TagToItems[tag].insert(id);
+}
+
+void ItemTagsRegistry::AddItemTag(ItemID const& id, char const* tag)
+{
+    std::string const text = tag;
+    if (text.empty())
+        return;
+    m_ItemToTags[id].insert(text);
+    m_TagToItems[text].insert(id);
+}
+
+void ItemTagsRegistry::RemoveItemTag(ItemID const& id, char const* tag)
+{
+    std::string const text = tag;
+    auto const item = m_ItemToTags.find(id);
+    if (item != m_ItemToTags.end()) {
+        item->second.erase(text);
+        if (item->second.empty())
+            m_ItemToTags.erase(item);
+    }
+    WithdrawFromTag(id, text);
+}
+
+void ItemTagsRegistry::RemoveItem(ItemID const& id)
+{
+    auto const item = m_ItemToTags.find(id);
+    if (item == m_ItemToTags.end())
+        return;
+    // A copy: the identifier given may live in one of the sets that it leaves.
+    ItemID const key = id;
+    for (std::string const& tag : item->second)
+        WithdrawFromTag(key, tag);
+    m_ItemToTags.erase(item);
+}
+
+void ItemTagsRegistry::WithdrawFromTag(ItemID const& id, std::string const& tag)
+{
+    auto const items = m_TagToItems.find(tag);
+    if (items == m_TagToItems.end())
+        return;
+    items->second.erase(id);
+    if (items->second.empty())
+        m_TagToItems.erase(items);
+}
+
+bool ItemTagsRegistry::HasItem(ItemID const& id) const
+{
+    return m_ItemToTags.find(id) != m_ItemToTags.end();
+}
+
+bool ItemTagsRegistry::HasItemTag(ItemID const& id, char const* tag) const
+{
+    return GetTagItems(tag).count(id) != 0;
+}
+
+std::set<std::string> const& ItemTagsRegistry::GetItemTags(ItemID const& id) const
+{
+    static std::set<std::string> const noTags;
+    auto const item = m_ItemToTags.find(id);
+    return item == m_ItemToTags.end() ? noTags : item->second;
+}
+
+std::set<ItemID> const& ItemTagsRegistry::GetTagItems(char const* tag) const
+{
+    static std::set<ItemID> const noItems;
+    auto const items = m_TagToItems.find(tag);
+    return items == m_TagToItems.end() ? noItems : items->second;
+}
+
+void ItemTagsRegistry::Clear()
+{
+    m_ItemToTags.clear();
+    m_TagToItems.clear();
+}

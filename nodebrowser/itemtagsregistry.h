@@ -1,0 +1,48 @@
+#ifndef NODEBROWSER_ITEMTAGSREGISTRY_H
+#define NODEBROWSER_ITEMTAGSREGISTRY_H
+
+#include "hostapi/datamodel.h"
+
+#include <map>
+#include <set>
+#include <string>
+
+/// Two-way index between library items and their tags. An item carries a tag exactly when the
+/// tag lists the item, as long as an item is removed before it is added again.
+class ItemTagsRegistry
+{
+public:
+    ItemTagsRegistry();
+    ~ItemTagsRegistry();
+
+    /// The library that AddItem reads from; the index itself is left as it is.
+    void SetItemLibrary(tarno::datamodel::ItemLibraryAccessor const& library);
+
+    /// Registers the item with the tag string that the library stores under the category. Does
+    /// nothing for a null category or an empty string. An item that is registered already gets
+    /// the new set, but stays listed under tags that it no longer has.
+    void AddItem(tarno::datamodel::ItemID const& id, char const* category);
+    /// Adds one tag; an empty one is ignored.
+    void AddItemTag(tarno::datamodel::ItemID const& id, char const* tag);
+    void RemoveItemTag(tarno::datamodel::ItemID const& id, char const* tag);
+    void RemoveItem(tarno::datamodel::ItemID const& id);
+
+    bool HasItem(tarno::datamodel::ItemID const& id) const;
+    bool HasItemTag(tarno::datamodel::ItemID const& id, char const* tag) const;
+    /// Valid until the registry changes; an empty set for an item that is not registered.
+    std::set<std::string> const& GetItemTags(tarno::datamodel::ItemID const& id) const;
+    /// Valid until the registry changes; an empty set for a tag that no item carries.
+    std::set<tarno::datamodel::ItemID> const& GetTagItems(char const* tag) const;
+
+    /// Forgets all items and tags, and keeps the library.
+    void Clear();
+
+private:
+    void WithdrawFromTag(tarno::datamodel::ItemID const& id, std::string const& tag);
+
+    tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
+    std::map<tarno::datamodel::ItemID, std::set<std::string> > m_ItemToTags;
+    std::map<std::string, std::set<tarno::datamodel::ItemID> > m_TagToItems;
+};
+
+#endif

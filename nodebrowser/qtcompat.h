@@ -1,0 +1,137 @@
+#ifndef NODEBROWSER_QTCOMPAT_H
+#define NODEBROWSER_QTCOMPAT_H
+
+// The only place that knows which generation of the toolkit this is.
+
+#include <QApplication>
+#include <QByteArray>
+#include <QFile>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPixmap>
+#include <QSize>
+#include <QString>
+#include <QWheelEvent>
+
+#if QT_VERSION >= 0x060000
+#include <QRegularExpression>
+#include <QRegularExpressionValidator>
+#else
+#include <QRegExp>
+#include <QRegExpValidator>
+#endif
+
+namespace qtcompat {
+
+/// 8-bit form: the codec set for C strings where the toolkit still has one, otherwise Latin-1
+/// with a question mark for what does not fit.
+inline QByteArray ToAscii(QString const& text)
+{
+#if QT_VERSION >= 0x050000
+    return text.toLatin1();
+#else
+    return text.toAscii();
+#endif
+}
+
+/// The reverse; `text` is zero-terminated.
+inline QString FromAscii(char const* text)
+{
+#if QT_VERSION >= 0x050000
+    return QString::fromLatin1(text);
+#else
+    return QString::fromAscii(text);
+#endif
+}
+
+/// The pixmap of a resource, or its "@2x" variant where there is one and a screen needs it.
+inline QPixmap LoadPixmap(QString const& resource)
+{
+#if QT_VERSION >= 0x050000
+    if (qApp->devicePixelRatio() > 1.0) {
+        QString sharp = resource;
+        sharp.insert(sharp.lastIndexOf(QLatin1Char('.')), QLatin1String("@2x"));
+        if (QFile::exists(sharp))
+            return QPixmap(sharp);
+    }
+#endif
+    return QPixmap(resource);
+}
+
+/// Width and height of a pixmap in device-independent pixels.
+inline QSize LogicalSize(QPixmap const& pixmap)
+{
+#if QT_VERSION >= 0x050000
+    return pixmap.size() / pixmap.devicePixelRatio();
+#else
+    return pixmap.size();
+#endif
+}
+
+/// A transparent pixmap of a size in device-independent pixels, as sharp as the model.
+inline QPixmap TransparentPixmap(QSize const& logicalSize, QPixmap const& model)
+{
+#if QT_VERSION >= 0x050000
+    QPixmap pixmap(logicalSize * model.devicePixelRatio());
+    pixmap.setDevicePixelRatio(model.devicePixelRatio());
+#else
+    (void)model;
+    QPixmap pixmap(logicalSize);
+#endif
+    pixmap.fill(Qt::transparent);
+    return pixmap;
+}
+
+inline QPoint GlobalPosition(QMouseEvent const* event)
+{
+#if QT_VERSION >= 0x060000
+    return event->globalPosition().toPoint();
+#else
+    return event->globalPos();
+#endif
+}
+
+inline QPoint Position(QMouseEvent const* event)
+{
+#if QT_VERSION >= 0x060000
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+inline QPoint Position(QWheelEvent const* event)
+{
+#if QT_VERSION >= 0x050e00
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+/// The one delta that a wheel event used to have: the vertical one, or the horizontal one when
+/// the vertical is 0.
+inline int WheelDelta(QWheelEvent const* event)
+{
+#if QT_VERSION >= 0x050000
+    QPoint const delta = event->angleDelta();
+    return delta.y() != 0 ? delta.y() : delta.x();
+#else
+    return event->delta();
+#endif
+}
+
+/// Lets the user type only text of the case-sensitive expression; the field owns the validator.
+inline void SetValidatorExpression(QLineEdit* field, QString const& expression)
+{
+#if QT_VERSION >= 0x060000
+    field->setValidator(new QRegularExpressionValidator(
+        QRegularExpression(expression, QRegularExpression::UseUnicodePropertiesOption), field));
+#else
+    field->setValidator(new QRegExpValidator(QRegExp(expression), field));
+#endif
+}
+
+} // namespace qtcompat
+
+#endif

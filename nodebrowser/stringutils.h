@@ -1,0 +1,21 @@
+#ifndef NODEBROWSER_STRINGUTILS_H
+#define NODEBROWSER_STRINGUTILS_H
+
+#include <set>
+#include <string>
+
+class QString;
+
+/// Adds the words of the text, cut at white space, to the set. What is in the set stays.
+/// White space is what the default std::locale says at the time of the call.
+void SplitString(std::string const& text, std::set<std::string>& words);
+
+/// Adds the pieces of the text, cut at any of the delimiter characters and trimmed of white
+/// space, to the set; empty pieces are dropped. Tag strings use ";".
+void SplitString(std::string const& text, std::string const& delimiters,
+                 std::set<std::string>& words);
+
+/// The 8-bit form of the text, up to its first zero.
+std::string QStringToStdString(QString const& text);
+
+#endif
