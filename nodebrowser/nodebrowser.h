@@ -11,12 +11,17 @@
 
 #include <QPixmap>
 #include <QPoint>
+#include <QSize>
 #include <QString>
 #include <QWidget>
 
 #include <list>
+#include <set>
+#include <string>
 #include <vector>
 
+class QAction;
+class QHelpEvent;
 class QLineEdit;
 class QMenu;
 class QPushButton;
@@ -125,6 +130,14 @@ protected Q_SLOTS:
     virtual void OnDatasourceChange();
 
 protected:
+    /// What GetItemIndexAt answers where there is no row.
+    static unsigned long const kNoRow = 0xFFFFFFFFUL;
+    /// Pitch of the rows, in pixels.
+    static int const kRowHeight = 24;
+    static QSize const kClearButtonSize;
+    /// The category under which the library stores the tags that users edit.
+    static char const kAppTagsCategory[];
+
     /// Selects the row and runs its context menu at the global position.
     virtual void PopContexMenu(QPoint const& globalPos, unsigned long index);
 
@@ -176,25 +189,53 @@ protected:
     eConfigType m_BrowserConfig;
 
 private:
-    Item const* ItemAtRow(unsigned long row) const;
-
-    void CreateSearchField();
+    void CreateChildren();
     void CreateTabs();
     void ConnectChildren();
     void ConnectRevisionControl();
-    void Detach();
+    void Unregister();
 
     void CollectItems(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests);
+    void AddItem(tarno::datamodel::ItemAccessor& accessor);
     void RequestState(Item& item, qorm::IRevisionControlUIHelper* helper,
                       std::list<qorm::QormHandle<qorm::IDbObject> >& stateRequests);
     std::vector<std::string> FetchNames() const;
     void SortItems(std::vector<std::string>& names);
     void IndexItems(std::vector<std::string> const& names);
+    /// The item of a row, null for a row that does not exist or whose item is gone since a
+    /// rebuild broke off.
+    Item const* ItemAtRow(unsigned long row) const;
+    ItemPositions const& Positions();
+
+    std::set<std::string> GetSearchWords() const;
+    std::vector<unsigned long> MatchItems() const;
+
+    void ShowRowToolTip(QHelpEvent* event);
+    /// False when the wheel is not over the rows.
+    bool ScrollByWheel(QWheelEvent* event);
+
+    QAction* AddMenuEntry(QMenu* menu, QString const& text, char const* slot);
+    void FillContextMenu(QMenu& menu, tarno::datamodel::ItemID const& id);
+    bool CanModifyCompound(tarno::datamodel::ItemID const& id) const;
+    void AddSourceMenu(QMenu& menu, qorm::QormHandle<qorm::IDbObject> const& compound);
+    void AddSourceEntry(QMenu* menu, qorm::QormHandle<qorm::IDbObject> const& compound,
+                        qorm::QormHandle<qorm::IDbObject> const& object);
+
+    struct SNewItem;
+    bool AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
+                       SNewItem& item);
+    bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
+    qorm::QormHandle<qorm::IDbObject>
+    FindSelectedObject(qorm::IRevisionControlUIHelper* helper) const;
+
     void MarkItemListDirty();
+    void IndexTags(tarno::datamodel::ItemID const& id);
 
     void ConsumeDirtyFlags();
+    void RebuildItemList();
     void PaintRows(QPainter& painter);
     void PaintRow(QPainter& painter, unsigned long row, int top);
+    void PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect);
 
     ItemIcons m_ItemIcons;
     ItemPositions m_ItemPositions;
@@ -232,7 +273,8 @@ public:
     tarno::datamodel::ItemID m_ExtraID;
 
 private:
-    void ReadSourceFlags(char const* uid);
+    void ReadSourceFlags(tarno::datamodel::ItemID const& id);
+    void ReadTypeAssetFlags(qorm::QormHandle<qorm::IDbObject> const& object);
     void ChooseIcon(char const* type, int scState);
 };
 

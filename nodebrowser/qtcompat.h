@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QSize>
@@ -118,6 +119,16 @@ inline int WheelDelta(QWheelEvent const* event)
     return delta.y() != 0 ? delta.y() : delta.x();
 #else
     return event->delta();
+#endif
+}
+
+/// Shows the tool tips of the menu's actions; the oldest generation never does.
+inline void ShowActionToolTips(QMenu* menu)
+{
+#if QT_VERSION >= 0x050100
+    menu->setToolTipsVisible(true);
+#else
+    (void)menu;
 #endif
 }
 

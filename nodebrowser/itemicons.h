@@ -1,0 +1,42 @@
+#ifndef NODEBROWSER_ITEMICONS_H
+#define NODEBROWSER_ITEMICONS_H
+
+#include <QPixmap>
+#include <QString>
+
+#include <map>
+#include <tuple>
+
+/// The pixmaps of one item list: each resource is loaded once and each composite made once, and
+/// all rows that look the same share them.
+class ItemIcons
+{
+public:
+    /// What a display icon shows besides its base.
+    struct SMarks
+    {
+        /// Drawn with the factory badge over a margin of 7 pixels at the left.
+        bool isFactory;
+        /// A factory item without state overlay.
+        bool isReadOnlySource;
+        int scState;
+        /// States are shown at all.
+        bool isStateShown;
+    };
+
+    void Clear();
+    /// Null when there is no such resource.
+    QPixmap GetResource(QString const& name);
+    QPixmap GetDisplayIcon(QPixmap const& base, SMarks const& marks);
+
+private:
+    typedef std::tuple<qint64, bool, bool, int, bool> Key;
+
+    QPixmap Compose(QPixmap const& base, SMarks const& marks);
+    QPixmap AddBadge(QPixmap const& base);
+
+    std::map<QString, QPixmap> m_Resources;
+    std::map<Key, QPixmap> m_DisplayIcons;
+};
+
+#endif

@@ -1,0 +1,144 @@
+#include "nodebrowser.h"
+
+#include "qtcompat.h"
+#include "revisioncontrol.h"
+
+#include <QApplication>
+#include <QDataStream>
+#include <QDrag>
+#include <QHelpEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QScrollBar>
+#include <QToolTip>
+#include <QWheelEvent>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// How far one wheel event scrolls, however far the wheel was turned: three rows, in pixels.
+int const kWheelStep = 72;
+
+/// What a drop target reads: one QString, the item's serialised identifier, in the stream's
+/// default format.
+QByteArray EncodeDragPayload(ItemID const& id)
+{
+    QByteArray payload;
+    QDataStream stream(&payload, QIODevice::WriteOnly);
+    stream << qtcompat::FromAscii(id.Serialize().c_str());
+    return payload;
+}
+
+} // namespace
+
+void CNodeBrowser::mousePressEvent(QMouseEvent* event)
+{
+    unsigned long const row = GetItemIndexAt(qtcompat::Position(event));
+    m_SelectedIndex = kNoRow;
+    // A press beside the rows deselects without a repaint or a signal: the highlight stays on
+    // screen until the next paint.
+    if (row >= m_VisibleItems.size())
+        return;
+
+    if (event->button() == Qt::LeftButton) {
+        m_SelectedIndex = row;
+        m_PressPos = qtcompat::Position(event);
+        repaint();
+        Q_EMIT SelectionChanged();
+    } else if (event->button() == Qt::RightButton && m_BrowserConfig != eConfigTypes) {
+        m_SelectedIndex = row;
+        QPointer<CNodeBrowser> const self(this);
+        PopContexMenu(qtcompat::GlobalPosition(event), row);
+        if (self)
+            Q_EMIT SelectionChanged();
+    }
+}
+
+void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
+{
+    Item const* const item = ItemAtRow(m_SelectedIndex);
+    if (!item || !(event->buttons() & Qt::LeftButton))
+        return;
+    QPoint const distance = qtcompat::Position(event) - m_PressPos;
+    if (distance.manhattanLength() < QApplication::startDragDistance())
+        return;
+
+    QMimeData* const data = new QMimeData;
+    data->setData(QLatin1String("tarno/toc.key"), EncodeDragPayload(item->GetItemID()));
+    QDrag* const drag = new QDrag(this);
+    drag->setMimeData(data);
+    // Runs an event loop: neither the item nor the browser need be there afterwards.
+    drag->exec(Qt::CopyAction);
+}
+
+void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    Item const* const item = ItemAtRow(GetItemIndexAt(qtcompat::Position(event)));
+    if (!item)
+        return;
+    ItemID const id = item->GetItemID();
+    if (id.GetType() != TarnoType::gCompound)
+        return;
+    CompoundAccessor compound;
+    compound.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
+    Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
+}
+
+bool CNodeBrowser::event(QEvent* event)
+{
+    if (event->type() == QEvent::ToolTip) {
+        ShowRowToolTip(static_cast<QHelpEvent*>(event));
+        return true;
+    }
+    if (event->type() == QEvent::Wheel && ScrollByWheel(static_cast<QWheelEvent*>(event)))
+        return true;
+    return QWidget::event(event);
+}
+
+void CNodeBrowser::ShowRowToolTip(QHelpEvent* event)
+{
+    Item const* const item = ItemAtRow(GetItemIndexAt(event->pos()));
+    ItemID const id = item ? item->GetItemID() : ItemID();
+    if (!item || id.GetType() != TarnoType::gCompound) {
+        QToolTip::showText(QPoint(0, 0), QString());
+        event->ignore();
+        return;
+    }
+    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(FindRevisionControlHelper(), id);
+    if (object.IsValid())
+        QToolTip::showText(event->globalPos(),
+                           ScsUtils::GetToolTip(object, QLatin1String(":compound.png")));
+}
+
+bool CNodeBrowser::ScrollByWheel(QWheelEvent* event)
+{
+    QRect const rowArea(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1));
+    if (!rowArea.contains(qtcompat::Position(event)))
+        return false;
+    // A hidden scroll bar keeps its range, so that rows which all fit still scroll by it. A delta
+    // of 0 counts as down.
+    int const step = qtcompat::WheelDelta(event) > 0 ? -kWheelStep : kWheelStep;
+    m_ScrollBar->setValue(m_ScrollOffset + step);
+    event->accept();
+    return true;
+}
+
+ItemID CNodeBrowser::GetSelection()
+{
+    Item const* const item = ItemAtRow(m_SelectedIndex);
+    return item ? item->GetItemID() : ItemID();
+}
+
+bool CNodeBrowser::IsSelectionType()
+{
+    if (!m_ItemLibrary.IsValid())
+        return false;
+    ItemID const id = GetSelection();
+    if (!id.IsValid())
+        return false;
+    TypeDescriptorAccessor descriptor;
+    descriptor.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
+    return descriptor.IsValid();
+}

@@ -1,0 +1,153 @@
+#include "nodebrowser.h"
+
+#include "qtcompat.h"
+
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTabBar>
+
+#include <algorithm>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+// All in pixels.
+int const kSearchFieldHeight = 20;
+int const kTabBarTop = 20;
+int const kScrollBarWidth = 20;
+int const kTextLeft = 35;
+/// An icon with a badge strip starts further left by the width of the strip, so that the icons
+/// proper of all rows stand in one column.
+int const kBadgedIconLeft = 2;
+int const kIconLeft = 9;
+int const kIconHeight = 20;
+
+} // namespace
+
+void CNodeBrowser::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    int const searchFieldWidth = width() - kClearButtonSize.width();
+    m_SearchEdit->move(0, 0);
+    m_SearchEdit->resize(searchFieldWidth, kSearchFieldHeight);
+    m_ClearButton->move(searchFieldWidth, 0);
+    m_ClearButton->resize(kClearButtonSize);
+    if (m_TabBar)
+        m_TabBar->move(0, kTabBarTop);
+    m_ScrollBar->move(width() - kScrollBarWidth, m_HeaderHeight);
+    m_ScrollBar->resize(kScrollBarWidth, height() - m_HeaderHeight);
+    UpdateScrollbar();
+}
+
+void CNodeBrowser::UpdateScrollbar()
+{
+    int const rowAreaHeight = height() - m_HeaderHeight;
+    if (rowAreaHeight >= m_ContentHeight) {
+        m_ScrollBar->setValue(0);
+        m_ScrollBar->hide();
+        return;
+    }
+    m_ScrollBar->setPageStep(rowAreaHeight);
+    m_ScrollBar->setMinimum(0);
+    m_ScrollBar->setMaximum(m_ContentHeight - rowAreaHeight);
+    m_ScrollBar->show();
+}
+
+void CNodeBrowser::SliderValueChanged(int /*value*/)
+{
+    m_ScrollOffset = m_ScrollBar->value();
+    update();
+}
+
+unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
+{
+    if (point.x() > width() - 1)
+        return kNoRow;
+    // The pixel row at the header's height still counts as header.
+    if (point.y() <= m_HeaderHeight)
+        return kNoRow;
+    int const row = (m_ScrollOffset - m_HeaderHeight + point.y()) / kRowHeight;
+    return static_cast<unsigned long>(static_cast<long>(row));
+}
+
+void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
+{
+    ConsumeDirtyFlags();
+
+    QPainter painter(this);
+    Qt::BGMode const backgroundMode = painter.backgroundMode();
+    painter.setBackgroundMode(Qt::TransparentMode);
+    painter.setClipRect(QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1)));
+    PaintRows(painter);
+    painter.setBackgroundMode(backgroundMode);
+}
+
+void CNodeBrowser::ConsumeDirtyFlags()
+{
+    if (m_ItemListDirty || m_ScStatesStale) {
+        m_ItemListDirty = false;
+        RebuildItemList();
+    }
+    if (m_VisibleListDirty)
+        UpdateVisibleItems();
+}
+
+void CNodeBrowser::RebuildItemList()
+{
+    if (!m_ScStatesStale) {
+        BuildAllItemList(nullptr);
+        return;
+    }
+    m_ScStatesStale = false;
+    std::list<qorm::QormHandle<qorm::IDbObject> > stateRequests;
+    BuildAllItemList(&stateRequests);
+    m_ScsTask->RequestObjectStates(stateRequests);
+}
+
+void CNodeBrowser::PaintRows(QPainter& painter)
+{
+    // Only the rows of which something lies between the header and the lower edge.
+    int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
+    int const rowCount = static_cast<int>(m_VisibleItems.size());
+    for (int row = firstRow; row < rowCount; ++row) {
+        int const top = m_HeaderHeight - m_ScrollOffset + row * kRowHeight;
+        if (top > height() - 1)
+            return;
+        PaintRow(painter, static_cast<unsigned long>(row), top);
+    }
+}
+
+void CNodeBrowser::PaintRow(QPainter& painter, unsigned long row, int top)
+{
+    Item const* const item = ItemAtRow(row);
+    if (!item)
+        return;
+    // Corner points, so each rectangle is a pixel higher than the pitch and overlaps the next row.
+    QRect const rowRect(QPoint(0, top), QPoint(width(), top + kRowHeight));
+    QRect const textRect(QPoint(kTextLeft, top), QPoint(width(), top + kRowHeight));
+    ItemID const id = item->GetItemID();
+    std::string name = m_ItemLibrary.GetItemName(id, true, nullptr);
+
+    // The highlight is the style's own, whatever palette the widget has.
+    if (row == m_SelectedIndex)
+        painter.fillRect(rowRect,
+                         style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
+    PaintIcon(painter, *item, rowRect);
+    if (m_ItemLibrary.ItemIsModified(id))
+        name += '*';
+    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
+                     qtcompat::FromAscii(name.c_str()));
+}
+
+void CNodeBrowser::PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect)
+{
+    if (item.m_DisplayIcon.isNull())
+        return;
+    bool const hasBadge = item.m_IsFactory || (m_SourceControlEnabled && item.m_HasScState);
+    painter.drawPixmap(hasBadge ? kBadgedIconLeft : kIconLeft,
+                       rowRect.top() + (rowRect.height() - kIconHeight) / 2, item.m_DisplayIcon);
+}

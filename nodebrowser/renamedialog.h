@@ -1,0 +1,42 @@
+#ifndef NODEBROWSER_RENAMEDIALOG_H
+#define NODEBROWSER_RENAMEDIALOG_H
+
+#include "hostapi/datamodel.h"
+
+#include <QDialog>
+#include <QString>
+
+class QDialogButtonBox;
+class QLineEdit;
+
+/// Asks for a new name of a compound and refuses, while it is typed, an empty one and one that
+/// the library uses elsewhere. Changes nothing in the library.
+class CRenameCompoundDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    CRenameCompoundDialog(tarno::datamodel::ItemLibraryAccessor const& library,
+                          tarno::datamodel::CompoundAccessor const& compound);
+
+    /// Fills the name field and selects its text. What the typed name is compared with stays
+    /// the library's name of the compound.
+    void SetOldName(QString const& name);
+    /// The text of the name field, as it stands.
+    QString GetNewName() const;
+
+protected Q_SLOTS:
+    void OnNameChanged(const QString& newText);
+
+private:
+    void CreateWidgets();
+    void ShowBadName(QString const& reason);
+    void ShowGoodName();
+
+    tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
+    QLineEdit* m_NameEdit;
+    QDialogButtonBox* m_ButtonBox;
+    QString m_CurrentName;
+};
+
+#endif

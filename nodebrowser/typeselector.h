@@ -1,0 +1,37 @@
+#ifndef NODEBROWSER_TYPESELECTOR_H
+#define NODEBROWSER_TYPESELECTOR_H
+
+#include "hostapi/datamodel.h"
+
+#include <QDialog>
+
+class CNodeBrowser;
+
+/// Lets the user pick one type of the application's current item library. The first selection
+/// closes the dialog; there is no OK button.
+class CTypeSelector : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit CTypeSelector(QWidget* parent);
+
+    QSize sizeHint() const override;
+
+    /// The type chosen, once exec() has returned QDialog::Accepted; null before.
+    tarno::datamodel::ItemID GetSelectedType() const;
+
+public Q_SLOTS:
+    /// An acceptance without a usable type ends as a rejection.
+    void done(int r) override;
+    void SelectionChanged();
+
+private:
+    void CreateWidgets();
+    void AttachLibrary();
+
+    CNodeBrowser* m_NodeBrowser;
+    tarno::datamodel::ItemID m_SelectedType;
+};
+
+#endif
