@@ -1,6 +1,7 @@
 #include "nodebrowser.h"
 
 #include "hostservices.h"
+#include "qtcompat.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -39,6 +40,7 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     , m_ContentHeight(0)
     , m_ScrollOffset(0)
     , m_BrowserConfig(config)
+    , m_IsDragging(false)
 {
     CreateChildren();
     ConnectChildren();
@@ -50,6 +52,9 @@ CNodeBrowser::~CNodeBrowser()
 {
     // First of all, so that no notification reaches a browser that is half gone.
     Unregister();
+    // The drag belongs to the browser and would go in the middle of its event loop.
+    if (m_IsDragging)
+        qtcompat::CancelDrag();
     delete m_ScrollBar;
     delete m_TabBar;
     delete m_SearchEdit;

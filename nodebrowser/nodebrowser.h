@@ -237,6 +237,8 @@ private:
     void PaintRow(QPainter& painter, unsigned long row, int top);
     void PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect);
 
+    /// The event loop of a drag is running.
+    bool m_IsDragging;
     ItemIcons m_ItemIcons;
     ItemPositions m_ItemPositions;
     SearchIndex m_SearchIndex;

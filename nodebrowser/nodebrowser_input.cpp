@@ -70,7 +70,11 @@ void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
     QDrag* const drag = new QDrag(this);
     drag->setMimeData(data);
     // Runs an event loop: neither the item nor the browser need be there afterwards.
+    QPointer<CNodeBrowser> const self(this);
+    m_IsDragging = true;
     drag->exec(Qt::CopyAction);
+    if (self)
+        m_IsDragging = false;
 }
 
 void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* event)

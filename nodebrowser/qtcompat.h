@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QDrag>
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
@@ -119,6 +120,14 @@ inline int WheelDelta(QWheelEvent const* event)
     return delta.y() != 0 ? delta.y() : delta.x();
 #else
     return event->delta();
+#endif
+}
+
+/// Ends the drag that is going on; the oldest generation has no means to.
+inline void CancelDrag()
+{
+#if QT_VERSION >= 0x050700
+    QDrag::cancel();
 #endif
 }
 

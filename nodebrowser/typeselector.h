@@ -16,14 +16,14 @@ class CTypeSelector : public QDialog
 public:
     explicit CTypeSelector(QWidget* parent);
 
-    QSize sizeHint() const override;
+    virtual QSize sizeHint() const;
 
     /// The type chosen, once exec() has returned QDialog::Accepted; null before.
     tarno::datamodel::ItemID GetSelectedType() const;
 
 public Q_SLOTS:
     /// An acceptance without a usable type ends as a rejection.
-    void done(int r) override;
+    virtual void done(int r);
     void SelectionChanged();
 
 private:
