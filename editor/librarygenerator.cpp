@@ -1,0 +1,111 @@
+#include "librarygenerator.h"
+
+#include "itemgenerator.h"
+
+#include <nlohmann/json.hpp>
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <stdexcept>
+
+using nlohmann::ordered_json;
+
+namespace {
+
+unsigned long const kObjectsPerFile = 1000;
+/// One item in ten is a project compound, with a file of its own, but not more than these.
+unsigned long const kProjectShare = 10;
+unsigned long const kMostProjectItems = 20000;
+
+/// The component that stands for what ships with the application.
+char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
+
+[[noreturn]] void Fail(QString const& path, QString const& reason)
+{
+    throw std::runtime_error(QStringLiteral("%1: %2").arg(path, reason).toStdString());
+}
+
+void WriteFile(QString const& path, std::string const& text)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly)
+        || file.write(text.data(), static_cast<qint64>(text.size())) < 0 || !file.flush())
+        Fail(path, file.errorString());
+}
+
+void MakeFolder(QString const& path)
+{
+    if (!QDir().mkpath(path))
+        Fail(path, QStringLiteral("the folder cannot be made"));
+}
+
+void MakeEmptyFolder(QString const& path)
+{
+    if (QFileInfo::exists(path) && !QFileInfo(path).isDir())
+        Fail(path, QStringLiteral("is not a folder"));
+    MakeFolder(path);
+    if (!QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
+        Fail(path, QStringLiteral("the folder is not empty"));
+}
+
+ordered_json Source(std::string const& uid, char const* name, char const* access)
+{
+    return {{"uid", uid}, {"name", name}, {"path", name}, {"access", access}};
+}
+
+void WriteManifest(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
+{
+    ordered_json factory = Source(generator.MakeUid(), "factory", "read-only");
+    factory["component"] = kFactoryComponent;
+    ordered_json const manifest = {
+        {"format", 1},
+        {"name", "Generated library of " + std::to_string(itemCount) + " items"},
+        {"dataSources",
+         {Source(generator.MakeUid(), "project", "read-write"), std::move(factory)}}};
+    WriteFile(folder + QStringLiteral("/library.json"), manifest.dump(4) + '\n');
+}
+
+/// Factory files are as long as they are many: one line an object.
+std::string MakeFactoryFile(unsigned long objectCount, ItemGenerator& generator)
+{
+    std::string text = "[\n";
+    for (unsigned long i = 0; i < objectCount; ++i) {
+        text += generator.MakeFactoryItem().dump();
+        text += i + 1 < objectCount ? ",\n" : "\n";
+    }
+    return text + "]\n";
+}
+
+void WriteFactory(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
+{
+    MakeFolder(folder);
+    for (unsigned long written = 0; written < itemCount; written += kObjectsPerFile) {
+        QString const name =
+            QStringLiteral("/items%1.json").arg(written / kObjectsPerFile, 4, 10, QChar('0'));
+        WriteFile(folder + name,
+                  MakeFactoryFile(std::min(kObjectsPerFile, itemCount - written), generator));
+    }
+}
+
+void WriteProject(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
+{
+    MakeFolder(folder);
+    for (unsigned long i = 0; i < itemCount; ++i) {
+        ordered_json const compound = generator.MakeCompound();
+        QString const name = QString::fromStdString(compound["name"].get<std::string>());
+        WriteFile(QStringLiteral("%1/%2.json").arg(folder, name), compound.dump(4) + '\n');
+    }
+}
+
+} // namespace
+
+void GenerateLibrary(QString const& folder, unsigned long itemCount)
+{
+    MakeEmptyFolder(folder);
+    ItemGenerator generator;
+    unsigned long const projectCount = std::min(itemCount / kProjectShare, kMostProjectItems);
+    WriteManifest(folder, itemCount, generator);
+    WriteFactory(folder + QStringLiteral("/factory"), itemCount - projectCount, generator);
+    WriteProject(folder + QStringLiteral("/project"), projectCount, generator);
+}
