@@ -1,0 +1,74 @@
+#ifndef EMBEDDEDHOST_EMBEDDEDHOST_H
+#define EMBEDDEDHOST_EMBEDDEDHOST_H
+
+#include "commandmanager.h"
+#include "graphbody.h"
+#include "messagechannel.h"
+#include "serviceregistry.h"
+
+#include <datamodel.h>
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+/// The embedded host: a library folder on disk behind the interfaces that the panel calls.
+///
+/// There is one at a time in a process. The host's free functions answer from it, and safely
+/// when there is none. It registers the services "RevisionControlUIHelper" and "QormDBProxy";
+/// they can be replaced or taken out through the service registry. Accessors, handles and
+/// pointers that were handed out may outlive the library and the host; they answer empty then.
+class CEmbeddedHost : public QObject
+{
+    Q_OBJECT
+
+public:
+    typedef std::function<void(int done, int total)> Progress;
+
+    explicit CEmbeddedHost(QObject* parent = nullptr);
+    /// Closes the library.
+    ~CEmbeddedHost() override;
+
+    /// Null when there is none.
+    static CEmbeddedHost* GetInstance();
+
+    /// Opens the library in the folder in place of the one that is open. What is wrong in it is
+    /// reported on the message channel, and the rest is opened. False when nothing could be
+    /// opened; no library is open then. `progress` is called while files are read; it must not
+    /// open or close a library.
+    bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
+    void CloseLibrary();
+
+    /// Invalid when none is open.
+    tarno::datamodel::ItemLibraryAccessor GetLibrary() const;
+    /// Name and canonical folder of the open library; empty when there is none.
+    QString GetLibraryName() const;
+    QString GetLibraryFolder() const;
+
+    /// The item of the open library with the uid (UTF-8); null for none.
+    tarno::datamodel::ItemID FindItem(std::string const& uid) const;
+    /// Ports, nodes and connections of the item; empty for an unknown one.
+    GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
+
+    CCommandManager& GetCommandManager();
+    CMessageChannel& GetMessages();
+    CServiceRegistry& GetServices();
+
+    /// The compound that the editor works on; invalid when none was chosen in the open library.
+    tarno::datamodel::CompoundAccessor GetCompoundTarget() const;
+    void SetCompoundTarget(tarno::datamodel::CompoundAccessor const& compound);
+
+Q_SIGNALS:
+    /// Another library is open, or none.
+    void LibraryChanged();
+    /// Sent for each choice, also for that of the same compound again.
+    void CompoundTargetChanged();
+
+private:
+    class Private;
+    std::unique_ptr<Private> const m_Private;
+};
+
+#endif

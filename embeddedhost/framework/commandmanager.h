@@ -1,0 +1,44 @@
+#ifndef EMBEDDEDHOST_COMMANDMANAGER_H
+#define EMBEDDEDHOST_COMMANDMANAGER_H
+
+#include <framework.h>
+
+#include <QUndoStack>
+
+#include <list>
+
+/// The command manager: runs commands and keeps them on an undo stack.
+///
+/// A listener that reacts to a change may execute further commands while one is being run,
+/// undone or redone. They are run at once, and put on the stack, in the order they began, when
+/// the outermost one is through.
+class CCommandManager : public wek::fwk::ICommandManager
+{
+public:
+    CCommandManager();
+    ~CCommandManager() override;
+
+    /// What the command raises passes through; such a command is not kept.
+    void Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& command) override;
+
+    /// For undo and redo, their actions and views.
+    QUndoStack& GetUndoStack();
+    /// Forgets everything that could be undone or redone.
+    void Clear();
+
+private:
+    class StackEntry;
+    class RunningScope;
+    typedef wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> CommandPtr;
+
+    void PushFinished();
+
+    QUndoStack m_Stack;
+    /// How many commands are being run, undone or redone within each other.
+    int m_Running = 0;
+    /// Not yet on the stack, in the order they began.
+    std::list<CommandPtr> m_Finished;
+    bool m_ClearWanted = false;
+};
+
+#endif

@@ -1,0 +1,25 @@
+#include "framework/messagechannel.h"
+
+CMessageChannel::CMessageChannel(QObject* parent)
+    : QObject(parent)
+{
+    qRegisterMetaType<eSeverity>("eSeverity");
+}
+
+void CMessageChannel::Post(eSeverity severity, QString const& text)
+{
+    if (m_Log.size() == kLogSize)
+        m_Log.pop_front();
+    m_Log.push_back({severity, text});
+    Q_EMIT MessagePosted(severity, text);
+}
+
+std::deque<CMessageChannel::Message> const& CMessageChannel::GetLog() const
+{
+    return m_Log;
+}
+
+void CMessageChannel::ClearLog()
+{
+    m_Log.clear();
+}

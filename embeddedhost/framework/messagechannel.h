@@ -1,0 +1,48 @@
+#ifndef EMBEDDEDHOST_MESSAGECHANNEL_H
+#define EMBEDDEDHOST_MESSAGECHANNEL_H
+
+#include <QMetaType>
+#include <QObject>
+#include <QString>
+
+#include <deque>
+
+enum class eSeverity
+{
+    kInformation,
+    kWarning, ///< something was refused or left out; the rest works
+    kError    ///< what was asked for did not happen at all
+};
+Q_DECLARE_METATYPE(eSeverity)
+
+/// What the host has to say to its user: each message is a sentence or two that can be acted on.
+class CMessageChannel : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Message
+    {
+        eSeverity severity;
+        QString text;
+    };
+
+    /// The log keeps this many messages, the newest.
+    static constexpr std::size_t kLogSize = 10000;
+
+    explicit CMessageChannel(QObject* parent = nullptr);
+
+    void Post(eSeverity severity, QString const& text);
+
+    /// Oldest first.
+    std::deque<Message> const& GetLog() const;
+    void ClearLog();
+
+Q_SIGNALS:
+    void MessagePosted(eSeverity severity, QString const& text);
+
+private:
+    std::deque<Message> m_Log;
+};
+
+#endif

@@ -1,0 +1,126 @@
+#include "model/accessorcontext.h"
+
+#include "model/library.h"
+#include "model/libraryitem.h"
+
+namespace embeddedhost {
+
+using tarno::datamodel::ItemHandle;
+using tarno::datamodel::ItemIdentity;
+
+ItemHandle GetItemHandle(ItemIdentity const& identity)
+{
+    return reinterpret_cast<ItemHandle>(&identity);
+}
+
+ItemIdentity const* GetIdentity(ItemHandle handle)
+{
+    return handle > kTocHandle ? reinterpret_cast<ItemIdentity const*>(handle) : nullptr;
+}
+
+} // namespace embeddedhost
+
+namespace tarno {
+namespace datamodel {
+
+using namespace embeddedhost;
+
+namespace {
+
+ContextID NextContextID()
+{
+    static std::atomic<ContextID> last(0);
+    return ++last;
+}
+
+bool ItemSupports(eInterfaceID interfaceID, CLibraryItem const& item)
+{
+    char const* const kind = item.GetIdentity().kind;
+    bool const isCompound = kind == TarnoType::gCompound;
+    switch (interfaceID) {
+    case kItemInterface:
+        return true;
+    case kCompoundInterface:
+    case kCompoundModifierInterface:
+        return isCompound;
+    case kLoopCompoundInterface:
+    case kLoopCompoundModifierInterface:
+        return isCompound && item.IsLoop();
+    case kFunctionInterface:
+        return isCompound || kind == TarnoType::gSolver || kind == TarnoType::gPolymorphicSolver;
+    case kTypeDescriptorInterface:
+        return kind == LibType::gType;
+    default:
+        return false;
+    }
+}
+
+bool LibrarySupports(eInterfaceID interfaceID)
+{
+    return interfaceID == kItemLibraryInterface || interfaceID == kItemLibraryModifierInterface
+           || interfaceID == kLowLevelItemLibraryInterface;
+}
+
+} // namespace
+
+AccessorContext::AccessorContext(CLibrary& library)
+    : m_References(0)
+    , m_ID(NextContextID())
+    , m_Library(&library)
+    , m_Notifier(*this)
+{
+}
+
+void AccessorContext::AddRef()
+{
+    m_References.fetch_add(1, std::memory_order_relaxed);
+}
+
+void AccessorContext::Release()
+{
+    if (m_References.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete this;
+}
+
+ContextID AccessorContext::GetID() const
+{
+    return m_ID;
+}
+
+CLibrary* AccessorContext::GetLibrary() const
+{
+    return m_Library;
+}
+
+CLibraryItem* AccessorContext::FindItem(ItemHandle handle) const
+{
+    ItemIdentity const* const identity = GetIdentity(handle);
+    return m_Library && identity ? identity->item : nullptr;
+}
+
+bool AccessorContext::Supports(eInterfaceID interfaceID, ItemHandle handle) const
+{
+    if (!m_Library || !handle)
+        return false;
+    if (interfaceID == kUnspecifiedInterface)
+        return true;
+    if (handle == kLibraryHandle)
+        return LibrarySupports(interfaceID);
+    if (handle == kTocHandle)
+        return interfaceID == kItemTOCInterface;
+    CLibraryItem const* const item = FindItem(handle);
+    return item && ItemSupports(interfaceID, *item);
+}
+
+CLibraryNotifier& AccessorContext::GetNotifier()
+{
+    return m_Notifier;
+}
+
+void AccessorContext::Close()
+{
+    m_Library = nullptr;
+}
+
+} // namespace datamodel
+} // namespace tarno

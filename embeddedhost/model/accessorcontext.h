@@ -1,0 +1,64 @@
+#ifndef EMBEDDEDHOST_ACCESSORCONTEXT_H
+#define EMBEDDEDHOST_ACCESSORCONTEXT_H
+
+#include "model/itemidentity.h"
+#include "model/librarynotifier.h"
+
+#include <datamodel.h>
+
+#include <atomic>
+
+namespace embeddedhost {
+class CLibrary;
+
+/// Handles of what is not an item. An item's handle is the address of its identity.
+constexpr tarno::datamodel::ItemHandle kLibraryHandle = 1;
+constexpr tarno::datamodel::ItemHandle kTocHandle = 2;
+
+tarno::datamodel::ItemHandle GetItemHandle(tarno::datamodel::ItemIdentity const& identity);
+/// Null for the handle of something that is not an item.
+tarno::datamodel::ItemIdentity const* GetIdentity(tarno::datamodel::ItemHandle handle);
+}
+
+namespace tarno {
+namespace datamodel {
+
+/// What the accessors of one library share. It outlives the library while accessors hold it;
+/// they answer empty or false from then on.
+class AccessorContext
+{
+public:
+    explicit AccessorContext(embeddedhost::CLibrary& library);
+    AccessorContext(AccessorContext const&) = delete;
+    AccessorContext& operator=(AccessorContext const&) = delete;
+
+    void AddRef();
+    /// Frees the context with its last share.
+    void Release();
+
+    ContextID GetID() const;
+    /// Null once the library is closed.
+    embeddedhost::CLibrary* GetLibrary() const;
+    /// The living item behind the handle; null for none.
+    embeddedhost::CLibraryItem* FindItem(ItemHandle handle) const;
+    /// Whether what the handle names can be seen through the interface.
+    bool Supports(eInterfaceID interfaceID, ItemHandle handle) const;
+
+    embeddedhost::CLibraryNotifier& GetNotifier();
+
+    /// The library goes away.
+    void Close();
+
+private:
+    ~AccessorContext() = default;
+
+    std::atomic<int> m_References;
+    ContextID const m_ID;
+    embeddedhost::CLibrary* m_Library;
+    embeddedhost::CLibraryNotifier m_Notifier;
+};
+
+} // namespace datamodel
+} // namespace tarno
+
+#endif

@@ -1,0 +1,153 @@
+#include "model/graphjson.h"
+
+#include <optional>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+/// Walks one list of a body.
+class ListReader
+{
+public:
+    ListReader(ordered_json const& object, char const* key, BodyFault const& fault)
+        : m_Key(key)
+        , m_Fault(fault)
+    {
+        auto const found = object.find(key);
+        if (found == object.end())
+            return;
+        if (found->is_array())
+            m_List = &*found;
+        else
+            fault(key, "must be an array");
+    }
+
+    /// `read(object)` answers nothing when the entry is not of the right form.
+    template <class T, class Read>
+    std::vector<T> ReadAll(Read const& read)
+    {
+        std::vector<T> all;
+        for (m_Position = 0; m_List && m_Position < m_List->size(); ++m_Position) {
+            ordered_json const& entry = (*m_List)[m_Position];
+            if (!entry.is_object())
+                Report("", "must be an object");
+            else if (std::optional<T> const value = read(entry))
+                all.push_back(*value);
+        }
+        return all;
+    }
+
+    void Report(std::string const& member, std::string const& reason) const
+    {
+        std::string const entry = m_Key + '[' + std::to_string(m_Position) + ']';
+        m_Fault(member.empty() ? entry : entry + '.' + member, reason);
+    }
+
+    std::optional<std::string> Text(ordered_json const& entry, char const* member) const
+    {
+        auto const found = entry.find(member);
+        if (found != entry.end() && found->is_string())
+            return found->get<std::string>();
+        Report(member, "must be a text");
+        return std::nullopt;
+    }
+
+private:
+    std::string const m_Key;
+    BodyFault const& m_Fault;
+    ordered_json const* m_List = nullptr;
+    std::size_t m_Position = 0;
+};
+
+/// A text, or a whole number as its digits.
+std::optional<std::string> Name(ordered_json const& value)
+{
+    if (value.is_string())
+        return value.get<std::string>();
+    if (value.is_number_integer())
+        return value.dump();
+    return std::nullopt;
+}
+
+std::vector<GraphPort> ReadPorts(ordered_json const& object, char const* key,
+                                 BodyFault const& fault)
+{
+    ListReader list(object, key, fault);
+    return list.ReadAll<GraphPort>([&](ordered_json const& entry) -> std::optional<GraphPort> {
+        auto const name = list.Text(entry, "name");
+        auto const type = list.Text(entry, "type");
+        if (!name || !type)
+            return std::nullopt;
+        return GraphPort{*name, *type};
+    });
+}
+
+std::optional<QPointF> ReadPosition(ordered_json const& entry)
+{
+    auto const found = entry.find("position");
+    if (found == entry.end() || !found->is_array() || found->size() != 2
+        || !(*found)[0].is_number() || !(*found)[1].is_number())
+        return std::nullopt;
+    return QPointF((*found)[0].get<double>(), (*found)[1].get<double>());
+}
+
+std::vector<GraphNode> ReadNodes(ordered_json const& object, BodyFault const& fault)
+{
+    ListReader list(object, "nodes", fault);
+    return list.ReadAll<GraphNode>([&](ordered_json const& entry) -> std::optional<GraphNode> {
+        auto const found = entry.find("id");
+        auto const id = found == entry.end() ? std::nullopt : Name(*found);
+        auto const item = list.Text(entry, "item");
+        auto const position = ReadPosition(entry);
+        if (!id)
+            list.Report("id", "must be a text or a whole number");
+        if (!position)
+            list.Report("position", "must be an array of two numbers");
+        if (!id || !item || !position)
+            return std::nullopt;
+        return GraphNode{*id, *item, *position};
+    });
+}
+
+std::optional<GraphEnd> ReadEnd(ordered_json const& entry, char const* member)
+{
+    auto const found = entry.find(member);
+    if (found == entry.end() || !found->is_array() || found->size() != 2)
+        return std::nullopt;
+    auto const node = Name((*found)[0]);
+    auto const port = Name((*found)[1]);
+    if (!node || !port)
+        return std::nullopt;
+    return GraphEnd{*node, *port};
+}
+
+std::vector<GraphConnection> ReadConnections(ordered_json const& object, BodyFault const& fault)
+{
+    ListReader list(object, "connections", fault);
+    auto const read = [&](ordered_json const& entry) -> std::optional<GraphConnection> {
+        auto const from = ReadEnd(entry, "from");
+        auto const to = ReadEnd(entry, "to");
+        char const* const reason = "must be an array of a node's id and a port's name";
+        if (!from)
+            list.Report("from", reason);
+        if (!to)
+            list.Report("to", reason);
+        if (!from || !to)
+            return std::nullopt;
+        return GraphConnection{*from, *to};
+    };
+    return list.ReadAll<GraphConnection>(read);
+}
+
+} // namespace
+
+GraphBody ReadGraphBody(ordered_json const& object, BodyFault const& fault)
+{
+    return {ReadPorts(object, "inputs", fault), ReadPorts(object, "outputs", fault),
+            ReadNodes(object, fault), ReadConnections(object, fault)};
+}
+
+} // namespace embeddedhost

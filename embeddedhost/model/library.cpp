@@ -1,0 +1,124 @@
+#include "model/library.h"
+
+#include "model/accessorcontext.h"
+#include "model/libraryitem.h"
+#include "model/text8.h"
+
+#include <algorithm>
+
+namespace embeddedhost {
+
+using namespace tarno::datamodel;
+
+CLibrary::CLibrary(QString const& folder, QString const& name, CMessageChannel& messages)
+    : m_Folder(folder)
+    , m_Name(name)
+    , m_Messages(messages)
+    , m_Self(new AccessorContext(*this), kLibraryHandle)
+    , m_Database(new CObjectDatabase(*this))
+{
+}
+
+CLibrary::~CLibrary()
+{
+    Close();
+}
+
+QString const& CLibrary::GetFolder() const
+{
+    return m_Folder;
+}
+
+QString const& CLibrary::GetName() const
+{
+    return m_Name;
+}
+
+CMessageChannel& CLibrary::GetMessages() const
+{
+    return m_Messages;
+}
+
+CObjectDatabase& CLibrary::GetDatabase() const
+{
+    return *m_Database;
+}
+
+CLibraryNotifier& CLibrary::GetNotifier() const
+{
+    return m_Self.GetContext()->GetNotifier();
+}
+
+ItemLibraryAccessor CLibrary::GetAccessor() const
+{
+    return ItemLibraryAccessor(m_Self.GetContext(), kLibraryHandle);
+}
+
+std::vector<DataSourcePtr> const& CLibrary::GetSources() const
+{
+    return m_Sources;
+}
+
+void CLibrary::AddSource(DataSourcePtr const& source)
+{
+    m_Sources.push_back(source);
+}
+
+CLibrary::Items const& CLibrary::GetItems(KindIndex kind) const
+{
+    return m_Items[std::size_t(kind)];
+}
+
+std::size_t CLibrary::GetItemCount() const
+{
+    std::size_t count = 0;
+    for (Items const& items : m_Items)
+        count += items.size();
+    return count;
+}
+
+CLibraryItem* CLibrary::FindItem(char const* uid) const
+{
+    CLibraryItem* const* const found = m_ItemsByUid.Find(uid);
+    return found ? *found : nullptr;
+}
+
+bool CLibrary::HasName(char const* name) const
+{
+    auto const hasName = [name](std::unique_ptr<CLibraryItem> const& item) {
+        return EqualIgnoringAsciiCase(item->GetName(), name);
+    };
+    return std::any_of(m_Items.begin(), m_Items.end(), [&](Items const& items) {
+        return std::any_of(items.begin(), items.end(), hasName);
+    });
+}
+
+CLibraryItem& CLibrary::AddItem(std::unique_ptr<CLibraryItem> item)
+{
+    ItemIdentity& identity = item->GetIdentity();
+    Items& items = m_Items[std::size_t(GetKindIndex(identity.kind))];
+    items.push_back(std::move(item));
+    m_ItemsByUid.Insert(identity.uid, items.back().get());
+    identity.item = items.back().get();
+    return *identity.item;
+}
+
+LibraryFile& CLibrary::AddFile(LibraryFile file)
+{
+    m_Files.push_back(std::make_unique<LibraryFile>(std::move(file)));
+    return *m_Files.back();
+}
+
+void CLibrary::Close()
+{
+    if (!m_Self.GetContext()->GetLibrary())
+        return;
+    m_Self.GetContext()->Close();
+    m_Database->Close();
+    for (Items const& items : m_Items) {
+        for (auto const& item : items)
+            item->GetIdentity().item = nullptr;
+    }
+}
+
+} // namespace embeddedhost

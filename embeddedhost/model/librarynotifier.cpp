@@ -1,0 +1,121 @@
+#include "model/librarynotifier.h"
+
+#include "model/accessorcontext.h"
+
+// The accessor kept during a delivery holds the context, and with it the lists. Each listener
+// gets a copy of its own, to do with as it likes.
+
+namespace embeddedhost {
+
+using namespace tarno::datamodel;
+
+CLibraryNotifier::CLibraryNotifier(AccessorContext& context)
+    : m_Context(context)
+{
+}
+
+ListenerList<IItemTOCNotification>& CLibraryNotifier::GetTocListeners()
+{
+    return m_TocListeners;
+}
+
+ListenerList<IItemLibraryNotification>& CLibraryNotifier::GetLibraryListeners()
+{
+    return m_LibraryListeners;
+}
+
+void CLibraryNotifier::ItemAdded(ItemID id)
+{
+    TellToc(id, [](IItemTOCNotification& listener, ItemAccessor& item) {
+        listener.ItemAdded(item);
+    });
+}
+
+void CLibraryNotifier::ItemRemoved(ItemID id)
+{
+    TellToc(id, [](IItemTOCNotification& listener, ItemAccessor& item) {
+        listener.ItemRemoved(item);
+    });
+}
+
+void CLibraryNotifier::BeginChanges()
+{
+    TellLibrary([](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.OnBeginChanges(library);
+    });
+}
+
+void CLibraryNotifier::EndChanges()
+{
+    TellLibrary([](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.OnEndChanges(library);
+    });
+}
+
+void CLibraryNotifier::Invalidated()
+{
+    TellLibrary([](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.LibraryInvalidated(library);
+    });
+}
+
+void CLibraryNotifier::NameChanged(ItemID id)
+{
+    TellLibrary([id](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.ItemNameChanged(library, id);
+    });
+}
+
+void CLibraryNotifier::TagsChanged(ItemID id, std::string const& category)
+{
+    TellLibrary([id, category](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.ItemTagsChanged(library, id, category.c_str());
+    });
+}
+
+void CLibraryNotifier::AccessStateChanged(ItemID id, long state)
+{
+    TellLibrary([id, state](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.ItemAccessStateChanged(library, id, state);
+    });
+}
+
+bool CLibraryNotifier::PreCommit()
+{
+    bool isCancelled = false;
+    TellLibrary([&](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        bool cancel = false;
+        listener.OnPreCommit(library, &cancel);
+        isCancelled = isCancelled || cancel;
+    });
+    return !isCancelled;
+}
+
+void CLibraryNotifier::PostCommit()
+{
+    TellLibrary([](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        listener.OnPostCommit(library);
+    });
+}
+
+template <class Call>
+void CLibraryNotifier::TellToc(ItemID id, Call const& call)
+{
+    ItemAccessor const kept(&m_Context, GetItemHandle(*ItemIDUnlock::GetIdentity(id)));
+    m_TocListeners.ForEach([&](IItemTOCNotification& listener) {
+        ItemAccessor item(kept);
+        call(listener, item);
+    });
+}
+
+template <class Call>
+void CLibraryNotifier::TellLibrary(Call const& call)
+{
+    ItemLibraryAccessor const kept(&m_Context, kLibraryHandle);
+    m_LibraryListeners.ForEach([&](IItemLibraryNotification& listener) {
+        ItemLibraryAccessor library(kept);
+        call(listener, library);
+    });
+}
+
+} // namespace embeddedhost

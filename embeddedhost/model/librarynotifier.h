@@ -1,0 +1,48 @@
+#ifndef EMBEDDEDHOST_LIBRARYNOTIFIER_H
+#define EMBEDDEDHOST_LIBRARYNOTIFIER_H
+
+#include "model/listenerlist.h"
+
+#include <datamodel.h>
+
+#include <string>
+
+namespace embeddedhost {
+
+/// Tells the listeners of a library and of its table of contents. Listeners may do as they like
+/// meanwhile, closing the library included.
+class CLibraryNotifier
+{
+public:
+    explicit CLibraryNotifier(tarno::datamodel::AccessorContext& context);
+
+    ListenerList<tarno::datamodel::IItemTOCNotification>& GetTocListeners();
+    ListenerList<tarno::datamodel::IItemLibraryNotification>& GetLibraryListeners();
+
+    void ItemAdded(tarno::datamodel::ItemID id);
+    void ItemRemoved(tarno::datamodel::ItemID id);
+
+    void BeginChanges();
+    void EndChanges();
+    void Invalidated();
+    void NameChanged(tarno::datamodel::ItemID id);
+    void TagsChanged(tarno::datamodel::ItemID id, std::string const& category);
+    void AccessStateChanged(tarno::datamodel::ItemID id, long state);
+    /// False when a listener cancels the commit; every listener is asked.
+    bool PreCommit();
+    void PostCommit();
+
+private:
+    template <class Call>
+    void TellToc(tarno::datamodel::ItemID id, Call const& call);
+    template <class Call>
+    void TellLibrary(Call const& call);
+
+    tarno::datamodel::AccessorContext& m_Context;
+    ListenerList<tarno::datamodel::IItemTOCNotification> m_TocListeners;
+    ListenerList<tarno::datamodel::IItemLibraryNotification> m_LibraryListeners;
+};
+
+} // namespace embeddedhost
+
+#endif

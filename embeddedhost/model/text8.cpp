@@ -1,0 +1,35 @@
+#include "model/text8.h"
+
+#include <QString>
+
+#include <algorithm>
+
+namespace embeddedhost {
+
+namespace {
+
+char ToAsciiLower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+}
+
+} // namespace
+
+std::string ToLatin1(std::string const& utf8)
+{
+    bool const isAscii = std::all_of(utf8.begin(), utf8.end(),
+                                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return isAscii ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
+}
+
+bool EqualIgnoringAsciiCase(std::string const& a, char const* b)
+{
+    for (char c : a) {
+        if (ToAsciiLower(c) != ToAsciiLower(*b) || *b == '\0')
+            return false;
+        ++b;
+    }
+    return *b == '\0';
+}
+
+} // namespace embeddedhost

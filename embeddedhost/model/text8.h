@@ -1,0 +1,16 @@
+#ifndef EMBEDDEDHOST_TEXT8_H
+#define EMBEDDEDHOST_TEXT8_H
+
+#include <string>
+
+namespace embeddedhost {
+
+/// The 8-bit form of a UTF-8 text: Latin-1, '?' for what does not fit.
+std::string ToLatin1(std::string const& utf8);
+
+/// Equal but for the case of ASCII letters.
+bool EqualIgnoringAsciiCase(std::string const& a, char const* b);
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,71 @@
+#include "objects/errors.h"
+
+#include <qorm.h>
+
+#include <QtGlobal>
+
+namespace qorm {
+
+namespace {
+
+int gDisabledReporting = 0;
+
+} // namespace
+
+ExBase::ExBase(std::string const& errorString)
+    : m_ErrorString(errorString)
+{
+}
+
+ExBase::~ExBase() noexcept = default;
+
+std::string const& ExBase::GetErrorString() const
+{
+    return m_ErrorString;
+}
+
+char const* ExBase::what() const noexcept
+{
+    return m_ErrorString.c_str();
+}
+
+ExBase::NullPtr::NullPtr(char const* what, char const* file, int line)
+    : ExBase(std::string("Null pointer in ") + what + " (" + file + ":" + std::to_string(line)
+             + ")")
+{
+}
+
+DisableErrorReportingGuard::DisableErrorReportingGuard()
+{
+    ++gDisabledReporting;
+}
+
+DisableErrorReportingGuard::~DisableErrorReportingGuard()
+{
+    --gDisabledReporting;
+}
+
+bool DisableErrorReportingGuard::IsErrorReportingDisabled()
+{
+    return gDisabledReporting > 0;
+}
+
+void PrintDebugString(std::string const& text)
+{
+    qDebug("%s", text.c_str());
+}
+
+} // namespace qorm
+
+namespace embeddedhost {
+
+void RaiseNullPtr()
+{
+    // Wherever a null pointer is followed, it is reported under this expression and line.
+    qorm::ExBase::NullPtr const error("GetPointeeNotNull", "qormptr.h", 102);
+    if (!qorm::DisableErrorReportingGuard::IsErrorReportingDisabled())
+        qorm::PrintDebugString(error.GetErrorString());
+    throw error;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,206 @@
+#include "objects/errors.h"
+#include "objects/objectdatabase.h"
+
+#include <qorm.h>
+
+#include <type_traits>
+#include <utility>
+
+namespace qorm {
+
+using embeddedhost::CDbObject;
+using embeddedhost::CObjectDatabase;
+
+IRefCounted::~IRefCounted() = default;
+
+template <class T>
+QormPtr<T>::QormPtr()
+    : m_Object(nullptr)
+{
+}
+
+template <class T>
+QormPtr<T>::QormPtr(T* object)
+    : m_Object(object)
+{
+    if (m_Object)
+        m_Object->AddRef();
+}
+
+template <class T>
+QormPtr<T>::QormPtr(QormPtr const& other)
+    : QormPtr(other.m_Object)
+{
+}
+
+template <class T>
+QormPtr<T>& QormPtr<T>::operator=(QormPtr const& other)
+{
+    QormPtr copy(other);
+    std::swap(m_Object, copy.m_Object);
+    return *this;
+}
+
+template <class T>
+QormPtr<T>::~QormPtr()
+{
+    if (m_Object)
+        m_Object->Release();
+}
+
+template <class T>
+bool QormPtr<T>::IsNull() const
+{
+    return !m_Object;
+}
+
+template <class T>
+T* QormPtr<T>::Get() const
+{
+    return m_Object;
+}
+
+template <class T>
+T* QormPtr<T>::operator->() const
+{
+    if (!m_Object)
+        embeddedhost::RaiseNullPtr();
+    return m_Object;
+}
+
+template <class T>
+bool QormPtr<T>::operator==(QormPtr const& other) const
+{
+    return m_Object == other.m_Object;
+}
+
+template class QormPtr<IDataSource>;
+template class QormPtr<IValueAsset>;
+template class QormPtr<IDbObject>;
+template class QormPtr<IDataModelMgr>;
+template class QormPtr<IHelper>;
+template class QormPtr<IQormInstance>;
+template class QormPtr<ITypeAsset>;
+
+namespace {
+
+/// The object behind a handle; null when it is gone.
+CDbObject* FindObject(QormPtr<IQormInstance> const& instance, int cacheIndex)
+{
+    auto const* const database = dynamic_cast<CObjectDatabase const*>(instance.Get());
+    return database ? database->GetObject(cacheIndex) : nullptr;
+}
+
+template <class T>
+bool IsOfKind(CDbObject const& object)
+{
+    if (std::is_same<T, ITypeAsset>::value)
+        return object.IsTypeAsset();
+    return !std::is_same<T, IValueAsset>::value || object.IsResource();
+}
+
+/// The object behind a handle as what the handle sees it as; null when it is not that.
+template <class T>
+CDbObject* FindObjectAs(QormPtr<IQormInstance> const& instance, int cacheIndex)
+{
+    CDbObject* const object = FindObject(instance, cacheIndex);
+    return object && IsOfKind<T>(*object) ? object : nullptr;
+}
+
+} // namespace
+
+template <class T>
+QormHandle<T>::QormHandle()
+    : m_CacheIndex(-1)
+{
+}
+
+template <class T>
+QormHandle<T>::QormHandle(QormPtr<IQormInstance> const& instance, int cacheIndex)
+    : m_Instance(instance)
+    , m_CacheIndex(instance.IsNull() ? -1 : cacheIndex)
+{
+}
+
+template <class T>
+QormHandle<T>::QormHandle(QormHandle const& other) = default;
+
+template <class T>
+QormHandle<T>& QormHandle<T>::operator=(QormHandle const& other) = default;
+
+template <class T>
+QormHandle<T>::~QormHandle() = default;
+
+template <class T>
+bool QormHandle<T>::IsValid() const
+{
+    return FindObjectAs<T>(m_Instance, m_CacheIndex) != nullptr;
+}
+
+template <class T>
+T* QormHandle<T>::operator->() const
+{
+    CDbObject* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
+    if (!object)
+        embeddedhost::RaiseNullPtr();
+    return object;
+}
+
+template <class T>
+template <class U>
+QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
+{
+    QormHandle const seen(other.GetInstance(), other.GetCacheIndex());
+    return *this = seen.IsValid() ? seen : QormHandle();
+}
+
+template <class T>
+QormPtr<IDataSource> QormHandle<T>::GetDataSource() const
+{
+    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
+    return QormPtr<IDataSource>(object ? object->GetHome().get() : nullptr);
+}
+
+template <class T>
+DbObjectId QormHandle<T>::GetDbObjectId() const
+{
+    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
+    return object ? object->GetDbObjectId() : DbObjectId("");
+}
+
+template <class T>
+QormPtr<IDataModelMgr> QormHandle<T>::GetManager() const
+{
+    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
+    return object ? object->GetDataModelMgr() : QormPtr<IDataModelMgr>();
+}
+
+template <class T>
+QormPtr<IQormInstance> QormHandle<T>::GetInstance() const
+{
+    return IsValid() ? m_Instance : QormPtr<IQormInstance>();
+}
+
+template <class T>
+int QormHandle<T>::GetCacheIndex() const
+{
+    return IsValid() ? m_CacheIndex : -1;
+}
+
+template class QormHandle<IDbObject>;
+template class QormHandle<ITypeAsset>;
+template class QormHandle<IValueAsset>;
+
+template QormHandle<IDbObject>& QormHandle<IDbObject>::AssignCast(QormHandle<IDbObject> const&);
+template QormHandle<IDbObject>& QormHandle<IDbObject>::AssignCast(QormHandle<ITypeAsset> const&);
+template QormHandle<IDbObject>& QormHandle<IDbObject>::AssignCast(QormHandle<IValueAsset> const&);
+template QormHandle<ITypeAsset>& QormHandle<ITypeAsset>::AssignCast(QormHandle<IDbObject> const&);
+template QormHandle<ITypeAsset>& QormHandle<ITypeAsset>::AssignCast(QormHandle<ITypeAsset> const&);
+template QormHandle<ITypeAsset>& QormHandle<ITypeAsset>::AssignCast(QormHandle<IValueAsset> const&);
+template QormHandle<IValueAsset>& QormHandle<IValueAsset>::AssignCast(QormHandle<IDbObject> const&);
+template QormHandle<IValueAsset>&
+QormHandle<IValueAsset>::AssignCast(QormHandle<ITypeAsset> const&);
+template QormHandle<IValueAsset>&
+QormHandle<IValueAsset>::AssignCast(QormHandle<IValueAsset> const&);
+
+} // namespace qorm

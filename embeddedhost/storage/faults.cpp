@@ -1,0 +1,29 @@
+#include "storage/faults.h"
+
+namespace embeddedhost {
+
+namespace {
+
+QString Sentence(QString const& place, QString const& reason)
+{
+    return place + QStringLiteral(": ") + reason;
+}
+
+} // namespace
+
+FaultReporter::FaultReporter(CMessageChannel& messages)
+    : m_Messages(messages)
+{
+}
+
+void FaultReporter::ReportFatal(QString const& place, QString const& reason) const
+{
+    m_Messages.Post(eSeverity::kError, Sentence(place, reason));
+}
+
+void FaultReporter::Report(QString const& place, QString const& reason) const
+{
+    m_Messages.Post(eSeverity::kWarning, Sentence(place, reason));
+}
+
+} // namespace embeddedhost

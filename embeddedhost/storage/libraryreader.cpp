@@ -1,0 +1,166 @@
+#include "storage/libraryreader.h"
+
+#include "model/library.h"
+#include "model/libraryitem.h"
+#include "storage/folderscan.h"
+#include "storage/jsonfile.h"
+#include "storage/manifest.h"
+#include "storage/objectreader.h"
+
+#include <QFileInfo>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+/// Fills a library from its files.
+class LibraryReader
+{
+public:
+    LibraryReader(CLibrary& library, FaultReporter const& faults)
+        : m_Library(library)
+        , m_Faults(faults)
+    {
+    }
+
+    void AddSources(std::vector<CDataSource::Description> const& descriptions)
+    {
+        for (CDataSource::Description const& description : descriptions) {
+            DataSourcePtr const source(new CDataSource(description));
+            m_Library.AddSource(source);
+            m_Library.GetDatabase().AddResource(source);
+            if (!description.component.empty())
+                m_Library.GetDatabase().AddComponent(source, description.component);
+        }
+    }
+
+    void ListFiles()
+    {
+        for (DataSourcePtr const& source : m_Library.GetSources()) {
+            auto const paths = ListJsonFiles(m_Library.GetFolder(),
+                                             source->GetDescription().folder, m_Faults);
+            for (QString const& path : paths)
+                m_Files.push_back({path, source});
+        }
+    }
+
+    void ReadFiles(ReadProgress const& progress)
+    {
+        int const total = int(m_Files.size());
+        for (int done = 0; done < total; ++done) {
+            if (progress)
+                progress(done, total);
+            ReadFile(m_Files[std::size_t(done)]);
+        }
+        if (progress)
+            progress(total, total);
+    }
+
+private:
+    struct SourceFile
+    {
+        QString path;
+        DataSourcePtr source;
+    };
+
+    void ReadFile(SourceFile const& file)
+    {
+        m_ShownPath = GetShownPath(m_Library.GetFolder(), file.path);
+        JsonFile json = ReadJsonFile(file.path);
+        if (!json.error.isEmpty()) {
+            m_Faults.Report(m_ShownPath + QStringLiteral(", "), json.error);
+            return;
+        }
+        bool const isArray = json.content.is_array();
+        if (!isArray && !json.content.is_object()) {
+            m_Faults.Report(m_ShownPath, QStringLiteral("the file must hold an object or an array "
+                                                        "of objects; it is left out."));
+            return;
+        }
+        LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}});
+        if (!isArray) {
+            ReadObject(target, json.content, QString());
+            return;
+        }
+        target.entries.reserve(json.content.size());
+        for (ordered_json& object : json.content) {
+            ReadObject(target, object,
+                       QStringLiteral(", object %1").arg(target.entries.size() + 1));
+        }
+    }
+
+    void ReadObject(LibraryFile& file, ordered_json& object, QString const& place)
+    {
+        m_Place = m_ShownPath + place;
+        if (!object.is_object()) {
+            m_Faults.Report(m_Place, QStringLiteral("it must be an object; it is left out."));
+        } else if (CheckObject(object, [this](QString const& key, QString const& reason) {
+                       ReportKey(key, reason);
+                   }) && HasFreeUid(object)) {
+            file.entries.push_back({&AddItem(file, object), ordered_json()});
+            return;
+        }
+        file.entries.push_back({nullptr, std::move(object)});
+    }
+
+    CLibraryItem& AddItem(LibraryFile const& file, ordered_json& object)
+    {
+        char const* const kind = FindItemKind(object["kind"].get_ref<std::string const&>());
+        auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
+        object.get_ref<ordered_json::object_t&>().shrink_to_fit();
+        return m_Library.AddItem(
+            std::make_unique<CLibraryItem>(identity, file.source, std::move(object)));
+    }
+
+    bool HasFreeUid(ordered_json const& object)
+    {
+        char const* const uid = object["uid"].get_ref<std::string const&>().c_str();
+        if (!m_Library.FindItem(uid) && !m_Library.GetDatabase().HasFixedObject(uid))
+            return true;
+        ReportKey(QStringLiteral("uid"),
+                  QStringLiteral("%1 is the uid of another object already; the object is left "
+                                 "out.")
+                      .arg(QString::fromUtf8(uid)));
+        return false;
+    }
+
+    void ReportKey(QString const& key, QString const& reason) const
+    {
+        m_Faults.Report(m_Place + QStringLiteral(", key \"%1\"").arg(key), reason);
+    }
+
+    CLibrary& m_Library;
+    FaultReporter const& m_Faults;
+    std::vector<SourceFile> m_Files;
+    /// Where the reader is, for messages.
+    QString m_ShownPath;
+    QString m_Place;
+};
+
+} // namespace
+
+std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& messages,
+                                      ReadProgress const& progress)
+{
+    FaultReporter const faults(messages);
+    QFileInfo const info(folder);
+    if (!info.isDir()) {
+        faults.ReportFatal(folder, QStringLiteral("there is no such folder."));
+        return nullptr;
+    }
+    QString const canonical = info.canonicalFilePath();
+    std::optional<Manifest> const manifest = ReadManifest(canonical, faults);
+    if (!manifest)
+        return nullptr;
+
+    auto library = std::make_shared<CLibrary>(canonical, manifest->name, messages);
+    LibraryReader reader(*library, faults);
+    reader.AddSources(manifest->sources);
+    reader.ListFiles();
+    reader.ReadFiles(progress);
+    return library;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,23 @@
+#ifndef EMBEDDEDHOST_LIBRARYREADER_H
+#define EMBEDDEDHOST_LIBRARYREADER_H
+
+#include "framework/messagechannel.h"
+
+#include <functional>
+#include <memory>
+
+namespace embeddedhost {
+
+class CLibrary;
+
+/// Told how much of the whole has been read.
+typedef std::function<void(int done, int total)> ReadProgress;
+
+/// Reads a library folder. What is wrong in it is reported and left out; null when nothing can
+/// be opened at all.
+std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& messages,
+                                      ReadProgress const& progress);
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,223 @@
+#include "storage/manifest.h"
+
+#include "model/text8.h"
+#include "objects/uidmap.h"
+#include "storage/folderscan.h"
+#include "storage/jsonfile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+constexpr int kFormatVersion = 1;
+
+QString const kManifestFile = QStringLiteral("library.json");
+
+/// Null unless the object has a text that is not empty under the key.
+std::string const* FindText(ordered_json const& object, char const* key)
+{
+    auto const found = object.find(key);
+    if (found == object.end() || !found->is_string())
+        return nullptr;
+    auto const& text = found->get_ref<std::string const&>();
+    return text.empty() ? nullptr : &text;
+}
+
+/// Reads the data sources one after the other.
+class SourcesReader
+{
+public:
+    SourcesReader(QString const& libraryFolder, FaultReporter const& faults)
+        : m_LibraryFolder(libraryFolder)
+        , m_Faults(faults)
+    {
+    }
+
+    void Read(ordered_json const& source)
+    {
+        m_Place = kManifestFile + QStringLiteral(", data source %1").arg(++m_Number);
+        if (!source.is_object()) {
+            Report("it must be an object; it is left out.");
+            return;
+        }
+        CDataSource::Description description;
+        if (!ReadUid(source, description) || !ReadFolder(source, description))
+            return;
+        ReadName(source, description);
+        ReadAccess(source, description);
+        ReadComponent(source, description);
+        m_Sources.push_back(description);
+    }
+
+    std::vector<CDataSource::Description> const& GetSources() const
+    {
+        return m_Sources;
+    }
+
+private:
+    bool ReadUid(ordered_json const& source, CDataSource::Description& description)
+    {
+        std::string const* const uid = FindText(source, "uid");
+        if (!uid || !qorm::DbObjectId::IsUID(uid->c_str())) {
+            Report("key \"uid\": a UID like 01234567-89AB-CDEF-0123-456789ABCDEF is needed; the "
+                   "data source is left out.");
+            return false;
+        }
+        description.uid = *uid;
+        return ClaimUid(*uid, "uid");
+    }
+
+    void ReadComponent(ordered_json const& source, CDataSource::Description& description)
+    {
+        if (!source.contains("component"))
+            return;
+        std::string const* const uid = FindText(source, "component");
+        if (!uid || !qorm::DbObjectId::IsUID(uid->c_str()))
+            Report("key \"component\": it must be a UID; it is ignored.");
+        else if (ClaimUid(*uid, "component"))
+            description.component = *uid;
+    }
+
+    bool ClaimUid(std::string const& uid, char const* key)
+    {
+        if (m_Uids.Find(uid.c_str())) {
+            Report(QStringLiteral("key \"%1\": the uid %2 is used above already; give it one of "
+                                  "its own.")
+                       .arg(QLatin1String(key), QString::fromStdString(uid)));
+            return false;
+        }
+        m_Uids.Insert(uid.c_str(), true);
+        return true;
+    }
+
+    bool ReadFolder(ordered_json const& source, CDataSource::Description& description)
+    {
+        std::string const* const path = FindText(source, "path");
+        if (!path) {
+            Report("key \"path\": a path relative to the library folder is needed; the data "
+                   "source is left out.");
+            return false;
+        }
+        QString const given = QString::fromStdString(*path);
+        QFileInfo const folder(QDir(m_LibraryFolder), given);
+        QString const canonical = folder.canonicalFilePath();
+        if (QDir::isAbsolutePath(given) || !IsWithin(m_LibraryFolder, WithoutDots(folder))
+            || !(canonical.isEmpty() || IsWithin(m_LibraryFolder, canonical))) {
+            ReportPath(given, "leads out of the library folder");
+            return false;
+        }
+        if (!folder.isDir()) {
+            ReportPath(given, "is no folder");
+            return false;
+        }
+        description.folder = canonical;
+        return IsApart(canonical, given);
+    }
+
+    static QString WithoutDots(QFileInfo const& path)
+    {
+        return QDir::cleanPath(path.absoluteFilePath());
+    }
+
+    /// A file belongs to one data source only.
+    bool IsApart(QString const& folder, QString const& given)
+    {
+        for (auto const& other : m_Sources) {
+            if (IsWithin(other.folder, folder) || IsWithin(folder, other.folder)) {
+                ReportPath(given, "overlaps with the folder of another data source");
+                return false;
+            }
+        }
+        return true;
+    }
+
+    void ReadName(ordered_json const& source, CDataSource::Description& description)
+    {
+        std::string const* const name = FindText(source, "name");
+        if (!name)
+            Report("key \"name\": a text is needed; the folder's name is shown instead.");
+        description.name
+            = ToLatin1(name ? *name : QFileInfo(description.folder).fileName().toStdString());
+    }
+
+    void ReadAccess(ordered_json const& source, CDataSource::Description& description)
+    {
+        std::string const* const access = FindText(source, "access");
+        description.isReadOnly = !access || *access != "read-write";
+        if (description.isReadOnly && (!access || *access != "read-only")) {
+            Report("key \"access\": it must be \"read-write\" or \"read-only\"; the data source "
+                   "is taken as read-only.");
+        }
+    }
+
+    void ReportPath(QString const& path, char const* reason) const
+    {
+        Report(QStringLiteral("key \"path\": \"%1\" %2; the data source is left out.")
+                   .arg(path, QLatin1String(reason)));
+    }
+
+    void Report(QString const& reason) const
+    {
+        m_Faults.Report(m_Place, reason);
+    }
+    void Report(char const* reason) const
+    {
+        Report(QString::fromLatin1(reason));
+    }
+
+    QString const m_LibraryFolder;
+    FaultReporter const& m_Faults;
+    int m_Number = 0;
+    QString m_Place;
+    UidMap<bool> m_Uids;
+    std::vector<CDataSource::Description> m_Sources;
+};
+
+/// What keeps the manifest from being used at all; empty for nothing.
+QString FindFatalFault(ordered_json const& manifest)
+{
+    if (!manifest.is_object())
+        return QStringLiteral("the file must hold an object.");
+    auto const format = manifest.find("format");
+    if (format == manifest.end() || !format->is_number_integer())
+        return QStringLiteral("key \"format\": the format version, a whole number, is needed.");
+    if (*format != kFormatVersion) {
+        return QStringLiteral("key \"format\": version %1 is not known; this program reads "
+                              "version %2.")
+            .arg(QString::fromStdString(format->dump()))
+            .arg(kFormatVersion);
+    }
+    auto const sources = manifest.find("dataSources");
+    if (sources == manifest.end() || !sources->is_array())
+        return QStringLiteral("key \"dataSources\": an array is needed.");
+    return QString();
+}
+
+} // namespace
+
+std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults)
+{
+    JsonFile const file = ReadJsonFile(folder + '/' + kManifestFile);
+    QString const fault = file.error.isEmpty() ? FindFatalFault(file.content) : file.error;
+    if (!fault.isEmpty()) {
+        faults.ReportFatal(folder + '/' + kManifestFile, fault);
+        return std::nullopt;
+    }
+    std::string const* const name = FindText(file.content, "name");
+    if (!name) {
+        faults.Report(kManifestFile, QStringLiteral("key \"name\": a text is needed; the "
+                                                    "folder's name is shown instead."));
+    }
+    SourcesReader sources(folder, faults);
+    for (ordered_json const& source : file.content["dataSources"])
+        sources.Read(source);
+    return Manifest{name ? QString::fromStdString(*name) : QFileInfo(folder).fileName(),
+                    sources.GetSources()};
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,117 @@
+#include "storage/objectreader.h"
+
+#include "model/graphjson.h"
+#include "model/itemkinds.h"
+
+#include <QStringList>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+class ObjectCheck
+{
+public:
+    ObjectCheck(ordered_json const& object, ObjectFault const& fault)
+        : m_Object(object)
+        , m_Fault(fault)
+    {
+    }
+
+    /// A text that is not empty has to be there.
+    std::string const* RequireText(char const* key) const
+    {
+        auto const found = m_Object.find(key);
+        bool const isText = found != m_Object.end() && found->is_string();
+        auto const* const text = isText ? found->get_ptr<std::string const*>() : nullptr;
+        if (text && !text->empty() && text->find('\0') == std::string::npos)
+            return text;
+        Report(key, "a text is needed; the object is left out.");
+        return nullptr;
+    }
+
+    bool RequireKind() const
+    {
+        std::string const* const kind = RequireText("kind");
+        if (!kind)
+            return false;
+        if (FindItemKind(*kind))
+            return true;
+        QStringList known;
+        for (char const* name : GetItemKinds())
+            known.push_back(QString::fromLatin1(name));
+        m_Fault(QStringLiteral("kind"),
+                QStringLiteral("\"%1\" is not known, it must be one of %2; the object is left out.")
+                    .arg(QString::fromStdString(*kind), known.join(QStringLiteral(", "))));
+        return false;
+    }
+
+    void CheckText(char const* key) const
+    {
+        auto const found = m_Object.find(key);
+        if (found != m_Object.end() && !found->is_string())
+            Report(key, "it must be a text; it is ignored.");
+    }
+
+    void CheckFlag(char const* key) const
+    {
+        auto const found = m_Object.find(key);
+        if (found != m_Object.end() && !found->is_boolean())
+            Report(key, "it must be true or false; it is ignored.");
+    }
+
+    void CheckTags() const
+    {
+        auto const found = m_Object.find("tags");
+        if (found == m_Object.end())
+            return;
+        if (!found->is_object()) {
+            Report("tags", "it must be an object of tag strings by category; it is ignored.");
+            return;
+        }
+        for (auto const& [category, tags] : found->items()) {
+            if (!tags.is_string())
+                Report(("tags." + category).c_str(), "it must be a text; it is ignored.");
+        }
+    }
+
+    void CheckBody() const
+    {
+        ReadGraphBody(m_Object, [this](std::string const& key, std::string const& reason) {
+            Report(key.c_str(), ("it " + reason + "; it is ignored.").c_str());
+        });
+    }
+
+private:
+    void Report(char const* key, char const* reason) const
+    {
+        m_Fault(QString::fromUtf8(key), QString::fromUtf8(reason));
+    }
+
+    ordered_json const& m_Object;
+    ObjectFault const& m_Fault;
+};
+
+} // namespace
+
+bool CheckObject(ordered_json const& object, ObjectFault const& fault)
+{
+    ObjectCheck const check(object, fault);
+    bool const hasUid = check.RequireText("uid") != nullptr;
+    bool const hasKind = check.RequireKind();
+    bool const hasName = check.RequireText("name") != nullptr;
+    if (!hasUid || !hasKind || !hasName)
+        return false;
+
+    for (char const* key : {"category", "implements", "parent", "specializes"})
+        check.CheckText(key);
+    for (char const* key : {"signature", "loop", "readOnly"})
+        check.CheckFlag(key);
+    check.CheckTags();
+    check.CheckBody();
+    return true;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,21 @@
+#ifndef EMBEDDEDHOST_OBJECTREADER_H
+#define EMBEDDEDHOST_OBJECTREADER_H
+
+#include <QString>
+
+#include <nlohmann/json.hpp>
+
+#include <functional>
+
+namespace embeddedhost {
+
+/// Takes the key that is wrong and what is wrong with it.
+typedef std::function<void(QString const& key, QString const& reason)> ObjectFault;
+
+/// Checks the keys of an object of a library file. False when it makes no item: uid, kind or
+/// name are missing or wrong. Other keys that are wrong are only reported.
+bool CheckObject(nlohmann::ordered_json const& object, ObjectFault const& fault);
+
+} // namespace embeddedhost
+
+#endif
