@@ -131,9 +131,9 @@ protected Q_SLOTS:
 
 protected:
     /// What GetItemIndexAt answers where there is no row.
-    static unsigned long const kNoRow = 0xFFFFFFFFUL;
+    static constexpr unsigned long kNoRow = 0xFFFFFFFFUL;
     /// Pitch of the rows, in pixels.
-    static int const kRowHeight = 24;
+    static constexpr int kRowHeight = 24;
     static QSize const kClearButtonSize;
     /// The category under which the library stores the tags that users edit.
     static char const kAppTagsCategory[];

@@ -14,9 +14,9 @@ class SearchIndex
 {
 public:
     /// The score of a row that matches nothing.
-    static unsigned long const kNoMatch = 10000;
+    static constexpr unsigned long kNoMatch = 10000;
     /// The score of a row of which only a tag matches.
-    static unsigned long const kTagMatch = 1000;
+    static constexpr unsigned long kTagMatch = 1000;
 
     /// The form in which names are searched: lower case, 8-bit.
     static std::string ToSearchName(std::string const& name);
