@@ -1,0 +1,14 @@
+#include <embeddedhost.h>
+#include <nodebrowser.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    CEmbeddedHost host;
+    CNodeBrowser browser(CNodeBrowser::eConfigNodes);
+    browser.SetCommandManager(&host.GetCommandManager());
+    browser.grab();
+    return browser.GetSelection().IsNull() ? 0 : 1;
+}
