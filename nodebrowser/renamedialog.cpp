@@ -21,21 +21,25 @@ namespace {
 int const kNameFieldMinimumWidth = 120;
 int const kMargin = 5;
 
+/// Digits are among the word characters, so a name may start with one.
+char const kNameExpression[] = "[\\w_][\\d\\w\\s_]*";
+
 } // namespace
 
 CRenameCompoundDialog::CRenameCompoundDialog(ItemLibraryAccessor const& library,
                                              CompoundAccessor const& compound)
-    : QDialog(nullptr, Qt::WindowFlags())
-    , m_ItemLibrary(library)
+    : m_ItemLibrary(library)
     , m_NameEdit(nullptr)
     , m_ButtonBox(nullptr)
 {
     compound.Revalidate();
     m_CurrentName = qtcompat::FromAscii(
         m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
-    setWindowFlags(windowFlags() ^ Qt::WindowContextHelpButtonHint);
-    setWindowTitle(QString::fromLatin1("Rename %1").arg(m_CurrentName));
+    // Taken away, not toggled: the newest generation does not give the button to begin with.
+    setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
+    setWindowTitle(QString(QLatin1String("Rename %1")).arg(m_CurrentName));
     CreateWidgets();
+    ConnectWidgets();
     m_NameEdit->setFocus(Qt::PopupFocusReason);
 }
 
@@ -46,7 +50,7 @@ void CRenameCompoundDialog::CreateWidgets()
                                        Qt::Horizontal, this);
     m_NameEdit = new QLineEdit(this);
     m_NameEdit->setMinimumWidth(kNameFieldMinimumWidth);
-    qtcompat::SetValidatorExpression(m_NameEdit, QLatin1String("[\\w_][\\d\\w\\s_]*"));
+    qtcompat::SetValidatorExpression(m_NameEdit, QLatin1String(kNameExpression));
 
     QHBoxLayout* const nameRow = new QHBoxLayout;
     nameRow->addWidget(label);
@@ -55,10 +59,13 @@ void CRenameCompoundDialog::CreateWidgets()
     rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     rows->addLayout(nameRow);
     rows->addWidget(m_ButtonBox, 0, Qt::AlignRight | Qt::AlignBottom);
+}
 
+void CRenameCompoundDialog::ConnectWidgets()
+{
     connect(m_ButtonBox, SIGNAL(accepted()), this, SLOT(accept()));
     connect(m_ButtonBox, SIGNAL(rejected()), this, SLOT(reject()));
-    // textEdited, not textChanged: a name that is set from outside is not checked.
+    // Only what the user types is checked: the name filled in is in use, by the compound itself.
     connect(m_NameEdit, SIGNAL(textEdited(const QString&)), this,
             SLOT(OnNameChanged(const QString&)));
 }
@@ -82,8 +89,9 @@ void CRenameCompoundDialog::OnNameChanged(const QString& newText)
     }
     QByteArray const name = qtcompat::ToAscii(newText);
     // Its own name in another case is free, although the library has it.
-    if (qstricmp(name.constData(), qtcompat::ToAscii(m_CurrentName).constData()) != 0
-        && IsNameInNodeLibraryHierarchy(m_ItemLibrary, name.constData()))
+    bool const isOwnName =
+        qstricmp(name.constData(), qtcompat::ToAscii(m_CurrentName).constData()) == 0;
+    if (!isOwnName && IsNameInNodeLibraryHierarchy(m_ItemLibrary, name.constData()))
         ShowBadName(QLatin1String("Name already used"));
     else
         ShowGoodName();
@@ -92,8 +100,7 @@ void CRenameCompoundDialog::OnNameChanged(const QString& newText)
 void CRenameCompoundDialog::ShowBadName(QString const& reason)
 {
     QPalette palette;
-    palette.setBrush(QPalette::All, m_NameEdit->backgroundRole(),
-                     QBrush(QColor(255, 90, 90, 255), Qt::SolidPattern));
+    palette.setBrush(QPalette::All, m_NameEdit->backgroundRole(), QBrush(QColor(255, 90, 90)));
     m_NameEdit->setPalette(palette);
     m_NameEdit->setToolTip(reason);
     QToolTip::showText(m_NameEdit->mapToGlobal(QPoint(0, 0)), reason, m_NameEdit);
@@ -104,6 +111,6 @@ void CRenameCompoundDialog::ShowGoodName()
 {
     m_NameEdit->setPalette(QPalette());
     m_NameEdit->setToolTip(QString());
-    QToolTip::showText(QPoint(), QString());
+    QToolTip::showText(QPoint(0, 0), QString());
     m_ButtonBox->button(QDialogButtonBox::Ok)->setEnabled(true);
 }

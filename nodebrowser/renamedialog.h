@@ -30,6 +30,7 @@ protected Q_SLOTS:
 
 private:
     void CreateWidgets();
+    void ConnectWidgets();
     void ShowBadName(QString const& reason);
     void ShowGoodName();
 

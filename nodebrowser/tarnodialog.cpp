@@ -97,6 +97,7 @@ CTarnoCompoundCreateDialog::CTarnoCompoundCreateDialog(ItemLibraryAccessor libra
     connect(m_OkButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_CancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     PlaceWidgets();
+    OrderFocus();
     setWindowTitle(QLatin1String("Create ") + m_ItemKind);
 }
 
@@ -130,17 +131,25 @@ void CTarnoCompoundCreateDialog::PlaceWidgets()
     PlaceLabel(m_CategoryLabel, 1);
     PlaceField(m_NameEdit, 0);
     PlaceField(m_CategoryEdit, 1);
-    setTabOrder(m_NameEdit, m_CategoryEdit);
     if (m_ShowSignature) {
         PlaceLabel(m_SignatureLabel, 2);
         PlaceField(m_SignatureCombo, 2);
-        setTabOrder(m_CategoryEdit, m_SignatureCombo);
     }
     PlaceButtons(m_OkButton, m_CancelButton);
-    setTabOrder(m_ShowSignature ? static_cast<QWidget*>(m_SignatureCombo) : m_CategoryEdit,
-                m_OkButton);
-    setTabOrder(m_OkButton, m_CancelButton);
     setFixedSize(kDialogWidth, kDialogHeight);
+}
+
+/// From top to bottom, although the buttons are made first.
+void CTarnoCompoundCreateDialog::OrderFocus()
+{
+    setTabOrder(m_NameEdit, m_CategoryEdit);
+    QWidget* lastField = m_CategoryEdit;
+    if (m_ShowSignature) {
+        setTabOrder(m_CategoryEdit, m_SignatureCombo);
+        lastField = m_SignatureCombo;
+    }
+    setTabOrder(lastField, m_OkButton);
+    setTabOrder(m_OkButton, m_CancelButton);
 }
 
 QString CTarnoCompoundCreateDialog::GetName() const
@@ -208,12 +217,7 @@ CItemTagsEditorDialog::CItemTagsEditorDialog(char const* name, char const* tags)
 
 CItemTagsEditorDialog::~CItemTagsEditorDialog()
 {
-    delete m_OkButton;
-    delete m_CancelButton;
-    delete m_NameLabel;
-    delete m_NameValueLabel;
-    delete m_TagsLabel;
-    delete m_TagsEdit;
+    // All the others belong to the dialog.
     delete m_HintLabel;
 }
 
@@ -223,6 +227,8 @@ void CItemTagsEditorDialog::CreateWidgets()
     m_CancelButton = new QPushButton(QLatin1String("Cancel"), this);
     m_NameLabel = new QLabel(QLatin1String("Name: "), this);
     m_NameValueLabel = new QLabel(qtcompat::FromAscii(m_Name.c_str()), this);
+    // A name may look like markup.
+    m_NameValueLabel->setTextFormat(Qt::PlainText);
     m_TagsLabel = new QLabel(QLatin1String("Tags: "), this);
     m_TagsEdit = new QLineEdit(qtcompat::FromAscii(m_Tags.c_str()), this);
     // Belongs to no window and so is never shown.

@@ -9,36 +9,27 @@
 
 using namespace tarno::datamodel;
 
-namespace {
-
-// Pixels.
-int const kPreferredWidth = 275;
-int const kPreferredHeight = 500;
-
-} // namespace
-
 CTypeSelector::CTypeSelector(QWidget* parent)
     : QDialog(parent, Qt::WindowTitleHint | Qt::WindowSystemMenuHint)
-    , m_NodeBrowser(new CNodeBrowser(CNodeBrowser::eConfigTypes))
+    , m_NodeBrowser(nullptr)
 {
     CreateWidgets();
+    setModal(true);
+    setWindowTitle(QLatin1String("Choose Type"));
     AttachLibrary();
     m_NodeBrowser->SetCommandManager(GetApplicationCommandManager());
 }
 
 void CTypeSelector::CreateWidgets()
 {
+    m_NodeBrowser = new CNodeBrowser(CNodeBrowser::eConfigTypes);
     QPushButton* const cancelButton = new QPushButton(QLatin1String("Cancel"));
-    // Enter belongs to the search field: it must not press the button as well.
-    cancelButton->setAutoDefault(false);
-    QHBoxLayout* const buttons = new QHBoxLayout;
-    buttons->addWidget(cancelButton);
+    QHBoxLayout* const buttonRow = new QHBoxLayout;
+    buttonRow->addWidget(cancelButton);
     QVBoxLayout* const rows = new QVBoxLayout;
     rows->addWidget(m_NodeBrowser);
-    rows->addLayout(buttons);
+    rows->addLayout(buttonRow);
     setLayout(rows);
-    setModal(true);
-    setWindowTitle(QLatin1String("Choose Type"));
     connect(cancelButton, SIGNAL(clicked()), this, SLOT(reject()));
     connect(m_NodeBrowser, SIGNAL(SelectionChanged()), this, SLOT(SelectionChanged()));
 }
@@ -48,6 +39,7 @@ void CTypeSelector::AttachLibrary()
     wek::fwk::IQormDBProxy* const proxy = FindHostService<wek::fwk::IQormDBProxy>("QormDBProxy");
     if (!proxy)
         return;
+    // The application may have no library open; the browser takes only valid ones.
     ItemLibraryAccessor const library = proxy->GetItemLibrary();
     if (library.IsValid())
         m_NodeBrowser->SetItemLibrary(library);
@@ -55,7 +47,7 @@ void CTypeSelector::AttachLibrary()
 
 QSize CTypeSelector::sizeHint() const
 {
-    return QSize(kPreferredWidth, kPreferredHeight);
+    return QSize(275, 500);
 }
 
 ItemID CTypeSelector::GetSelectedType() const
@@ -70,11 +62,12 @@ void CTypeSelector::done(int r)
         return;
     }
     m_SelectedType = m_NodeBrowser->GetSelection();
-    bool const isType = m_NodeBrowser->IsSelectionType() && m_SelectedType.IsValid();
-    QDialog::done(isType ? QDialog::Accepted : QDialog::Rejected);
+    bool const isUsable = m_NodeBrowser->IsSelectionType() && m_SelectedType.IsValid();
+    // There is no OK button to try again with, so the dialog closes in either case.
+    QDialog::done(isUsable ? QDialog::Accepted : QDialog::Rejected);
 }
 
 void CTypeSelector::SelectionChanged()
 {
-    QDialog::accept();
+    accept();
 }
