@@ -141,12 +141,18 @@ inline void ShowActionToolTips(QMenu* menu)
 #endif
 }
 
-/// Lets the user type only text of the case-sensitive expression; the field owns the validator.
+/// Lets the user type only text of the case-sensitive expression, in which "\w" and "\s" stand
+/// inside brackets; the field owns the validator.
 inline void SetValidatorExpression(QLineEdit* field, QString const& expression)
 {
 #if QT_VERSION >= 0x060000
+    // The older generations take marks for word characters, and for white space just the
+    // separators and six control characters.
+    QString same = expression;
+    same.replace(QLatin1String("\\w"), QLatin1String("\\p{L}\\p{M}\\p{N}_"));
+    same.replace(QLatin1String("\\s"), QLatin1String("\\p{Z}\\x09-\\x0D\\x85"));
     field->setValidator(new QRegularExpressionValidator(
-        QRegularExpression(expression, QRegularExpression::UseUnicodePropertiesOption), field));
+        QRegularExpression(same, QRegularExpression::UseUnicodePropertiesOption), field));
 #else
     field->setValidator(new QRegExpValidator(QRegExp(expression), field));
 #endif
