@@ -132,9 +132,11 @@ ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library)
 bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const* name)
 {
     TestHost::Get().Query("IsNameInNodeLibraryHierarchy", {Quoted(name)});
-    TestLibrary const& items = *LibraryOf(library);
-    return items.m_InheritedNames.count(name) != 0
-           || std::any_of(items.m_Listed.begin(), items.m_Listed.end(),
+    TestLibrary const* const items = LibraryOf(library);
+    if (!items)
+        return false;
+    return items->m_InheritedNames.count(name) != 0
+           || std::any_of(items->m_Listed.begin(), items->m_Listed.end(),
                           [name](TestItem const* item) { return item->name == name; });
 }
 
