@@ -4,6 +4,7 @@
 #include "stringutils.h"
 
 #include <QComboBox>
+#include <QFont>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -34,6 +35,18 @@ int const kButtonTop = 100;
 void PlaceLabel(QLabel* label, int row)
 {
     label->move(kLabelLeft, kFirstLabelTop + row * kRowPitch);
+}
+
+/// Narrows the letters of a label that would reach under its field: the places are fixed, while
+/// the font is whatever the application uses.
+void NarrowToFit(QLabel* label)
+{
+    int const room = kFieldLeft - kLabelLeft;
+    QFont font = label->font();
+    for (int stretch = 100; label->sizeHint().width() > room && stretch > 50; --stretch) {
+        font.setStretch(stretch);
+        label->setFont(font);
+    }
 }
 
 void PlaceField(QWidget* field, int row)
@@ -127,6 +140,7 @@ void CTarnoCompoundCreateDialog::CreateSignatureRow(ItemLibraryAccessor const& l
 
 void CTarnoCompoundCreateDialog::PlaceWidgets()
 {
+    NarrowToFit(m_NameLabel);
     PlaceLabel(m_NameLabel, 0);
     PlaceLabel(m_CategoryLabel, 1);
     PlaceField(m_NameEdit, 0);
