@@ -1,0 +1,386 @@
+#include "paneltest.h"
+#include "testbrowser.h"
+
+#include <QLineEdit>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QTabBar>
+#include <QTest>
+
+using namespace tarno::datamodel;
+
+/// Everything is told in device-independent pixels, so that the tests run at any scale.
+class TestView : public PanelTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void laysOutItsChildren_data();
+    void laysOutItsChildren();
+    void keepsScrollRangeInStep();
+    void scrollsWithTheBar();
+    void findsRows_data();
+    void findsRows();
+    void highlightsSelectedRow();
+    void placesIcons_data();
+    void placesIcons();
+    void clipsRowsUnderTheHeader();
+    void marksModifiedItems();
+    void paintsNothingElse();
+    void asksOnlyAboutRowsInSight_data();
+    void asksOnlyAboutRowsInSight();
+    void rebuildsOnceForManyChanges();
+    void drawsSharpIcons();
+
+protected:
+    void SetUp() override
+    {
+        PanelTest::SetUp();
+        m_Library.reset(new TestLibrary);
+    }
+
+    void TearDown() override
+    {
+        m_Browser.reset();
+        m_Library.reset();
+        PanelTest::TearDown();
+    }
+
+private:
+    /// A type chooser, whose header is 23 high, over that many types without a name. The row
+    /// area has the given size.
+    void MakeBrowser(int rows, QSize const& rowArea)
+    {
+        for (int row = 0; row < rows; ++row)
+            m_Library->Add(LibType::gType, "");
+        m_Browser.reset(new TestBrowser(CNodeBrowser::eConfigTypes));
+        m_Browser->resize(rowArea.width(), 23 + rowArea.height());
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        m_Browser->Paint();
+    }
+
+    /// Gives every row a red icon instead of its own.
+    void MakeIconsRed(QSize const& size)
+    {
+        QPixmap icon(size);
+        icon.fill(Qt::red);
+        for (CNodeBrowser::Item& item : m_Browser->m_Items)
+            item.m_DisplayIcon = icon;
+    }
+
+    std::unique_ptr<TestLibrary> m_Library;
+    std::unique_ptr<TestBrowser> m_Browser;
+};
+
+namespace {
+
+QColor ColorAt(QImage const& image, int x, int y)
+{
+    int const scale = qRound(image.devicePixelRatio());
+    return QColor(image.pixel(x * scale, y * scale));
+}
+
+QImage Cut(QImage const& image, QRect const& rect)
+{
+    int const scale = qRound(image.devicePixelRatio());
+    return image.copy(QRect(rect.topLeft() * scale, rect.size() * scale));
+}
+
+/// The smallest rectangle around what has the color.
+QRect BoundsOf(QImage const& image, QColor const& color)
+{
+    QRect bounds;
+    int const scale = qRound(image.devicePixelRatio());
+    for (int y = 0; y < image.height() / scale; ++y) {
+        for (int x = 0; x < image.width() / scale; ++x) {
+            if (ColorAt(image, x, y) == color)
+                bounds |= QRect(x, y, 1, 1);
+        }
+    }
+    return bounds;
+}
+
+} // namespace
+
+void TestView::laysOutItsChildren_data()
+{
+    QTest::addColumn<int>("config");
+    QTest::addColumn<int>("headerHeight");
+    QTest::newRow("with tabs") << 0 << 43;
+    QTest::newRow("without tabs") << 1 << 23;
+}
+
+void TestView::laysOutItsChildren()
+{
+    QFETCH(int, config);
+    QFETCH(int, headerHeight);
+    TestBrowser browser(static_cast<CNodeBrowser::eConfigType>(config));
+    browser.resize(200, 300);
+    browser.Paint();
+    browser.resize(180, 250);
+    browser.Paint();
+    QCOMPARE(browser.m_SearchEdit->geometry(), QRect(0, 0, 160, 20));
+    QCOMPARE(browser.m_ClearButton->geometry(), QRect(160, 0, 20, 20));
+    QCOMPARE(browser.m_ScrollBar->geometry(), QRect(160, headerHeight, 20, 250 - headerHeight));
+    if (browser.m_TabBar)
+        QCOMPARE(browser.m_TabBar->pos(), QPoint(0, 20));
+}
+
+void TestView::keepsScrollRangeInStep()
+{
+    MakeBrowser(10, QSize(200, 100));
+    QScrollBar const& bar = *m_Browser->m_ScrollBar;
+    QCOMPARE(m_Browser->m_ContentHeight, 240);
+    QCOMPARE(bar.minimum(), 0);
+    QCOMPARE(bar.maximum(), 140);
+    QCOMPARE(bar.pageStep(), 100);
+    QVERIFY(!bar.isHidden());
+
+    m_Browser->m_ScrollBar->setValue(140);
+    m_Browser->resize(200, 23 + 120);
+    m_Browser->Paint();
+    QCOMPARE(bar.maximum(), 120);
+    QCOMPARE(m_Browser->m_ScrollOffset, 120);
+
+    m_Browser->resize(200, 23 + 240);
+    m_Browser->Paint();
+    QVERIFY(bar.isHidden());
+    QCOMPARE(m_Browser->m_ScrollOffset, 0);
+    // A hidden bar keeps its range.
+    QCOMPARE(bar.maximum(), 120);
+
+    m_Browser->resize(200, 23 + 239);
+    m_Browser->Paint();
+    QCOMPARE(bar.maximum(), 1);
+    QVERIFY(!bar.isHidden());
+    m_Browser->SearchTextChange("nothing");
+    m_Browser->Paint();
+    QVERIFY(bar.isHidden());
+}
+
+void TestView::scrollsWithTheBar()
+{
+    MakeBrowser(10, QSize(200, 100));
+    MakeIconsRed(QSize(20, 20));
+    m_Browser->m_ScrollBar->setValue(30);
+    QCOMPARE(m_Browser->m_ScrollOffset, 30);
+    // Row 1 begins 6 pixels above the header's end, its icon 2 pixels lower.
+    QImage const image = m_Browser->Paint();
+    QCOMPARE(ColorAt(image, 15, 23), QColor(Qt::red));
+    QCOMPARE(ColorAt(image, 15, 23 - 6 + 2 + 19), QColor(Qt::red));
+    QVERIFY(ColorAt(image, 15, 23 - 6 + 2 + 20) != QColor(Qt::red));
+}
+
+void TestView::findsRows_data()
+{
+    QTest::addColumn<QPoint>("point");
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<unsigned long>("row");
+
+    unsigned long const none = 0xFFFFFFFFul;
+    QTest::newRow("search field") << QPoint(5, 5) << 0 << none;
+    QTest::newRow("last line of the header") << QPoint(5, 23) << 0 << none;
+    QTest::newRow("first line below") << QPoint(5, 24) << 0 << 0ul;
+    QTest::newRow("last line of a row") << QPoint(5, 23 + 23) << 0 << 0ul;
+    QTest::newRow("first line of a row") << QPoint(5, 23 + 24) << 0 << 1ul;
+    QTest::newRow("scrolled") << QPoint(5, 24) << 30 << 1ul;
+    QTest::newRow("left of the panel") << QPoint(-100, 24) << 0 << 0ul;
+    QTest::newRow("right edge") << QPoint(199, 24) << 0 << 0ul;
+    QTest::newRow("right of the panel") << QPoint(200, 24) << 0 << none;
+    QTest::newRow("past the last row") << QPoint(5, 23 + 24 * 50) << 0 << 50ul;
+}
+
+void TestView::findsRows()
+{
+    QFETCH(QPoint, point);
+    QFETCH(int, offset);
+    MakeBrowser(10, QSize(200, 100));
+    m_Browser->m_ScrollBar->setValue(offset);
+    QTEST(m_Browser->GetItemIndexAt(point), "row");
+}
+
+void TestView::highlightsSelectedRow()
+{
+    MakeBrowser(10, QSize(200, 300));
+    // The panel's own palette has no say.
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, Qt::magenta);
+    m_Browser->setPalette(palette);
+    m_Browser->m_SelectedIndex = 2;
+    QColor const highlight =
+        m_Browser->style()->standardPalette().color(QPalette::Active, QPalette::Highlight);
+    // Each row overlaps the next one by a pixel.
+    QCOMPARE(BoundsOf(m_Browser->Paint(), highlight), QRect(0, 23 + 48, 200, 25));
+
+    m_Browser->m_SelectedIndex = 10;
+    QCOMPARE(BoundsOf(m_Browser->Paint(), highlight), QRect());
+}
+
+void TestView::placesIcons_data()
+{
+    QTest::addColumn<bool>("isFactory");
+    QTest::addColumn<bool>("hasState");
+    QTest::addColumn<bool>("isShown");
+    QTest::addColumn<int>("left");
+
+    QTest::newRow("plain") << false << false << true << 9;
+    QTest::newRow("factory") << true << false << false << 2;
+    QTest::newRow("state shown") << false << true << true << 2;
+    QTest::newRow("state not shown") << false << true << false << 9;
+}
+
+void TestView::placesIcons()
+{
+    QFETCH(bool, isFactory);
+    QFETCH(bool, hasState);
+    QFETCH(bool, isShown);
+    QFETCH(int, left);
+    MakeBrowser(2, QSize(200, 100));
+    MakeIconsRed(QSize(20, 20));
+    m_Browser->m_Items[0].m_DisplayIcon = QPixmap();
+    m_Browser->m_Items[1].m_IsFactory = isFactory;
+    m_Browser->m_Items[1].m_HasScState = hasState;
+    m_Browser->m_SourceControlEnabled = isShown;
+    QCOMPARE(BoundsOf(m_Browser->Paint(), Qt::red), QRect(left, 23 + 24 + 2, 20, 20));
+}
+
+void TestView::clipsRowsUnderTheHeader()
+{
+    MakeBrowser(10, QSize(200, 100));
+    MakeIconsRed(QSize(20, 60));
+    m_Browser->m_SelectedIndex = 0;
+    m_Browser->m_ScrollBar->setValue(12);
+    // What shines through there would be seen between the children, too.
+    m_Browser->m_SearchEdit->hide();
+    QImage const image = m_Browser->Paint();
+    QColor const highlight =
+        m_Browser->style()->standardPalette().color(QPalette::Active, QPalette::Highlight);
+    QCOMPARE(BoundsOf(image, highlight), QRect(0, 23, 180, 13));
+    QCOMPARE(BoundsOf(image, Qt::red).top(), 23);
+}
+
+void TestView::marksModifiedItems()
+{
+    MakeBrowser(0, QSize(200, 100));
+    m_Library->Add(LibType::gType, "a").isModified = true;
+    m_Library->Add(LibType::gType, "a*");
+    m_Library->Add(LibType::gType, "aa");
+    m_Browser->m_ItemListDirty = true;
+    m_Browser->Paint();
+    MakeIconsRed(QSize(20, 20));
+    QImage const image = m_Browser->Paint();
+    QImage const modified = Cut(image, QRect(0, 23, 200, 24));
+    QCOMPARE(m_Browser->GetRows().join(" "), QString("a a* aa"));
+    QCOMPARE(modified, Cut(image, QRect(0, 23 + 24, 200, 24)));
+    QVERIFY(modified != Cut(image, QRect(0, 23 + 48, 200, 24)));
+
+    // Names begin at 35; between icon and name there is nothing.
+    QImage const gap = Cut(image, QRect(29, 23, 6, 72));
+    QImage const beyond = Cut(image, QRect(100, 23, 6, 72));
+    QCOMPARE(gap, beyond);
+    QVERIFY(Cut(image, QRect(35, 23, 6, 72)) != beyond);
+
+    // The text of a selected row keeps its colour.
+    m_Browser->m_SelectedIndex = 2;
+    QColor const text = m_Browser->palette().color(QPalette::WindowText);
+    QCOMPARE(BoundsOf(Cut(m_Browser->Paint(), QRect(0, 71, 200, 24)), text),
+             BoundsOf(Cut(image, QRect(0, 71, 200, 24)), text));
+}
+
+void TestView::paintsNothingElse()
+{
+    MakeBrowser(0, QSize(200, 100));
+    QImage const image = Cut(m_Browser->Paint(), QRect(0, 23, 200, 100));
+    QImage background = image;
+    background.fill(QColor(image.pixel(0, 0)));
+    QCOMPARE(image, background);
+}
+
+void TestView::asksOnlyAboutRowsInSight_data()
+{
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("at the top") << 0 << 5;
+    QTest::newRow("row ends at the header") << 24 << 5;
+    QTest::newRow("last line of a row") << 23 << 6;
+    QTest::newRow("at the end") << 1000 * 24 - 100 << 5;
+}
+
+void TestView::asksOnlyAboutRowsInSight()
+{
+    QFETCH(int, offset);
+    MakeBrowser(1000, QSize(200, 100));
+    m_Browser->m_ScrollBar->setValue(offset);
+    m_Browser->Paint();
+    m_Host->TakeCount("GetItemName");
+    m_Browser->Paint();
+    QTEST(m_Host->TakeCount("GetItemName"), "rows");
+}
+
+void TestView::rebuildsOnceForManyChanges()
+{
+    int const kinds = 5;
+    MakeBrowser(1, QSize(200, 100));
+    m_Host->TakeCount("GetItems");
+    m_Host->TakeCalls();
+    TestItem& added = m_Library->Add(LibType::gType, "added");
+    m_Library->TellToc([&](IItemTOCNotification& listener) {
+        ItemAccessor accessor = m_Library->GetAccessor(added);
+        for (int i = 0; i < 5; ++i)
+            listener.ItemAdded(accessor);
+    });
+    m_Browser->SearchTextChange("added");
+    QCOMPARE(m_Browser->GetRows(), QStringList("added"));
+    QCOMPARE(m_Host->TakeCount("GetItems"), kinds);
+    QVERIFY(m_Host->TakeCalls().isEmpty());
+
+    // States that are asked for come with a rebuild, which then serves both.
+    m_Browser->m_ItemListDirty = true;
+    m_Browser->m_ScStatesStale = true;
+    m_Browser->Paint();
+    QCOMPARE(m_Host->TakeCount("GetItems"), kinds);
+    QCOMPARE(m_Host->TakeCalls(), QStringList("RequestObjectStates []"));
+    QVERIFY(!m_Browser->m_ItemListDirty && !m_Browser->m_ScStatesStale);
+}
+
+void TestView::drawsSharpIcons()
+{
+    m_Host->AddRevisionControl();
+    m_Library->AddObject(m_Library->Add(LibType::gType, ""),
+                         m_Host->m_Database.m_ComponentSources[0]);
+    MakeBrowser(1, QSize(200, 100));
+    double const scale = qApp->devicePixelRatio();
+    for (CNodeBrowser::Item const& item : m_Browser->m_Items) {
+        QCOMPARE(item.m_Icon.devicePixelRatio(), scale);
+        QCOMPARE(item.m_Icon.size(), QSize(20, 20) * scale);
+        QCOMPARE(item.m_DisplayIcon.devicePixelRatio(), scale);
+        QCOMPARE(item.m_DisplayIcon.size(), QSize(item.m_IsFactory ? 27 : 20, 20) * scale);
+    }
+    QImage icon(scale > 1 ? ":type@2x.png" : ":type.png");
+    QImage badge(scale > 1 ? ":res/projectbrowser/PB_Factory@2x.png"
+                                 : ":res/projectbrowser/PB_Factory.png");
+    QVERIFY(!icon.isNull() && !badge.isNull());
+    icon.setDevicePixelRatio(1);
+    badge.setDevicePixelRatio(1);
+
+    QVERIFY(m_Browser->m_Items[0].m_IsFactory || m_Browser->m_Items[1].m_IsFactory);
+    for (CNodeBrowser::Item const& item : m_Browser->m_Items) {
+        if (!item.m_IsFactory)
+            continue;
+        QImage expected(item.m_DisplayIcon.size(), QImage::Format_ARGB32_Premultiplied);
+        expected.fill(Qt::transparent);
+        QPainter painter(&expected);
+        painter.drawImage(qRound(7 * scale), 0, icon);
+        painter.drawImage(0, expected.height() - badge.height(), badge);
+        painter.end();
+        QImage composite = item.m_DisplayIcon.toImage();
+        composite.setDevicePixelRatio(1);
+        QCOMPARE(composite.convertToFormat(expected.format()), expected);
+    }
+}
+
+NODEBROWSER_TEST_MAIN(TestView)
+
+#include "tst_view.moc"
