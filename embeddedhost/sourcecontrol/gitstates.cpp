@@ -1,0 +1,112 @@
+#include "sourcecontrol/gitrepository.h"
+#include "sourcecontrol/statebits.h"
+
+namespace embeddedhost {
+
+namespace {
+
+int StopWhenCancelled(git_diff const*, char const*, char const*, void* cancel)
+{
+    return *static_cast<CancelFlag const*>(cancel) ? GIT_EUSER : 0;
+}
+
+/// A pass over one folder, given as the only element of `folder`.
+git_diff_options MakeOptions(git_strarray const& folder, CancelFlag const& cancel)
+{
+    git_diff_options options = GIT_DIFF_OPTIONS_INIT;
+    options.flags = GIT_DIFF_INCLUDE_UNMODIFIED | GIT_DIFF_INCLUDE_UNTRACKED
+                    | GIT_DIFF_RECURSE_UNTRACKED_DIRS | GIT_DIFF_INCLUDE_IGNORED
+                    | GIT_DIFF_INCLUDE_UNREADABLE | GIT_DIFF_INCLUDE_TYPECHANGE
+                    | GIT_DIFF_IGNORE_SUBMODULES | GIT_DIFF_DISABLE_PATHSPEC_MATCH;
+    options.pathspec = folder;
+    options.progress_cb = StopWhenCancelled;
+    options.payload = const_cast<CancelFlag*>(&cancel);
+    return options;
+}
+
+unsigned GetUnstagedState(git_delta_t change)
+{
+    switch (change) {
+    case GIT_DELTA_UNMODIFIED:
+        return StateBits::kClean;
+    case GIT_DELTA_MODIFIED:
+    case GIT_DELTA_DELETED:
+    case GIT_DELTA_TYPECHANGE:
+        return StateBits::kModified;
+    case GIT_DELTA_UNTRACKED:
+        return StateBits::kUntracked;
+    case GIT_DELTA_IGNORED:
+        return StateBits::kIgnored;
+    case GIT_DELTA_CONFLICTED:
+        return StateBits::kConflicted;
+    default:
+        return StateBits::kUnknown;
+    }
+}
+
+/// `state` is what the work tree says; the result takes in what is staged.
+unsigned AddStagedState(unsigned state, git_delta_t change)
+{
+    bool const isTracked = state & (StateBits::kClean | StateBits::kModified);
+    switch (change) {
+    case GIT_DELTA_ADDED:
+        return isTracked ? (state & ~StateBits::kClean) | StateBits::kAdded : state;
+    case GIT_DELTA_MODIFIED:
+    case GIT_DELTA_TYPECHANGE:
+        return isTracked ? StateBits::kModified : state;
+    case GIT_DELTA_DELETED:
+        // A file that is still there has become an untracked one.
+        return state ? state : StateBits::kModified;
+    default:
+        return state;
+    }
+}
+
+char const* GetPath(git_diff_delta const& delta)
+{
+    return delta.new_file.path ? delta.new_file.path : delta.old_file.path;
+}
+
+} // namespace
+
+bool CGitWorkTree::ReadStates(std::string const& folder, CancelFlag const& cancel,
+                              CFileStates& states) const
+{
+    GitIndexPtr const index = m_Private->GetIndex();
+    if (!index)
+        return m_Private->Fail();
+
+    char* path = const_cast<char*>(folder.c_str());
+    git_diff_options const options = MakeOptions({&path, folder.empty() ? 0u : 1u}, cancel);
+    git_repository* const repository = m_Private->repository.get();
+
+    git_diff* diff = nullptr;
+    if (git_diff_index_to_workdir(&diff, repository, index.get(), &options) != 0)
+        return m_Private->Fail();
+    GitDiffPtr const unstaged(diff);
+
+    git_tree* tree = nullptr;
+    GitCommitPtr const head = m_Private->GetHeadCommit();
+    if ((head && git_commit_tree(&tree, head.get()) != 0)
+        || (!head && git_repository_head_unborn(repository) != 1))
+        return m_Private->Fail();
+    GitTreePtr const headTree(tree);
+    if (git_diff_tree_to_index(&diff, repository, tree, index.get(), &options) != 0)
+        return m_Private->Fail();
+    GitDiffPtr const staged(diff);
+
+    for (std::size_t i = 0; i < git_diff_num_deltas(unstaged.get()); ++i) {
+        git_diff_delta const& delta = *git_diff_get_delta(unstaged.get(), i);
+        states[GetPath(delta)] = GetUnstagedState(delta.status);
+    }
+    for (std::size_t i = 0; i < git_diff_num_deltas(staged.get()); ++i) {
+        git_diff_delta const& delta = *git_diff_get_delta(staged.get(), i);
+        if (delta.status == GIT_DELTA_UNMODIFIED)
+            continue;
+        unsigned& state = states[GetPath(delta)];
+        state = AddStagedState(state, delta.status);
+    }
+    return !cancel;
+}
+
+} // namespace embeddedhost

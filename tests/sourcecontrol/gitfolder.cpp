@@ -1,0 +1,67 @@
+#include "gitfolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+
+void GitFolder::UseNoSettings(QString const& home)
+{
+    qputenv("HOME", QFile::encodeName(home));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home));
+    qputenv("GIT_CONFIG_NOSYSTEM", "1");
+    for (char const* const role : {"AUTHOR", "COMMITTER"}) {
+        qputenv(QByteArray("GIT_") + role + "_NAME", "Ada Example");
+        qputenv(QByteArray("GIT_") + role + "_EMAIL", "ada@example.org");
+    }
+}
+
+GitFolder::GitFolder(QString const& name)
+{
+    m_Path = QFileInfo(m_Parent.path()).canonicalFilePath() + '/' + name;
+    QDir().mkpath(m_Path);
+    Git({"-c", "init.defaultBranch=main", "init", "-q"});
+}
+
+QString GitFolder::GetPath(QString const& file) const
+{
+    return file.isEmpty() ? m_Path : m_Path + '/' + file;
+}
+
+QString GitFolder::Git(QStringList const& arguments, bool mayFail) const
+{
+    QProcess git;
+    git.setWorkingDirectory(m_Path);
+    git.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    if (mayFail)
+        git.setStandardErrorFile(QProcess::nullDevice());
+    git.start(QStringLiteral("git"), arguments);
+    bool const hasRun = git.waitForFinished() && git.exitStatus() == QProcess::NormalExit;
+    if (!hasRun || (git.exitCode() != 0 && !mayFail))
+        qFatal("git %s failed", qPrintable(arguments.join(' ')));
+    QString output = QString::fromUtf8(git.readAllStandardOutput());
+    if (output.endsWith('\n'))
+        output.chop(1);
+    return output;
+}
+
+void GitFolder::Commit(QString const& subject) const
+{
+    Git({"add", "-A"});
+    Git({"commit", "-q", "--allow-empty", "-m", subject});
+}
+
+void GitFolder::Write(QString const& file, QByteArray const& content) const
+{
+    QString const path = GetPath(file);
+    QDir().mkpath(QFileInfo(path).path());
+    QFile target(path);
+    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
+        qFatal("cannot write %s", qPrintable(path));
+}
+
+QByteArray GitFolder::Read(QString const& file) const
+{
+    QFile source(GetPath(file));
+    return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+}
