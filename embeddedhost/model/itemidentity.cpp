@@ -1,9 +1,9 @@
 #include "model/itemidentity.h"
 
 #include "model/itemkinds.h"
+#include "model/stablepool.h"
 
 #include <functional>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 
@@ -11,28 +11,51 @@ namespace embeddedhost {
 
 using tarno::datamodel::ItemIdentity;
 
+namespace {
+
+std::string Serialize(char const* kind, std::string const& uid)
+{
+    return std::string(kind) + ':' + uid;
+}
+
+class IdentityTable
+{
+public:
+    ItemIdentity& Get(char const* kind, std::string const& uid)
+    {
+        auto const found = m_BySerialized.find(Serialize(kind, uid));
+        if (found != m_BySerialized.end())
+            return *found->second;
+        ItemIdentity& identity = m_Pool.Add(kind, uid);
+        m_BySerialized.emplace(identity.serialized, &identity);
+        return identity;
+    }
+
+private:
+    StablePool<ItemIdentity> m_Pool;
+    std::unordered_map<std::string_view, ItemIdentity*> m_BySerialized;
+};
+
+} // namespace
+
 ItemIdentity& GetItemIdentity(char const* kind, std::string const& uid)
 {
     // Never destroyed: identifiers may be used while the process ends.
-    static auto& identities
-        = *new std::unordered_map<std::string_view, std::unique_ptr<ItemIdentity>>;
-
-    std::string serialized = std::string(kind) + ':' + uid;
-    auto const found = identities.find(serialized);
-    if (found != identities.end())
-        return *found->second;
-
-    std::unique_ptr<ItemIdentity> identity(
-        new ItemIdentity{kind, std::move(serialized), nullptr, nullptr});
-    identity->uid = identity->serialized.c_str() + (identity->serialized.size() - uid.size());
-    std::string_view const key = identity->serialized;
-    return *identities.emplace(key, std::move(identity)).first->second;
+    static IdentityTable& table = *new IdentityTable;
+    return table.Get(kind, uid);
 }
 
 } // namespace embeddedhost
 
 namespace tarno {
 namespace datamodel {
+
+ItemIdentity::ItemIdentity(char const* itemKind, std::string const& itemUid)
+    : kind(itemKind)
+    , serialized(embeddedhost::Serialize(itemKind, itemUid))
+    , uid(serialized.c_str() + (serialized.size() - itemUid.size()))
+{
+}
 
 ItemID::ItemID()
     : m_Identity(nullptr)

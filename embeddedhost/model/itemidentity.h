@@ -16,14 +16,18 @@ namespace datamodel {
 /// that identifiers compare by address and stay good when items go and come back.
 struct ItemIdentity
 {
+    ItemIdentity(char const* itemKind, std::string const& itemUid);
+    ItemIdentity(ItemIdentity const&) = delete;
+    ItemIdentity& operator=(ItemIdentity const&) = delete;
+
     /// The kind constant.
-    char const* kind;
+    char const* const kind;
     /// Kind and uid, "compound:UID"; tells the identity again.
-    std::string serialized;
+    std::string const serialized;
     /// The uid within `serialized`.
-    char const* uid;
+    char const* const uid;
     /// The item in the open library that has the identity; null when there is none.
-    embeddedhost::CLibraryItem* item;
+    embeddedhost::CLibraryItem* item = nullptr;
 };
 
 } // namespace datamodel

@@ -1,7 +1,6 @@
 #include "model/library.h"
 
 #include "model/accessorcontext.h"
-#include "model/libraryitem.h"
 #include "model/text8.h"
 
 #include <algorithm>
@@ -9,6 +8,7 @@
 namespace embeddedhost {
 
 using namespace tarno::datamodel;
+using nlohmann::ordered_json;
 
 CLibrary::CLibrary(QString const& folder, QString const& name, CMessageChannel& messages)
     : m_Folder(folder)
@@ -79,13 +79,12 @@ std::size_t CLibrary::GetItemCount() const
 
 CLibraryItem* CLibrary::FindItem(char const* uid) const
 {
-    CLibraryItem* const* const found = m_ItemsByUid.Find(uid);
-    return found ? *found : nullptr;
+    return m_ItemsByUid.Find(uid);
 }
 
 bool CLibrary::HasName(char const* name) const
 {
-    auto const hasName = [name](std::unique_ptr<CLibraryItem> const& item) {
+    auto const hasName = [name](CLibraryItem const* item) {
         return EqualIgnoringAsciiCase(item->GetName(), name);
     };
     return std::any_of(m_Items.begin(), m_Items.end(), [&](Items const& items) {
@@ -93,14 +92,16 @@ bool CLibrary::HasName(char const* name) const
     });
 }
 
-CLibraryItem& CLibrary::AddItem(std::unique_ptr<CLibraryItem> item)
+CLibraryItem& CLibrary::AddItem(DataSourcePtr const& source, ordered_json object)
 {
-    ItemIdentity& identity = item->GetIdentity();
-    Items& items = m_Items[std::size_t(GetKindIndex(identity.kind))];
-    items.push_back(std::move(item));
-    m_ItemsByUid.Insert(identity.uid, items.back().get());
-    identity.item = items.back().get();
-    return *identity.item;
+    char const* const kind = FindItemKind(object["kind"].get_ref<std::string const&>());
+    auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
+    int const cacheIndex = m_Database->AddItem(identity);
+    CLibraryItem& item = m_Pool.Add(identity, source, std::move(object), cacheIndex, m_Arena);
+    m_Items[std::size_t(GetKindIndex(kind))].push_back(&item);
+    m_ItemsByUid.Insert(identity.uid, &item);
+    identity.item = &item;
+    return item;
 }
 
 LibraryFile& CLibrary::AddFile(LibraryFile file)
@@ -116,7 +117,7 @@ void CLibrary::Close()
     m_Self.GetContext()->Close();
     m_Database->Close();
     for (Items const& items : m_Items) {
-        for (auto const& item : items)
+        for (CLibraryItem const* item : items)
             item->GetIdentity().item = nullptr;
     }
 }

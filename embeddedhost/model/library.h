@@ -3,6 +3,8 @@
 
 #include "framework/messagechannel.h"
 #include "model/itemkinds.h"
+#include "model/libraryitem.h"
+#include "model/stablepool.h"
 #include "objects/datasource.h"
 #include "objects/objectdatabase.h"
 #include "objects/uidmap.h"
@@ -12,12 +14,12 @@
 
 #include <array>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <vector>
 
 namespace embeddedhost {
 
-class CLibraryItem;
 class CLibraryNotifier;
 
 /// One file of a data source: one object, or an array of them. What could not be loaded stays
@@ -43,7 +45,7 @@ struct LibraryFile
 class CLibrary
 {
 public:
-    typedef std::vector<std::unique_ptr<CLibraryItem>> Items;
+    typedef std::vector<CLibraryItem*> Items;
 
     /// `folder` is the canonical path. The message channel has to outlive the open library.
     CLibrary(QString const& folder, QString const& name, CMessageChannel& messages);
@@ -68,8 +70,9 @@ public:
     CLibraryItem* FindItem(char const* uid) const;
     /// Some item has the name, but for the case of ASCII letters.
     bool HasName(char const* name) const;
-    /// Puts the item at the end of its kind. Its uid must be free.
-    CLibraryItem& AddItem(std::unique_ptr<CLibraryItem> item);
+    /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
+    /// it at the end of its kind.
+    CLibraryItem& AddItem(DataSourcePtr const& source, nlohmann::ordered_json object);
 
     LibraryFile& AddFile(LibraryFile file);
 
@@ -85,8 +88,12 @@ private:
     ObjectDatabasePtr const m_Database;
 
     std::vector<DataSourcePtr> m_Sources;
+    /// What items are made of lies together, so that walking a large library is fast. Nothing
+    /// of it is freed before the library is.
+    std::pmr::monotonic_buffer_resource m_Arena;
+    StablePool<CLibraryItem> m_Pool;
     std::array<Items, kKindCount> m_Items;
-    UidMap<CLibraryItem*> m_ItemsByUid;
+    UidMap<CLibraryItem> m_ItemsByUid;
     std::vector<std::unique_ptr<LibraryFile>> m_Files;
 };
 

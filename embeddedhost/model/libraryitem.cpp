@@ -25,6 +25,17 @@ bool HasText(ordered_json const& object, char const* key)
     return text && !text->empty();
 }
 
+void AppendText(std::string& texts, std::string const& utf8)
+{
+    // A zero within a text ends it, as it does for whoever is handed the text.
+    texts.append(ToLatin1(utf8).c_str()).push_back('\0');
+}
+
+char const* NextText(char const* text)
+{
+    return text + std::strlen(text) + 1;
+}
+
 bool IsSet(ordered_json const& object, char const* key)
 {
     auto const found = object.find(key);
@@ -34,33 +45,41 @@ bool IsSet(ordered_json const& object, char const* key)
 } // namespace
 
 CLibraryItem::CLibraryItem(ItemIdentity& identity, DataSourcePtr const& source,
-                           ordered_json object)
+                           ordered_json object, int cacheIndex, std::pmr::memory_resource& texts)
     : m_Identity(identity)
     , m_Source(source)
     , m_Object(std::move(object))
+    , m_Texts(&texts)
+    , m_CacheIndex(cacheIndex)
 {
     ReadObject();
 }
 
 void CLibraryItem::ReadObject()
 {
-    std::string const* const name = FindText(m_Object, "name");
-    m_Name = name ? ToLatin1(*name) : std::string();
+    ReadTexts();
     m_IsSignature = IsSet(m_Object, "signature");
     m_IsLoop = IsSet(m_Object, "loop");
     m_IsLocked = IsSet(m_Object, "readOnly");
     m_HasParent = HasText(m_Object, "parent");
     m_HasSpecializes = HasText(m_Object, "specializes");
+}
 
-    m_Tags.clear();
+void CLibraryItem::ReadTexts()
+{
+    std::string const* const name = FindText(m_Object, "name");
+    std::string texts;
+    AppendText(texts, name ? *name : std::string());
     auto const tags = m_Object.find("tags");
-    if (tags == m_Object.end() || !tags->is_object())
-        return;
-    for (auto const& [category, text] : tags->items()) {
-        if (text.is_string())
-            m_Tags.emplace_back(ToLatin1(category), ToLatin1(text.get_ref<std::string const&>()));
+    if (tags != m_Object.end() && tags->is_object()) {
+        for (auto const& [category, text] : tags->items()) {
+            if (!text.is_string())
+                continue;
+            AppendText(texts, category);
+            AppendText(texts, text.get_ref<std::string const&>());
+        }
     }
-    m_Tags.shrink_to_fit();
+    m_Texts.assign(texts.begin(), texts.end());
 }
 
 ItemIdentity& CLibraryItem::GetIdentity() const
@@ -78,19 +97,26 @@ ordered_json const& CLibraryItem::GetObject() const
     return m_Object;
 }
 
-std::string const& CLibraryItem::GetName() const
+int CLibraryItem::GetCacheIndex() const
 {
-    return m_Name;
+    return m_CacheIndex;
 }
 
-std::string const& CLibraryItem::GetTags(char const* category) const
+char const* CLibraryItem::GetName() const
 {
-    static std::string const none;
-    for (auto const& [name, tags] : m_Tags) {
-        if (name == category)
+    return m_Texts.c_str();
+}
+
+char const* CLibraryItem::GetTags(char const* category) const
+{
+    char const* const end = m_Texts.data() + m_Texts.size();
+    for (char const* text = NextText(GetName()); text != end;) {
+        char const* const tags = NextText(text);
+        if (std::strcmp(text, category) == 0)
             return tags;
+        text = NextText(tags);
     }
-    return none;
+    return "";
 }
 
 bool CLibraryItem::IsSignature() const

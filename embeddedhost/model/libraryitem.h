@@ -6,32 +6,32 @@
 
 #include <nlohmann/json.hpp>
 
+#include <memory_resource>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace embeddedhost {
-
-struct LibraryFile;
 
 /// One item: its object as the file has it, and the 8-bit views of it that are asked for often.
 class CLibraryItem
 {
 public:
     /// `object` holds a kind and a name; other keys whose value is not of the right type are
-    /// kept but count as absent.
+    /// kept but count as absent. `cacheIndex` is the item's place in the object database, -1
+    /// for none. `texts` outlives the item.
     CLibraryItem(tarno::datamodel::ItemIdentity& identity, DataSourcePtr const& source,
-                 nlohmann::ordered_json object);
+                 nlohmann::ordered_json object, int cacheIndex,
+                 std::pmr::memory_resource& texts);
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
 
     tarno::datamodel::ItemIdentity& GetIdentity() const;
     DataSourcePtr const& GetSource() const;
     nlohmann::ordered_json const& GetObject() const;
+    int GetCacheIndex() const;
 
-    std::string const& GetName() const;
+    char const* GetName() const;
     /// Empty when there are none.
-    std::string const& GetTags(char const* category) const;
+    char const* GetTags(char const* category) const;
     bool IsSignature() const;
     bool IsLoop() const;
     /// The item's own lock.
@@ -43,13 +43,15 @@ public:
 
 private:
     void ReadObject();
+    void ReadTexts();
 
     tarno::datamodel::ItemIdentity& m_Identity;
     DataSourcePtr m_Source;
     nlohmann::ordered_json m_Object;
 
-    std::string m_Name;
-    std::vector<std::pair<std::string, std::string>> m_Tags;
+    /// Zero-terminated texts in one piece: the name, then category and tags by turns.
+    std::pmr::string m_Texts;
+    int const m_CacheIndex;
     bool m_IsSignature = false;
     bool m_IsLoop = false;
     bool m_IsLocked = false;

@@ -22,14 +22,13 @@ std::string ToLatin1(std::string const& utf8)
     return isAscii ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
 }
 
-bool EqualIgnoringAsciiCase(std::string const& a, char const* b)
+bool EqualIgnoringAsciiCase(char const* a, char const* b)
 {
-    for (char c : a) {
-        if (ToAsciiLower(c) != ToAsciiLower(*b) || *b == '\0')
-            return false;
+    while (*a != '\0' && ToAsciiLower(*a) == ToAsciiLower(*b)) {
+        ++a;
         ++b;
     }
-    return *b == '\0';
+    return *a == '\0' && *b == '\0';
 }
 
 } // namespace embeddedhost

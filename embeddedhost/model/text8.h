@@ -9,7 +9,7 @@ namespace embeddedhost {
 std::string ToLatin1(std::string const& utf8);
 
 /// Equal but for the case of ASCII letters.
-bool EqualIgnoringAsciiCase(std::string const& a, char const* b);
+bool EqualIgnoringAsciiCase(char const* a, char const* b);
 
 } // namespace embeddedhost
 

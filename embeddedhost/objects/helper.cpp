@@ -38,8 +38,8 @@ QormPtr<IHelper> IHelper::GetHelper(QormPtr<IQormInstance> const& instance)
 {
     if (instance.IsNull())
         return QormPtr<IHelper>();
-    auto* const database = dynamic_cast<embeddedhost::CObjectDatabase*>(instance.Get());
-    return QormPtr<IHelper>(new embeddedhost::CHelper(database));
+    return QormPtr<IHelper>(
+        new embeddedhost::CHelper(embeddedhost::CObjectDatabase::From(instance)));
 }
 
 } // namespace qorm

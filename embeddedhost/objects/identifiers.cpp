@@ -3,42 +3,57 @@
 
 #include <qorm.h>
 
+#include <QByteArray>
+
+#include <array>
+
 namespace embeddedhost {
 
 namespace {
 
-/// -1 for what is no hexadecimal digit.
-int DigitValue(char c)
+constexpr std::size_t kUidLength = 36;
+
+/// The values of hexadecimal digits by character, -1 for all other characters.
+std::array<signed char, 256> MakeDigitValues()
 {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+    std::array<signed char, 256> values;
+    values.fill(-1);
+    for (int i = 0; i < 10; ++i)
+        values[std::size_t('0' + i)] = static_cast<signed char>(i);
+    for (int i = 0; i < 6; ++i) {
+        values[std::size_t('A' + i)] = static_cast<signed char>(10 + i);
+        values[std::size_t('a' + i)] = static_cast<signed char>(10 + i);
+    }
+    return values;
+}
+
+bool HasUidForm(char const* text)
+{
+    return text && qstrnlen(text, kUidLength + 1) == kUidLength && text[8] == '-'
+           && text[13] == '-' && text[18] == '-' && text[23] == '-';
 }
 
 } // namespace
 
 bool ParseUid(char const* text, UidKey& key)
 {
-    if (!text)
+    static auto const digitValues = MakeDigitValues();
+    if (!HasUidForm(text))
         return false;
-    std::uint64_t halves[2] = {0, 0};
-    int digits = 0;
-    for (int i = 0; i < 36; ++i) {
-        if (i == 8 || i == 13 || i == 18 || i == 23) {
-            if (text[i] != '-')
-                return false;
-            continue;
+    // Digits are looked up and summed up without a branch for each: this is asked for every
+    // item of a library at each rebuild of a list.
+    int all = 0;
+    auto const read = [&](int begin, int end, std::uint64_t value) {
+        for (int i = begin; i < end; ++i) {
+            int const digit = digitValues[static_cast<unsigned char>(text[i])];
+            all |= digit;
+            value = value << 4 | std::uint64_t(digit & 0xF);
         }
-        int const value = DigitValue(text[i]);
-        if (value < 0)
-            return false;
-        std::uint64_t& half = halves[digits++ / 16];
-        half = half << 4 | std::uint64_t(value);
-    }
-    key = {halves[0], halves[1]};
-    return text[36] == '\0';
+        return value;
+    };
+    key.high = read(14, 18, read(9, 13, read(0, 8, 0)));
+    key.low = read(24, 36, read(19, 23, 0));
+    return all >= 0;
 }
 
 } // namespace embeddedhost
@@ -57,7 +72,7 @@ std::string Text(char const* text)
 bool IsSame(std::string const& a, std::string const& b)
 {
     return a == b || (DbObjectId::IsUID(a.c_str())
-                      && embeddedhost::EqualIgnoringAsciiCase(a, b.c_str()));
+                      && embeddedhost::EqualIgnoringAsciiCase(a.c_str(), b.c_str()));
 }
 
 } // namespace

@@ -1,42 +1,72 @@
 #include "objects/objectdatabase.h"
 
 #include "model/library.h"
-#include "model/libraryitem.h"
 #include "objects/query.h"
+
+#include <typeinfo>
 
 namespace embeddedhost {
 
 using namespace qorm;
+using tarno::datamodel::ItemIdentity;
 
 CObjectDatabase::CObjectDatabase(CLibrary& library)
     : m_Library(&library)
 {
 }
 
-bool CObjectDatabase::HasFixedObject(char const* uid) const
+CObjectDatabase* CObjectDatabase::From(QormPtr<IQormInstance> const& instance)
 {
-    int const* const index = m_CacheIndexes.Find(uid);
-    return index && !m_Cache[std::size_t(*index)]->GetItem();
+    IQormInstance* const found = instance.Get();
+    // Cheaper than a dynamic cast: handles ask this for everything.
+    bool const isOurs = found && typeid(*found) == typeid(CObjectDatabase);
+    return isOurs ? static_cast<CObjectDatabase*>(found) : nullptr;
 }
 
 void CObjectDatabase::AddResource(DataSourcePtr const& source)
 {
-    m_CacheIndexes.Insert(source->GetDescription().uid.c_str(), NextCacheIndex());
-    m_Cache.push_back(new CDbObject(*this, NextCacheIndex(), source));
+    AddFixed({source->GetDescription().uid, source, true});
 }
 
 void CObjectDatabase::AddComponent(DataSourcePtr const& home, std::string const& uid)
 {
-    m_CacheIndexes.Insert(uid.c_str(), NextCacheIndex());
-    m_Cache.push_back(new CDbObject(*this, NextCacheIndex(), home, uid));
+    AddFixed({uid, home, false});
 }
 
-CDbObject* CObjectDatabase::GetObject(int cacheIndex) const
+void CObjectDatabase::AddFixed(FixedObject const& object)
 {
-    if (cacheIndex < 0 || cacheIndex >= NextCacheIndex())
-        return nullptr;
-    CDbObject* const object = m_Cache[std::size_t(cacheIndex)].get();
-    return object->Exists() ? object : nullptr;
+    Q_ASSERT(m_Fixed.size() == m_Cache.size());
+    m_Fixed.push_back(object);
+    m_Cache.push_back({nullptr, nullptr});
+}
+
+int CObjectDatabase::AddItem(ItemIdentity const& identity)
+{
+    if (!DbObjectId::IsUID(identity.uid))
+        return -1;
+    m_Cache.push_back({&identity, nullptr});
+    return int(m_Cache.size()) - 1;
+}
+
+bool CObjectDatabase::HasFixedObject(char const* uid) const
+{
+    return FindFixed(uid) >= 0;
+}
+
+int CObjectDatabase::FindFixed(char const* uid) const
+{
+    DbObjectId const id(uid);
+    for (std::size_t i = 0; i < m_Fixed.size(); ++i) {
+        if (DbObjectId(m_Fixed[i].uid.c_str()) == id)
+            return int(i);
+    }
+    return -1;
+}
+
+CObjectDatabase::FixedObject const* CObjectDatabase::GetFixed(int cacheIndex) const
+{
+    bool const isFixed = m_Library && cacheIndex >= 0 && cacheIndex < int(m_Fixed.size());
+    return isFixed ? &m_Fixed[std::size_t(cacheIndex)] : nullptr;
 }
 
 CLibrary* CObjectDatabase::GetLibrary() const
@@ -47,8 +77,68 @@ CLibrary* CObjectDatabase::GetLibrary() const
 void CObjectDatabase::Close()
 {
     m_Library = nullptr;
-    for (DbObjectPtr const& object : m_Cache)
-        object->Close();
+    for (CacheEntry const& entry : m_Cache) {
+        if (entry.object)
+            entry.object->Close();
+    }
+}
+
+bool CObjectDatabase::Exists(int cacheIndex) const
+{
+    return GetItem(cacheIndex) || GetFixed(cacheIndex);
+}
+
+bool CObjectDatabase::IsTypeAsset(int cacheIndex) const
+{
+    CLibraryItem const* const item = GetItem(cacheIndex);
+    return item && item->GetIdentity().kind == tarno::datamodel::LibType::gType;
+}
+
+bool CObjectDatabase::IsResource(int cacheIndex) const
+{
+    FixedObject const* const fixed = GetFixed(cacheIndex);
+    return fixed && fixed->isResource;
+}
+
+CLibraryItem* CObjectDatabase::GetItem(int cacheIndex) const
+{
+    if (!m_Library || cacheIndex < int(m_Fixed.size()) || cacheIndex >= int(m_Cache.size()))
+        return nullptr;
+    return m_Cache[std::size_t(cacheIndex)].identity->item;
+}
+
+DataSourcePtr CObjectDatabase::GetHome(int cacheIndex) const
+{
+    if (FixedObject const* const fixed = GetFixed(cacheIndex))
+        return fixed->home;
+    CLibraryItem const* const item = GetItem(cacheIndex);
+    return item ? item->GetSource() : nullptr;
+}
+
+DbObjectId CObjectDatabase::GetId(int cacheIndex) const
+{
+    if (FixedObject const* const fixed = GetFixed(cacheIndex))
+        return DbObjectId(fixed->uid.c_str());
+    CLibraryItem const* const item = GetItem(cacheIndex);
+    return DbObjectId(item ? item->GetIdentity().uid : "");
+}
+
+char const* CObjectDatabase::GetName(int cacheIndex) const
+{
+    if (FixedObject const* const fixed = GetFixed(cacheIndex))
+        return fixed->home->GetDescription().name.c_str();
+    CLibraryItem const* const item = GetItem(cacheIndex);
+    return item ? item->GetName() : "";
+}
+
+CDbObject* CObjectDatabase::GetObject(int cacheIndex)
+{
+    if (!Exists(cacheIndex))
+        return nullptr;
+    DbObjectPtr& object = m_Cache[std::size_t(cacheIndex)].object;
+    if (!object)
+        object = new CDbObject(*this, cacheIndex);
+    return object.get();
 }
 
 bool CObjectDatabase::RunQuery(char const* query, Vector<CQueryResult>& results)
@@ -61,44 +151,27 @@ bool CObjectDatabase::RunQuery(char const* query, Vector<CQueryResult>& results)
         m_Library->GetMessages().Post(eSeverity::kWarning, DescribeQueryError(query, error));
         return false;
     }
-    if (parsed->type == UID_Resource()) {
-        for (DbObjectPtr const& object : m_Cache) {
-            if (object->IsResource())
-                results.emplace_back(object->GetDbObjectId());
-        }
+    if (!(parsed->type == UID_Resource()))
+        return true;
+    for (FixedObject const& object : m_Fixed) {
+        if (object.isResource)
+            results.emplace_back(DbObjectId(object.uid.c_str()));
     }
     return true;
 }
 
 QormHandle<IDbObject> CObjectDatabase::FindObject(DbObjectId const& objectId)
 {
-    int const* const known = m_Library ? m_CacheIndexes.Find(objectId.GetStr()) : nullptr;
-    int const index = known ? *known : CacheItem(objectId.GetStr());
-    return GetObject(index) ? QormHandle<IDbObject>(GetInstance(), index)
-                            : QormHandle<IDbObject>();
+    if (!m_Library)
+        return QormHandle<IDbObject>();
+    CLibraryItem const* const item = m_Library->FindItem(objectId.GetStr());
+    int const index = item ? item->GetCacheIndex() : FindFixed(objectId.GetStr());
+    return index < 0 ? QormHandle<IDbObject>() : QormHandle<IDbObject>(GetInstance(), index);
 }
 
 QormPtr<IQormInstance> CObjectDatabase::GetInstance()
 {
     return QormPtr<IQormInstance>(this);
-}
-
-int CObjectDatabase::NextCacheIndex() const
-{
-    return int(m_Cache.size());
-}
-
-/// The place of an item that has not been asked for yet; -1 when there is none.
-int CObjectDatabase::CacheItem(char const* uid)
-{
-    CLibraryItem const* const item
-        = m_Library && DbObjectId::IsUID(uid) ? m_Library->FindItem(uid) : nullptr;
-    if (!item)
-        return -1;
-    int const index = NextCacheIndex();
-    m_CacheIndexes.Insert(uid, index);
-    m_Cache.push_back(new CDbObject(*this, index, item->GetIdentity()));
-    return index;
 }
 
 } // namespace embeddedhost

@@ -1,12 +1,14 @@
 #ifndef EMBEDDEDHOST_OBJECTDATABASE_H
 #define EMBEDDEDHOST_OBJECTDATABASE_H
 
+#include "model/itemidentity.h"
+#include "objects/datasource.h"
 #include "objects/dbobject.h"
 #include "objects/refcounted.h"
-#include "objects/uidmap.h"
 
 #include <qorm.h>
 
+#include <string>
 #include <vector>
 
 namespace embeddedhost {
@@ -21,16 +23,32 @@ class CObjectDatabase final : public CRefCounted<qorm::IQormInstance, qorm::IDat
 public:
     explicit CObjectDatabase(CLibrary& library);
 
-    /// Whether an object other than an item has the uid.
-    bool HasFixedObject(char const* uid) const;
+    /// The database behind an instance; null when it is none of ours.
+    static CObjectDatabase* From(qorm::QormPtr<qorm::IQormInstance> const& instance);
+
     void AddResource(DataSourcePtr const& source);
     void AddComponent(DataSourcePtr const& home, std::string const& uid);
+    /// The item's place in the cache; -1 when its uid is not a well-formed UID.
+    int AddItem(tarno::datamodel::ItemIdentity const& identity);
+    /// Whether an object other than an item has the uid.
+    bool HasFixedObject(char const* uid) const;
 
-    /// The object at the place in the cache; null when it is gone.
-    CDbObject* GetObject(int cacheIndex) const;
     /// Null once the library is closed.
     CLibrary* GetLibrary() const;
     void Close();
+
+    // Objects by their place in the cache. All answer empty for an object that is gone.
+    bool Exists(int cacheIndex) const;
+    bool IsTypeAsset(int cacheIndex) const;
+    bool IsResource(int cacheIndex) const;
+    /// Null for what is no item.
+    CLibraryItem* GetItem(int cacheIndex) const;
+    /// Where the object lives; for a resource this is the data source that it stands for.
+    DataSourcePtr GetHome(int cacheIndex) const;
+    qorm::DbObjectId GetId(int cacheIndex) const;
+    /// 8-bit; valid as long as the object.
+    char const* GetName(int cacheIndex) const;
+    CDbObject* GetObject(int cacheIndex);
 
     bool RunQuery(char const* query, qorm::Vector<qorm::CQueryResult>& results) override;
     qorm::QormHandle<qorm::IDbObject> FindObject(qorm::DbObjectId const& objectId) override;
@@ -39,13 +57,30 @@ public:
 private:
     typedef boost::intrusive_ptr<CDbObject> DbObjectPtr;
 
-    int NextCacheIndex() const;
-    int CacheItem(char const* uid);
+    struct CacheEntry
+    {
+        /// The item; null for a fixed object.
+        tarno::datamodel::ItemIdentity const* identity;
+        /// Made when it is asked for first.
+        DbObjectPtr object;
+    };
+
+    /// An object that is there as long as the library is open; these come first in the cache.
+    struct FixedObject
+    {
+        std::string uid;
+        DataSourcePtr home;
+        bool isResource;
+    };
+
+    void AddFixed(FixedObject const& object);
+    /// -1 when there is none.
+    int FindFixed(char const* uid) const;
+    FixedObject const* GetFixed(int cacheIndex) const;
 
     CLibrary* m_Library;
-    /// Items come in when they are asked for first; nothing leaves before the end.
-    std::vector<DbObjectPtr> m_Cache;
-    UidMap<int> m_CacheIndexes;
+    std::vector<FixedObject> m_Fixed;
+    std::vector<CacheEntry> m_Cache;
 };
 
 typedef boost::intrusive_ptr<CObjectDatabase> ObjectDatabasePtr;

@@ -8,7 +8,6 @@
 
 namespace qorm {
 
-using embeddedhost::CDbObject;
 using embeddedhost::CObjectDatabase;
 
 IRefCounted::~IRefCounted() = default;
@@ -84,27 +83,22 @@ template class QormPtr<ITypeAsset>;
 
 namespace {
 
-/// The object behind a handle; null when it is gone.
-CDbObject* FindObject(QormPtr<IQormInstance> const& instance, int cacheIndex)
-{
-    auto const* const database = dynamic_cast<CObjectDatabase const*>(instance.Get());
-    return database ? database->GetObject(cacheIndex) : nullptr;
-}
-
 template <class T>
-bool IsOfKind(CDbObject const& object)
+bool IsOfKind(CObjectDatabase const& database, int cacheIndex)
 {
     if (std::is_same<T, ITypeAsset>::value)
-        return object.IsTypeAsset();
-    return !std::is_same<T, IValueAsset>::value || object.IsResource();
+        return database.IsTypeAsset(cacheIndex);
+    if (std::is_same<T, IValueAsset>::value)
+        return database.IsResource(cacheIndex);
+    return database.Exists(cacheIndex);
 }
 
-/// The object behind a handle as what the handle sees it as; null when it is not that.
+/// The database of a handle; null when it has no object of kind T at the place any more.
 template <class T>
-CDbObject* FindObjectAs(QormPtr<IQormInstance> const& instance, int cacheIndex)
+CObjectDatabase* FindDatabase(QormPtr<IQormInstance> const& instance, int cacheIndex)
 {
-    CDbObject* const object = FindObject(instance, cacheIndex);
-    return object && IsOfKind<T>(*object) ? object : nullptr;
+    CObjectDatabase* const database = CObjectDatabase::From(instance);
+    return database && IsOfKind<T>(*database, cacheIndex) ? database : nullptr;
 }
 
 } // namespace
@@ -118,7 +112,7 @@ QormHandle<T>::QormHandle()
 template <class T>
 QormHandle<T>::QormHandle(QormPtr<IQormInstance> const& instance, int cacheIndex)
     : m_Instance(instance)
-    , m_CacheIndex(instance.IsNull() ? -1 : cacheIndex)
+    , m_CacheIndex(cacheIndex)
 {
 }
 
@@ -134,16 +128,16 @@ QormHandle<T>::~QormHandle() = default;
 template <class T>
 bool QormHandle<T>::IsValid() const
 {
-    return FindObjectAs<T>(m_Instance, m_CacheIndex) != nullptr;
+    return FindDatabase<T>(m_Instance, m_CacheIndex) != nullptr;
 }
 
 template <class T>
 T* QormHandle<T>::operator->() const
 {
-    CDbObject* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
-    if (!object)
+    CObjectDatabase* const database = FindDatabase<T>(m_Instance, m_CacheIndex);
+    if (!database)
         embeddedhost::RaiseNullPtr();
-    return object;
+    return database->GetObject(m_CacheIndex);
 }
 
 template <class T>
@@ -157,22 +151,21 @@ QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
 template <class T>
 QormPtr<IDataSource> QormHandle<T>::GetDataSource() const
 {
-    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
-    return QormPtr<IDataSource>(object ? object->GetHome().get() : nullptr);
+    CObjectDatabase const* const database = FindDatabase<T>(m_Instance, m_CacheIndex);
+    return QormPtr<IDataSource>(database ? database->GetHome(m_CacheIndex).get() : nullptr);
 }
 
 template <class T>
 DbObjectId QormHandle<T>::GetDbObjectId() const
 {
-    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
-    return object ? object->GetDbObjectId() : DbObjectId("");
+    CObjectDatabase const* const database = FindDatabase<T>(m_Instance, m_CacheIndex);
+    return database ? database->GetId(m_CacheIndex) : DbObjectId("");
 }
 
 template <class T>
 QormPtr<IDataModelMgr> QormHandle<T>::GetManager() const
 {
-    CDbObject const* const object = FindObjectAs<T>(m_Instance, m_CacheIndex);
-    return object ? object->GetDataModelMgr() : QormPtr<IDataModelMgr>();
+    return QormPtr<IDataModelMgr>(FindDatabase<T>(m_Instance, m_CacheIndex));
 }
 
 template <class T>

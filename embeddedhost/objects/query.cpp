@@ -24,7 +24,7 @@ public:
     void TakeKeyword(char const* keyword)
     {
         char const* const at = SkipBlanks();
-        if (EqualIgnoringAsciiCase(ReadWord(), keyword))
+        if (EqualIgnoringAsciiCase(ReadWord().c_str(), keyword))
             return;
         Fail(at, keyword);
     }

@@ -5,17 +5,6 @@
 
 namespace qorm {
 
-namespace {
-
-embeddedhost::CDbObject const* FindObject(QormPtr<IQormInstance> const& instance, int cacheIndex)
-{
-    auto const* const database
-        = dynamic_cast<embeddedhost::CObjectDatabase const*>(instance.Get());
-    return database ? database->GetObject(cacheIndex) : nullptr;
-}
-
-} // namespace
-
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource)
 {
     return resource.GetDataSource();
@@ -23,10 +12,11 @@ QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& re
 
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource)
 {
-    auto const* const object = FindObject(resource.GetInstance(), resource.GetCacheIndex());
-    if (!object || !object->IsResource())
+    auto const* const database = embeddedhost::CObjectDatabase::From(resource.GetInstance());
+    int const index = resource.GetCacheIndex();
+    if (!database || !database->IsResource(index))
         return std::string();
-    return embeddedhost::ToLatin1(object->GetHome()->GetDescription().folder.toStdString());
+    return embeddedhost::ToLatin1(database->GetHome(index)->GetDescription().folder.toStdString());
 }
 
 bool IsSameUri(QormPtr<IDataSource> const& source, QormHandle<IValueAsset> const& resource)

@@ -1,9 +1,11 @@
 #ifndef EMBEDDEDHOST_UIDMAP_H
 #define EMBEDDEDHOST_UIDMAP_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace embeddedhost {
 
@@ -22,46 +24,72 @@ struct UidKey
 /// False unless the text is a well-formed UID.
 bool ParseUid(char const* text, UidKey& key);
 
-/// Values by uid: well-formed UIDs in either case, other texts exactly.
+/// Pointers by uid: well-formed UIDs in either case, other texts exactly. Nothing is taken out.
+///
+/// UIDs lie in one open table, probed place after place, since every look-up of an object in a
+/// large library costs a miss of the processor's caches for each memory block that it touches.
 template <class T>
 class UidMap
 {
 public:
     /// Null when there is none.
-    T const* Find(char const* uid) const
-    {
-        UidKey key;
-        return ParseUid(uid, key) ? FindIn(m_ByKey, key) : FindIn(m_ByText, uid);
-    }
-
-    void Insert(char const* uid, T const& value)
+    T* Find(char const* uid) const
     {
         UidKey key;
         if (ParseUid(uid, key))
-            m_ByKey[key] = value;
-        else
+            return m_Places.empty() ? nullptr : m_Places[FindPlace(key)].value;
+        auto const found = m_ByText.find(uid);
+        return found == m_ByText.end() ? nullptr : found->second;
+    }
+
+    /// `value` is not null.
+    void Insert(char const* uid, T* value)
+    {
+        UidKey key;
+        if (!ParseUid(uid, key)) {
             m_ByText[uid] = value;
+            return;
+        }
+        if (2 * (m_Used + 1) > m_Places.size())
+            Grow();
+        Place& place = m_Places[FindPlace(key)];
+        m_Used += place.value ? 0 : 1;
+        place = {key, value};
     }
 
 private:
-    struct Hash
+    struct Place
     {
-        std::size_t operator()(UidKey const& key) const
-        {
-            // An odd factor keeps UIDs apart that differ in one half only.
-            return std::size_t(key.high * 0x9E3779B97F4A7C15u ^ key.low);
-        }
+        UidKey key;
+        /// Null where the place is free.
+        T* value;
     };
 
-    template <class Map, class Key>
-    static T const* FindIn(Map const& map, Key const& key)
+    /// Where the key is, or would be put. The size is a power of two, and there are free places.
+    std::size_t FindPlace(UidKey const& key) const
     {
-        auto const found = map.find(key);
-        return found == map.end() ? nullptr : &found->second;
+        // The odd factor keeps UIDs apart that differ in some digits only.
+        std::uint64_t const mixed = (key.high ^ key.low) * 0x9E3779B97F4A7C15u;
+        std::size_t const mask = m_Places.size() - 1;
+        std::size_t place = std::size_t(mixed >> 32) & mask;
+        while (m_Places[place].value && !(m_Places[place].key == key))
+            place = (place + 1) & mask;
+        return place;
     }
 
-    std::unordered_map<UidKey, T, Hash> m_ByKey;
-    std::unordered_map<std::string, T> m_ByText;
+    void Grow()
+    {
+        std::vector<Place> previous(m_Places.empty() ? 64 : 2 * m_Places.size());
+        previous.swap(m_Places);
+        for (Place const& place : previous) {
+            if (place.value)
+                m_Places[FindPlace(place.key)] = place;
+        }
+    }
+
+    std::vector<Place> m_Places;
+    std::size_t m_Used = 0;
+    std::unordered_map<std::string, T*> m_ByText;
 };
 
 } // namespace embeddedhost

@@ -40,13 +40,12 @@ QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool p
 QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon)
 {
     auto const instance = object.GetInstance();
-    auto const* const database
-        = dynamic_cast<embeddedhost::CObjectDatabase const*>(instance.Get());
-    auto const* const found = database ? database->GetObject(object.GetCacheIndex()) : nullptr;
-    if (!found)
+    auto const* const database = embeddedhost::CObjectDatabase::From(instance);
+    if (!database)
         return QString();
+    QString const name = QString::fromLatin1(database->GetName(object.GetCacheIndex()));
     return QStringLiteral("<p style='white-space:pre'><img src=\"%1\"> <b>%2</b></p>")
-        .arg(icon.toHtmlEscaped(), QString::fromLatin1(found->GetName()).toHtmlEscaped());
+        .arg(icon.toHtmlEscaped(), name.toHtmlEscaped());
 }
 
 } // namespace ScsUtils

@@ -99,19 +99,12 @@ private:
         } else if (CheckObject(object, [this](QString const& key, QString const& reason) {
                        ReportKey(key, reason);
                    }) && HasFreeUid(object)) {
-            file.entries.push_back({&AddItem(file, object), ordered_json()});
+            object.get_ref<ordered_json::object_t&>().shrink_to_fit();
+            CLibraryItem& item = m_Library.AddItem(file.source, std::move(object));
+            file.entries.push_back({&item, ordered_json()});
             return;
         }
         file.entries.push_back({nullptr, std::move(object)});
-    }
-
-    CLibraryItem& AddItem(LibraryFile const& file, ordered_json& object)
-    {
-        char const* const kind = FindItemKind(object["kind"].get_ref<std::string const&>());
-        auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
-        object.get_ref<ordered_json::object_t&>().shrink_to_fit();
-        return m_Library.AddItem(
-            std::make_unique<CLibraryItem>(identity, file.source, std::move(object)));
     }
 
     bool HasFreeUid(ordered_json const& object)

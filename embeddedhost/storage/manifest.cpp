@@ -1,12 +1,13 @@
 #include "storage/manifest.h"
 
 #include "model/text8.h"
-#include "objects/uidmap.h"
 #include "storage/folderscan.h"
 #include "storage/jsonfile.h"
 
 #include <QDir>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace embeddedhost {
 
@@ -85,13 +86,14 @@ private:
 
     bool ClaimUid(std::string const& uid, char const* key)
     {
-        if (m_Uids.Find(uid.c_str())) {
+        qorm::UID const claimed(uid.c_str());
+        if (std::find(m_Uids.begin(), m_Uids.end(), claimed) != m_Uids.end()) {
             Report(QStringLiteral("key \"%1\": the uid %2 is used above already; give it one of "
                                   "its own.")
                        .arg(QLatin1String(key), QString::fromStdString(uid)));
             return false;
         }
-        m_Uids.Insert(uid.c_str(), true);
+        m_Uids.push_back(claimed);
         return true;
     }
 
@@ -174,7 +176,7 @@ private:
     FaultReporter const& m_Faults;
     int m_Number = 0;
     QString m_Place;
-    UidMap<bool> m_Uids;
+    std::vector<qorm::UID> m_Uids;
     std::vector<CDataSource::Description> m_Sources;
 };
 
