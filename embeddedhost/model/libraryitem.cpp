@@ -44,10 +44,10 @@ bool IsSet(ordered_json const& object, char const* key)
 
 } // namespace
 
-CLibraryItem::CLibraryItem(ItemIdentity& identity, DataSourcePtr const& source,
+CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile const& file,
                            ordered_json object, int cacheIndex, std::pmr::memory_resource& texts)
     : m_Identity(identity)
-    , m_Source(source)
+    , m_File(&file)
     , m_Object(std::move(object))
     , m_Texts(&texts)
     , m_CacheIndex(cacheIndex)
@@ -87,9 +87,14 @@ ItemIdentity& CLibraryItem::GetIdentity() const
     return m_Identity;
 }
 
+LibraryFile const& CLibraryItem::GetFile() const
+{
+    return *m_File;
+}
+
 DataSourcePtr const& CLibraryItem::GetSource() const
 {
-    return m_Source;
+    return m_File->source;
 }
 
 ordered_json const& CLibraryItem::GetObject() const
@@ -97,9 +102,45 @@ ordered_json const& CLibraryItem::GetObject() const
     return m_Object;
 }
 
+void CLibraryItem::SetObject(ordered_json object)
+{
+    if (!m_SavedObject)
+        m_SavedObject = std::make_unique<ordered_json>(m_Object);
+    m_Object = std::move(object);
+    ReadObject();
+}
+
+void CLibraryItem::SetSource(DataSourcePtr const& source)
+{
+    m_Source = source;
+}
+
+bool CLibraryItem::IsModified() const
+{
+    return m_SavedObject && *m_SavedObject != m_Object;
+}
+
+void CLibraryItem::SetSavedObject(ordered_json saved)
+{
+    if (saved == m_Object)
+        m_SavedObject.reset();
+    else
+        m_SavedObject = std::make_unique<ordered_json>(std::move(saved));
+}
+
 int CLibraryItem::GetCacheIndex() const
 {
     return m_CacheIndex;
+}
+
+LibraryFile* CLibraryItem::GetFile() const
+{
+    return m_File;
+}
+
+void CLibraryItem::SetFile(LibraryFile* file)
+{
+    m_File = file;
 }
 
 char const* CLibraryItem::GetName() const
@@ -136,7 +177,7 @@ bool CLibraryItem::IsLocked() const
 
 bool CLibraryItem::IsReadOnly() const
 {
-    return m_IsLocked || m_Source->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
+    return m_IsLocked || GetSource()->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
 }
 
 std::string const* CLibraryItem::GetNamedValue(char const* name) const

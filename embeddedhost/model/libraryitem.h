@@ -2,14 +2,17 @@
 #define EMBEDDEDHOST_LIBRARYITEM_H
 
 #include "model/itemidentity.h"
-#include "objects/datasource.h"
+#include "model/libraryfile.h"
 
 #include <nlohmann/json.hpp>
 
+#include <memory>
 #include <memory_resource>
 #include <string>
 
 namespace embeddedhost {
+
+struct LibraryFile;
 
 /// One item: its object as the file has it, and the 8-bit views of it that are asked for often.
 class CLibraryItem
@@ -18,16 +21,29 @@ public:
     /// `object` holds a kind and a name; other keys whose value is not of the right type are
     /// kept but count as absent. `cacheIndex` is the item's place in the object database, -1
     /// for none. `texts` outlives the item.
-    CLibraryItem(tarno::datamodel::ItemIdentity& identity, DataSourcePtr const& source,
+    CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile const& file,
                  nlohmann::ordered_json object, int cacheIndex,
                  std::pmr::memory_resource& texts);
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
 
     tarno::datamodel::ItemIdentity& GetIdentity() const;
+    LibraryFile const& GetFile() const;
     DataSourcePtr const& GetSource() const;
     nlohmann::ordered_json const& GetObject() const;
+    /// Takes a changed object of the same kind and uid.
+    void SetObject(nlohmann::ordered_json object);
+    /// The item moves to another data source.
+    void SetSource(DataSourcePtr const& source);
+
+    /// The object differs from what is on disk.
+    bool IsModified() const;
+    /// What is on disk of it; null for an item that is not there.
+    void SetSavedObject(nlohmann::ordered_json saved);
     int GetCacheIndex() const;
+    /// The file that the item is stored in; null for one that was never written.
+    LibraryFile* GetFile() const;
+    void SetFile(LibraryFile* file);
 
     char const* GetName() const;
     /// Empty when there are none.
@@ -46,8 +62,11 @@ private:
     void ReadTexts();
 
     tarno::datamodel::ItemIdentity& m_Identity;
-    DataSourcePtr m_Source;
+    LibraryFile const* m_File;
+    LibraryFile* m_File = nullptr;
     nlohmann::ordered_json m_Object;
+    /// What is on disk, once the object has been changed; null before.
+    std::unique_ptr<nlohmann::ordered_json> m_SavedObject;
 
     /// Zero-terminated texts in one piece: the name, then category and tags by turns.
     std::pmr::string m_Texts;

@@ -58,6 +58,17 @@ public:
             progress(total, total);
     }
 
+    /// An item that refers to one that is not there may be hidden or miss its signature.
+    void CheckReferences()
+    {
+        for (KindIndex kind = 0; kind < kKindCount; ++kind) {
+            for (CLibraryItem const* item : m_Library.GetItems(kind)) {
+                for (char const* key : {"parent", "specializes", "implements"})
+                    CheckReference(*item, key);
+            }
+        }
+    }
+
 private:
     struct SourceFile
     {
@@ -69,8 +80,8 @@ private:
     {
         m_ShownPath = GetShownPath(m_Library.GetFolder(), file.path);
         JsonFile json = ReadJsonFile(file.path);
-        if (!json.error.isEmpty()) {
-            m_Faults.Report(m_ShownPath + QStringLiteral(", "), json.error);
+        if (!json.fault.isEmpty()) {
+            m_Faults.Report(JoinPlace(m_ShownPath, json.faultPlace), json.fault);
             return;
         }
         bool const isArray = json.content.is_array();
@@ -87,24 +98,40 @@ private:
         target.entries.reserve(json.content.size());
         for (ordered_json& object : json.content) {
             ReadObject(target, object,
-                       QStringLiteral(", object %1").arg(target.entries.size() + 1));
+                       QStringLiteral("object %1").arg(target.entries.size() + 1));
         }
     }
 
     void ReadObject(LibraryFile& file, ordered_json& object, QString const& place)
     {
-        m_Place = m_ShownPath + place;
+        m_Place = JoinPlace(m_ShownPath, place);
         if (!object.is_object()) {
             m_Faults.Report(m_Place, QStringLiteral("it must be an object; it is left out."));
         } else if (CheckObject(object, [this](QString const& key, QString const& reason) {
                        ReportKey(key, reason);
                    }) && HasFreeUid(object)) {
             object.get_ref<ordered_json::object_t&>().shrink_to_fit();
-            CLibraryItem& item = m_Library.AddItem(file.source, std::move(object));
+            CLibraryItem& item = m_Library.AddItem(file, std::move(object));
+            item.SetFile(&file);
             file.entries.push_back({&item, ordered_json()});
             return;
         }
         file.entries.push_back({nullptr, std::move(object)});
+    }
+
+    void CheckReference(CLibraryItem const& item, char const* key)
+    {
+        auto const found = item.GetObject().find(key);
+        if (found == item.GetObject().end() || !found->is_string())
+            return;
+        auto const& uid = found->get_ref<std::string const&>();
+        if (uid.empty() || m_Library.FindItem(uid.c_str()))
+            return;
+        QString const file = GetShownPath(m_Library.GetFolder(), item.GetFile().path);
+        m_Place = JoinPlace(file, QStringLiteral("object %1")
+                                      .arg(QString::fromUtf8(item.GetIdentity().uid)));
+        ReportKey(QString::fromLatin1(key), QStringLiteral("the library has no object %1.")
+                                                .arg(QString::fromStdString(uid)));
     }
 
     bool HasFreeUid(ordered_json const& object)
@@ -121,7 +148,7 @@ private:
 
     void ReportKey(QString const& key, QString const& reason) const
     {
-        m_Faults.Report(m_Place + QStringLiteral(", key \"%1\"").arg(key), reason);
+        m_Faults.Report(JoinPlace(m_Place, QStringLiteral("key \"%1\"").arg(key)), reason);
     }
 
     CLibrary& m_Library;
@@ -153,6 +180,7 @@ std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& me
     reader.AddSources(manifest->sources);
     reader.ListFiles();
     reader.ReadFiles(progress);
+    reader.CheckReferences();
     return library;
 }
 
