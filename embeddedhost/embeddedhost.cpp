@@ -7,6 +7,8 @@
 #include "sourcecontrol/revisioncontrolhelper.h"
 #include "storage/libraryreader.h"
 
+#include <QScopedValueRollback>
+
 using namespace embeddedhost;
 using namespace tarno::datamodel;
 
@@ -29,6 +31,7 @@ public:
     CompoundAccessor compoundTarget;
     /// Null when none is open.
     std::shared_ptr<CLibrary> library;
+    bool isReading = false;
 };
 
 CEmbeddedHost::CEmbeddedHost(QObject* parent)
@@ -60,8 +63,16 @@ CEmbeddedHost* CEmbeddedHost::GetInstance()
 
 bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
+    if (gInstance != this || m_Private->isReading) {
+        m_Private->messages.Post(eSeverity::kError,
+                                 QStringLiteral("Another library is being opened; try again."));
+        return false;
+    }
     CloseLibrary();
-    m_Private->library = ReadLibrary(folder, m_Private->messages, progress);
+    {
+        QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+        m_Private->library = ReadLibrary(folder, m_Private->messages, progress);
+    }
     if (!m_Private->library)
         return false;
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());

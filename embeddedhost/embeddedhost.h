@@ -36,8 +36,8 @@ public:
 
     /// Opens the library in the folder in place of the one that is open. What is wrong in it is
     /// reported on the message channel, and the rest is opened. False when nothing could be
-    /// opened; no library is open then. `progress` is called while files are read; it must not
-    /// open or close a library.
+    /// opened; no library is open then. `progress` is called while files are read; an attempt to
+    /// open another library meanwhile is refused.
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
     void CloseLibrary();
 

@@ -23,7 +23,8 @@ struct GraphNode
     QPointF position;
 };
 
-/// One end of a connection. An empty node is the compound itself, seen from within.
+/// One end of a connection. The nodes "in" and "out" are the compound's own inputs and outputs,
+/// seen from within.
 struct GraphEnd
 {
     std::string node;

@@ -1,6 +1,7 @@
 #include "model/graphjson.h"
 
 #include <optional>
+#include <set>
 
 namespace embeddedhost {
 
@@ -97,16 +98,20 @@ std::optional<QPointF> ReadPosition(ordered_json const& entry)
 std::vector<GraphNode> ReadNodes(ordered_json const& object, BodyFault const& fault)
 {
     ListReader list(object, "nodes", fault);
+    std::set<std::string> ids = {"in", "out"};
     return list.ReadAll<GraphNode>([&](ordered_json const& entry) -> std::optional<GraphNode> {
         auto const found = entry.find("id");
         auto const id = found == entry.end() ? std::nullopt : Name(*found);
         auto const item = list.Text(entry, "item");
         auto const position = ReadPosition(entry);
-        if (!id)
-            list.Report("id", "must be a text or a whole number");
+        bool const isFree = id && ids.insert(*id).second;
+        if (!isFree) {
+            list.Report("id", "must be a text or a whole number that no other node has, and not "
+                              "\"in\" or \"out\"");
+        }
         if (!position)
             list.Report("position", "must be an array of two numbers");
-        if (!id || !item || !position)
+        if (!isFree || !item || !position)
             return std::nullopt;
         return GraphNode{*id, *item, *position};
     });

@@ -11,6 +11,11 @@ QString Sentence(QString const& place, QString const& reason)
 
 } // namespace
 
+QString JoinPlace(QString const& place, QString const& part)
+{
+    return part.isEmpty() ? place : place + QStringLiteral(", ") + part;
+}
+
 FaultReporter::FaultReporter(CMessageChannel& messages)
     : m_Messages(messages)
 {

@@ -7,6 +7,9 @@
 
 namespace embeddedhost {
 
+/// "place, part"; only the place when there is no part.
+QString JoinPlace(QString const& place, QString const& part);
+
 /// Reports what is wrong with a library folder, each fault with its place.
 class FaultReporter
 {

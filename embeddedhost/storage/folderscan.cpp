@@ -54,8 +54,8 @@ private:
     void VisitFile(QFileInfo const& entry)
     {
         bool const isLink = entry.isSymLink();
-        if (isLink && !entry.exists()) {
-            Report(entry.filePath(), QStringLiteral("the link leads to no file."));
+        if (!entry.isFile()) {
+            Report(entry.filePath(), QStringLiteral("there is no file behind the name."));
         } else if (isLink && !IsWithin(m_LibraryFolder, entry.canonicalFilePath())) {
             Report(entry.filePath(), QStringLiteral("the link leads out of the library folder; "
                                                     "the file is left out."));

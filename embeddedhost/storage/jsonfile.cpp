@@ -11,27 +11,31 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// What the parser says is wrong, without its own account of the place.
-QString GetReason(ordered_json::parse_error const& error)
+JsonFile Unreadable(QFile const& file)
 {
-    QString const text = QString::fromUtf8(error.what());
-    int const column = text.indexOf(QLatin1String(", column "));
-    int const reason = column < 0 ? -1 : text.indexOf(QLatin1String(": "), column);
-    return reason < 0 ? text : text.mid(reason + 2);
+    return {ordered_json(), QString(),
+            QStringLiteral("the file cannot be read: %1.").arg(file.errorString())};
 }
 
-QString DescribeParseError(QByteArray const& text, ordered_json::parse_error const& error)
+/// What the parser says is wrong, without its own account of the place.
+JsonFile NotJson(QString const& place, ordered_json::exception const& error)
 {
-    // The parser counts bytes from 1.
-    auto const byte = std::min(std::size_t(text.size()), error.byte > 0 ? error.byte - 1 : 0);
-    auto const end = text.begin() + std::ptrdiff_t(byte);
+    QString const text = QString::fromUtf8(error.what());
+    auto const column = text.indexOf(QLatin1String(", column "));
+    auto const end = text.indexOf(column < 0 ? QLatin1String("] ") : QLatin1String(": "),
+                                  std::max<decltype(column)>(column, 0));
+    return {ordered_json(), place,
+            QStringLiteral("this is not JSON: %1.").arg(text.mid(end + 2))};
+}
+
+/// Line and column, both counted from 1.
+QString GetPlace(QByteArray const& text, std::size_t position)
+{
+    auto const end = text.begin() + std::ptrdiff_t(std::min(std::size_t(text.size()), position));
     auto const line = std::count(text.begin(), end, '\n') + 1;
     auto const lineBegin = std::find(std::make_reverse_iterator(end),
                                      std::make_reverse_iterator(text.begin()), '\n').base();
-    return QStringLiteral("line %1, column %2: this is not JSON: %3.")
-        .arg(line)
-        .arg(end - lineBegin + 1)
-        .arg(GetReason(error));
+    return QStringLiteral("line %1, column %2").arg(line).arg(end - lineBegin + 1);
 }
 
 } // namespace
@@ -39,19 +43,19 @@ QString DescribeParseError(QByteArray const& text, ordered_json::parse_error con
 JsonFile ReadJsonFile(QString const& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return {ordered_json(),
-                QStringLiteral("the file cannot be read: %1.").arg(file.errorString())};
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        return Unreadable(file);
     QByteArray const text = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        return {ordered_json(),
-                QStringLiteral("the file cannot be read: %1.").arg(file.errorString())};
-    }
+    if (file.error() != QFileDevice::NoError)
+        return Unreadable(file);
     try {
-        return {ordered_json::parse(text.begin(), text.end()), QString()};
+        return {ordered_json::parse(text.begin(), text.end()), QString(), QString()};
     } catch (ordered_json::parse_error const& error) {
-        return {ordered_json(), DescribeParseError(text, error)};
+        // The parser counts bytes from 1.
+        return NotJson(GetPlace(text, error.byte > 0 ? error.byte - 1 : 0), error);
+    } catch (ordered_json::exception const& error) {
+        // A number that is too large to be kept.
+        return NotJson(QString(), error);
     }
 }
 

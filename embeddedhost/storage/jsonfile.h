@@ -11,8 +11,10 @@ namespace embeddedhost {
 struct JsonFile
 {
     nlohmann::ordered_json content;
-    /// Empty when the file was read. Begins with line and column where the text is not JSON.
-    QString error;
+    /// Where the text is not JSON, "line 3, column 7"; empty when that is not known.
+    QString faultPlace;
+    /// A sentence; empty when the file was read.
+    QString fault;
 };
 
 JsonFile ReadJsonFile(QString const& path);

@@ -205,9 +205,9 @@ QString FindFatalFault(ordered_json const& manifest)
 std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults)
 {
     JsonFile const file = ReadJsonFile(folder + '/' + kManifestFile);
-    QString const fault = file.error.isEmpty() ? FindFatalFault(file.content) : file.error;
+    QString const fault = file.fault.isEmpty() ? FindFatalFault(file.content) : file.fault;
     if (!fault.isEmpty()) {
-        faults.ReportFatal(folder + '/' + kManifestFile, fault);
+        faults.ReportFatal(JoinPlace(folder + '/' + kManifestFile, file.faultPlace), fault);
         return std::nullopt;
     }
     std::string const* const name = FindText(file.content, "name");
