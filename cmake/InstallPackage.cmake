@@ -26,6 +26,9 @@ install(FILES
             ${PROJECT_BINARY_DIR}/${NODEBROWSER_PACKAGE}Config.cmake
             ${PROJECT_BINARY_DIR}/${NODEBROWSER_PACKAGE}ConfigVersion.cmake
         DESTINATION ${package_config})
-# The same file for both generations.
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/nodebrowserConfig.cmake
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/nodebrowser)
+
+# The same files for both generations.
+set(neutral_config ${CMAKE_INSTALL_LIBDIR}/cmake/nodebrowser)
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/nodebrowserConfig.cmake DESTINATION ${neutral_config})
+install(FILES ${PROJECT_BINARY_DIR}/${NODEBROWSER_PACKAGE}ConfigVersion.cmake
+        DESTINATION ${neutral_config} RENAME nodebrowserConfigVersion.cmake)

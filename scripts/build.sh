@@ -1,11 +1,12 @@
-# What ./run and ./test share: the packages of this system, and building a preset.
+# What ./run, ./test and .ci/run share: the packages of this system, and building a preset.
 # Sourced with `root` set to the source folder.
 
-build_packages=(g++ cmake ninja-build pkg-config qtbase5-dev libboost-dev nlohmann-json3-dev
-                libgit2-dev fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
+                nlohmann-json3-dev libgit2-dev fonts-dejavu-core)
+test_packages=(git)
+window_packages=(xvfb openbox xdotool imagemagick)
 benchmark_packages=(libbenchmark-dev)
 qt6_packages=(qt6-base-dev qt6-qpa-plugins libgl-dev)
-window_packages=(xvfb openbox xdotool imagemagick x11-utils)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
@@ -18,33 +19,45 @@ as_root() {
     fi
 }
 
-# Installs those of the packages that are missing, and says which first.
+install_packages() {
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "$@" </dev/null >/dev/null
+}
+
+# Installs those of the packages that are missing, and says which first. Where there is no
+# apt-get, configuring says what is missing.
 need_packages() {
+    command -v apt-get >/dev/null || return 0
     local installed missing=() package
     installed=" $(dpkg-query -W -f '${Package}:${db:Status-Status} ' "$@" 2>/dev/null || true)"
     for package in "$@"; do
         [[ $installed == *" $package:installed "* ]] || missing+=("$package")
     done
-    [ ${#missing[@]} = 0 ] && return
-    echo "Installing: ${missing[*]}"
+    [ ${#missing[@]} != 0 ] || return 0
+    echo "Installing with apt-get: ${missing[*]}"
+    # The package lists may be missing or too old; fetching them takes a while.
+    install_packages "${missing[@]}" 2>/dev/null && return
     as_root apt-get update -qq
-    as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    install_packages "${missing[@]}"
 }
 
-# build_preset PRESET [TARGET...]: configures once, then builds what has changed.
+# build_preset PRESET [TARGET...]: configures once, then builds what has changed. Shows how far it
+# is on a terminal, otherwise only what went wrong.
 build_preset() {
-    local preset=$1 log
+    local preset=$1 started=$SECONDS log
     shift
     cd "$root"
-    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
-    log=$(mktemp)
-    if ! cmake --build --preset "$preset" ${1:+--target "$@"} >"$log" 2>&1; then
-        tail -n 60 "$log" >&2
-        rm -f "$log"
-        echo "The build failed." >&2
-        return 1
+    if [ ! "build/$preset/build.ninja" -nt CMakePresets.json ]; then
+        cmake --preset "$preset" >/dev/null
     fi
-    rm -f "$log"
+    local build=(cmake --build --preset "$preset" ${1:+--target "$@"})
+    if [ -t 1 ]; then
+        "${build[@]}"
+    else
+        log=$(mktemp)
+        "${build[@]}" >"$log" 2>&1 || { tail -n 60 "$log" >&2; rm "$log"; return 1; }
+        rm "$log"
+    fi
     cd - >/dev/null
+    [ $((SECONDS - started)) -lt 2 ] || echo "Built $preset in $((SECONDS - started)) s."
 }
