@@ -54,9 +54,10 @@ bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& id) const
     return item && item->IsReadOnly();
 }
 
-bool ItemLibraryAccessor::ItemIsModified(ItemID const&) const
+bool ItemLibraryAccessor::ItemIsModified(ItemID const& id) const
 {
-    return false;
+    CLibraryItem const* const item = FindItem(*this, id);
+    return item && item->IsModified();
 }
 
 UnspecifiedAccessor ItemLibraryAccessor::GetModel(ItemID const& id, std::string* error) const

@@ -1,6 +1,7 @@
 #include "model/library.h"
 
 #include "model/accessorcontext.h"
+#include "model/libraryitem.h"
 #include "model/text8.h"
 
 #include <algorithm>
@@ -79,7 +80,8 @@ std::size_t CLibrary::GetItemCount() const
 
 CLibraryItem* CLibrary::FindItem(char const* uid) const
 {
-    return m_ItemsByUid.Find(uid);
+    CLibraryItem* const item = m_ItemsByUid.Find(uid);
+    return item && item->GetIdentity().item == item ? item : nullptr;
 }
 
 bool CLibrary::HasName(char const* name) const
@@ -92,12 +94,12 @@ bool CLibrary::HasName(char const* name) const
     });
 }
 
-CLibraryItem& CLibrary::AddItem(DataSourcePtr const& source, ordered_json object)
+CLibraryItem& CLibrary::AddItem(LibraryFile& file, ordered_json object)
 {
     char const* const kind = FindItemKind(object["kind"].get_ref<std::string const&>());
     auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
     int const cacheIndex = m_Database->AddItem(identity);
-    CLibraryItem& item = m_Pool.Add(identity, source, std::move(object), cacheIndex, m_Arena);
+    CLibraryItem& item = m_Pool.Add(identity, file, std::move(object), cacheIndex, m_Arena);
     m_Items[std::size_t(GetKindIndex(kind))].push_back(&item);
     m_ItemsByUid.Insert(identity.uid, &item);
     identity.item = &item;
@@ -108,6 +110,19 @@ LibraryFile& CLibrary::AddFile(LibraryFile file)
 {
     m_Files.push_back(std::make_unique<LibraryFile>(std::move(file)));
     return *m_Files.back();
+}
+
+std::vector<std::unique_ptr<LibraryFile>> const& CLibrary::GetFiles() const
+{
+    return m_Files;
+}
+
+LibraryFile* CLibrary::FindFile(QString const& path) const
+{
+    auto const found =
+        std::find_if(m_Files.begin(), m_Files.end(),
+                     [&](std::unique_ptr<LibraryFile> const& file) { return file->path == path; });
+    return found == m_Files.end() ? nullptr : found->get();
 }
 
 void CLibrary::Close()

@@ -3,6 +3,7 @@
 
 #include "framework/messagechannel.h"
 #include "model/itemkinds.h"
+#include "model/libraryfile.h"
 #include "model/libraryitem.h"
 #include "model/stablepool.h"
 #include "objects/datasource.h"
@@ -11,6 +12,8 @@
 
 #include <datamodel.h>
 #include <nlohmann/json.hpp>
+
+#include <QByteArray>
 
 #include <array>
 #include <memory>
@@ -21,24 +24,6 @@
 namespace embeddedhost {
 
 class CLibraryNotifier;
-
-/// One file of a data source: one object, or an array of them. What could not be loaded stays
-/// in its place, so that it is there again when the file is written.
-struct LibraryFile
-{
-    struct Entry
-    {
-        /// Null for what is no item.
-        CLibraryItem* item;
-        /// What is no item.
-        nlohmann::ordered_json other;
-    };
-
-    QString path;
-    DataSourcePtr source;
-    bool isArray;
-    std::vector<Entry> entries;
-};
 
 /// An open library: its data sources, its items in the order of the table of contents, and the
 /// files they come from.
@@ -72,14 +57,30 @@ public:
     bool HasName(char const* name) const;
     /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
     /// it at the end of its kind.
-    CLibraryItem& AddItem(DataSourcePtr const& source, nlohmann::ordered_json object);
+    CLibraryItem& AddItem(LibraryFile& file, nlohmann::ordered_json object);
 
     LibraryFile& AddFile(LibraryFile file);
+    std::vector<std::unique_ptr<LibraryFile>> const& GetFiles() const;
+    /// Null when there is none.
+    LibraryFile* FindFile(QString const& path) const;
+
+    // Changes, each with its notifications. A listener may close the library: nothing of it may
+    // be used after they return without looking it up again.
+
+    void ChangeObject(CLibraryItem& item, nlohmann::ordered_json object);
+    /// The item goes into a file of its own, which a save will make.
+    void AddNewItem(DataSourcePtr const& source, QString const& path,
+                    nlohmann::ordered_json object);
+    void RemoveItem(CLibraryItem& item);
+    /// The item's file, which holds nothing else, is somewhere else now.
+    void MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString const& path);
 
     /// Accessors and handles answer empty from now on.
     void Close();
 
 private:
+    void TakeOut(CLibraryItem& item);
+
     QString const m_Folder;
     QString const m_Name;
     CMessageChannel& m_Messages;

@@ -44,10 +44,10 @@ bool IsSet(ordered_json const& object, char const* key)
 
 } // namespace
 
-CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile const& file,
+CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file,
                            ordered_json object, int cacheIndex, std::pmr::memory_resource& texts)
     : m_Identity(identity)
-    , m_File(&file)
+    , m_File(file)
     , m_Object(std::move(object))
     , m_Texts(&texts)
     , m_CacheIndex(cacheIndex)
@@ -87,14 +87,14 @@ ItemIdentity& CLibraryItem::GetIdentity() const
     return m_Identity;
 }
 
-LibraryFile const& CLibraryItem::GetFile() const
+LibraryFile& CLibraryItem::GetFile() const
 {
-    return *m_File;
+    return m_File;
 }
 
 DataSourcePtr const& CLibraryItem::GetSource() const
 {
-    return m_File->source;
+    return m_File.source;
 }
 
 ordered_json const& CLibraryItem::GetObject() const
@@ -108,11 +108,6 @@ void CLibraryItem::SetObject(ordered_json object)
         m_SavedObject = std::make_unique<ordered_json>(m_Object);
     m_Object = std::move(object);
     ReadObject();
-}
-
-void CLibraryItem::SetSource(DataSourcePtr const& source)
-{
-    m_Source = source;
 }
 
 bool CLibraryItem::IsModified() const
@@ -131,16 +126,6 @@ void CLibraryItem::SetSavedObject(ordered_json saved)
 int CLibraryItem::GetCacheIndex() const
 {
     return m_CacheIndex;
-}
-
-LibraryFile* CLibraryItem::GetFile() const
-{
-    return m_File;
-}
-
-void CLibraryItem::SetFile(LibraryFile* file)
-{
-    m_File = file;
 }
 
 char const* CLibraryItem::GetName() const

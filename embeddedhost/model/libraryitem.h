@@ -21,29 +21,25 @@ public:
     /// `object` holds a kind and a name; other keys whose value is not of the right type are
     /// kept but count as absent. `cacheIndex` is the item's place in the object database, -1
     /// for none. `texts` outlives the item.
-    CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile const& file,
+    CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file,
                  nlohmann::ordered_json object, int cacheIndex,
                  std::pmr::memory_resource& texts);
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
 
     tarno::datamodel::ItemIdentity& GetIdentity() const;
-    LibraryFile const& GetFile() const;
+    /// The file that the item is stored in, or will be.
+    LibraryFile& GetFile() const;
     DataSourcePtr const& GetSource() const;
     nlohmann::ordered_json const& GetObject() const;
     /// Takes a changed object of the same kind and uid.
     void SetObject(nlohmann::ordered_json object);
-    /// The item moves to another data source.
-    void SetSource(DataSourcePtr const& source);
 
     /// The object differs from what is on disk.
     bool IsModified() const;
     /// What is on disk of it; null for an item that is not there.
     void SetSavedObject(nlohmann::ordered_json saved);
     int GetCacheIndex() const;
-    /// The file that the item is stored in; null for one that was never written.
-    LibraryFile* GetFile() const;
-    void SetFile(LibraryFile* file);
 
     char const* GetName() const;
     /// Empty when there are none.
@@ -62,8 +58,7 @@ private:
     void ReadTexts();
 
     tarno::datamodel::ItemIdentity& m_Identity;
-    LibraryFile const* m_File;
-    LibraryFile* m_File = nullptr;
+    LibraryFile& m_File;
     nlohmann::ordered_json m_Object;
     /// What is on disk, once the object has been changed; null before.
     std::unique_ptr<nlohmann::ordered_json> m_SavedObject;

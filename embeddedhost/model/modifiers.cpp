@@ -1,24 +1,45 @@
 #include "model/accessorcontext.h"
 #include "model/library.h"
+#include "model/libraryedits.h"
 #include "model/libraryitem.h"
+#include "storage/commit.h"
 
 #include <datamodel.h>
 
 namespace tarno {
 namespace datamodel {
 
-using embeddedhost::CLibraryItem;
+using namespace embeddedhost;
 
 namespace {
 
-char const* const kReadingOnly = "The library is opened for reading only.";
-
-void RefuseChange(UnspecifiedAccessor const& accessor)
+CLibrary* FindLibrary(UnspecifiedAccessor const& accessor)
 {
-    if (accessor.Revalidate()) {
-        accessor.GetContext()->GetLibrary()->GetMessages().Post(
-            eSeverity::kWarning, QString::fromLatin1(kReadingOnly));
-    }
+    return accessor.Revalidate() ? accessor.GetContext()->GetLibrary() : nullptr;
+}
+
+CLibraryItem* FindItem(UnspecifiedAccessor const& accessor)
+{
+    return accessor.GetContext() ? accessor.GetContext()->FindItem(accessor.GetHandle()) : nullptr;
+}
+
+char const* OrEmpty(char const* text)
+{
+    return text ? text : "";
+}
+
+/// Binds the modifier to the new item, or unbinds it when there is none.
+ItemID Create(UnspecifiedAccessor& modifier, ItemLibraryAccessor const& libraryAccessor,
+              NewCompound const& compound, wek::fwk::ICommandManager* manager)
+{
+    modifier.SetFrom(UnspecifiedAccessor());
+    CLibrary* const library = FindLibrary(libraryAccessor);
+    CLibraryItem const* const item =
+        library ? CreateCompound(*library, compound, manager) : nullptr;
+    if (!item)
+        return ItemID();
+    modifier.SetFrom(ItemAccessor(libraryAccessor.GetContext(), GetItemHandle(item->GetIdentity())));
+    return ItemID(&item->GetIdentity());
 }
 
 } // namespace
@@ -28,6 +49,7 @@ LowLevelItemLibraryAccessor::LowLevelItemLibraryAccessor()
 {
 }
 
+/// Objects are always in the form in which they are written.
 void LowLevelItemLibraryAccessor::PrepareForSave() const {}
 
 ItemLibraryModifierAccessor::ItemLibraryModifierAccessor()
@@ -35,20 +57,23 @@ ItemLibraryModifierAccessor::ItemLibraryModifierAccessor()
 {
 }
 
-bool ItemLibraryModifierAccessor::SetItemTags(ItemID const&, char const*, char const*,
-                                              wek::fwk::ICommandManager*)
+bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* category,
+                                              char const* tags,
+                                              wek::fwk::ICommandManager* commandManager)
 {
-    RefuseChange(*this);
-    return false;
+    CLibrary* const library = FindLibrary(*this);
+    CLibraryItem* const item =
+        library ? library->FindItem(ItemIDUnlock::GetItemIDUID(id)) : nullptr;
+    return item && category
+           && embeddedhost::SetItemTags(*library, *item, category, OrEmpty(tags), commandManager);
 }
 
 void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::string>* messages,
-                                               bool, qorm::UID const&)
+                                               bool /*onlyChecked*/, qorm::UID const& item)
 {
-    RefuseChange(*this);
-    succeeded = false;
-    if (messages)
-        messages->push_back(kReadingOnly);
+    CLibrary* const library = FindLibrary(*this);
+    bool const isWhole = item == qorm::UID_Null();
+    succeeded = library && CommitLibrary(*library, isWhole ? nullptr : item.GetStr(), messages);
 }
 
 CompoundModifierAccessor::CompoundModifierAccessor()
@@ -56,14 +81,13 @@ CompoundModifierAccessor::CompoundModifierAccessor()
 {
 }
 
-ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(ItemLibraryAccessor const& library,
-                                                             char const*, bool, char const*,
-                                                             char const*,
-                                                             wek::fwk::ICommandManager*)
+ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
+    ItemLibraryAccessor const& library, char const* name, bool isSignature,
+    char const* signatureUid, char const* category, wek::fwk::ICommandManager* commandManager)
 {
-    RefuseChange(library);
-    SetFrom(UnspecifiedAccessor());
-    return ItemID();
+    NewCompound const compound = {OrEmpty(name), OrEmpty(category), isSignature, false,
+                                  signatureUid};
+    return Create(*this, library, compound, commandManager);
 }
 
 bool CompoundModifierAccessor::Initialize()
@@ -71,16 +95,18 @@ bool CompoundModifierAccessor::Initialize()
     return CanModifyCompound(true);
 }
 
-bool CompoundModifierAccessor::CanModifyCompound(bool) const
+bool CompoundModifierAccessor::CanModifyCompound(bool /*askHost*/) const
 {
-    CLibraryItem const* const item = GetContext() ? GetContext()->FindItem(GetHandle()) : nullptr;
+    CLibraryItem const* const item = FindItem(*this);
     return item && !item->IsReadOnly();
 }
 
-bool CompoundModifierAccessor::RenameCompound(char const*, wek::fwk::ICommandManager*)
+bool CompoundModifierAccessor::RenameCompound(char const* newName,
+                                              wek::fwk::ICommandManager* commandManager)
 {
-    RefuseChange(*this);
-    return false;
+    CLibraryItem* const item = FindItem(*this);
+    return item
+           && RenameItem(*GetContext()->GetLibrary(), *item, OrEmpty(newName), commandManager);
 }
 
 LoopCompoundModifierAccessor::LoopCompoundModifierAccessor()
@@ -89,12 +115,11 @@ LoopCompoundModifierAccessor::LoopCompoundModifierAccessor()
 }
 
 ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
-    ItemLibraryAccessor const& library, char const*, char const*, char const*,
-    wek::fwk::ICommandManager*)
+    ItemLibraryAccessor const& library, char const* name, char const* signatureUid,
+    char const* category, wek::fwk::ICommandManager* commandManager)
 {
-    RefuseChange(library);
-    SetFrom(UnspecifiedAccessor());
-    return ItemID();
+    NewCompound const compound = {OrEmpty(name), OrEmpty(category), false, true, signatureUid};
+    return Create(*this, library, compound, commandManager);
 }
 
 } // namespace datamodel

@@ -22,6 +22,11 @@ std::string ToLatin1(std::string const& utf8)
     return isAscii ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
 }
 
+std::string ToUtf8(std::string const& latin1)
+{
+    return QString::fromLatin1(latin1.data(), int(latin1.size())).toStdString();
+}
+
 bool EqualIgnoringAsciiCase(char const* a, char const* b)
 {
     while (*a != '\0' && ToAsciiLower(*a) == ToAsciiLower(*b)) {

@@ -8,6 +8,9 @@ namespace embeddedhost {
 /// The 8-bit form of a UTF-8 text: Latin-1, '?' for what does not fit.
 std::string ToLatin1(std::string const& utf8);
 
+/// The UTF-8 form of an 8-bit text.
+std::string ToUtf8(std::string const& latin1);
+
 /// Equal but for the case of ASCII letters.
 bool EqualIgnoringAsciiCase(char const* a, char const* b);
 

@@ -1,6 +1,8 @@
 #include "model/library.h"
 #include "objects/objectdatabase.h"
+#include "storage/filemove.h"
 
+#include <datamodel.h>
 #include <qorm.h>
 
 namespace embeddedhost {
@@ -15,16 +17,30 @@ public:
     {
     }
 
-    void MoveToDataSource(qorm::QormHandle<qorm::IDbObject> const&,
-                          qorm::QormPtr<qorm::IDataSource> const&, bool) override
+    void MoveToDataSource(qorm::QormHandle<qorm::IDbObject> const& object,
+                          qorm::QormPtr<qorm::IDataSource> const& target,
+                          bool /*withFiles*/) override
     {
-        if (m_Database && m_Database->GetLibrary()) {
-            m_Database->GetLibrary()->GetMessages().Post(
-                eSeverity::kWarning, QStringLiteral("The library is opened for reading only."));
-        }
+        CLibrary* const library = m_Database ? m_Database->GetLibrary() : nullptr;
+        CLibraryItem* const item =
+            library ? m_Database->GetItem(object.GetCacheIndex()) : nullptr;
+        if (item)
+            MoveItem(*library, *item, FindSource(*library, target),
+                     tarno::datamodel::GetApplicationCommandManager());
     }
 
 private:
+    /// Null for a data source of somebody else.
+    static DataSourcePtr FindSource(CLibrary const& library,
+                                    qorm::QormPtr<qorm::IDataSource> const& target)
+    {
+        for (DataSourcePtr const& source : library.GetSources()) {
+            if (source.get() == target.Get())
+                return source;
+        }
+        return nullptr;
+    }
+
     ObjectDatabasePtr const m_Database;
 };
 

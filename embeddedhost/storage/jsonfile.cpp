@@ -1,5 +1,7 @@
 #include "storage/jsonfile.h"
 
+#include "storage/filedigest.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -49,7 +51,8 @@ JsonFile ReadJsonFile(QString const& path)
     if (file.error() != QFileDevice::NoError)
         return Unreadable(file);
     try {
-        return {ordered_json::parse(text.begin(), text.end()), QString(), QString()};
+        return {ordered_json::parse(text.begin(), text.end()), QString(), QString(),
+                GetDigest(text)};
     } catch (ordered_json::parse_error const& error) {
         // The parser counts bytes from 1.
         return NotJson(GetPlace(text, error.byte > 0 ? error.byte - 1 : 0), error);

@@ -1,6 +1,7 @@
 #ifndef EMBEDDEDHOST_JSONFILE_H
 #define EMBEDDEDHOST_JSONFILE_H
 
+#include <QByteArray>
 #include <QString>
 
 #include <nlohmann/json.hpp>
@@ -15,6 +16,8 @@ struct JsonFile
     QString faultPlace;
     /// A sentence; empty when the file was read.
     QString fault;
+    /// Of the text that was read.
+    QByteArray digest = QByteArray();
 };
 
 JsonFile ReadJsonFile(QString const& path);

@@ -90,7 +90,7 @@ private:
                                                         "of objects; it is left out."));
             return;
         }
-        LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}});
+        LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}, json.digest});
         if (!isArray) {
             ReadObject(target, json.content, QString());
             return;
@@ -112,7 +112,6 @@ private:
                    }) && HasFreeUid(object)) {
             object.get_ref<ordered_json::object_t&>().shrink_to_fit();
             CLibraryItem& item = m_Library.AddItem(file, std::move(object));
-            item.SetFile(&file);
             file.entries.push_back({&item, ordered_json()});
             return;
         }

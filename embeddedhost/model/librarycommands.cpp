@@ -1,0 +1,103 @@
+#include "model/librarycommands.h"
+
+#include "model/accessorcontext.h"
+#include "model/libraryitem.h"
+#include "model/objectchange.h"
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+CLibraryCommand::CLibraryCommand(CLibrary& library, std::string const& text)
+    : m_Accessor(library.GetAccessor())
+    , m_Text(text)
+{
+}
+
+void CLibraryCommand::AddRef()
+{
+    ++m_References;
+}
+
+void CLibraryCommand::Release()
+{
+    if (--m_References == 0)
+        delete this;
+}
+
+char const* CLibraryCommand::GetText() const
+{
+    return m_Text.c_str();
+}
+
+CLibrary* CLibraryCommand::GetLibrary() const
+{
+    return m_Accessor.GetContext()->GetLibrary();
+}
+
+CChangeObjectCommand::CChangeObjectCommand(CLibrary& library, CLibraryItem const& item,
+                                           ordered_json changed, std::string const& text)
+    : CLibraryCommand(library, text)
+    , m_Uid(item.GetIdentity().uid)
+    , m_Before(item.GetObject())
+    , m_After(std::move(changed))
+{
+}
+
+void CChangeObjectCommand::Do()
+{
+    Change(m_Before, m_After);
+}
+
+void CChangeObjectCommand::Undo()
+{
+    Change(m_After, m_Before);
+}
+
+void CChangeObjectCommand::Change(ordered_json const& from, ordered_json const& to)
+{
+    CLibrary* const library = GetLibrary();
+    CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
+    if (item)
+        library->ChangeObject(*item, ApplyChange(item->GetObject(), from, to));
+}
+
+CAddItemCommand::CAddItemCommand(CLibrary& library, DataSourcePtr const& source,
+                                 QString const& path, ordered_json object,
+                                 std::string const& text)
+    : CLibraryCommand(library, text)
+    , m_Source(source)
+    , m_Path(path)
+    , m_Object(std::move(object))
+    , m_Uid(m_Object["uid"].get<std::string>())
+{
+}
+
+void CAddItemCommand::Do()
+{
+    CLibrary* const library = GetLibrary();
+    if (library && !library->FindItem(m_Uid.c_str()))
+        library->AddNewItem(m_Source, m_Path, m_Object);
+}
+
+void CAddItemCommand::Undo()
+{
+    CLibrary* const library = GetLibrary();
+    CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
+    if (!item)
+        return;
+    // What others changed in the meantime is there again after a redo.
+    m_Object = item->GetObject();
+    library->RemoveItem(*item);
+}
+
+void RunCommand(CLibraryCommand* command, wek::fwk::ICommandManager* manager)
+{
+    wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const kept(command);
+    if (manager)
+        manager->Execute(kept);
+    else
+        kept->Do();
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,78 @@
+#ifndef EMBEDDEDHOST_LIBRARYCOMMANDS_H
+#define EMBEDDEDHOST_LIBRARYCOMMANDS_H
+
+#include "model/library.h"
+
+#include <framework.h>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+
+namespace embeddedhost {
+
+/// A change of the open library, which may be closed before the change is undone: nothing
+/// happens then.
+class CLibraryCommand : public wek::fwk::ICommand
+{
+public:
+    CLibraryCommand(CLibrary& library, std::string const& text);
+
+    void AddRef() override;
+    void Release() override;
+    char const* GetText() const override;
+
+protected:
+    /// Null once the library is closed.
+    CLibrary* GetLibrary() const;
+
+private:
+    /// Keeps the context.
+    tarno::datamodel::ItemLibraryAccessor const m_Accessor;
+    /// 8-bit.
+    std::string const m_Text;
+    int m_References = 0;
+};
+
+/// Changes keys of one item's object.
+class CChangeObjectCommand final : public CLibraryCommand
+{
+public:
+    CChangeObjectCommand(CLibrary& library, CLibraryItem const& item,
+                         nlohmann::ordered_json changed, std::string const& text);
+
+    void Do() override;
+    void Undo() override;
+
+private:
+    void Change(nlohmann::ordered_json const& from, nlohmann::ordered_json const& to);
+
+    std::string const m_Uid;
+    nlohmann::ordered_json const m_Before;
+    nlohmann::ordered_json const m_After;
+};
+
+/// Adds an item in a file of its own.
+class CAddItemCommand final : public CLibraryCommand
+{
+public:
+    /// `path` is the file that a save will make.
+    CAddItemCommand(CLibrary& library, DataSourcePtr const& source, QString const& path,
+                    nlohmann::ordered_json object, std::string const& text);
+
+    void Do() override;
+    void Undo() override;
+
+private:
+    DataSourcePtr const m_Source;
+    QString const m_Path;
+    nlohmann::ordered_json m_Object;
+    std::string const m_Uid;
+};
+
+/// Runs the command through the manager, or at once without one.
+void RunCommand(CLibraryCommand* command, wek::fwk::ICommandManager* manager);
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,207 @@
+#include "model/libraryedits.h"
+
+#include "model/graphwriter.h"
+#include "model/librarycommands.h"
+#include "model/libraryitem.h"
+#include "model/objectchange.h"
+#include "model/text8.h"
+
+#include <QFileInfo>
+#include <QUuid>
+
+#include <algorithm>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+QString Shown(char const* text)
+{
+    return QString::fromLatin1(text);
+}
+
+bool Refuse(CLibrary& library, QString const& reason)
+{
+    library.GetMessages().Post(eSeverity::kWarning, reason);
+    return false;
+}
+
+bool CheckWritable(CLibrary& library, CLibraryItem const& item, QString const& change)
+{
+    if (!item.IsReadOnly())
+        return true;
+    QString const reason =
+        item.IsLocked()
+            ? QStringLiteral("it is marked as read-only")
+            : QStringLiteral("its data source \"%1\" is read-only")
+                  .arg(Shown(item.GetSource()->GetDescription().name.c_str()));
+    return Refuse(library, QStringLiteral("Cannot %1 \"%2\": %3.")
+                               .arg(change, Shown(item.GetName()), reason));
+}
+
+/// `item` is the one that is to get the name; null for a new one.
+bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
+{
+    if (!*name)
+        return Refuse(library, QStringLiteral("The name is empty. Nothing was changed."));
+    bool const isOwnName = item && EqualIgnoringAsciiCase(item->GetName(), name);
+    if (isOwnName || !library.HasName(name))
+        return true;
+    return Refuse(library, QStringLiteral("The name \"%1\" is used already. Choose another one.")
+                               .arg(Shown(name)));
+}
+
+DataSourcePtr FindWritableSource(CLibrary const& library)
+{
+    auto const& sources = library.GetSources();
+    auto const found = std::find_if(sources.begin(), sources.end(), [](DataSourcePtr const& s) {
+        return s->GetAccessMode() != qorm::IDataSource::kReadOnlyAccess;
+    });
+    return found == sources.end() ? nullptr : *found;
+}
+
+/// A file name made from the item's: lower case, letters and digits of ASCII, else "-".
+QString MakeFileName(char const* name)
+{
+    QString const plain = Shown(name).normalized(QString::NormalizationForm_KD).toLower();
+    QString fileName;
+    for (QChar const character : plain) {
+        if (character.unicode() < 128 && character.isLetterOrNumber())
+            fileName += character;
+        else if (character.unicode() < 128 && !fileName.isEmpty()
+                 && !fileName.endsWith(QLatin1Char('-')))
+            fileName += QLatin1Char('-');
+    }
+    while (fileName.endsWith(QLatin1Char('-')))
+        fileName.chop(1);
+    return fileName.isEmpty() ? QStringLiteral("item") : fileName;
+}
+
+QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char const* name)
+{
+    QString const stem = source->GetDescription().folder + QLatin1Char('/') + MakeFileName(name);
+    QString path = stem + QStringLiteral(".json");
+    for (int number = 2; library.FindFile(path) || QFileInfo::exists(path); ++number)
+        path = QStringLiteral("%1-%2.json").arg(stem).arg(number);
+    return path;
+}
+
+/// The signature's ports are what its implementations start from.
+bool CopySignature(CLibrary& library, char const* signatureUid, ordered_json& object)
+{
+    CLibraryItem const* const signature = library.FindItem(signatureUid);
+    if (!signature || !signature->IsSignature())
+        return Refuse(library, QStringLiteral("There is no signature with the uid %1 any more. "
+                                              "Nothing was created.")
+                                   .arg(Shown(signatureUid)));
+    SetKey(object, "implements", signatureUid);
+    for (char const* const key : {"inputs", "outputs"}) {
+        if (signature->GetObject().contains(key))
+            SetKey(object, key, signature->GetObject()[key]);
+    }
+    return true;
+}
+
+ordered_json MakeObject(NewCompound const& compound)
+{
+    ordered_json object = ordered_json::object();
+    object["uid"] = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
+    object["kind"] = "compound";
+    object["name"] = ToUtf8(compound.name);
+    if (*compound.category)
+        object["category"] = ToUtf8(compound.category);
+    if (compound.isSignature)
+        object["signature"] = true;
+    if (compound.isLoop)
+        object["loop"] = true;
+    return object;
+}
+
+void ChangeObject(CLibrary& library, CLibraryItem const& item, ordered_json changed,
+                  std::string const& text, wek::fwk::ICommandManager* manager)
+{
+    RunCommand(new CChangeObjectCommand(library, item, std::move(changed), text), manager);
+}
+
+} // namespace
+
+CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
+                             wek::fwk::ICommandManager* manager)
+{
+    if (!CheckName(library, nullptr, compound.name))
+        return nullptr;
+    DataSourcePtr const source = FindWritableSource(library);
+    if (!source) {
+        Refuse(library, QStringLiteral("Cannot create \"%1\": every data source of the library "
+                                       "is read-only.")
+                            .arg(Shown(compound.name)));
+        return nullptr;
+    }
+    ordered_json object = MakeObject(compound);
+    bool const implements = compound.signatureUid && *compound.signatureUid;
+    if (implements && !CopySignature(library, compound.signatureUid, object))
+        return nullptr;
+
+    std::string const uid = object["uid"].get<std::string>();
+    tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
+    RunCommand(new CAddItemCommand(library, source, FindFreePath(library, source, compound.name),
+                                   std::move(object), std::string("Create ") + compound.name),
+               manager);
+    // A listener may have closed the library.
+    return kept.Revalidate() ? library.FindItem(uid.c_str()) : nullptr;
+}
+
+bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
+                wek::fwk::ICommandManager* manager)
+{
+    if (!CheckWritable(library, item, QStringLiteral("rename"))
+        || !CheckName(library, &item, name))
+        return false;
+    if (std::string(item.GetName()) == name)
+        return true;
+    ordered_json changed = item.GetObject();
+    SetKey(changed, "name", ToUtf8(name));
+    ChangeObject(library, item, std::move(changed), std::string("Rename ") + item.GetName(),
+                 manager);
+    return true;
+}
+
+bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, char const* tags,
+                 wek::fwk::ICommandManager* manager)
+{
+    if (!CheckWritable(library, item, QStringLiteral("tag")))
+        return false;
+    if (std::string(item.GetTags(category)) == tags)
+        return true;
+    ordered_json changed = item.GetObject();
+    ordered_json all = changed.value("tags", ordered_json::object());
+    if (!all.is_object())
+        all = ordered_json::object();
+    if (*tags)
+        all[ToUtf8(category)] = ToUtf8(tags);
+    else
+        all.erase(ToUtf8(category));
+    if (all.empty())
+        changed.erase("tags");
+    else
+        SetKey(changed, "tags", std::move(all));
+    ChangeObject(library, item, std::move(changed), std::string("Tag ") + item.GetName(),
+                 manager);
+    return true;
+}
+
+bool SetItemBody(CLibrary& library, CLibraryItem& item, GraphBody const& body,
+                 std::string const& text, wek::fwk::ICommandManager* manager)
+{
+    if (!CheckWritable(library, item, QStringLiteral("change")))
+        return false;
+    ordered_json changed = item.GetObject();
+    WriteGraphBody(body, changed);
+    if (changed != item.GetObject())
+        ChangeObject(library, item, std::move(changed), text, manager);
+    return true;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,41 @@
+#ifndef EMBEDDEDHOST_LIBRARYEDITS_H
+#define EMBEDDEDHOST_LIBRARYEDITS_H
+
+#include "model/graphbody.h"
+#include "model/library.h"
+
+#include <framework.h>
+
+#include <string>
+
+namespace embeddedhost {
+
+// What can be done to an open library. Each checks first, says on the message channel why it
+// refuses, and runs a command on the manager, or without recording it when that is null. Texts
+// are 8-bit.
+
+struct NewCompound
+{
+    char const* name;
+    char const* category;
+    bool isSignature;
+    bool isLoop;
+    /// The signature to implement; null or empty for none.
+    char const* signatureUid;
+};
+
+/// Null when it is refused.
+CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
+                             wek::fwk::ICommandManager* manager);
+bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
+                wek::fwk::ICommandManager* manager);
+/// An empty text removes the category.
+bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, char const* tags,
+                 wek::fwk::ICommandManager* manager);
+/// Texts of the body are UTF-8.
+bool SetItemBody(CLibrary& library, CLibraryItem& item, GraphBody const& body,
+                 std::string const& text, wek::fwk::ICommandManager* manager);
+
+} // namespace embeddedhost
+
+#endif

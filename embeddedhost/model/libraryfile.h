@@ -1,0 +1,44 @@
+#ifndef EMBEDDEDHOST_LIBRARYFILE_H
+#define EMBEDDEDHOST_LIBRARYFILE_H
+
+#include "objects/datasource.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <nlohmann/json.hpp>
+
+#include <vector>
+
+namespace embeddedhost {
+
+class CLibraryItem;
+
+/// One file of a data source: one object, or an array of them. What could not be loaded stays
+/// in its place, so that it is there again when the file is written.
+struct LibraryFile
+{
+    struct Entry
+    {
+        /// Null for what is no item.
+        CLibraryItem* item;
+        /// What is no item.
+        nlohmann::ordered_json other;
+    };
+
+    QString path;
+    DataSourcePtr source;
+    bool isArray;
+    std::vector<Entry> entries;
+    /// Of what is on disk, as far as we know; empty for a file that is not there.
+    QByteArray digest = QByteArray();
+    /// Entries came or went since the file was read or written.
+    bool hasOtherEntries = false;
+
+    /// A save has something to write, or the file to remove.
+    bool IsModified() const;
+};
+
+} // namespace embeddedhost
+
+#endif

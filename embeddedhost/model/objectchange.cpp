@@ -1,0 +1,68 @@
+#include "model/objectchange.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+/// The order of the keys in a written object.
+constexpr std::array<char const*, 15> kKeyOrder = {
+    "uid",        "kind", "name",   "category",    "tags",     "signature", "implements", "loop",
+    "parent",     "specializes",    "readOnly",    "inputs",   "outputs",   "nodes",
+    "connections"};
+
+std::size_t GetRank(std::string const& key)
+{
+    return std::size_t(std::find(kKeyOrder.begin(), kKeyOrder.end(), key) - kKeyOrder.begin());
+}
+
+} // namespace
+
+ordered_json ApplyChange(ordered_json const& current, ordered_json const& from,
+                         ordered_json const& to)
+{
+    if (current == from)
+        return to;
+    ordered_json changed = current;
+    for (auto const& [key, value] : from.items()) {
+        if (!to.contains(key))
+            changed.erase(key);
+    }
+    for (auto const& [key, value] : to.items()) {
+        if (!from.contains(key) || from[key] != value)
+            SetKey(changed, key.c_str(), value);
+    }
+    return changed;
+}
+
+void SetKey(ordered_json& object, char const* key, ordered_json value)
+{
+    auto& members = object.get_ref<ordered_json::object_t&>();
+    auto const present = std::find_if(members.begin(), members.end(),
+                                      [key](auto const& member) { return member.first == key; });
+    if (present != members.end()) {
+        present->second = std::move(value);
+        return;
+    }
+    // Keys that are not known rank last, so the new one comes before them.
+    std::size_t const rank = GetRank(key);
+    ordered_json::object_t ordered;
+    bool isPlaced = false;
+    for (auto& member : members) {
+        if (!isPlaced && GetRank(member.first) > rank) {
+            ordered.emplace_back(key, std::move(value));
+            isPlaced = true;
+        }
+        ordered.emplace_back(member.first, std::move(member.second));
+    }
+    if (!isPlaced)
+        ordered.emplace_back(key, std::move(value));
+    members = std::move(ordered);
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,16 @@
+#ifndef EMBEDDEDHOST_FILEDIGEST_H
+#define EMBEDDEDHOST_FILEDIGEST_H
+
+#include <QByteArray>
+#include <QString>
+
+namespace embeddedhost {
+
+/// Tells the content of a file from any other.
+QByteArray GetDigest(QByteArray const& content);
+/// Of what is on disk now; empty when there is no file.
+QByteArray GetDigestOnDisk(QString const& path);
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,136 @@
+#include "storage/filemove.h"
+
+#include "model/librarycommands.h"
+#include "model/libraryitem.h"
+#include "sourcecontrol/gitworktree.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace embeddedhost {
+
+namespace {
+
+bool IsReadOnly(CDataSource const& source)
+{
+    return source.GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
+}
+
+QString GetName(CDataSource const& source)
+{
+    return QString::fromLatin1(source.GetDescription().name.c_str());
+}
+
+/// The place of the file below another data source's folder.
+QString GetTargetPath(LibraryFile const& file, CDataSource const& target)
+{
+    QString const below = QDir(file.source->GetDescription().folder).relativeFilePath(file.path);
+    return target.GetDescription().folder + QLatin1Char('/') + below;
+}
+
+/// True when git knows the file and has moved it.
+bool MoveThroughGit(QString const& from, QString const& to)
+{
+    CGitWorkTree workTree(QFileInfo(from).path());
+    if (workTree.GetAccess() != CGitWorkTree::kReadable)
+        return false;
+    std::string const source = workTree.GetRelativePath(from);
+    std::string const target = workTree.GetRelativePath(to);
+    return !source.empty() && !target.empty() && workTree.IsTracked(source)
+           && workTree.Move(source, target);
+}
+
+bool MoveOnDisk(QString const& from, QString const& to)
+{
+    // An item that was never saved has no file yet.
+    if (!QFileInfo::exists(from))
+        return true;
+    if (QFileInfo::exists(to) || !QDir().mkpath(QFileInfo(to).path()))
+        return false;
+    return MoveThroughGit(from, to) || QFile::rename(from, to);
+}
+
+/// Takes the file from one data source to another and back.
+class CMoveFileCommand final : public CLibraryCommand
+{
+public:
+    CMoveFileCommand(CLibrary& library, CLibraryItem const& item, DataSourcePtr const& target)
+        : CLibraryCommand(library, std::string("Move ") + item.GetName())
+        , m_Uid(item.GetIdentity().uid)
+        , m_From(item.GetSource())
+        , m_FromPath(item.GetFile().path)
+        , m_To(target)
+        , m_ToPath(GetTargetPath(item.GetFile(), *target))
+    {
+    }
+
+    void Do() override
+    {
+        Move(m_FromPath, m_To, m_ToPath);
+    }
+
+    void Undo() override
+    {
+        Move(m_ToPath, m_From, m_FromPath);
+    }
+
+private:
+    void Move(QString const& from, DataSourcePtr const& target, QString const& to)
+    {
+        CLibrary* const library = GetLibrary();
+        CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
+        if (!item || item->GetFile().path != from)
+            return;
+        if (MoveOnDisk(from, to)) {
+            library->MoveFile(*item, target, to);
+        } else {
+            library->GetMessages().Post(
+                eSeverity::kError,
+                QStringLiteral("%1 could not be moved to %2. Nothing was changed.").arg(from, to));
+        }
+    }
+
+    std::string const m_Uid;
+    DataSourcePtr const m_From;
+    QString const m_FromPath;
+    DataSourcePtr const m_To;
+    QString const m_ToPath;
+};
+
+/// Why the move is refused; empty when it is not.
+QString FindObstacle(CLibrary const& library, CLibraryItem const& item, CDataSource const* target)
+{
+    if (!target)
+        return QStringLiteral("there is no data source to move it to");
+    if (IsReadOnly(*target))
+        return QStringLiteral("the data source \"%1\" is read-only").arg(GetName(*target));
+    if (item.IsReadOnly())
+        return QStringLiteral("it is read-only where it is");
+    if (target == item.GetSource().get())
+        return QStringLiteral("it is there already");
+    if (item.GetFile().isArray || item.GetFile().entries.size() != 1)
+        return QStringLiteral("it shares the file %1 with other objects").arg(item.GetFile().path);
+    QString const path = GetTargetPath(item.GetFile(), *target);
+    if (QFileInfo::exists(path) || library.FindFile(path))
+        return QStringLiteral("the file %1 exists already").arg(path);
+    return QString();
+}
+
+} // namespace
+
+bool MoveItem(CLibrary& library, CLibraryItem& item, DataSourcePtr const& target,
+              wek::fwk::ICommandManager* manager)
+{
+    QString const obstacle = FindObstacle(library, item, target.get());
+    if (!obstacle.isEmpty()) {
+        library.GetMessages().Post(eSeverity::kWarning,
+                                   QStringLiteral("Cannot move \"%1\": %2.")
+                                       .arg(QString::fromLatin1(item.GetName()), obstacle));
+        return false;
+    }
+    RunCommand(new CMoveFileCommand(library, item, target), manager);
+    return true;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,135 @@
+#include "storage/librarywriter.h"
+
+#include "model/libraryitem.h"
+#include "storage/filedigest.h"
+#include "storage/folderscan.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <memory>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+ordered_json const& GetObject(LibraryFile::Entry const& entry)
+{
+    return entry.item ? entry.item->GetObject() : entry.other;
+}
+
+/// Two blanks a level, one newline at the end, and texts as they are.
+QByteArray MakeContent(LibraryFile const& file)
+{
+    ordered_json content = ordered_json::array();
+    for (LibraryFile::Entry const& entry : file.entries)
+        content.push_back(GetObject(entry));
+    if (!file.isArray)
+        content = ordered_json(content.front());
+    std::string const text =
+        content.dump(2, ' ', false, ordered_json::error_handler_t::replace) + '\n';
+    return QByteArray(text.data(), int(text.size()));
+}
+
+/// One file on its way to disk.
+class PendingFile
+{
+public:
+    PendingFile(CLibrary const& library, LibraryFile& file)
+        : m_File(file)
+        , m_ShownPath(GetShownPath(library.GetFolder(), file.path))
+        , m_IsRemoval(file.entries.empty() && !file.isArray)
+    {
+    }
+
+    /// Writes the new content beside the old file. False, with the failure, when that is not
+    /// possible or the old file is not the one that was read.
+    bool Prepare()
+    {
+        if (GetDigestOnDisk(m_File.path) != m_File.digest)
+            return Fail(QStringLiteral("it was changed by another program since it was read. "
+                                       "Take that version, or overwrite it"));
+        if (m_IsRemoval)
+            return true;
+        if (!QDir().mkpath(QFileInfo(m_File.path).path()))
+            return Fail(QStringLiteral("its folder cannot be made"));
+        QByteArray const content = MakeContent(m_File);
+        m_Digest = GetDigest(content);
+        m_Saved = std::make_unique<QSaveFile>(m_File.path);
+        if (!m_Saved->open(QIODevice::WriteOnly) || m_Saved->write(content) != content.size()
+            || !m_Saved->flush())
+            return Fail(m_Saved->errorString());
+        return true;
+    }
+
+    bool PutInPlace()
+    {
+        if (m_IsRemoval) {
+            if (!m_File.digest.isEmpty() && !QFile::remove(m_File.path))
+                return Fail(QStringLiteral("it cannot be removed"));
+        } else if (!m_Saved->commit()) {
+            return Fail(m_Saved->errorString());
+        }
+        MarkSaved();
+        return true;
+    }
+
+    QString const& GetFailure() const
+    {
+        return m_Failure;
+    }
+
+private:
+    void MarkSaved()
+    {
+        m_File.digest = m_Digest;
+        m_File.hasOtherEntries = false;
+        for (LibraryFile::Entry const& entry : m_File.entries) {
+            if (entry.item)
+                entry.item->SetSavedObject(entry.item->GetObject());
+        }
+    }
+
+    bool Fail(QString const& reason)
+    {
+        m_Saved.reset();
+        m_Failure = QStringLiteral("%1 was not saved: %2.").arg(m_ShownPath, reason);
+        return false;
+    }
+
+    LibraryFile& m_File;
+    QString const m_ShownPath;
+    /// The last object of the file is gone, and the file goes with it.
+    bool const m_IsRemoval;
+    std::unique_ptr<QSaveFile> m_Saved;
+    QByteArray m_Digest;
+    QString m_Failure;
+};
+
+} // namespace
+
+SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files)
+{
+    SaveResult result;
+    std::vector<std::unique_ptr<PendingFile>> prepared;
+    for (LibraryFile* const file : files) {
+        auto pending = std::make_unique<PendingFile>(library, *file);
+        if (pending->Prepare())
+            prepared.push_back(std::move(pending));
+        else
+            result.failures.push_back(pending->GetFailure());
+    }
+    for (std::unique_ptr<PendingFile> const& pending : prepared) {
+        if (pending->PutInPlace())
+            ++result.writtenFiles;
+        else
+            result.failures.push_back(pending->GetFailure());
+    }
+    return result;
+}
+
+} // namespace embeddedhost
