@@ -71,6 +71,8 @@ public:
     /// The item goes into a file of its own, which a save will make.
     void AddNewItem(DataSourcePtr const& source, QString const& path,
                     nlohmann::ordered_json object);
+    /// An object that the file has on disk already.
+    void AddSavedItem(LibraryFile& file, nlohmann::ordered_json object);
     void RemoveItem(CLibraryItem& item);
     /// The item's file, which holds nothing else, is somewhere else now.
     void MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString const& path);

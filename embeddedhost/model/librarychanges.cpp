@@ -106,6 +106,16 @@ void CLibrary::AddNewItem(DataSourcePtr const& source, QString const& path, orde
     change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
 }
 
+void CLibrary::AddSavedItem(LibraryFile& file, ordered_json object)
+{
+    ChangeScope const change(*this);
+    if (!change.IsLibraryOpen())
+        return;
+    CLibraryItem& item = AddItem(file, std::move(object));
+    file.entries.push_back({&item, ordered_json()});
+    change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
+}
+
 void CLibrary::RemoveItem(CLibraryItem& item)
 {
     ItemID const id(&item.GetIdentity());

@@ -115,6 +115,11 @@ bool CLibraryItem::IsModified() const
     return m_SavedObject && *m_SavedObject != m_Object;
 }
 
+bool CLibraryItem::HasSavedObject(ordered_json const& object) const
+{
+    return (m_SavedObject ? *m_SavedObject : m_Object) == object;
+}
+
 void CLibraryItem::SetSavedObject(ordered_json saved)
 {
     if (saved == m_Object)

@@ -37,6 +37,8 @@ public:
 
     /// The object differs from what is on disk.
     bool IsModified() const;
+    /// The object is what was on disk when it was read or saved last.
+    bool HasSavedObject(nlohmann::ordered_json const& object) const;
     /// What is on disk of it; null for an item that is not there.
     void SetSavedObject(nlohmann::ordered_json saved);
     int GetCacheIndex() const;

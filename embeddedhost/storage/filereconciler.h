@@ -1,0 +1,37 @@
+#ifndef EMBEDDEDHOST_FILERECONCILER_H
+#define EMBEDDEDHOST_FILERECONCILER_H
+
+#include "model/library.h"
+
+#include <framework.h>
+
+#include <QString>
+
+#include <memory>
+
+namespace embeddedhost {
+
+/// What came of bringing the library up to a file that somebody else may have changed.
+enum class eReconciled
+{
+    kUpToDate,   ///< the library has what is on disk, or had it before
+    kConflict,   ///< items of the file have changes that are not saved; they are kept
+    kUnreadable, ///< the file cannot be read, or is only half written
+    kClosed      ///< a listener closed the library
+};
+
+/// Brings items up to the file on disk, with notifications: added, removed, renamed and tagged.
+/// `fault`, which is not null, says why a file is unreadable.
+eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
+                          QString const& path, QString* fault);
+
+/// Resolves a conflict for what is on disk; our changes of objects that are there can be brought
+/// back by undo. False when the file cannot be read.
+bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& path,
+                      wek::fwk::ICommandManager* manager);
+/// Resolves a conflict for the library: the next save replaces what is on disk.
+bool OverwriteFileOnDisk(CLibrary& library, QString const& path);
+
+} // namespace embeddedhost
+
+#endif
