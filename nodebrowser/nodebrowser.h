@@ -226,7 +226,7 @@ private:
                        SNewItem& item);
     bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
     qorm::QormHandle<qorm::IDbObject>
-    FindSelectedObject(qorm::IRevisionControlUIHelper* helper) const;
+    FindSelectedObject(qorm::IRevisionControlUIHelper*& helper) const;
 
     void MarkItemListDirty();
     void IndexTags(tarno::datamodel::ItemID const& id);

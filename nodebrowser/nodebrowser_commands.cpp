@@ -143,16 +143,19 @@ void CNodeBrowser::OnRenameItem()
 /// Does nothing: the menu shows the entry and never lets it be chosen.
 void CNodeBrowser::OnDeleteItem() {}
 
+/// The database object of the selected row, together with the service that knows it; invalid
+/// when there is no such row, service or object.
 qorm::QormHandle<qorm::IDbObject>
-CNodeBrowser::FindSelectedObject(qorm::IRevisionControlUIHelper* helper) const
+CNodeBrowser::FindSelectedObject(qorm::IRevisionControlUIHelper*& helper) const
 {
     Item const* const item = ItemAtRow(m_SelectedIndex);
-    return item ? FindDbObject(helper, item->GetItemID()) : qorm::QormHandle<qorm::IDbObject>();
+    helper = item ? FindRevisionControlHelper() : nullptr;
+    return helper ? FindDbObject(helper, item->GetItemID()) : qorm::QormHandle<qorm::IDbObject>();
 }
 
 void CNodeBrowser::OnCheckOutItem()
 {
-    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    qorm::IRevisionControlUIHelper* helper;
     qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
     bool isCheckedOut = false;
     if (object.IsValid())
@@ -161,7 +164,7 @@ void CNodeBrowser::OnCheckOutItem()
 
 void CNodeBrowser::OnMakeItemWritable()
 {
-    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    qorm::IRevisionControlUIHelper* helper;
     qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
     if (object.IsValid())
         helper->MakeWritable(object, true);
@@ -169,7 +172,7 @@ void CNodeBrowser::OnMakeItemWritable()
 
 void CNodeBrowser::OnShowItemFiles()
 {
-    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    qorm::IRevisionControlUIHelper* helper;
     qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
     if (object.IsValid())
         helper->ShowFiles(object, false);

@@ -33,8 +33,8 @@ CRenameCompoundDialog::CRenameCompoundDialog(ItemLibraryAccessor const& library,
     , m_ButtonBox(nullptr)
 {
     compound.Revalidate();
-    m_CurrentName = qtcompat::FromAscii(
-        m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
+    m_CurrentName =
+        qtcompat::FromAscii(m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
     // Taken away, not toggled: the newest generation does not give the button to begin with.
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(QString(QLatin1String("Rename %1")).arg(m_CurrentName));
@@ -46,8 +46,8 @@ CRenameCompoundDialog::CRenameCompoundDialog(ItemLibraryAccessor const& library,
 void CRenameCompoundDialog::CreateWidgets()
 {
     QLabel* const label = new QLabel(QLatin1String("New name:"), this);
-    m_ButtonBox = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel,
-                                       Qt::Horizontal, this);
+    m_ButtonBox =
+        new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
     m_NameEdit = new QLineEdit(this);
     m_NameEdit->setMinimumWidth(kNameFieldMinimumWidth);
     qtcompat::SetValidatorExpression(m_NameEdit, QLatin1String(kNameExpression));

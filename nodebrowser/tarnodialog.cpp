@@ -110,7 +110,8 @@ CTarnoCompoundCreateDialog::CTarnoCompoundCreateDialog(ItemLibraryAccessor libra
     connect(m_OkButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_CancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     PlaceWidgets();
-    OrderFocus();
+    // As if by Tab, which selects the text; the default button would have it otherwise.
+    m_NameEdit->setFocus(Qt::TabFocusReason);
     setWindowTitle(QLatin1String("Create ") + m_ItemKind);
 }
 
@@ -151,19 +152,6 @@ void CTarnoCompoundCreateDialog::PlaceWidgets()
     }
     PlaceButtons(m_OkButton, m_CancelButton);
     setFixedSize(kDialogWidth, kDialogHeight);
-}
-
-/// From top to bottom, although the buttons are made first.
-void CTarnoCompoundCreateDialog::OrderFocus()
-{
-    setTabOrder(m_NameEdit, m_CategoryEdit);
-    QWidget* lastField = m_CategoryEdit;
-    if (m_ShowSignature) {
-        setTabOrder(m_CategoryEdit, m_SignatureCombo);
-        lastField = m_SignatureCombo;
-    }
-    setTabOrder(lastField, m_OkButton);
-    setTabOrder(m_OkButton, m_CancelButton);
 }
 
 QString CTarnoCompoundCreateDialog::GetName() const
@@ -226,6 +214,7 @@ CItemTagsEditorDialog::CItemTagsEditorDialog(char const* name, char const* tags)
     connect(m_OkButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_CancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     PlaceWidgets();
+    m_TagsEdit->setFocus(Qt::TabFocusReason);
     setWindowTitle(QLatin1String("Edit Item Tags"));
 }
 
@@ -257,8 +246,6 @@ void CItemTagsEditorDialog::PlaceWidgets()
     PlaceField(m_NameValueLabel, 0);
     PlaceField(m_TagsEdit, 1);
     PlaceButtons(m_OkButton, m_CancelButton);
-    setTabOrder(m_TagsEdit, m_OkButton);
-    setTabOrder(m_OkButton, m_CancelButton);
     setFixedSize(kDialogWidth, kDialogHeight);
 }
 

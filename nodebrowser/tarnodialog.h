@@ -44,7 +44,6 @@ private:
     void CreateWidgets(char const* defaultName);
     void CreateSignatureRow(tarno::datamodel::ItemLibraryAccessor const& library);
     void PlaceWidgets();
-    void OrderFocus();
 
     QPushButton* m_OkButton;
     QPushButton* m_CancelButton;
