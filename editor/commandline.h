@@ -1,0 +1,41 @@
+#ifndef EDITOR_COMMANDLINE_H
+#define EDITOR_COMMANDLINE_H
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+enum class eAction
+{
+    kEdit,
+    kRender,
+    kGenerate,
+    kShowHelp,
+    kShowVersion
+};
+
+/// What the command line asks for.
+struct CommandLine
+{
+    /// What is wrong with it, for a person; when this is not empty nothing else counts.
+    QString fault;
+    eAction action = eAction::kEdit;
+
+    /// The library to open, empty for the sample library; the one to write for kGenerate.
+    QString libraryFolder;
+    unsigned long itemCount = 0;
+    bool isDark = false;
+
+    /// The picture to render, its size in device-independent pixels and its pixels for each.
+    QString pictureFile;
+    QSize pictureSize = QSize(1100, 700);
+    double pictureScale = 1;
+    QString searchText;
+};
+
+/// The first argument is the program itself.
+CommandLine ParseCommandLine(QStringList const& arguments);
+/// Needs an application object, whose name it shows.
+QString GetCommandLineHelp();
+
+#endif

@@ -1,0 +1,21 @@
+#ifndef EDITOR_EDITORSTYLE_H
+#define EDITOR_EDITORSTYLE_H
+
+#include <QProxyStyle>
+
+/// Fusion, with tabs that fit into the panel's header and title bar icons in the palette's
+/// colours, whichever they are when an icon is painted.
+class CEditorStyle : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    CEditorStyle();
+
+    int pixelMetric(PixelMetric metric, QStyleOption const* option = nullptr,
+                    QWidget const* widget = nullptr) const override;
+    QIcon standardIcon(StandardPixmap standardIcon, QStyleOption const* option = nullptr,
+                       QWidget const* widget = nullptr) const override;
+};
+
+#endif

@@ -1,0 +1,29 @@
+#ifndef EDITOR_LOADPROGRESS_H
+#define EDITOR_LOADPROGRESS_H
+
+#include <QElapsedTimer>
+#include <QProgressBar>
+
+#include <memory>
+
+class QStatusBar;
+
+/// Shows in a status bar how far something has come that takes long; what is done quickly shows
+/// nothing. Windows are painted meanwhile, but take no input.
+class CLoadProgress
+{
+public:
+    explicit CLoadProgress(QStatusBar& statusBar);
+
+    void Update(int done, int total);
+
+private:
+    void ShowBar();
+
+    QStatusBar& m_StatusBar;
+    QElapsedTimer m_SinceStart;
+    QElapsedTimer m_SinceUpdate;
+    std::unique_ptr<QProgressBar> m_Bar;
+};
+
+#endif
