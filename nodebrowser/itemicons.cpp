@@ -26,7 +26,7 @@ QPixmap ItemIcons::GetResource(QString const& name)
     return m_Resources[name] = qtcompat::LoadPixmap(name);
 }
 
-QPixmap ItemIcons::GetDisplayIcon(QPixmap const& base, SMarks const& marks)
+QPixmap ItemIcons::GetDisplayIcon(QPixmap const& base, Marks const& marks)
 {
     Key const key(base.cacheKey(), marks.isFactory, marks.isReadOnlySource, marks.scState,
                   marks.isStateShown);
@@ -36,7 +36,7 @@ QPixmap ItemIcons::GetDisplayIcon(QPixmap const& base, SMarks const& marks)
     return m_DisplayIcons[key] = Compose(base, marks);
 }
 
-QPixmap ItemIcons::Compose(QPixmap const& base, SMarks const& marks)
+QPixmap ItemIcons::Compose(QPixmap const& base, Marks const& marks)
 {
     QPixmap icon = marks.isFactory ? AddBadge(base) : base;
     if (marks.isFactory && marks.isReadOnlySource)

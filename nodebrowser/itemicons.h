@@ -13,7 +13,7 @@ class ItemIcons
 {
 public:
     /// What a display icon shows besides its base.
-    struct SMarks
+    struct Marks
     {
         /// Drawn with the factory badge over a margin of 7 pixels at the left.
         bool isFactory;
@@ -27,12 +27,12 @@ public:
     void Clear();
     /// Null when there is no such resource.
     QPixmap GetResource(QString const& name);
-    QPixmap GetDisplayIcon(QPixmap const& base, SMarks const& marks);
+    QPixmap GetDisplayIcon(QPixmap const& base, Marks const& marks);
 
 private:
     typedef std::tuple<qint64, bool, bool, int, bool> Key;
 
-    QPixmap Compose(QPixmap const& base, SMarks const& marks);
+    QPixmap Compose(QPixmap const& base, Marks const& marks);
     QPixmap AddBadge(QPixmap const& base);
 
     std::map<QString, QPixmap> m_Resources;

@@ -11,7 +11,7 @@ char const* GetKindTag(char const* type);
 /// an abstract function.
 char const* GetKindIcon(char const* type, bool isSignature);
 
-/// The kind filters that let the item pass: bit n stands for the filter CNodeBrowser::eConfigType(n).
+/// The kind filters that let the item pass: bit n stands for the filter eConfigType(n).
 unsigned char GetKindFilters(tarno::datamodel::ItemAccessor& item);
 /// Whether the filter is among them; false for a filter that does not exist.
 bool PassesKindFilter(unsigned char kindFilters, int filter);

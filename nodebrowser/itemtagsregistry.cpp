@@ -2,6 +2,8 @@
 
 #include "stringutils.h"
 
+#include <utility>
+
 using tarno::datamodel::ItemID;
 using tarno::datamodel::ItemLibraryAccessor;
 

@@ -56,7 +56,7 @@ public:
     };
 
     /// What CreateMenuCommand can add.
-    enum eMenuCommand
+    enum eMenuCommand : int
     {
         eMenuNewSignature = 0,
         eMenuNewCompound = 1,
@@ -96,11 +96,11 @@ public:
     void OnEndChanges(tarno::datamodel::ItemLibraryAccessor& library) override;
     void LibraryInvalidated(tarno::datamodel::ItemLibraryAccessor& library) override;
     void ItemNameChanged(tarno::datamodel::ItemLibraryAccessor& library,
-                                 tarno::datamodel::ItemID const& id) override;
+                         tarno::datamodel::ItemID const& id) override;
     void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor& library,
-                                 tarno::datamodel::ItemID const& id, char const* category) override;
+                         tarno::datamodel::ItemID const& id, char const* category) override;
     void ItemAccessStateChanged(tarno::datamodel::ItemLibraryAccessor& library,
-                                        tarno::datamodel::ItemID const& id, long state) override;
+                                tarno::datamodel::ItemID const& id, long state) override;
     void OnPreCommit(tarno::datamodel::ItemLibraryAccessor& library, bool* cancel) override;
     void OnPostCommit(tarno::datamodel::ItemLibraryAccessor& library) override;
 
@@ -224,7 +224,9 @@ private:
     struct SNewItem;
     bool AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
                        SNewItem& item);
-    bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
+    /// The library is alive and still the one shown: dialogs run event loops in which it may be
+    /// replaced or closed.
+    bool IsStillShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
     qorm::QormHandle<qorm::IDbObject>
     FindSelectedObject(qorm::IRevisionControlUIHelper*& helper) const;
 
@@ -233,7 +235,8 @@ private:
 
     void ConsumeDirtyFlags();
     void RebuildItemList();
-    void PaintRows(QPainter& painter);
+    void ShiftRows(int shift);
+    void PaintRows(QPainter& painter, QRegion const& exposed);
     void PaintRow(QPainter& painter, unsigned long row, int top);
     void PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect);
 

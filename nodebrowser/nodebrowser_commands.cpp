@@ -33,9 +33,7 @@ void MakeCurrent(UnspecifiedAccessor const& item)
 
 } // namespace
 
-/// Whether the library is still the one shown, and alive: dialogs run event loops in which it
-/// may be replaced or closed.
-bool CNodeBrowser::IsShown(ItemLibraryAccessor const& library) const
+bool CNodeBrowser::IsStillShown(ItemLibraryAccessor const& library) const
 {
     return m_ItemLibrary.GetContextID() == library.GetContextID()
            && m_ItemLibrary.GetHandle() == library.GetHandle() && m_ItemLibrary.Revalidate();
@@ -51,7 +49,7 @@ bool CNodeBrowser::AskForNewItem(char const* kind, char const* defaultName, bool
     CTarnoCompoundCreateDialog dialog(library, kind, defaultName, showSignature);
     dialog.exec();
     // Cancelling shows as an empty name, whatever way the dialog was closed.
-    if (dialog.GetName().isEmpty() || !self || !IsShown(library))
+    if (dialog.GetName().isEmpty() || !self || !IsStillShown(library))
         return false;
     item.name = QStringToStdString(dialog.GetName());
     item.category = QStringToStdString(dialog.GetCategory());
@@ -130,7 +128,7 @@ void CNodeBrowser::OnRenameItem()
     ItemLibraryAccessor const library(m_ItemLibrary);
     CRenameCompoundDialog dialog(library, compound);
     dialog.SetOldName(oldName);
-    if (!dialog.exec() || !self || !IsShown(library) || !compound.Revalidate())
+    if (!dialog.exec() || !self || !IsStillShown(library) || !compound.Revalidate())
         return;
     if (dialog.GetNewName() == oldName)
         return;
@@ -191,7 +189,7 @@ void CNodeBrowser::OnEditItemTags()
     QPointer<CNodeBrowser> const self(this);
     ItemLibraryAccessor const library(m_ItemLibrary);
     CItemTagsEditorDialog dialog(name.c_str(), tags.c_str());
-    if (!dialog.exec() || !self || !IsShown(library) || !accessor.Revalidate())
+    if (!dialog.exec() || !self || !IsStillShown(library) || !accessor.Revalidate())
         return;
     if (dialog.GetTags() == tags)
         return;

@@ -59,14 +59,15 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* event)
 void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
 {
     Item const* const item = ItemAtRow(m_SelectedIndex);
-    if (!item || !(event->buttons() & Qt::LeftButton))
+    if (!item || m_IsDragging || !(event->buttons() & Qt::LeftButton))
         return;
     QPoint const distance = qtcompat::Position(event) - m_PressPos;
     if (distance.manhattanLength() < QApplication::startDragDistance())
         return;
 
+    QByteArray const payload = EncodeDragPayload(item->GetItemID());
     QMimeData* const data = new QMimeData;
-    data->setData(QLatin1String("tarno/toc.key"), EncodeDragPayload(item->GetItemID()));
+    data->setData(QLatin1String("tarno/toc.key"), payload);
     QDrag* const drag = new QDrag(this);
     drag->setMimeData(data);
     // Runs an event loop: neither the item nor the browser need be there afterwards.

@@ -1,9 +1,7 @@
 #include "nodebrowser.h"
 
 #include "itemkinds.h"
-#include "qtcompat.h"
 #include "revisioncontrol.h"
-#include "stringutils.h"
 
 #include <algorithm>
 #include <numeric>
@@ -105,7 +103,7 @@ void CNodeBrowser::Item::ReadTypeAssetFlags(qorm::QormHandle<qorm::IDbObject> co
 {
     qorm::QormHandle<qorm::ITypeAsset> asset;
     asset.AssignCast(object);
-    if (!asset.IsValid() || !asset->IsLoaded())
+    if (!asset.IsValid() || !asset.IsLoaded())
         return;
     // One answer feeds both flags: a locked type asset is shown like a factory item.
     bool const isLocked = asset->IsReadOnly();
@@ -140,7 +138,7 @@ void CNodeBrowser::Item::setScState(int state)
 
 void CNodeBrowser::Item::UpdateIcon()
 {
-    ItemIcons::SMarks marks;
+    ItemIcons::Marks marks;
     marks.isFactory = m_IsFactory;
     marks.isReadOnlySource = m_IsReadOnlySource;
     marks.scState = m_ScState;
@@ -183,10 +181,11 @@ void CNodeBrowser::CollectItems(std::list<qorm::QormHandle<qorm::IDbObject> >* s
                                  TarnoType::gGlobalConstant, TarnoType::gSolver, LibType::gType};
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     for (char const* const kind : kinds) {
-        for (Iterator<ItemAccessor> item = m_ItemTOC.GetItems(kind); !item.IsDone(); item.Next()) {
-            if (!IsListed(kind, item.GetCurrent()))
+        Iterator<ItemAccessor> items = m_ItemTOC.GetItems(kind);
+        for (; !items.IsDone(); items.Next()) {
+            if (!IsListed(kind, items.GetCurrent()))
                 continue;
-            AddItem(item.GetCurrent());
+            AddItem(items.GetCurrent());
             if (helper && stateRequests && m_Items.back().m_HasScState)
                 RequestState(m_Items.back(), helper, *stateRequests);
         }

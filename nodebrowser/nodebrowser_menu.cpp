@@ -75,8 +75,9 @@ void CNodeBrowser::FillContextMenu(QMenu& menu, ItemID const& id)
 {
     QString const name =
         qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
+    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     bool isEditable = !m_ItemLibrary.ItemIsReadOnly(id);
-    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(FindRevisionControlHelper(), id);
+    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(helper, id);
     char const* const type = id.GetType();
 
     if (object.IsValid())

@@ -40,6 +40,7 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID cons
         return;
     // Neither the rows nor the screen follow: the tags count from the next filtering on.
     m_TagsRegistry.RemoveItem(id);
+    // Reading the tags may raise: the index must not keep what the registry dropped.
     IndexTags(id);
     m_TagsRegistry.AddItem(id, kAppTagsCategory);
     m_TagsRegistry.AddItemTag(id, GetKindTag(id.GetType()));

@@ -4,6 +4,7 @@
 
 #include <QLineEdit>
 #include <QPainter>
+#include <QPaintEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
@@ -59,8 +60,21 @@ void CNodeBrowser::UpdateScrollbar()
 
 void CNodeBrowser::SliderValueChanged(int /*value*/)
 {
+    int const shift = m_ScrollOffset - m_ScrollBar->value();
     m_ScrollOffset = m_ScrollBar->value();
-    update();
+    ShiftRows(shift);
+}
+
+/// Moves the rows on the screen. When the widget fills its background, only those that come into
+/// view are painted.
+void CNodeBrowser::ShiftRows(int shift)
+{
+    // Children stay where they are, and a tab bar may reach below the header.
+    int const right = m_ScrollBar->isVisible() ? m_ScrollBar->x() : width();
+    int const top =
+        m_TabBar ? std::max(m_HeaderHeight, m_TabBar->geometry().bottom() + 1) : m_HeaderHeight;
+    scroll(0, shift, QRect(0, top, right, height() - top));
+    update(0, m_HeaderHeight, right, top - m_HeaderHeight);
 }
 
 unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
@@ -71,10 +85,10 @@ unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
     if (point.y() <= m_HeaderHeight)
         return kNoRow;
     int const row = (m_ScrollOffset - m_HeaderHeight + point.y()) / kRowHeight;
-    return static_cast<unsigned long>(static_cast<long>(row));
+    return static_cast<unsigned long>(row);
 }
 
-void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
+void CNodeBrowser::paintEvent(QPaintEvent* event)
 {
     ConsumeDirtyFlags();
 
@@ -82,7 +96,7 @@ void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
     Qt::BGMode const backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
     painter.setClipRect(QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1)));
-    PaintRows(painter);
+    PaintRows(painter, event->region());
     painter.setBackgroundMode(backgroundMode);
 }
 
@@ -108,7 +122,7 @@ void CNodeBrowser::RebuildItemList()
     m_ScsTask->RequestObjectStates(stateRequests);
 }
 
-void CNodeBrowser::PaintRows(QPainter& painter)
+void CNodeBrowser::PaintRows(QPainter& painter, QRegion const& exposed)
 {
     // Only the rows of which something lies between the header and the lower edge.
     int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
@@ -117,7 +131,9 @@ void CNodeBrowser::PaintRows(QPainter& painter)
         int const top = m_HeaderHeight - m_ScrollOffset + row * kRowHeight;
         if (top > height() - 1)
             return;
-        PaintRow(painter, static_cast<unsigned long>(row), top);
+        // Some of a row may lie over the next one.
+        if (exposed.intersects(QRect(0, top, width(), 2 * kRowHeight)))
+            PaintRow(painter, static_cast<unsigned long>(row), top);
     }
 }
 
@@ -130,7 +146,7 @@ void CNodeBrowser::PaintRow(QPainter& painter, unsigned long row, int top)
     QRect const rowRect(QPoint(0, top), QPoint(width(), top + kRowHeight));
     QRect const textRect(QPoint(kTextLeft, top), QPoint(width(), top + kRowHeight));
     ItemID const id = item->GetItemID();
-    std::string name = m_ItemLibrary.GetItemName(id, true, nullptr);
+    QString name = qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
 
     // The highlight is the style's own, whatever palette the widget has.
     if (row == m_SelectedIndex)
@@ -138,9 +154,8 @@ void CNodeBrowser::PaintRow(QPainter& painter, unsigned long row, int top)
                          style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
     PaintIcon(painter, *item, rowRect);
     if (m_ItemLibrary.ItemIsModified(id))
-        name += '*';
-    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
-                     qtcompat::FromAscii(name.c_str()));
+        name += QLatin1Char('*');
+    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter, name);
 }
 
 void CNodeBrowser::PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect)

@@ -26,6 +26,16 @@ bool CSimpleValue::IsValid() const
     return m_IsValid;
 }
 
+std::string const& CSimpleValue::GetText() const
+{
+    return m_Text;
+}
+
+std::string const& CSimpleValue::GetText() const
+{
+    return m_Text;
+}
+
 UnspecifiedAccessor::UnspecifiedAccessor()
     : UnspecifiedAccessor(kUnspecifiedInterface, nullptr, 0)
 {

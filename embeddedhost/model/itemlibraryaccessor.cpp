@@ -37,11 +37,6 @@ ItemLibraryAccessor::ItemLibraryAccessor(AccessorContext* context, ItemHandle ha
 {
 }
 
-ItemLibraryAccessor::ItemLibraryAccessor(eInterfaceID interfaceID)
-    : UnspecifiedAccessor(interfaceID)
-{
-}
-
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*) const
 {
     CLibraryItem const* const item = FindItem(*this, id);

@@ -23,11 +23,6 @@ QormPtr<IDataModelMgr> CDbObject::GetDataModelMgr() const
     return QormPtr<IDataModelMgr>(m_Database);
 }
 
-bool CDbObject::IsLoaded() const
-{
-    return m_Database && m_Database->GetItem(m_CacheIndex);
-}
-
 bool CDbObject::IsReadOnly() const
 {
     CLibraryItem const* const item = m_Database ? m_Database->GetItem(m_CacheIndex) : nullptr;

@@ -22,7 +22,6 @@ public:
 
     qorm::QormPtr<qorm::IDataModelMgr> GetDataModelMgr() const override;
 
-    bool IsLoaded() const override;
     bool IsReadOnly() const override;
 
     char const* GetName() const override;

@@ -180,6 +180,21 @@ int QormHandle<T>::GetCacheIndex() const
     return IsValid() ? m_CacheIndex : -1;
 }
 
+/// Items are read whole.
+template <class T>
+bool QormHandle<T>::IsLoaded() const
+{
+    CObjectDatabase const* const database = FindDatabase<T>(m_Instance, m_CacheIndex);
+    return database && database->IsTypeAsset(m_CacheIndex);
+}
+
+template <class T>
+bool QormHandle<T>::IsLoaded() const
+{
+    // What is there at all has been read.
+    return IsValid();
+}
+
 template class QormHandle<IDbObject>;
 template class QormHandle<ITypeAsset>;
 template class QormHandle<IValueAsset>;

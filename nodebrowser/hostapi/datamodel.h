@@ -3,7 +3,8 @@
 
 // The host's data model: the item library, its table of contents, its items, and what changes
 // them. Declarations only; the host's library defines them. Texts are 8-bit. Everything runs on
-// the GUI thread; reference counts of contexts are atomic.
+// the GUI thread; reference counts of contexts are atomic. Questions run no event loop and change
+// nothing.
 
 #include "framework.h"
 #include "qorm.h"
@@ -95,6 +96,8 @@ public:
     explicit CSimpleValue(std::string const& text);
 
     bool IsValid() const;
+    /// Empty for no value.
+    std::string const& GetText() const;
 
 private:
     bool m_IsValid;
@@ -286,9 +289,6 @@ public:
                          ContextID contextID) const;
     void RemoveNotification(IItemLibraryNotification* notification, eInterfaceID interfaceID,
                             ContextID contextID) const;
-
-protected:
-    explicit ItemLibraryAccessor(eInterfaceID interfaceID);
 };
 
 /// The library below its display: what must happen around saving.

@@ -3,7 +3,8 @@
 
 // The host's object database: identified objects in data sources, reached through handles that
 // outlive the objects they name. Declarations only; the host's library defines them and
-// instantiates the templates for the types named at each. Everything runs on the GUI thread.
+// instantiates the templates for the types named at each. Everything runs on the GUI thread;
+// questions run no event loop and change nothing.
 
 #include "framework.h"
 
@@ -114,6 +115,8 @@ public:
     QormPtr<IQormInstance> GetInstance() const;
     /// -1 for an invalid handle.
     int GetCacheIndex() const;
+    /// For ITypeAsset handles only: the asset is in memory. False for an invalid handle.
+    bool IsLoaded() const;
 
 private:
     QormPtr<IQormInstance> m_Instance;
@@ -153,7 +156,6 @@ public:
 class ITypeAsset : public IRefCounted
 {
 public:
-    virtual bool IsLoaded() const = 0;
     /// True when the asset is locked against changes.
     virtual bool IsReadOnly() const = 0;
 };

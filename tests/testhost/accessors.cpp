@@ -142,6 +142,11 @@ bool CSimpleValue::IsValid() const
     return m_IsValid;
 }
 
+std::string const& CSimpleValue::GetText() const
+{
+    return m_Text;
+}
+
 UnspecifiedAccessor::UnspecifiedAccessor()
     : UnspecifiedAccessor(kUnspecifiedInterface)
 {}
@@ -347,10 +352,6 @@ void ItemTOCAccessor::RemoveNotification(IItemTOCNotification* notification,
 
 ItemLibraryAccessor::ItemLibraryAccessor()
     : UnspecifiedAccessor(kItemLibraryInterface)
-{}
-
-ItemLibraryAccessor::ItemLibraryAccessor(eInterfaceID interfaceID)
-    : UnspecifiedAccessor(interfaceID)
 {}
 
 ItemLibraryAccessor::ItemLibraryAccessor(AccessorContext* context, ItemHandle handle)

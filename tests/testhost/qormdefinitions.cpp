@@ -256,6 +256,13 @@ int QormHandle<T>::GetCacheIndex() const
     return m_CacheIndex;
 }
 
+template <class T>
+bool QormHandle<T>::IsLoaded() const
+{
+    TestObject const* const object = Object(*this);
+    return object && object->IsLoaded();
+}
+
 template class QormPtr<IDataSource>;
 template class QormPtr<IValueAsset>;
 template class QormPtr<IDbObject>;

@@ -48,7 +48,7 @@ public:
     void AddRef() override;
     void Release() override;
     qorm::QormPtr<qorm::IDataModelMgr> GetDataModelMgr() const override;
-    bool IsLoaded() const override;
+    bool IsLoaded() const;
     bool IsReadOnly() const override;
     char const* GetName() const override;
     qorm::QormHandle<qorm::IValueAsset> GetAssetHandle() const override;
