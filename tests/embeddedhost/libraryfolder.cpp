@@ -1,0 +1,72 @@
+#include "libraryfolder.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+char const* const kProjectUid = "AAAAAAAA-0000-0000-0000-000000000001";
+char const* const kFactoryUid = "AAAAAAAA-0000-0000-0000-000000000002";
+char const* const kFactoryComponent = "D2BA853A-8668-704A-A121-1F7DE917B664";
+
+LibraryFolder::LibraryFolder()
+{
+    QDir(GetPath()).mkdir(QStringLiteral("project"));
+    QDir(GetPath()).mkdir(QStringLiteral("factory"));
+    Write(QStringLiteral("library.json"), R"({"format": 1, "name": "Test", "dataSources": [
+        {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
+         "access": "read-write"},
+        {"uid": "AAAAAAAA-0000-0000-0000-000000000002", "name": "Factory", "path": "factory",
+         "access": "read-only", "component": "D2BA853A-8668-704A-A121-1F7DE917B664"}]})");
+}
+
+QString LibraryFolder::GetPath() const
+{
+    return QFileInfo(m_Folder.path()).canonicalFilePath();
+}
+
+QString LibraryFolder::GetPath(QString const& file) const
+{
+    return GetPath() + QLatin1Char('/') + file;
+}
+
+void LibraryFolder::Write(QString const& file, QByteArray const& content) const
+{
+    QDir(GetPath()).mkpath(QFileInfo(file).path());
+    QFile target(GetPath(file));
+    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
+        qFatal("%s cannot be written", qPrintable(target.fileName()));
+}
+
+QMap<QString, QByteArray> LibraryFolder::Read() const
+{
+    QMap<QString, QByteArray> contents;
+    QDirIterator files(GetPath(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (file.open(QIODevice::ReadOnly))
+            contents[file.fileName()] = file.readAll();
+    }
+    return contents;
+}
+
+std::string Uid(int number)
+{
+    return QStringLiteral("BBBBBBBB-0000-0000-0000-%1")
+        .arg(number, 12, 10, QLatin1Char('0'))
+        .toStdString();
+}
+
+QByteArray Object(int uid, char const* kind, char const* name, char const* more)
+{
+    return "{\"uid\": \"" + QByteArray::fromStdString(Uid(uid)) + "\", \"kind\": \"" + kind
+           + "\", \"name\": \"" + name + '"' + more + '}';
+}
+
+QStringList GetMessages(CEmbeddedHost& host)
+{
+    QStringList texts;
+    for (CMessageChannel::Message const& message : host.GetMessages().GetLog())
+        texts << message.text;
+    return texts;
+}

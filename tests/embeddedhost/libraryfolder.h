@@ -1,0 +1,44 @@
+#ifndef NODEBROWSER_TESTS_LIBRARYFOLDER_H
+#define NODEBROWSER_TESTS_LIBRARYFOLDER_H
+
+#include <embeddedhost.h>
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// Uids of what a LibraryFolder has from the start.
+extern char const* const kProjectUid;
+extern char const* const kFactoryUid;
+extern char const* const kFactoryComponent;
+
+/// A library in a temporary folder: a writable data source "project" and a read-only one
+/// "factory", in this order and empty, until the test writes files into it.
+class LibraryFolder
+{
+public:
+    LibraryFolder();
+
+    QString GetPath() const;
+    /// `file` is relative to the library folder.
+    QString GetPath(QString const& file) const;
+    void Write(QString const& file, QByteArray const& content) const;
+    /// The contents of all files, by path.
+    QMap<QString, QByteArray> Read() const;
+
+private:
+    QTemporaryDir m_Folder;
+};
+
+/// A well-formed UID that ends with the number.
+std::string Uid(int number);
+
+/// An object with this kind and name and the UID of the number; `more` begins with a comma.
+QByteArray Object(int uid, char const* kind, char const* name, char const* more = "");
+
+/// The texts of the messages so far.
+QStringList GetMessages(CEmbeddedHost& host);
+
+#endif
