@@ -31,11 +31,6 @@ std::string const& CSimpleValue::GetText() const
     return m_Text;
 }
 
-std::string const& CSimpleValue::GetText() const
-{
-    return m_Text;
-}
-
 UnspecifiedAccessor::UnspecifiedAccessor()
     : UnspecifiedAccessor(kUnspecifiedInterface, nullptr, 0)
 {
