@@ -188,13 +188,6 @@ bool QormHandle<T>::IsLoaded() const
     return database && database->IsTypeAsset(m_CacheIndex);
 }
 
-template <class T>
-bool QormHandle<T>::IsLoaded() const
-{
-    // What is there at all has been read.
-    return IsValid();
-}
-
 template class QormHandle<IDbObject>;
 template class QormHandle<ITypeAsset>;
 template class QormHandle<IValueAsset>;
