@@ -3,9 +3,15 @@
 #include "framework/databaseproxy.h"
 #include "model/graphjson.h"
 #include "model/library.h"
+#include "model/libraryedits.h"
 #include "model/libraryitem.h"
 #include "sourcecontrol/revisioncontrolhelper.h"
+#include "sourcecontrol/sourcecontrolservice.h"
+#include "storage/filereconciler.h"
 #include "storage/libraryreader.h"
+#include "storage/librarywatcher.h"
+
+#include <algorithm>
 
 #include <QScopedValueRollback>
 
@@ -15,6 +21,7 @@ using namespace tarno::datamodel;
 namespace {
 
 char const* const kRevisionControlService = "RevisionControlUIHelper";
+char const* const kRevisionControlPropertiesService = "RevisionControlPropertiesMgr";
 char const* const kDatabaseProxyService = "QormDBProxy";
 
 CEmbeddedHost* gInstance = nullptr;
@@ -27,10 +34,12 @@ public:
     CMessageChannel messages;
     CCommandManager commandManager;
     CDatabaseProxy databaseProxy;
-    CRevisionControlHelper revisionControlHelper{messages};
+    CSourceControlService sourceControl;
+    CRevisionControlHelper revisionControlHelper{messages, sourceControl};
     CompoundAccessor compoundTarget;
     /// Null when none is open.
     std::shared_ptr<CLibrary> library;
+    std::unique_ptr<CLibraryWatcher> watcher;
     bool isReading = false;
 };
 
@@ -44,13 +53,20 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
     }
     gInstance = this;
     GetServices().SetService(kRevisionControlService, &m_Private->revisionControlHelper);
+    GetServices().SetService(kRevisionControlPropertiesService,
+                             &m_Private->sourceControl.GetProperties());
     GetServices().SetService(kDatabaseProxyService, &m_Private->databaseProxy);
+    m_Private->revisionControlHelper.SetFilesHandler([this](QStringList const& paths) {
+        Q_EMIT ShowFilesRequested(paths);
+    });
 }
 
 CEmbeddedHost::~CEmbeddedHost()
 {
     CloseLibrary();
     GetServices().RemoveService(kRevisionControlService, &m_Private->revisionControlHelper);
+    GetServices().RemoveService(kRevisionControlPropertiesService,
+                                &m_Private->sourceControl.GetProperties());
     GetServices().RemoveService(kDatabaseProxyService, &m_Private->databaseProxy);
     if (gInstance == this)
         gInstance = nullptr;
@@ -75,7 +91,9 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     }
     if (!m_Private->library)
         return false;
+    m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
+    m_Private->sourceControl.Open(*m_Private->library);
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
     return true;
@@ -86,8 +104,10 @@ void CEmbeddedHost::CloseLibrary()
     if (!m_Private->library)
         return;
     m_Private->commandManager.Clear();
+    m_Private->sourceControl.Close();
     m_Private->revisionControlHelper.SetDatabase(nullptr);
     m_Private->compoundTarget = CompoundAccessor();
+    m_Private->watcher.reset();
     m_Private->library->Close();
     m_Private->library.reset();
     m_Private->databaseProxy.SetItemLibrary(ItemLibraryAccessor());
@@ -126,6 +146,41 @@ GraphBody CEmbeddedHost::GetBody(ItemID const& id) const
     });
 }
 
+bool CEmbeddedHost::SetBody(ItemID const& id, GraphBody const& body, std::string const& text)
+{
+    ItemIdentity const* const identity = ItemIDUnlock::GetIdentity(id);
+    return m_Private->library && identity && identity->item
+           && SetItemBody(*m_Private->library, *identity->item, body, text,
+                          &m_Private->commandManager);
+}
+
+bool CEmbeddedHost::IsModified() const
+{
+    if (!m_Private->library)
+        return false;
+    auto const& files = m_Private->library->GetFiles();
+    return std::any_of(files.begin(), files.end(),
+                       [](auto const& file) { return file->IsModified(); });
+}
+
+void CEmbeddedHost::CheckFolder()
+{
+    if (m_Private->watcher)
+        m_Private->watcher->Check();
+}
+
+bool CEmbeddedHost::TakeFileFromDisk(QString const& path)
+{
+    return m_Private->library
+           && embeddedhost::TakeFileFromDisk(m_Private->library, path,
+                                             &m_Private->commandManager);
+}
+
+bool CEmbeddedHost::OverwriteFileOnDisk(QString const& path)
+{
+    return m_Private->library && embeddedhost::OverwriteFileOnDisk(*m_Private->library, path);
+}
+
 CCommandManager& CEmbeddedHost::GetCommandManager()
 {
     return m_Private->commandManager;
@@ -139,6 +194,16 @@ CMessageChannel& CEmbeddedHost::GetMessages()
 CServiceRegistry& CEmbeddedHost::GetServices()
 {
     return CServiceRegistry::GetInstance();
+}
+
+bool CEmbeddedHost::IsRevisionControlEnabled() const
+{
+    return m_Private->sourceControl.GetProperties().IsEnabled();
+}
+
+void CEmbeddedHost::SetRevisionControlEnabled(bool isEnabled)
+{
+    m_Private->sourceControl.SetEnabled(isEnabled);
 }
 
 CompoundAccessor CEmbeddedHost::GetCompoundTarget() const

@@ -10,6 +10,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -17,9 +18,10 @@
 /// The embedded host: a library folder on disk behind the interfaces that the panel calls.
 ///
 /// There is one at a time in a process. The host's free functions answer from it, and safely
-/// when there is none. It registers the services "RevisionControlUIHelper" and "QormDBProxy";
-/// they can be replaced or taken out through the service registry. Accessors, handles and
-/// pointers that were handed out may outlive the library and the host; they answer empty then.
+/// when there is none. It registers the services "RevisionControlUIHelper",
+/// "RevisionControlPropertiesMgr" and "QormDBProxy"; they can be replaced or taken out through
+/// the service registry. Accessors, handles and pointers that were handed out may outlive the
+/// library and the host; they answer empty then.
 class CEmbeddedHost : public QObject
 {
     Q_OBJECT
@@ -52,9 +54,28 @@ public:
     /// Ports, nodes and connections of the item; empty for an unknown one.
     GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
 
+    /// Changes an item's ports, nodes and connections as one command, which the undo menu calls
+    /// by the 8-bit text. False when it is refused; the message channel says why.
+    bool SetBody(tarno::datamodel::ItemID const& id, GraphBody const& body,
+                 std::string const& text);
+
+    /// Something in the library is not saved.
+    bool IsModified() const;
+    /// Brings the library up to what other programs have done to its folder, now rather than
+    /// shortly.
+    void CheckFolder();
+    /// For a file that another program has changed while it has unsaved changes: takes what is
+    /// on disk, undoably, or lets the next save replace it. The path is absolute.
+    bool TakeFileFromDisk(QString const& path);
+    bool OverwriteFileOnDisk(QString const& path);
+
     CCommandManager& GetCommandManager();
     CMessageChannel& GetMessages();
     CServiceRegistry& GetServices();
+
+    /// Whether the user wants to see source control, where there is a work tree; true at first.
+    bool IsRevisionControlEnabled() const;
+    void SetRevisionControlEnabled(bool isEnabled);
 
     /// The compound that the editor works on; invalid when none was chosen in the open library.
     tarno::datamodel::CompoundAccessor GetCompoundTarget() const;
@@ -65,6 +86,8 @@ Q_SIGNALS:
     void LibraryChanged();
     /// Sent for each choice, also for that of the same compound again.
     void CompoundTargetChanged();
+    /// The user wants to see the files, given with their absolute paths.
+    void ShowFilesRequested(QStringList const& paths);
 
 private:
     class Private;

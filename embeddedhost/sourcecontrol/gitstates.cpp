@@ -10,15 +10,15 @@ int StopWhenCancelled(git_diff const*, char const*, char const*, void* cancel)
     return *static_cast<CancelFlag const*>(cancel) ? GIT_EUSER : 0;
 }
 
-/// A pass over one folder, given as the only element of `folder`.
-git_diff_options MakeOptions(git_strarray const& folder, CancelFlag const& cancel)
+/// A pass over the parts of the work tree, over all of it for none.
+git_diff_options MakeOptions(git_strarray const& parts, CancelFlag const& cancel)
 {
     git_diff_options options = GIT_DIFF_OPTIONS_INIT;
     options.flags = GIT_DIFF_INCLUDE_UNMODIFIED | GIT_DIFF_INCLUDE_UNTRACKED
                     | GIT_DIFF_RECURSE_UNTRACKED_DIRS | GIT_DIFF_INCLUDE_IGNORED
                     | GIT_DIFF_INCLUDE_UNREADABLE | GIT_DIFF_INCLUDE_TYPECHANGE
                     | GIT_DIFF_IGNORE_SUBMODULES | GIT_DIFF_DISABLE_PATHSPEC_MATCH;
-    options.pathspec = folder;
+    options.pathspec = parts;
     options.progress_cb = StopWhenCancelled;
     options.payload = const_cast<CancelFlag*>(&cancel);
     return options;
@@ -69,15 +69,15 @@ char const* GetPath(git_diff_delta const& delta)
 
 } // namespace
 
-bool CGitWorkTree::ReadStates(std::string const& folder, CancelFlag const& cancel,
+bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
                               CFileStates& states) const
 {
     GitIndexPtr const index = m_Private->GetIndex();
     if (!index)
         return m_Private->Fail();
 
-    char* path = const_cast<char*>(folder.c_str());
-    git_diff_options const options = MakeOptions({&path, folder.empty() ? 0u : 1u}, cancel);
+    char* path = const_cast<char*>(part.c_str());
+    git_diff_options const options = MakeOptions({&path, part.empty() ? 0u : 1u}, cancel);
     git_repository* const repository = m_Private->repository.get();
 
     git_diff* diff = nullptr;

@@ -62,9 +62,9 @@ public:
     /// `file` is absolute and its folder canonical; empty when it is not in the work tree.
     std::string GetRelativePath(QString const& file) const;
 
-    /// Takes the states of all files in the folder, or in the whole work tree for an empty
-    /// path, in one pass. False when it failed or was cancelled.
-    bool ReadStates(std::string const& folder, CancelFlag const& cancel,
+    /// Takes the states of the file, of all files in the folder, or of the whole work tree for an
+    /// empty path, in one pass. False when it failed or was cancelled.
+    bool ReadStates(std::string const& part, CancelFlag const& cancel,
                     CFileStates& states) const;
 
     /// The commit that HEAD stands for, in hexadecimal; empty before the first one.

@@ -1,11 +1,54 @@
 #include "sourcecontrol/revisioncontrolhelper.h"
 
+#include "model/library.h"
+#include "sourcecontrol/checkouts.h"
+#include "sourcecontrol/sourcecontrolservice.h"
+
+#include <QDir>
+#include <QFileInfo>
+
 namespace embeddedhost {
 
 using namespace qorm;
 
-CRevisionControlHelper::CRevisionControlHelper(CMessageChannel& messages)
+namespace {
+
+/// Whoever may do everything can write the file anyway, so its own permission is looked at.
+bool MakeFileWritable(QString const& file)
+{
+    QFile::Permissions const permissions = QFile::permissions(file);
+    return permissions.testFlag(QFile::WriteOwner)
+           || QFile::setPermissions(file, permissions | QFile::WriteOwner | QFile::WriteUser);
+}
+
+QString const kNotPermitted = QStringLiteral("its permissions cannot be changed; the file may "
+                                             "belong to another user.");
+
+/// Why nothing can be noted in the work tree; empty when it can.
+QString DescribeAccess(CGitWorkTree const& tree, QString const& folder)
+{
+    switch (tree.GetAccess()) {
+    case CGitWorkTree::kNoWorkTree:
+        return QStringLiteral("it is not in a git work tree.");
+    case CGitWorkTree::kForeign:
+        return QStringLiteral("the work tree belongs to another user, so git does not trust it. "
+                              "If you do, declare it safe: git config --global --add "
+                              "safe.directory \"$(git -C \"%1\" rev-parse --show-toplevel)\"")
+            .arg(folder);
+    case CGitWorkTree::kUnreadable:
+        return QStringLiteral("git cannot read the work tree: %1.").arg(tree.GetError());
+    case CGitWorkTree::kReadable:
+        break;
+    }
+    return QString();
+}
+
+} // namespace
+
+CRevisionControlHelper::CRevisionControlHelper(CMessageChannel& messages,
+                                               CSourceControlService& service)
     : m_Messages(messages)
+    , m_Service(service)
 {
 }
 
@@ -14,31 +57,89 @@ void CRevisionControlHelper::SetDatabase(ObjectDatabasePtr const& database)
     m_Database = database;
 }
 
+void CRevisionControlHelper::SetFilesHandler(FilesHandler const& handler)
+{
+    m_FilesHandler = handler;
+}
+
 QormHandle<IDbObject> CRevisionControlHelper::FindObject(DbObjectId const& objectId)
 {
-    return m_Database ? m_Database->FindObject(objectId) : QormHandle<IDbObject>();
+    QormHandle<IDbObject> const object
+        = m_Database ? m_Database->FindObject(objectId) : QormHandle<IDbObject>();
+    if (CLibraryItem const* const item = FindItem(object))
+        m_Service.NoteLookUp(&item->GetIdentity());
+    return object;
 }
 
-void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const&, bool& checkedOut, bool)
+void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool& checkedOut,
+                                      bool /*askUser*/)
 {
     checkedOut = false;
-    Refuse();
+    CLibraryItem const* const item = FindItem(object);
+    QString const file = FindFile(item);
+    if (file.isEmpty())
+        return;
+    QString const reason = CheckOutFile(file);
+    if (!reason.isEmpty()) {
+        Refuse(file, QStringLiteral("The file cannot be checked out: ") + reason);
+        return;
+    }
+    checkedOut = true;
+    m_Service.Refresh({&item->GetIdentity()});
 }
 
-void CRevisionControlHelper::MakeWritable(QormHandle<IDbObject> const&, bool)
+void CRevisionControlHelper::MakeWritable(QormHandle<IDbObject> const& object, bool /*askUser*/)
 {
-    Refuse();
+    QString const file = FindFile(FindItem(object));
+    if (!file.isEmpty() && !MakeFileWritable(file))
+        Refuse(file, QStringLiteral("The file cannot be made writable: ") + kNotPermitted);
 }
 
-void CRevisionControlHelper::ShowFiles(QormHandle<IDbObject> const&, bool)
+void CRevisionControlHelper::ShowFiles(QormHandle<IDbObject> const& object,
+                                       bool /*withDependencies*/)
 {
-    Refuse();
+    QString const file = FindFile(FindItem(object));
+    if (!file.isEmpty() && m_FilesHandler)
+        m_FilesHandler({file});
 }
 
-void CRevisionControlHelper::Refuse()
+CLibraryItem const* CRevisionControlHelper::FindItem(QormHandle<IDbObject> const& object) const
 {
+    auto const* const database = CObjectDatabase::From(object.GetInstance());
+    return database ? database->GetItem(object.GetCacheIndex()) : nullptr;
+}
+
+QString CRevisionControlHelper::FindFile(CLibraryItem const* item)
+{
+    if (!item)
+        return QString();
+    QString const path = item->GetFile().path;
+    if (QFileInfo::exists(path))
+        return path;
     m_Messages.Post(eSeverity::kWarning,
-                    QStringLiteral("The library is not under version control."));
+                    QStringLiteral("\"%1\" has no file on disk. Save the library first.")
+                        .arg(QString::fromLatin1(item->GetName())));
+    return QString();
+}
+
+QString CRevisionControlHelper::CheckOutFile(QString const& file)
+{
+    QFileInfo const info(file);
+    CGitWorkTree const tree(info.path());
+    QString const reason = DescribeAccess(tree, info.path());
+    if (!reason.isEmpty())
+        return reason;
+    if (!MakeFileWritable(file))
+        return kNotPermitted;
+    std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
+    return MarkCheckedOut(tree, path)
+               ? QString()
+               : QStringLiteral("nothing can be written into %1.").arg(tree.GetGitFolder());
+}
+
+void CRevisionControlHelper::Refuse(QString const& file, QString const& reason)
+{
+    m_Messages.Post(eSeverity::kWarning, QDir::toNativeSeparators(file) + ": " + reason);
 }
 
 } // namespace embeddedhost

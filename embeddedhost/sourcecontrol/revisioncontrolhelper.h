@@ -6,29 +6,49 @@
 
 #include <qorm.h>
 
+#include <QStringList>
+
+#include <functional>
+
 namespace embeddedhost {
 
-/// The service "RevisionControlUIHelper" over the library that is open.
+class CSourceControlService;
+
+/// The service "RevisionControlUIHelper" over the library that is open. It asks nobody: what it
+/// was asked to do it does, or says on the message channel why not.
 class CRevisionControlHelper : public qorm::IRevisionControlUIHelper
 {
 public:
-    explicit CRevisionControlHelper(CMessageChannel& messages);
+    typedef std::function<void(QStringList const& paths)> FilesHandler;
+
+    CRevisionControlHelper(CMessageChannel& messages, CSourceControlService& service);
 
     /// Null when no library is open.
     void SetDatabase(ObjectDatabasePtr const& database);
+    /// Gets the absolute paths of files to show.
+    void SetFilesHandler(FilesHandler const& handler);
 
     qorm::QormHandle<qorm::IDbObject> FindObject(qorm::DbObjectId const& objectId) override;
+    /// Makes the file writable and marks it as checked out until it is committed next.
     void CheckOut(qorm::QormHandle<qorm::IDbObject> const& object, bool& checkedOut,
                   bool askUser) override;
     void MakeWritable(qorm::QormHandle<qorm::IDbObject> const& object, bool askUser) override;
+    /// An object has no files that belong to it but its own.
     void ShowFiles(qorm::QormHandle<qorm::IDbObject> const& object,
                    bool withDependencies) override;
 
 private:
-    void Refuse();
+    CLibraryItem const* FindItem(qorm::QormHandle<qorm::IDbObject> const& object) const;
+    /// Empty, and the user is told, when the item has no file on disk.
+    QString FindFile(CLibraryItem const* item);
+    /// Why the file cannot be checked out; empty when it is.
+    QString CheckOutFile(QString const& file);
+    void Refuse(QString const& file, QString const& reason);
 
     CMessageChannel& m_Messages;
+    CSourceControlService& m_Service;
     ObjectDatabasePtr m_Database;
+    FilesHandler m_FilesHandler;
 };
 
 } // namespace embeddedhost

@@ -1,51 +1,48 @@
-#include "objects/objectdatabase.h"
+#include "model/library.h"
+#include "sourcecontrol/sourcecontrolservice.h"
+#include "sourcecontrol/statemarks.h"
 
 #include <sourcecontrol.h>
 
-#include <QPainter>
+#include <QDir>
+
+using namespace embeddedhost;
 
 namespace ScsUtils {
 
-namespace {
-
-/// Width of the strip for state marks, in device-independent pixels.
-constexpr int kStateStripWidth = 7;
-
-QPixmap WithStateStrip(QPixmap const& base)
-{
-    qreal const ratio = base.devicePixelRatio();
-    QPixmap wide(base.width() + qRound(kStateStripWidth * ratio), base.height());
-    wide.setDevicePixelRatio(ratio);
-    wide.fill(Qt::transparent);
-    QPainter painter(&wide);
-    painter.drawPixmap(kStateStripWidth, 0, base);
-    return wide;
-}
-
-} // namespace
-
 bool IsFileVersionControlActive()
 {
-    return false;
+    CSourceControlService const* const service = CSourceControlService::GetInstance();
+    return service && service->IsActive();
 }
 
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain)
 {
-    // A row with a state begins 7 pixels further left than one without: the strip keeps the
-    // base icons of all rows in one column.
-    bool const needsStrip = active && state != 0 && plain && !base.isNull();
-    return needsStrip ? WithStateStrip(base) : base;
+    // An item without any state takes no part in source control and stays as narrow as it is:
+    // panels draw it further right than one with a state.
+    if (!active || state == 0 || base.isNull())
+        return base;
+    QPixmap icon = plain ? AddStateStrip(base) : base;
+    PaintStateMarks(icon, state);
+    return icon;
 }
 
 QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon)
 {
-    auto const instance = object.GetInstance();
-    auto const* const database = embeddedhost::CObjectDatabase::From(instance);
-    if (!database)
+    auto const* const database = CObjectDatabase::From(object.GetInstance());
+    if (!database || !database->Exists(object.GetCacheIndex()))
         return QString();
     QString const name = QString::fromLatin1(database->GetName(object.GetCacheIndex()));
-    return QStringLiteral("<p style='white-space:pre'><img src=\"%1\"> <b>%2</b></p>")
-        .arg(icon.toHtmlEscaped(), name.toHtmlEscaped());
+    CLibraryItem const* const item = database->GetItem(object.GetCacheIndex());
+    if (!item)
+        return BuildPlainToolTip(icon, name, QString());
+
+    QString const file = item->GetFile().path;
+    QString const path = QDir(database->GetLibrary()->GetFolder()).relativeFilePath(file);
+    CSourceControlService* const service = CSourceControlService::GetInstance();
+    if (!service || !service->IsActive() || !service->GetProperties().IsEnabled())
+        return BuildPlainToolTip(icon, name, path);
+    return BuildToolTip(icon, name, path, service->FindFacts(file));
 }
 
 } // namespace ScsUtils

@@ -75,7 +75,7 @@ private:
             paths.push_back(tree.GetRelativePath(CanonicalPath(position)));
         if (tree.GetAccess() == CGitWorkTree::kNoWorkTree)
             return;
-        bool const isRead = tree.ReadStates(GetCommonFolder(paths), m_Cancel, states);
+        bool const isRead = tree.ReadStates(GetCommonPart(paths), m_Cancel, states);
         std::set<std::string> const checkOuts = ReadCheckOuts(tree);
         for (std::size_t i = 0; i < positions.size() && !m_Cancel; ++i) {
             unsigned const state = isRead ? states.Find(paths[i]) : StateBits::kUnknown;
@@ -97,8 +97,11 @@ private:
                                                     : StateBits::kUntracked;
     }
 
-    static std::string GetCommonFolder(std::vector<std::string> const& paths)
+    /// The smallest part of the work tree that all files lie in.
+    static std::string GetCommonPart(std::vector<std::string> const& paths)
     {
+        if (paths.size() == 1)
+            return paths.front();
         auto const getFolder = [](std::string const& path) {
             return path.substr(0, path.rfind('/') + 1);
         };

@@ -1,0 +1,42 @@
+#ifndef EMBEDDEDHOST_FILEHISTORY_H
+#define EMBEDDEDHOST_FILEHISTORY_H
+
+#include "sourcecontrol/tooltip.h"
+
+#include <QString>
+#include <QThreadPool>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+namespace embeddedhost {
+
+/// Looks up single files in the background. A long history makes nobody wait: what was not found
+/// in time is found by the time it is asked for again.
+class CFileHistory
+{
+public:
+    CFileHistory();
+    /// Ends the search that is running.
+    ~CFileHistory();
+
+    /// Nothing while the search goes on. A search for another file ends the one before.
+    std::optional<FileFacts> Find(QString const& file, std::chrono::milliseconds patience);
+    void Cancel();
+
+private:
+    class Cache;
+    struct Search;
+
+    void Start(QString const& file);
+
+    std::shared_ptr<Cache> const m_Cache;
+    /// The search that was not waited for to the end; null when there is none.
+    std::shared_ptr<Search> m_Search;
+    QThreadPool m_Pool;
+};
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,95 @@
+#ifndef EMBEDDEDHOST_SOURCECONTROLSERVICE_H
+#define EMBEDDEDHOST_SOURCECONTROLSERVICE_H
+
+#include "sourcecontrol/filehistory.h"
+#include "sourcecontrol/libraryobserver.h"
+#include "sourcecontrol/revisioncontrolproperties.h"
+#include "sourcecontrol/stateannouncer.h"
+#include "sourcecontrol/statedelivery.h"
+#include "sourcecontrol/statereader.h"
+#include "sourcecontrol/staterequests.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace embeddedhost {
+
+class CLibrary;
+
+/// Source control of the open library: collects who wants to know what, has it read on another
+/// thread, and tells the library's listeners.
+///
+/// One pass over the work tree runs at a time; what is asked for meanwhile waits for the next.
+class CSourceControlService : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CSourceControlService(QObject* parent = nullptr);
+    ~CSourceControlService() override;
+
+    /// Null when there is none.
+    static CSourceControlService* GetInstance();
+
+    /// The library must be closed here before it goes.
+    void Open(CLibrary& library);
+    void Close();
+
+    /// The library lies in a git work tree. Answered from memory.
+    bool IsActive() const;
+    CRevisionControlProperties& GetProperties();
+    /// Switches source control off for the user, and on again.
+    void SetEnabled(bool isEnabled);
+
+    /// Also looks whether there is a work tree by now. Nothing is answered without one, or while
+    /// source control is switched off.
+    void Request(CStateRequests::RequestPtr const& request, std::vector<ItemKey> const& items);
+    /// A request is gone.
+    void OnRequestDropped();
+    /// Reads the states of the items again, for those who have asked before.
+    void Refresh(std::vector<ItemKey> const& items);
+    void RefreshAll();
+
+    /// Somebody has fetched the item's object.
+    void NoteLookUp(ItemKey item);
+    /// For the tool tip; holds the thread for some milliseconds at most. Nothing when the answer
+    /// is not there yet.
+    std::optional<FileFacts> FindFacts(QString const& file);
+
+private:
+    bool IsShown() const;
+    void Stop();
+    void UpdateWorkTree();
+    void OnItemAppeared(tarno::datamodel::ItemID const& id);
+
+    void StartWithin(int milliseconds);
+    void StartPass();
+    void OnPassFinished(std::vector<ItemState> const& states);
+    void Announce(std::vector<ItemKey> const& items);
+    void Deliver(CStateDelivery::Entry const& entry);
+    void StartNextPass();
+
+    CLibrary* m_Library = nullptr;
+    /// Empty outside of a work tree.
+    QString m_GitFolder;
+
+    CRevisionControlProperties m_Properties;
+    CLibraryObserver m_Observer;
+    QFileSystemWatcher m_GitWatcher;
+    CStateRequests m_Requests;
+    CStateRequests::RequestPtr const m_Refresh;
+    QTimer m_StartTimer;
+    CStateAnnouncer m_Announcer;
+    CStateDelivery m_Delivery;
+    CStateReader m_Reader;
+    CFileHistory m_History;
+};
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,58 @@
+#ifndef EMBEDDEDHOST_STATEREQUESTS_H
+#define EMBEDDEDHOST_STATEREQUESTS_H
+
+#include "model/itemidentity.h"
+
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+namespace embeddedhost {
+
+typedef tarno::datamodel::ItemIdentity const* ItemKey;
+
+/// What one asker wants to know. The asker owns it; with it, the request is gone.
+struct StateRequest
+{
+    /// To be looked up from now on, as what is being looked up may be older than the question.
+    std::unordered_set<ItemKey> wanted;
+    /// Being looked up, or waiting to be delivered.
+    std::unordered_set<ItemKey> asked;
+    /// Brings up to date what was answered before; nobody shows that he is waiting.
+    bool isRefresh = false;
+};
+
+/// The requests of all who ask.
+class CStateRequests
+{
+public:
+    typedef std::shared_ptr<StateRequest> RequestPtr;
+
+    /// A request that is known already may be added again.
+    void Add(RequestPtr const& request);
+    /// No request but for a refresh is alive.
+    bool IsEmpty() const;
+
+    bool IsAnythingWanted() const;
+    bool IsAnythingAsked() const;
+    /// Whether somebody waits for an answer for the item.
+    bool IsAwaited(ItemKey item) const;
+
+    /// All that is wanted, each item once, is asked from now on.
+    std::vector<ItemKey> Ask();
+    /// False when nobody asked, or does any more.
+    bool Answer(ItemKey item);
+    /// Nobody wants anything any more.
+    void Clear();
+
+private:
+    typedef std::vector<RequestPtr> Requests;
+    /// Those that are alive.
+    Requests GetRequests() const;
+
+    mutable std::vector<std::weak_ptr<StateRequest>> m_Requests;
+};
+
+} // namespace embeddedhost
+
+#endif
