@@ -26,7 +26,7 @@ public:
         char const* const at = SkipBlanks();
         if (EqualIgnoringAsciiCase(ReadWord().c_str(), keyword))
             return;
-        Fail(at, keyword);
+        Fail(at, Quoted(keyword));
     }
 
     void TakeSign(char const* sign)
@@ -35,7 +35,7 @@ public:
         if (*at == *sign)
             ++m_At;
         else
-            Fail(at, sign);
+            Fail(at, Quoted(sign));
     }
 
     std::string TakeUid()
@@ -43,7 +43,7 @@ public:
         char const* const at = SkipBlanks();
         std::string const word = ReadWord();
         if (!qorm::DbObjectId::IsUID(word.c_str()))
-            Fail(at, "the UID of a type");
+            Fail(at, QStringLiteral("the UID of a type"));
         return word;
     }
 
@@ -51,7 +51,7 @@ public:
     {
         char const* const at = SkipBlanks();
         if (*at != '\0')
-            Fail(at, "the end of the query");
+            Fail(at, QStringLiteral("the end of the query"));
     }
 
     bool HasFailed() const
@@ -75,7 +75,12 @@ private:
         return std::string(begin, m_At);
     }
 
-    void Fail(char const* at, char const* expected)
+    static QString Quoted(char const* text)
+    {
+        return QStringLiteral("\"%1\"").arg(QString::fromLatin1(text));
+    }
+
+    void Fail(char const* at, QString const& expected)
     {
         if (m_HasFailed)
             return;
@@ -113,8 +118,8 @@ std::optional<TypeQuery> ParseQuery(char const* query, QueryError& error)
 QString DescribeQueryError(char const* query, QueryError const& error)
 {
     QString const text = QString::fromLatin1(query ? query : "");
-    return QStringLiteral("The query \"%1\" cannot be run: \"%2\" is expected at character %3.")
-        .arg(text, QString::fromLatin1(error.expected))
+    return QStringLiteral("The query \"%1\" cannot be run: %2 is expected at character %3.")
+        .arg(text, error.expected)
         .arg(error.position + 1);
 }
 

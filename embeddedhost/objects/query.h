@@ -20,7 +20,7 @@ struct QueryError
 {
     /// Where the text stops making sense, counted from 0.
     int position = 0;
-    char const* expected = "";
+    QString expected;
 };
 
 std::optional<TypeQuery> ParseQuery(char const* query, QueryError& error);

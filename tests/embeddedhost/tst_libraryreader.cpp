@@ -97,7 +97,7 @@ private Q_SLOTS:
         auto const fatal = [](char const* defect, char const* message) {
             QTest::newRow(defect) << false << QStringList(message) << 0;
         };
-        fatal("not-json", "library.json, line 4, column 5: this is not JSON: ");
+        fatal("not-json", "library.json, line 4, column 17: this is not JSON: ");
         fatal("not-an-object", "library.json: the file must hold an object.");
         fatal("no-format", "key \"format\": the format version");
         fatal("format-as-text", "key \"format\": the format version");
@@ -151,9 +151,9 @@ private Q_SLOTS:
             QTest::newRow(defect) << messages << names;
         };
         row("not-json", {"project/not-json.json, line 3, column 13: this is not JSON: "});
-        row("cut-off", {"project/cut-off.json, line 3, column 1: this is not JSON: "});
+        row("cut-off", {"project/cut-off.json, line 2, column 11: this is not JSON: "});
         row("empty", {"project/empty.json, line 1, column 1: this is not JSON: "});
-        row("not-utf8", {"project/not-utf8.json, line 2, column 14: this is not JSON: "});
+        row("not-utf8", {"project/not-utf8.json, line 2, column 15: this is not JSON: "});
         row("number-too-large", {"project/number-too-large.json: this is not JSON: number "});
         row("holds-text", {"project/holds-text.json: the file must hold an object or an array"});
         row("array-of-texts", {"array-of-texts.json, object 1: it must be an object"}, {"Second"});

@@ -164,7 +164,7 @@ private Q_SLOTS:
             << QByteArray(good).replace("IS_OF_TYPE_VERSION", "IS_OF_TYPE") << 21;
         QTest::newRow("no UID") << QByteArray("select object where IS_OF_TYPE_VERSION( {a} )")
                                 << 42;
-        QTest::newRow("cut off") << good.left(42) << 43;
+        QTest::newRow("cut off") << good.left(41) << 42;
         QTest::newRow("more behind") << good + " or" << good.size() + 2;
     }
 
