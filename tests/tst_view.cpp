@@ -4,10 +4,13 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTabBar>
 #include <QTest>
+
+#include <functional>
 
 using namespace tarno::datamodel;
 
@@ -33,6 +36,8 @@ private Q_SLOTS:
     void asksOnlyAboutRowsInSight();
     void rebuildsOnceForManyChanges();
     void drawsSharpIcons();
+    void keepsTheScreenUpToDate_data();
+    void keepsTheScreenUpToDate();
 
 protected:
     void SetUp() override
@@ -360,7 +365,7 @@ void TestView::drawsSharpIcons()
     }
     QImage icon(scale > 1 ? ":type@2x.png" : ":type.png");
     QImage badge(scale > 1 ? ":res/projectbrowser/PB_Factory@2x.png"
-                                 : ":res/projectbrowser/PB_Factory.png");
+                           : ":res/projectbrowser/PB_Factory.png");
     QVERIFY(!icon.isNull() && !badge.isNull());
     icon.setDevicePixelRatio(1);
     badge.setDevicePixelRatio(1);
@@ -378,6 +383,71 @@ void TestView::drawsSharpIcons()
         QImage composite = item.m_DisplayIcon.toImage();
         composite.setDevicePixelRatio(1);
         QCOMPARE(composite.convertToFormat(expected.format()), expected);
+    }
+}
+
+void TestView::keepsTheScreenUpToDate_data()
+{
+    QTest::addColumn<bool>("isWindow");
+    QTest::newRow("as a window") << true;
+    QTest::newRow("inside of another") << false;
+}
+
+/// Scrolling moves what is on the screen: afterwards it must look like painted anew.
+void TestView::keepsTheScreenUpToDate()
+{
+    QFETCH(bool, isWindow);
+    if (qApp->devicePixelRatio() > 1)
+        QSKIP("The platform without a screen shows no picture of it at this scale.");
+    for (int i = 0; i < 30; ++i)
+        m_Library->Add(LibType::gType, "type " + std::to_string(i));
+    QWidget frame;
+    frame.resize(200, 223);
+    TestBrowser browser(CNodeBrowser::eConfigTypes);
+    browser.resize(200, 223);
+    browser.SetItemLibrary(m_Library->GetAccessor());
+    if (!isWindow)
+        browser.setParent(&frame);
+    browser.show();
+    QWidget& window = *browser.window();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    auto const press = [&](int y) {
+        QTest::mouseClick(&browser, Qt::LeftButton, Qt::NoModifier, QPoint(50, y));
+    };
+    std::vector<std::function<void()>> const steps = {
+        [&] { browser.m_ScrollBar->setValue(100); },
+        [&] { press(60); },
+        [&] { browser.m_ScrollBar->setValue(170); },
+        [&] { browser.m_ScrollBar->setValue(30 * 24 - 200); },
+        [&] { browser.SearchTextChange("1"); },
+        [&] { browser.m_ScrollBar->setValue(7); },
+        [&] {
+            browser.SearchTextChange("type 2");
+            browser.m_ScrollBar->setValue(0);
+        },
+        [&] {
+            window.resize(180, 400);
+            browser.resize(180, 400);
+        },
+        [&] { browser.SearchTextChange(""); },
+        [&] {
+            browser.m_ScrollBar->setValue(90);
+            browser.m_ScrollBar->setValue(60);
+        },
+        [&] {
+            press(100);
+            browser.m_ScrollBar->setValue(61);
+        },
+    };
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+        steps[step]();
+        QApplication::processEvents();
+        QApplication::processEvents();
+        QImage const screen = window.screen()->grabWindow(window.winId()).toImage();
+        QImage const anew = window.grab().toImage();
+        QVERIFY2(screen.convertToFormat(anew.format()) == anew, qPrintable(QString::number(step)));
     }
 }
 
