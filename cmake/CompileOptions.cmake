@@ -14,6 +14,11 @@ if(NODEBROWSER_WERROR)
     add_compile_options(-Werror)
 endif()
 
+if(CMAKE_UNITY_BUILD)
+    # The warning takes a unit's sources for headers.
+    add_compile_options(-Wno-subobject-linkage)
+endif()
+
 if(NODEBROWSER_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
                         -fno-omit-frame-pointer)
