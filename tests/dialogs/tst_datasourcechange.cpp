@@ -44,7 +44,7 @@ void Choose(CNodeBrowser& browser, QStringList const& ids)
     QAction action(nullptr);
     action.setData(ids);
     QObject::connect(&action, SIGNAL(triggered()), &browser, SLOT(OnDatasourceChange()));
-    action.trigger();
+    Q_EMIT action.triggered();
 }
 
 char const kCompoundUid[] = "C0000000-0000-4000-8000-000000000001";
