@@ -17,7 +17,7 @@ constexpr int kRefreshDelay = 200;
 /// What a tool tip may take.
 constexpr std::chrono::milliseconds kToolTipPatience(30);
 
-CSourceControlService* gInstance = nullptr;
+CSourceControlService* gService = nullptr;
 
 /// Whether panels show states of the item: of compounds that may be written.
 bool HasShownState(CLibraryItem const& item)
@@ -54,20 +54,20 @@ CSourceControlService::CSourceControlService(QObject* parent)
     // destroyed.
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
             &CSourceControlService::Stop);
-    if (!gInstance)
-        gInstance = this;
+    if (!gService)
+        gService = this;
 }
 
 CSourceControlService::~CSourceControlService()
 {
     Close();
-    if (gInstance == this)
-        gInstance = nullptr;
+    if (gService == this)
+        gService = nullptr;
 }
 
 CSourceControlService* CSourceControlService::GetInstance()
 {
-    return gInstance;
+    return gService;
 }
 
 void CSourceControlService::Open(CLibrary& library)

@@ -1,0 +1,75 @@
+#ifndef NODEBROWSER_TESTS_GITLIBRARY_H
+#define NODEBROWSER_TESTS_GITLIBRARY_H
+
+#include "embeddedhost.h"
+#include "gitfolder.h"
+
+#include <qorm.h>
+
+#include <list>
+#include <map>
+#include <memory>
+#include <vector>
+
+typedef std::list<qorm::QormHandle<qorm::IDbObject>> ObjectList;
+
+/// A library in the root of a work tree, with compounds named c0, c1, ... in files of that name,
+/// and an embedded host. One more compound, "shipped", is in a read-only data source.
+class GitLibrary
+{
+public:
+    explicit GitLibrary(int count);
+
+    /// The work tree and the open host; the host may be deleted.
+    GitFolder folder;
+    std::unique_ptr<CEmbeddedHost> host;
+
+    static QString GetFile(int number);
+    static std::string GetUid(int number);
+    tarno::datamodel::ItemID GetItem(int number) const;
+    /// By way of the service that panels use.
+    qorm::QormHandle<qorm::IDbObject> GetObject(int number) const;
+    ObjectList GetObjects() const;
+
+    /// Writes the file anew, with one more key.
+    void Change(int number) const;
+
+private:
+    void WriteCompound(QString const& file, std::string const& uid, QString const& name,
+                       QByteArray const& more = QByteArray()) const;
+
+    int const m_Count;
+};
+
+/// Collects the states that the library's listeners are told.
+class StateRecorder : public tarno::datamodel::IItemLibraryNotification
+{
+public:
+    typedef tarno::datamodel::ItemID ItemID;
+    typedef tarno::datamodel::ItemLibraryAccessor ItemLibraryAccessor;
+
+    explicit StateRecorder(ItemLibraryAccessor const& library);
+    virtual ~StateRecorder();
+
+    /// The state told last; 0 for none.
+    unsigned GetState(ItemID const& id) const;
+
+    int count = 0;
+    std::map<ItemID, unsigned> states;
+    /// Called for each.
+    std::function<void()> onState;
+
+    void OnBeginChanges(ItemLibraryAccessor&) override {}
+    void OnEndChanges(ItemLibraryAccessor&) override {}
+    void LibraryInvalidated(ItemLibraryAccessor&) override {}
+    void ItemNameChanged(ItemLibraryAccessor&, ItemID const&) override {}
+    void ItemTagsChanged(ItemLibraryAccessor&, ItemID const&, char const*) override {}
+    void ItemAccessStateChanged(ItemLibraryAccessor&, ItemID const& id, long state) override;
+    void OnPreCommit(ItemLibraryAccessor&, bool*) override {}
+    void OnPostCommit(ItemLibraryAccessor&) override {}
+
+private:
+    ItemLibraryAccessor m_Library;
+};
+
+#endif
