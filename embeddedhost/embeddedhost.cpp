@@ -94,6 +94,8 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
     m_Private->sourceControl.Open(*m_Private->library);
+    connect(m_Private->watcher.get(), &CLibraryWatcher::FilesTouched, &m_Private->sourceControl,
+            &CSourceControlService::RefreshAll);
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
     return true;

@@ -120,6 +120,8 @@ void CLibraryWatcher::Check()
             if (!self)
                 return;
         }
+        if (!touched.isEmpty())
+            Q_EMIT FilesTouched();
     }
 }
 

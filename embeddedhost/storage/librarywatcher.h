@@ -29,6 +29,10 @@ public:
     /// Looks at the folders now.
     void Check();
 
+Q_SIGNALS:
+    /// Files have changed on disk, whether or not this changed the library.
+    void FilesTouched();
+
 private Q_SLOTS:
     void OnApplicationStateChanged(Qt::ApplicationState state);
 

@@ -66,7 +66,8 @@ private Q_SLOTS:
     void structureChangesAnnounceOnce();
     void lookUpAnnounces();
     void newItemGetsAState();
-    void commitInATerminalIsSeen();
+    void changesFromOutsideAreSeen();
+    void saveIsSeen();
     void panelKeepsMarksWhenItRebuilds();
     void activeInsideAWorkTreeOnly();
     void checkOut();
@@ -290,16 +291,43 @@ void TestSourceControl::newItemGetsAState()
     QCOMPARE(recorder.GetState(library.GetItem(-1)), 0u);
 }
 
-void TestSourceControl::commitInATerminalIsSeen()
+void TestSourceControl::changesFromOutsideAreSeen()
 {
     GitLibrary const library(2);
-    library.Change(0);
     StateRecorder const recorder(library.host->GetLibrary());
     TaskPtr const task = MakeTask();
     task->RequestObjectStates(library.GetObjects());
+    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
+    library.Change(0);
+    library.host->CheckFolder();
     QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified);
+    // The commit of a terminal.
     library.folder.Commit("second");
     QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
+}
+
+void TestSourceControl::saveIsSeen()
+{
+    GitLibrary const library(2);
+    StateRecorder const recorder(library.host->GetLibrary());
+    TaskPtr const task = MakeTask();
+    task->RequestObjectStates(library.GetObjects());
+    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
+
+    ItemLibraryModifierAccessor modifier;
+    modifier.SetFrom(library.host->GetLibrary());
+    QVERIFY(modifier.SetItemTags(library.GetItem(0), "ApplicationTags", "new", nullptr));
+    CompoundModifierAccessor compound;
+    ItemID const made = compound.CreateAndSetFromNewCompound(library.host->GetLibrary(), "made",
+                                                             false, "", "", nullptr);
+    // Not on disk yet.
+    QTRY_COMPARE(recorder.GetState(made), kUntracked);
+    bool isSaved = false;
+    modifier.CommitToDisk(isSaved, nullptr, false, qorm::UID_Null());
+    QVERIFY(isSaved);
+    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified);
+    library.folder.Git({"add", "-A"});
+    QTRY_COMPARE(recorder.GetState(made), kAdded);
 }
 
 void TestSourceControl::panelKeepsMarksWhenItRebuilds()
