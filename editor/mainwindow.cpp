@@ -8,13 +8,16 @@
 #include <embeddedhost.h>
 #include <nodebrowser.h>
 
+#include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QSet>
 #include <QStatusBar>
+#include <QUrl>
 
 namespace {
 
@@ -57,6 +60,7 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     SetDark(m_Theme.IsDesktopDark());
     ShowLibrary();
     connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CMainWindow::ShowLibrary);
+    connect(&m_Host, &CEmbeddedHost::ShowFilesRequested, this, &CMainWindow::ShowFiles);
     connect(&m_Host.GetMessages(), &CMessageChannel::MessagePosted, this,
             &CMainWindow::ShowMessage);
     connect(&m_Host.GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
@@ -176,6 +180,17 @@ void CMainWindow::ShowLibrary()
 void CMainWindow::ShowSummary()
 {
     m_Canvas->SetSummary(m_Host.GetLibraryName(), SummarizeItems(m_Host.GetLibrary()));
+}
+
+void CMainWindow::ShowFiles(QStringList const& paths)
+{
+    QSet<QString> folders;
+    for (QString const& path : paths)
+        folders.insert(QFileInfo(path).absolutePath());
+    for (QString const& folder : folders)
+        QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+    // Also for where there is no file manager.
+    m_Host.GetMessages().Post(eSeverity::kInformation, paths.join(QStringLiteral(", ")));
 }
 
 void CMainWindow::ShowMessage(eSeverity severity, QString const& text)

@@ -41,6 +41,7 @@ private:
     void ChooseLibrary();
     void ShowLibrary();
     void ShowSummary();
+    void ShowFiles(QStringList const& paths);
     void ShowMessage(eSeverity severity, QString const& text);
     void ShowAbout();
 

@@ -1,0 +1,124 @@
+#include "loggedtest.h"
+
+#include <editorapplication.h>
+#include <embeddedhost.h>
+#include <mainwindow.h>
+#include <messagelog.h>
+
+#include <QMenu>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTest>
+#include <QTimer>
+
+#include <stdexcept>
+
+namespace {
+
+/// Throws in the middle of painting, as long as it is told to.
+class FailingPainter : public QWidget
+{
+public:
+    bool isFailing = true;
+    int paintCount = 0;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        ++paintCount;
+        QPainter painter(this);
+        painter.fillRect(rect(), Qt::red);
+        if (isFailing)
+            throw std::runtime_error("the brush broke");
+        painter.fillRect(rect(), Qt::green);
+    }
+};
+
+/// Throws something that is no exception class, once it is gone itself.
+class VanishingButton : public QWidget
+{
+protected:
+    void mousePressEvent(QMouseEvent*) override
+    {
+        delete this;
+        throw 42;
+    }
+};
+
+} // namespace
+
+class TestEditorApplication : public LoggedTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void survivesFailingPaint();
+    void survivesReceiverThatIsGone();
+    void survivesInNestedLoops();
+    void tellsTheUser();
+};
+
+void TestEditorApplication::survivesFailingPaint()
+{
+    Expect(QStringLiteral("the brush broke"));
+    QSignalSpy failures(qApp, SIGNAL(ExceptionCaught(QString)));
+    FailingPainter widget;
+    widget.resize(50, 50);
+    widget.show();
+    QTRY_VERIFY(widget.paintCount > 0);
+    QTRY_COMPARE(failures.count(), widget.paintCount);
+
+    widget.isFailing = false;
+    QCOMPARE(widget.grab().toImage().pixelColor(20, 20), QColor(Qt::green));
+}
+
+void TestEditorApplication::survivesReceiverThatIsGone()
+{
+    Expect(QStringLiteral("unknown reason"));
+    QSignalSpy failures(qApp, SIGNAL(ExceptionCaught(QString)));
+    QPointer<QWidget> const button = new VanishingButton;
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QVERIFY(!QCoreApplication::sendEvent(button, &press));
+    QVERIFY(!button);
+    // Told later, when widgets can be touched.
+    QCOMPARE(failures.count(), 0);
+    QTRY_COMPARE(failures.count(), 1);
+}
+
+void TestEditorApplication::survivesInNestedLoops()
+{
+    Expect(QStringLiteral("no such thing"));
+    QMenu menu;
+    bool isInnerLoopAlive = false;
+    QTimer::singleShot(0, &menu, [] { throw std::out_of_range("no such thing"); });
+    QTimer::singleShot(1, &menu, [&] {
+        isInnerLoopAlive = true;
+        menu.close();
+    });
+    QVERIFY(!menu.exec());
+    QVERIFY(isInnerLoopAlive);
+}
+
+void TestEditorApplication::tellsTheUser()
+{
+    Expect(QStringLiteral("out of paper"));
+    CEmbeddedHost host;
+    static_cast<CEditorApplication*>(qApp)->ReportTo(host.GetMessages());
+    CMainWindow window(host);
+    QObject failing;
+    QTimer::singleShot(0, &failing, [] { throw std::runtime_error("out of paper"); });
+
+    QTRY_VERIFY(window.statusBar()->currentMessage().contains(QStringLiteral("out of paper")));
+    CMessageLog const* const log = window.findChild<CMessageLog*>();
+    QVERIFY(log && log->toPlainText().contains(QStringLiteral("out of paper")));
+}
+
+int main(int argc, char** argv)
+{
+    CEditorApplication application(argc, argv);
+    TestEditorApplication test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_editorapplication.moc"
