@@ -38,8 +38,7 @@ bool WriteList(CGitWorkTree const& tree, ordered_json const& list)
     std::string const text = list.dump(2, ' ', false, ordered_json::error_handler_t::replace);
     QSaveFile file(GetListPath(tree));
     return file.open(QIODevice::WriteOnly)
-           && file.write(text.data(), qint64(text.size())) == qint64(text.size())
-           && file.commit();
+           && file.write(text.data(), qint64(text.size())) == qint64(text.size()) && file.commit();
 }
 
 } // namespace

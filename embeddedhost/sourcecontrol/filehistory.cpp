@@ -59,8 +59,7 @@ CFileHistory::~CFileHistory()
     m_Pool.waitForDone();
 }
 
-std::optional<FileFacts> CFileHistory::Find(QString const& file,
-                                            std::chrono::milliseconds patience)
+std::optional<FileFacts> CFileHistory::Find(QString const& file, std::chrono::milliseconds patience)
 {
     auto const isReady = [this](std::chrono::milliseconds time) {
         return m_Search->result.wait_for(time) == std::future_status::ready;
@@ -93,8 +92,7 @@ void CFileHistory::Start(QString const& file)
             return;
         QFileInfo const info(search->file);
         CGitWorkTree const tree(info.path());
-        std::string const path
-            = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
+        std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
         FileFacts facts;
         facts.path = QFile::decodeName(path.c_str());
         facts.state = ReadFileStates({search->file}, search->isCancelled).front();

@@ -39,10 +39,10 @@ QString GetShortHash(git_commit const* commit)
 GitCommit Describe(git_commit* commit)
 {
     git_signature const& author = *git_commit_author(commit);
-    return {GetShortHash(commit), QString::fromUtf8(author.name),
-            QDateTime::fromSecsSinceEpoch(author.when.time, Qt::OffsetFromUTC,
-                                          author.when.offset * 60),
-            QString::fromUtf8(git_commit_summary(commit))};
+    return {
+        GetShortHash(commit), QString::fromUtf8(author.name),
+        QDateTime::fromSecsSinceEpoch(author.when.time, Qt::OffsetFromUTC, author.when.offset * 60),
+        QString::fromUtf8(git_commit_summary(commit))};
 }
 
 } // namespace

@@ -37,7 +37,7 @@ CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
         // The library also says so of a foreign work tree when the user has not declared any
         // folder safe: the setting is what it did not find.
         return CGitWorkTree::FindGitFolder(folder).isEmpty() ? CGitWorkTree::kNoWorkTree
-                                                              : CGitWorkTree::kForeign;
+                                                             : CGitWorkTree::kForeign;
     default:
         return CGitWorkTree::kUnreadable;
     }
@@ -50,8 +50,8 @@ CGitWorkTree::CGitWorkTree(QString const& folder)
 {
     StartGitLibrary();
     git_repository* opened = nullptr;
-    int const result = git_repository_open_ext(&opened, QFile::encodeName(folder).constData(), 0,
-                                               nullptr);
+    int const result =
+        git_repository_open_ext(&opened, QFile::encodeName(folder).constData(), 0, nullptr);
     m_Private->repository.reset(opened);
     m_Private->access = GetAccessAfter(result, folder);
     if (result != 0)
@@ -86,8 +86,7 @@ QString CGitWorkTree::GetRoot() const
 {
     if (m_Private->access != kReadable)
         return QString();
-    QString const root
-        = QFile::decodeName(git_repository_workdir(m_Private->repository.get()));
+    QString const root = QFile::decodeName(git_repository_workdir(m_Private->repository.get()));
     return root.size() > 1 && root.endsWith('/') ? root.left(root.size() - 1) : root;
 }
 

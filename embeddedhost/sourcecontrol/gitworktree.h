@@ -64,8 +64,7 @@ public:
 
     /// Takes the states of the file, of all files in the folder, or of the whole work tree for an
     /// empty path, in one pass. False when it failed or was cancelled.
-    bool ReadStates(std::string const& part, CancelFlag const& cancel,
-                    CFileStates& states) const;
+    bool ReadStates(std::string const& part, CancelFlag const& cancel, CFileStates& states) const;
 
     /// The commit that HEAD stands for, in hexadecimal; empty before the first one.
     std::string GetHead() const;

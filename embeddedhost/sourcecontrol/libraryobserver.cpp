@@ -49,13 +49,11 @@ void CLibraryObserver::OnEndChanges(ItemLibraryAccessor& /*library*/) {}
 
 void CLibraryObserver::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID const& /*id*/,
                                        char const* /*category*/)
-{
-}
+{}
 
 void CLibraryObserver::ItemAccessStateChanged(ItemLibraryAccessor& /*library*/,
                                               ItemID const& /*id*/, long /*state*/)
-{
-}
+{}
 
 void CLibraryObserver::OnPreCommit(ItemLibraryAccessor& /*library*/, bool* /*cancel*/) {}
 

@@ -49,8 +49,7 @@ CRevisionControlHelper::CRevisionControlHelper(CMessageChannel& messages,
                                                CSourceControlService& service)
     : m_Messages(messages)
     , m_Service(service)
-{
-}
+{}
 
 void CRevisionControlHelper::SetDatabase(ObjectDatabasePtr const& database)
 {
@@ -64,8 +63,8 @@ void CRevisionControlHelper::SetFilesHandler(FilesHandler const& handler)
 
 QormHandle<IDbObject> CRevisionControlHelper::FindObject(DbObjectId const& objectId)
 {
-    QormHandle<IDbObject> const object
-        = m_Database ? m_Database->FindObject(objectId) : QormHandle<IDbObject>();
+    QormHandle<IDbObject> const object =
+        m_Database ? m_Database->FindObject(objectId) : QormHandle<IDbObject>();
     if (CLibraryItem const* const item = FindItem(object))
         m_Service.NoteLookUp(&item->GetIdentity());
     return object;

@@ -34,8 +34,7 @@ public:
                   bool askUser) override;
     void MakeWritable(qorm::QormHandle<qorm::IDbObject> const& object, bool askUser) override;
     /// An object has no files that belong to it but its own.
-    void ShowFiles(qorm::QormHandle<qorm::IDbObject> const& object,
-                   bool withDependencies) override;
+    void ShowFiles(qorm::QormHandle<qorm::IDbObject> const& object, bool withDependencies) override;
 
 private:
     CLibraryItem const* FindItem(qorm::QormHandle<qorm::IDbObject> const& object) const;

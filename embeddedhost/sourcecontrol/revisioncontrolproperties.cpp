@@ -29,8 +29,7 @@ struct CRevisionControlProperties::Connections
 
 CRevisionControlProperties::CRevisionControlProperties()
     : m_Connections(std::make_shared<Connections>())
-{
-}
+{}
 
 CRevisionControlProperties::~CRevisionControlProperties()
 {

@@ -32,8 +32,8 @@ void ScsTask::RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject>> c
     std::vector<ItemKey> items;
     for (auto const& object : objects) {
         auto const* const database = CObjectDatabase::From(object.GetInstance());
-        CLibraryItem const* const item
-            = database ? database->GetItem(object.GetCacheIndex()) : nullptr;
+        CLibraryItem const* const item =
+            database ? database->GetItem(object.GetCacheIndex()) : nullptr;
         if (item)
             items.push_back(&item->GetIdentity());
     }

@@ -45,8 +45,7 @@ CSourceControlService::CSourceControlService(QObject* parent)
             &CStateAnnouncer::NoteStructureChange);
     connect(&m_Observer, &CLibraryObserver::ItemAppeared, this,
             &CSourceControlService::OnItemAppeared);
-    connect(&m_Observer, &CLibraryObserver::FilesChanged, this,
-            &CSourceControlService::RefreshAll);
+    connect(&m_Observer, &CLibraryObserver::FilesChanged, this, &CSourceControlService::RefreshAll);
     // A commit, a checkout or `git add` changes something there.
     connect(&m_GitWatcher, &QFileSystemWatcher::directoryChanged, this,
             &CSourceControlService::RefreshAll);
@@ -166,8 +165,8 @@ void CSourceControlService::Stop()
 
 void CSourceControlService::UpdateWorkTree()
 {
-    QString const gitFolder
-        = m_Library ? CGitWorkTree::FindGitFolder(m_Library->GetFolder()) : QString();
+    QString const gitFolder =
+        m_Library ? CGitWorkTree::FindGitFolder(m_Library->GetFolder()) : QString();
     if (gitFolder == m_GitFolder)
         return;
     m_GitFolder = gitFolder;

@@ -62,8 +62,8 @@ void CStateAnnouncer::NoteLookUp(ItemKey item)
 
 void CStateAnnouncer::SendDue()
 {
-    std::vector<ItemKey> const items
-        = m_IsAllDue ? GetItems() : std::vector<ItemKey>(m_LookedUp.begin(), m_LookedUp.end());
+    std::vector<ItemKey> const items =
+        m_IsAllDue ? GetItems() : std::vector<ItemKey>(m_LookedUp.begin(), m_LookedUp.end());
     m_IsAllDue = false;
     m_LookedUp.clear();
     Q_EMIT Due(items);

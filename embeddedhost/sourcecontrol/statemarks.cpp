@@ -61,14 +61,18 @@ void PaintDash(QPainter& painter, QRectF const& square, QColor const& colour)
                      QPointF(square.right() - kInset, square.center().y()));
 }
 
-void PaintDiamond(QPainter& painter, QRectF const& square, QColor const& colour)
+void PaintQuestion(QPainter& painter, QRectF const& square, QColor const& colour)
 {
     SetLine(painter, colour);
     QRectF const inner = square.adjusted(kInset, kInset, -kInset, -kInset);
-    painter.drawPolygon(QPolygonF({{inner.center().x(), inner.top()},
-                                   {inner.right(), inner.center().y()},
-                                   {inner.center().x(), inner.bottom()},
-                                   {inner.left(), inner.center().y()}}));
+    QPointF const middle = inner.center();
+    painter.drawPolyline(QPolygonF({{inner.left(), inner.top() + 0.8},
+                                    {middle.x(), inner.top()},
+                                    {inner.right(), inner.top() + 1.2},
+                                    {middle.x(), middle.y() + 0.6},
+                                    {middle.x(), middle.y() + 1.2}}));
+    // The dot lies below the square, where no second mark comes.
+    painter.drawPoint(QPointF(middle.x(), square.bottom() + 0.8));
 }
 
 void PaintTick(QPainter& painter, QRectF const& square, QColor const& colour)
@@ -86,8 +90,7 @@ void PaintDots(QPainter& painter, QRectF const& square, QColor const& colour)
     painter.setBrush(colour);
     for (int i = 0; i < 3; ++i) {
         qreal const left = square.left() + i * (square.width() - kDotSize) / 2;
-        painter.drawEllipse(
-            QRectF(left, square.center().y() - kDotSize / 2, kDotSize, kDotSize));
+        painter.drawEllipse(QRectF(left, square.center().y() - kDotSize / 2, kDotSize, kDotSize));
     }
 }
 
@@ -101,12 +104,15 @@ struct Mark
 
 /// The first that fits is drawn.
 constexpr Mark kMarks[] = {
-    {StateBits::kWaiting, PaintDots, 0xFF808080},    {StateBits::kConflicted, PaintCross, 0xFFE5484D},
-    {StateBits::kUnknown, PaintDiamond, 0xFF808080}, {StateBits::kAdded, PaintPlus, 0xFF2B9A50},
-    {StateBits::kModified, PaintDisc, 0xFFC77400},   {StateBits::kUntracked, PaintRing, 0xFF2B9A50},
+    {StateBits::kWaiting, PaintDots, 0xFF808080},
+    {StateBits::kConflicted, PaintCross, 0xFFE5484D},
+    {StateBits::kUnknown, PaintQuestion, 0xFF808080},
+    {StateBits::kAdded, PaintPlus, 0xFF2B9A50},
+    {StateBits::kModified, PaintDisc, 0xFFC77400},
+    {StateBits::kUntracked, PaintRing, 0xFF2B9A50},
     {StateBits::kIgnored, PaintDash, 0xFF808080},
 };
-constexpr Mark kCheckedOutMark = {StateBits::kCheckedOut, PaintTick, 0xFF3A83D6};
+constexpr Mark kCheckedOutMark = {StateBits::kCheckedOut, PaintTick, 0xFFB455C8};
 
 } // namespace
 

@@ -20,8 +20,7 @@ public:
         : m_Files(files)
         , m_Cancel(cancel)
         , m_States(files.size(), 0)
-    {
-    }
+    {}
 
     std::vector<unsigned> Run()
     {
@@ -62,8 +61,8 @@ private:
         while (!existing.isEmpty() && !QFileInfo::exists(existing))
             existing.truncate(existing.lastIndexOf('/'));
         QString const canonical = QFileInfo(existing).canonicalFilePath();
-        return *m_Folders.insert(path, {canonical + path.mid(existing.size()),
-                                        CGitWorkTree::FindGitFolder(canonical)});
+        return *m_Folders.insert(
+            path, {canonical + path.mid(existing.size()), CGitWorkTree::FindGitFolder(canonical)});
     }
 
     void ReadGroup(Positions const& positions)
@@ -93,8 +92,7 @@ private:
     /// Git says nothing of a file that was not written yet.
     unsigned GetStateWithoutEntry(std::size_t position) const
     {
-        return QFileInfo::exists(m_Files[position]) ? StateBits::kUnknown
-                                                    : StateBits::kUntracked;
+        return QFileInfo::exists(m_Files[position]) ? StateBits::kUnknown : StateBits::kUntracked;
     }
 
     /// The smallest part of the work tree that all files lie in.

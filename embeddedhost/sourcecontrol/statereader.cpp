@@ -45,7 +45,8 @@ void CStateReader::Start(std::vector<ItemFile> const& files)
     }
     m_Pool.start([this, pass = m_Pass] {
         pass->Run();
-        QMetaObject::invokeMethod(this, [this, pass] { Finish(*pass); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, pass] { Finish(*pass); }, Qt::QueuedConnection);
     });
 }
 

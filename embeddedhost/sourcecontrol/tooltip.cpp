@@ -31,9 +31,8 @@ constexpr Word kWords[] = {
 
 QString ShortenSubject(QString const& subject)
 {
-    return subject.size() > kMaxSubjectLength
-               ? subject.left(kMaxSubjectLength - 1) + QChar(0x2026)
-               : subject;
+    return subject.size() > kMaxSubjectLength ? subject.left(kMaxSubjectLength - 1) + QChar(0x2026)
+                                              : subject;
 }
 
 QStringList DescribeCommit(GitCommit const& commit)

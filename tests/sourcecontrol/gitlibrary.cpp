@@ -32,7 +32,8 @@ QString GitLibrary::GetFile(int number)
 
 std::string GitLibrary::GetUid(int number)
 {
-    return QStringLiteral("20000000-0000-0000-0000-%1").arg(number + 1, 12, 10, QChar('0'))
+    return QStringLiteral("20000000-0000-0000-0000-%1")
+        .arg(number + 1, 12, 10, QChar('0'))
         .toStdString();
 }
 
@@ -66,21 +67,19 @@ void GitLibrary::WriteCompound(QString const& file, std::string const& uid, QStr
                                QByteArray const& more) const
 {
     folder.Write(file, "{\"uid\": \"" + QByteArray::fromStdString(uid)
-                           + "\", \"kind\": \"compound\", \"name\": \"" + name.toUtf8() + '"'
-                           + more + "}\n");
+                           + "\", \"kind\": \"compound\", \"name\": \"" + name.toUtf8() + '"' + more
+                           + "}\n");
 }
 
 StateRecorder::StateRecorder(ItemLibraryAccessor const& library)
     : m_Library(library)
 {
-    m_Library.AddNotification(this, kItemLibraryNotificationInterface,
-                              m_Library.GetContextID());
+    m_Library.AddNotification(this, kItemLibraryNotificationInterface, m_Library.GetContextID());
 }
 
 StateRecorder::~StateRecorder()
 {
-    m_Library.RemoveNotification(this, kItemLibraryNotificationInterface,
-                                 m_Library.GetContextID());
+    m_Library.RemoveNotification(this, kItemLibraryNotificationInterface, m_Library.GetContextID());
 }
 
 unsigned StateRecorder::GetState(ItemID const& id) const

@@ -52,11 +52,13 @@ namespace {
 void MakeAllStates(GitFolder const& folder)
 {
     folder.Write(".gitignore", "*.tmp\nbuild/\n");
-    QStringList const tracked = {"clean", "modified", "staged", "stagedAgain", "deleted", "gone",
-                                 "conflicted", "deep/clean", "forced.tmp", "touched"};
+    QStringList const tracked = {"clean", "modified",   "staged",     "stagedAgain", "deleted",
+                                 "gone",  "conflicted", "deep/clean", "forced.tmp",  "touched"};
     for (QString const& file : tracked)
         folder.Write(file, "first\n");
-    folder.Write(QString::fromUtf8("gr\xC3\xBC\xC3\x9F" "e"), "first\n");
+    folder.Write(QString::fromUtf8("gr\xC3\xBC\xC3\x9F"
+                                   "e"),
+                 "first\n");
     folder.Git({"add", "-f", "forced.tmp"});
     folder.Commit("first");
 
@@ -68,8 +70,8 @@ void MakeAllStates(GitFolder const& folder)
     folder.Commit("ours");
     folder.Git({"merge", "-q", "other"}, true);
 
-    for (char const* const file : {"modified", "staged", "stagedAgain", "added", "addedAgain",
-                                   "addedGone"})
+    for (char const* const file :
+         {"modified", "staged", "stagedAgain", "added", "addedAgain", "addedGone"})
         folder.Write(file, "second\n");
     folder.Git({"add", "staged", "stagedAgain", "added", "addedAgain", "addedGone"});
     for (char const* const file : {"stagedAgain", "addedAgain"})
@@ -77,8 +79,8 @@ void MakeAllStates(GitFolder const& folder)
     for (char const* const file : {"deleted", "addedGone"})
         QFile::remove(folder.GetPath(file));
     folder.Git({"rm", "-q", "--cached", "gone"});
-    for (char const* const file : {"new", "new/deep/file", "new/deep/x.tmp", "x.tmp",
-                                   "build/deep/file", "ownrepo/file"}) {
+    for (char const* const file :
+         {"new", "new/deep/file", "new/deep/x.tmp", "x.tmp", "build/deep/file", "ownrepo/file"}) {
         if (QString(file) != "new")
             folder.Write(file, "new\n");
     }
@@ -103,7 +105,9 @@ void TestGitWorkTree::states_data()
     QTest::newRow("clean") << "clean" << kClean;
     QTest::newRow("clean in a folder") << "deep/clean" << kClean;
     QTest::newRow("clean with a newer date") << "touched" << kClean;
-    QTest::newRow("clean with umlauts") << QString::fromUtf8("gr\xC3\xBC\xC3\x9F" "e") << kClean;
+    QTest::newRow("clean with umlauts") << QString::fromUtf8("gr\xC3\xBC\xC3\x9F"
+                                                             "e")
+                                        << kClean;
     QTest::newRow("tracked though ignored") << "forced.tmp" << kClean;
     QTest::newRow("modified") << "modified" << kModified;
     QTest::newRow("staged") << "staged" << kModified;
@@ -143,7 +147,8 @@ void TestGitWorkTree::statesBeforeTheFirstCommit()
     folder.Git({"add", "added"});
     folder.Write("untracked", "new\n");
     QCOMPARE(ReadFileStates({folder.GetPath("added"), folder.GetPath("untracked"),
-                             folder.GetPath("no/such/file")}, m_NotCancelled),
+                             folder.GetPath("no/such/file")},
+                            m_NotCancelled),
              (std::vector<unsigned>{kAdded, kUntracked, kUntracked}));
 }
 
@@ -328,11 +333,16 @@ void TestGitWorkTree::moveRefuses_data()
     QTest::addColumn<QString>("to");
     QTest::addColumn<bool>("isLocked");
 
-    QTest::newRow("untracked") << "untracked" << "target" << false;
-    QTest::newRow("target exists") << "tracked" << "untracked" << false;
-    QTest::newRow("target is tracked but gone") << "tracked" << "gone" << false;
-    QTest::newRow("folder is a file") << "tracked" << "untracked/target" << false;
-    QTest::newRow("somebody else writes the index") << "tracked" << "target" << true;
+    QTest::newRow("untracked") << "untracked"
+                               << "target" << false;
+    QTest::newRow("target exists") << "tracked"
+                                   << "untracked" << false;
+    QTest::newRow("target is tracked but gone") << "tracked"
+                                                << "gone" << false;
+    QTest::newRow("folder is a file") << "tracked"
+                                      << "untracked/target" << false;
+    QTest::newRow("somebody else writes the index") << "tracked"
+                                                    << "target" << true;
 }
 
 void TestGitWorkTree::moveRefuses()
@@ -395,8 +405,7 @@ void TestGitWorkTree::threadsHaveTheirOwnTree()
         for (int pass = 0; pass < 20; ++pass) {
             CFileStates states;
             CGitWorkTree const tree(m_AllStates->GetPath());
-            if (!tree.ReadStates("", m_NotCancelled, states)
-                || states.Find("modified") != kModified
+            if (!tree.ReadStates("", m_NotCancelled, states) || states.Find("modified") != kModified
                 || !tree.FindLastCommit("deep/clean", m_NotCancelled))
                 ++failures;
         }

@@ -148,7 +148,9 @@ void TestRevisionControlProperties::slotsComeWhileOthersAreTold()
     CRevisionControlProperties manager;
     Slot first(manager);
     std::unique_ptr<Slot> second;
-    first.onCall = [&] { second = std::make_unique<Slot>(manager); };
+    first.onCall = [&] {
+        second = std::make_unique<Slot>(manager);
+    };
     manager.SetAvailable(true);
     QCOMPARE(second->calls, 0);
     first.onCall = nullptr;

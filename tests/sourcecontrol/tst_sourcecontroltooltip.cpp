@@ -79,14 +79,14 @@ void TestSourceControlToolTip::tellsAllThereIs()
 {
     GitLibrary const library(2);
     library.Change(1);
-    library.folder.Git({"commit", "-q", "-a", "--date", "2024-02-29T23:30:00+0530", "-m",
-                        "Second <b>\n\nbody"});
+    library.folder.Git(
+        {"commit", "-q", "-a", "--date", "2024-02-29T23:30:00+0530", "-m", "Second <b>\n\nbody"});
     QString const hash = library.folder.Git({"log", "-1", "--format=%h"});
     library.folder.Write(GitLibrary::GetFile(1), "{}");
-    QTRY_COMPARE(GetLines(GetToolTip(library, 1)),
-                 (QStringList{"c1", GitLibrary::GetFile(1), "State: modified",
-                              "Last commit: " + hash + ", Ada Example, 2024-02-29 23:30",
-                              "Second <b>"}));
+    QTRY_COMPARE(
+        GetLines(GetToolTip(library, 1)),
+        (QStringList{"c1", GitLibrary::GetFile(1), "State: modified",
+                     "Last commit: " + hash + ", Ada Example, 2024-02-29 23:30", "Second <b>"}));
     QVERIFY(GetToolTip(library, 1).contains(":compound.png"));
     QTRY_COMPARE(GetLines(GetToolTip(library, 0)).value(2), QString("State: unchanged"));
 }
@@ -98,8 +98,7 @@ void TestSourceControlToolTip::tellsOfAFileThatIsNew()
     library.folder.Git({"commit", "-q", "-m", "nothing"});
     library.folder.Git({"add", GitLibrary::GetFile(0)});
     QTRY_COMPARE(GetLines(GetToolTip(library, 0)),
-                 (QStringList{"c0", GitLibrary::GetFile(0), "State: added",
-                              "Not committed yet"}));
+                 (QStringList{"c0", GitLibrary::GetFile(0), "State: added", "Not committed yet"}));
 }
 
 void TestSourceControlToolTip::namesTheFileWithoutSourceControl()

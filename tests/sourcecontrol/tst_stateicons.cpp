@@ -86,9 +86,8 @@ QColor GetMarkColour(QImage const& strip)
     return colour;
 }
 
-std::vector<unsigned> const kMarkedStates = {kModified,   kAdded,   kUntracked,
-                                             kConflicted, kIgnored, kUnknown,
-                                             kWaiting,    kClean | kCheckedOut};
+std::vector<unsigned> const kMarkedStates = {kModified, kAdded,   kUntracked, kConflicted,
+                                             kIgnored,  kUnknown, kWaiting,   kClean | kCheckedOut};
 
 } // namespace
 
@@ -170,8 +169,8 @@ void TestStateIcons::shapesDiffer()
     QPixmap base = MakeIcon(1);
     std::vector<QImage> shapes;
     for (unsigned const state : kMarkedStates) {
-        QImage const shape
-            = GetShape(GetStrip(ScsUtils::getAssetStateIcon(base, state, true, true)));
+        QImage const shape =
+            GetShape(GetStrip(ScsUtils::getAssetStateIcon(base, state, true, true)));
         QVERIFY2(!IsTransparent(shape), qPrintable(QString::number(state)));
         QVERIFY2(std::find(shapes.begin(), shapes.end(), shape) == shapes.end(),
                  qPrintable(QString::number(state)));
@@ -183,8 +182,8 @@ void TestStateIcons::coloursShowOnLightAndDark()
 {
     QPixmap base = MakeIcon(4);
     for (unsigned const state : kMarkedStates) {
-        QColor const colour
-            = GetMarkColour(GetStrip(ScsUtils::getAssetStateIcon(base, state, true, true)));
+        QColor const colour =
+            GetMarkColour(GetStrip(ScsUtils::getAssetStateIcon(base, state, true, true)));
         for (QColor const& background : {QColor(Qt::white), QColor(0x2B, 0x2B, 0x2B)})
             QVERIFY2(GetContrast(colour, background) >= 3,
                      qPrintable(QStringLiteral("%1 %2").arg(state).arg(colour.name())));

@@ -1,0 +1,234 @@
+#include "changerecorder.h"
+#include "libraryfolder.h"
+#include "libraryuser.h"
+#include "loggedtest.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <nlohmann/json.hpp>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+QString const kGlowFile = QStringLiteral("project/glow.json");
+
+} // namespace
+
+/// Saving, and files that other programs change meanwhile.
+class tst_Saving : public LoggedTest
+{
+    Q_OBJECT
+
+protected:
+    void SetUp() override
+    {
+        m_Folder = std::make_unique<LibraryFolder>();
+        m_Folder->Write(kGlowFile, Indented(R"({"uid": ")" + QByteArray::fromStdString(Uid(1))
+                                            + R"(", "kind": "compound", "name": "Glow",
+                                                 "later": {"b": 1, "a": [2]}})"));
+        m_Folder->Write("project/two.json", '[' + Object(2, "compound", "Ramp") + ", 7, "
+                                                + Object(3, "compound", "Fade") + ']');
+        m_Folder->Write("project/odd.json", "  " + Object(4, "solver", "Odd") + "   \n\n");
+        Open();
+    }
+
+    void TearDown() override
+    {
+        m_User.reset();
+        m_Host.reset();
+        m_Folder.reset();
+    }
+
+private:
+    static QByteArray Indented(QByteArray const& object)
+    {
+        return QByteArray::fromStdString(
+            nlohmann::ordered_json::parse(object.toStdString()).dump(2) + '\n');
+    }
+
+    void Open()
+    {
+        m_User.reset();
+        m_Host.reset();
+        m_Host = std::make_unique<CEmbeddedHost>();
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        m_Host->GetMessages().ClearLog();
+        m_User = std::make_unique<LibraryUser>(*m_Host);
+    }
+
+    ItemID Item(int number)
+    {
+        return m_Host->FindItem(Uid(number));
+    }
+
+    QByteArray Content(QString const& file)
+    {
+        return m_Folder->Read().value(m_Folder->GetPath(file));
+    }
+
+    QString Log()
+    {
+        return GetMessages(*m_Host).join('\n');
+    }
+
+    std::unique_ptr<LibraryFolder> m_Folder;
+    std::unique_ptr<CEmbeddedHost> m_Host;
+    std::unique_ptr<LibraryUser> m_User;
+
+private Q_SLOTS:
+    void WritesWhatChangedAndNothingElse()
+    {
+        auto before = m_Folder->Read();
+        m_User->Rename(Item(1), "Soft Glow");
+        m_User->Tag(Item(1), "light");
+        QVERIFY(m_User->Save());
+        QVERIFY(!m_User->IsModified(Item(1)));
+        QVERIFY(!m_Host->IsModified());
+
+        QByteArray& glow = before[m_Folder->GetPath(kGlowFile)];
+        glow.replace("\"Glow\",", "\"Soft Glow\",\n  \"tags\": {\n"
+                                  "    \"ApplicationTags\": \"light\"\n  },");
+        QCOMPARE(m_Folder->Read(), before);
+    }
+
+    void KeepsWhatItDoesNotKnow()
+    {
+        m_User->Rename(Item(3), "Fade Out");
+        QVERIFY(m_User->Save());
+        auto const content = nlohmann::json::parse(Content("project/two.json").toStdString());
+        QCOMPARE(content.size(), std::size_t(3));
+        QVERIFY2(content[1] == 7, "what is no object stays in its place");
+        QVERIFY(content[2]["name"] == "Fade Out");
+    }
+
+    void NewItemsGetFilesAndLoseThem()
+    {
+        ItemID const id = m_User->Create("Über Ramp!");
+        m_User->Create("Uber-Ramp");
+        QVERIFY(m_User->Save());
+        QStringList const files = m_Folder->Read().keys();
+        QCOMPARE(files.filter("/project/").size(), 5);
+        Open();
+        QVERIFY2(m_Host->FindItem(ItemIDUnlock::GetItemIDUID(id)) == id, qPrintable(Log()));
+
+        ItemID const other = m_User->Create("Short Lived");
+        m_User->Save();
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        QVERIFY2(m_Host->IsModified(), "there is a file to remove");
+        QVERIFY(m_User->Save());
+        QVERIFY(m_Host->GetLibrary().GetItemName(other, true, nullptr).empty());
+        QCOMPARE(m_Folder->Read().keys(), files);
+    }
+
+    void ListenersMayRefuse()
+    {
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        m_User->Rename(Item(1), "Soft Glow");
+        recorder.Take();
+        recorder.RefuseCommits();
+        auto const before = m_Folder->Read();
+        QVERIFY(!m_User->Save());
+        QCOMPARE(recorder.Take(), (QStringList{"precommit", "postcommit"}));
+        QCOMPARE(m_User->GetSaveMessages().size(), std::size_t(1));
+        QCOMPARE(m_Folder->Read(), before);
+        QVERIFY(m_User->IsModified(Item(1)));
+    }
+
+    void WhatCannotBeWrittenStaysModified()
+    {
+        m_User->Rename(Item(1), "Soft Glow");
+        m_User->Rename(Item(2), "Slope");
+        // A folder in the file's place cannot be replaced by anybody, not even by root.
+        QFile::remove(m_Folder->GetPath(kGlowFile));
+        QDir(m_Folder->GetPath()).mkdir(kGlowFile);
+        QVERIFY(!m_User->Save());
+        QVERIFY(QString::fromStdString(m_User->GetSaveMessages().front()).contains(kGlowFile));
+        QVERIFY(m_User->IsModified(Item(1)));
+        QVERIFY2(!m_User->IsModified(Item(2)), "the others are written all the same");
+        QVERIFY(Content("project/two.json").contains("Slope"));
+    }
+
+    /// Both sides changed the object: nothing is lost, and the user decides.
+    void ConflictsAreKeptApart_data()
+    {
+        QTest::addColumn<bool>("takesTheirs");
+        QTest::newRow("take theirs") << true;
+        QTest::newRow("overwrite") << false;
+    }
+
+    void ConflictsAreKeptApart()
+    {
+        QFETCH(bool, takesTheirs);
+        m_User->Rename(Item(1), "Ours");
+        QByteArray theirs = Content(kGlowFile);
+        theirs.replace("Glow", "Theirs");
+        m_Folder->Write(kGlowFile, theirs);
+        QVERIFY(!m_User->Save());
+        QVERIFY2(Log().contains("glow.json"), qPrintable(Log()));
+        QCOMPARE(Content(kGlowFile), theirs);
+        QCOMPARE(m_User->NameOf(Item(1)), std::string("Ours"));
+        QVERIFY(m_User->IsModified(Item(1)));
+
+        QString const path = m_Folder->GetPath(kGlowFile);
+        if (takesTheirs) {
+            QVERIFY(m_Host->TakeFileFromDisk(path));
+            QCOMPARE(m_User->NameOf(Item(1)), std::string("Theirs"));
+            QVERIFY(!m_User->IsModified(Item(1)));
+            m_Host->GetCommandManager().GetUndoStack().undo();
+            QCOMPARE(m_User->NameOf(Item(1)), std::string("Ours"));
+        } else {
+            QVERIFY(m_Host->OverwriteFileOnDisk(path));
+        }
+        QVERIFY(m_User->Save());
+        QVERIFY(Content(kGlowFile).contains("Ours"));
+    }
+
+    /// As a pull does it: changed, renamed and removed files, and new ones.
+    void FollowsOtherPrograms()
+    {
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        QByteArray glow = Content(kGlowFile);
+        glow.replace("Glow", "Shine");
+        QFile::remove(m_Folder->GetPath(kGlowFile));
+        m_Folder->Write("project/below/shine.json", glow);
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        m_Folder->Write("project/two.json",
+                        '[' + Object(2, "compound", "Ramp", R"(, "tags": {"ApplicationTags": "x"})")
+                            + ']');
+        QTRY_VERIFY(Item(9).IsValid());
+        QTRY_VERIFY(!Item(3).IsValid());
+        QVERIFY(recorder.Take().contains("added New"));
+        QCOMPARE(m_User->NameOf(Item(1)), std::string("Shine"));
+        QCOMPARE(m_Host->GetLibrary().GetItemTags(Item(2), "ApplicationTags"), std::string("x"));
+        QVERIFY(!m_Host->IsModified());
+        QVERIFY2(Log().isEmpty(), qPrintable(Log()));
+    }
+
+    void KeepsUnsavedChangesWhenFilesChange()
+    {
+        m_User->Rename(Item(2), "Ours");
+        m_Folder->Write("project/two.json", '[' + Object(3, "compound", "Fade Out") + ']');
+        m_Host->CheckFolder();
+        QCOMPARE(m_User->NameOf(Item(2)), std::string("Ours"));
+        QCOMPARE(m_User->NameOf(Item(3)), std::string("Fade Out"));
+        QVERIFY2(Log().contains("two.json"), qPrintable(Log()));
+        QVERIFY(!m_User->Save());
+    }
+
+    void TriesHalfWrittenFilesAgain()
+    {
+        m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
+        m_Host->CheckFolder();
+        QVERIFY2(Log().isEmpty(), "it may be complete the next time");
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        QTRY_VERIFY(Item(9).IsValid());
+        m_Folder->Write("project/broken.json", "{");
+        QTRY_VERIFY(Log().contains("broken.json"));
+    }
+};
+
+NODEBROWSER_TEST_MAIN(tst_Saving)
+#include "tst_saving.moc"
