@@ -235,8 +235,7 @@ private:
 
     void ConsumeDirtyFlags();
     void RebuildItemList();
-    void ShiftRows(int shift);
-    void PaintRows(QPainter& painter, QRegion const& exposed);
+    void PaintRows(QPainter& painter);
     void PaintRow(QPainter& painter, unsigned long row, int top);
     void PaintIcon(QPainter& painter, Item const& item, QRect const& rowRect);
 

@@ -4,7 +4,6 @@
 
 #include <QLineEdit>
 #include <QPainter>
-#include <QPaintEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
@@ -60,21 +59,8 @@ void CNodeBrowser::UpdateScrollbar()
 
 void CNodeBrowser::SliderValueChanged(int /*value*/)
 {
-    int const shift = m_ScrollOffset - m_ScrollBar->value();
     m_ScrollOffset = m_ScrollBar->value();
-    ShiftRows(shift);
-}
-
-/// Moves the rows on the screen. When the widget fills its background, only those that come into
-/// view are painted.
-void CNodeBrowser::ShiftRows(int shift)
-{
-    // Children stay where they are, and a tab bar may reach below the header.
-    int const right = m_ScrollBar->isVisible() ? m_ScrollBar->x() : width();
-    int const top =
-        m_TabBar ? std::max(m_HeaderHeight, m_TabBar->geometry().bottom() + 1) : m_HeaderHeight;
-    scroll(0, shift, QRect(0, top, right, height() - top));
-    update(0, m_HeaderHeight, right, top - m_HeaderHeight);
+    update();
 }
 
 unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
@@ -88,7 +74,7 @@ unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
     return static_cast<unsigned long>(row);
 }
 
-void CNodeBrowser::paintEvent(QPaintEvent* event)
+void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
 {
     ConsumeDirtyFlags();
 
@@ -96,7 +82,7 @@ void CNodeBrowser::paintEvent(QPaintEvent* event)
     Qt::BGMode const backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
     painter.setClipRect(QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1)));
-    PaintRows(painter, event->region());
+    PaintRows(painter);
     painter.setBackgroundMode(backgroundMode);
 }
 
@@ -122,7 +108,7 @@ void CNodeBrowser::RebuildItemList()
     m_ScsTask->RequestObjectStates(stateRequests);
 }
 
-void CNodeBrowser::PaintRows(QPainter& painter, QRegion const& exposed)
+void CNodeBrowser::PaintRows(QPainter& painter)
 {
     // Only the rows of which something lies between the header and the lower edge.
     int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
@@ -131,9 +117,7 @@ void CNodeBrowser::PaintRows(QPainter& painter, QRegion const& exposed)
         int const top = m_HeaderHeight - m_ScrollOffset + row * kRowHeight;
         if (top > height() - 1)
             return;
-        // Some of a row may lie over the next one.
-        if (exposed.intersects(QRect(0, top, width(), 2 * kRowHeight)))
-            PaintRow(painter, static_cast<unsigned long>(row), top);
+        PaintRow(painter, static_cast<unsigned long>(row), top);
     }
 }
 
