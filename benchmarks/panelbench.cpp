@@ -1,0 +1,164 @@
+// What the panel costs, beside the toolkit's own list view with the same items, in one run.
+//
+//     panelbench [options of the benchmark library] [item counts]
+
+#include "embeddedhost.h"
+#include "librarygenerator.h"
+#include "listeditems.h"
+#include "measurements.h"
+#include "panelsubject.h"
+#include "peersubject.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <malloc.h>
+
+namespace {
+
+typedef std::function<void(benchmark::State&, Subject&)> Operation;
+
+void Register(std::string const& name, Operation const& operation, PanelSubject& panel,
+              PeerSubject& peer)
+{
+    auto const add = [&](char const* side, Subject& subject) {
+        benchmark::RegisterBenchmark((name + side).c_str(), operation, std::ref(subject))
+            ->Unit(benchmark::kMillisecond)
+            ->ReportAggregatesOnly();
+    };
+    add("/panel", panel);
+    add("/peer", peer);
+}
+
+void RegisterKeystroke(QString const& before, QString const& after, PanelSubject& panel,
+                       PeerSubject& peer)
+{
+    std::string const name
+        = after.isEmpty() ? "key clears" : "key to '" + after.toStdString() + "'";
+    auto const type = [before, after](benchmark::State& state, Subject& subject) {
+        for (auto const _ : state) {
+            (void)_;
+            state.PauseTiming();
+            subject.Type(before);
+            state.ResumeTiming();
+            subject.Type(after);
+        }
+    };
+    Register(name, type, panel, peer);
+}
+
+void RegisterAll(PanelSubject& panel, PeerSubject& peer)
+{
+    auto const repeat = [](void (Subject::*step)()) {
+        return [step](benchmark::State& state, Subject& subject) {
+            subject.Type(QString());
+            for (auto const _ : state) {
+                (void)_;
+                (subject.*step)();
+            }
+        };
+    };
+    Register("rebuild", repeat(&Subject::Rebuild), panel, peer);
+    RegisterKeystroke("", "a", panel, peer);
+    RegisterKeystroke("a", "ad", panel, peer);
+    RegisterKeystroke("ad", "add", panel, peer);
+    RegisterKeystroke("mul ad", "mul add", panel, peer);
+    RegisterKeystroke("qq", "qqq", panel, peer);
+    RegisterKeystroke("add", "", panel, peer);
+    Register("scroll step", repeat(&Subject::Scroll), panel, peer);
+    Register("tags notification", repeat(&Subject::ChangeTags), panel, peer);
+}
+
+std::size_t GetHeapBytes()
+{
+    struct mallinfo2 const heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+/// What a panel takes beyond what the host holds.
+void PrintMemory(CEmbeddedHost& host, std::vector<ListedItem> const& items)
+{
+    // Whatever is made on first use is made for this one.
+    PanelSubject(host.GetLibrary(), items).ShowFirstFrame();
+    std::size_t const before = GetHeapBytes();
+    PanelSubject panel(host.GetLibrary(), items);
+    panel.ShowFirstFrame();
+    std::cout << items.size() << " items: the panel takes "
+              << (GetHeapBytes() - before) / items.size() << " bytes an item\n";
+}
+
+/// Opens the library, paints the first frame and says how long that took.
+void OpenAndPaint(CEmbeddedHost& host, QString const& folder)
+{
+    QElapsedTimer timer;
+    timer.start();
+    bool const isOpen = host.OpenLibrary(folder);
+    qint64 const openTime = timer.elapsed();
+    std::vector<ListedItem> const noItems;
+    PanelSubject panel(host.GetLibrary(), noItems);
+    panel.ShowFirstFrame();
+    std::cout << qPrintable(host.GetLibraryName()) << ": "
+              << (isOpen ? "read after " : "could not be read after ") << openTime
+              << " ms, first frame after " << timer.elapsed() << " ms" << std::endl;
+}
+
+void MeasureGenerated(CEmbeddedHost& host, unsigned long itemCount, Measurements& measurements)
+{
+    QTemporaryDir folder;
+    GenerateLibrary(folder.path(), itemCount);
+    OpenAndPaint(host, folder.path());
+    std::vector<ListedItem> const items = ReadListedItems(host.GetLibrary());
+    PrintMemory(host, items);
+
+    PanelSubject panel(host.GetLibrary(), items);
+    PeerSubject peer(items);
+    panel.ShowFirstFrame();
+    peer.ShowFirstFrame();
+    RegisterAll(panel, peer);
+    measurements.SetItemCount(itemCount);
+    benchmark::RunSpecifiedBenchmarks(&measurements);
+    benchmark::ClearRegisteredBenchmarks();
+}
+
+/// Takes the options out of the arguments; what is given comes after the defaults and wins.
+std::vector<unsigned long> ReadArguments(int argc, char** argv)
+{
+    // Repetitions of panel and peer take turns, so that a busy machine slows both.
+    char repetitions[] = "--benchmark_repetitions=9";
+    char interleaving[] = "--benchmark_enable_random_interleaving=true";
+    char minTime[] = "--benchmark_min_time=0.05";
+    std::vector<char*> arguments = {argv[0], repetitions, interleaving, minTime};
+    arguments.insert(arguments.end(), argv + 1, argv + argc);
+    int count = int(arguments.size());
+    arguments.push_back(nullptr);
+    benchmark::Initialize(&count, arguments.data());
+
+    std::vector<unsigned long> itemCounts;
+    for (int i = 1; i < count; ++i)
+        itemCounts.push_back(std::strtoul(arguments[std::size_t(i)], nullptr, 10));
+    if (itemCounts.empty())
+        itemCounts = {1000, 10000, 100000};
+    return itemCounts;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::vector<unsigned long> const itemCounts = ReadArguments(argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+
+    CEmbeddedHost host;
+    OpenAndPaint(host, QStringLiteral(PANELBENCH_SAMPLE_LIBRARY));
+    Measurements measurements;
+    for (unsigned long const itemCount : itemCounts)
+        MeasureGenerated(host, itemCount, measurements);
+    measurements.Print(std::cout);
+    return 0;
+}

@@ -1,0 +1,42 @@
+#ifndef BENCHMARKS_SUBJECT_H
+#define BENCHMARKS_SUBJECT_H
+
+#include <QString>
+#include <QWidget>
+
+class QLineEdit;
+class QScrollBar;
+
+/// What is measured: a window that lists a library under a search field. Each operation ends
+/// with the frame painted that shows its outcome.
+class Subject : public QWidget
+{
+public:
+    Subject();
+
+    void ShowFirstFrame();
+    void Type(QString const& text);
+    /// A notch of the wheel down, three rows for every subject, or back to the top at the end.
+    void Scroll();
+    /// Makes the whole list anew.
+    void Rebuild();
+    /// The tags of some item, another one each time, have changed. Whether a frame follows is
+    /// up to the subject.
+    void ChangeTags();
+
+protected:
+    /// The widget on which rows are painted.
+    virtual QWidget& GetCanvas() = 0;
+    virtual QScrollBar& GetScrollBar() = 0;
+    virtual void StartRebuild() = 0;
+    virtual void NotifyTags() = 0;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void PaintFrame();
+
+    bool m_IsPainted;
+};
+
+#endif
