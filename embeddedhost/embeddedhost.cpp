@@ -34,11 +34,12 @@ public:
     CMessageChannel messages;
     CCommandManager commandManager;
     CDatabaseProxy databaseProxy;
+    /// Null when none is open. Before what refers to it: a listener may have opened one while
+    /// the host was closing its last.
+    std::shared_ptr<CLibrary> library;
     CSourceControlService sourceControl;
     CRevisionControlHelper revisionControlHelper{messages, sourceControl};
     CompoundAccessor compoundTarget;
-    /// Null when none is open.
-    std::shared_ptr<CLibrary> library;
     std::unique_ptr<CLibraryWatcher> watcher;
     bool isReading = false;
 };
@@ -84,9 +85,9 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
                                  QStringLiteral("Another library is being opened; try again."));
         return false;
     }
-    CloseLibrary();
     {
         QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+        CloseLibrary();
         m_Private->library = ReadLibrary(folder, m_Private->messages, progress);
     }
     if (!m_Private->library)

@@ -132,8 +132,11 @@ void CLibrary::Close()
     m_Self.GetContext()->Close();
     m_Database->Close();
     for (Items const& items : m_Items) {
-        for (CLibraryItem const* item : items)
-            item->GetIdentity().item = nullptr;
+        for (CLibraryItem const* item : items) {
+            // Another library may have been read meanwhile.
+            if (item->GetIdentity().item == item)
+                item->GetIdentity().item = nullptr;
+        }
     }
 }
 

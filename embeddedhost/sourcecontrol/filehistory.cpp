@@ -56,7 +56,7 @@ CFileHistory::CFileHistory()
 CFileHistory::~CFileHistory()
 {
     Cancel();
-    m_Pool.waitForDone();
+    Wait();
 }
 
 std::optional<FileFacts> CFileHistory::Find(QString const& file, std::chrono::milliseconds patience)
@@ -80,6 +80,11 @@ void CFileHistory::Cancel()
     if (m_Search)
         m_Search->isCancelled = true;
     m_Search.reset();
+}
+
+void CFileHistory::Wait()
+{
+    m_Pool.waitForDone();
 }
 
 void CFileHistory::Start(QString const& file)

@@ -24,6 +24,8 @@ public:
     /// Nothing while the search goes on. A search for another file ends the one before.
     std::optional<FileFacts> Find(QString const& file, std::chrono::milliseconds patience);
     void Cancel();
+    /// Until the thread has stopped, after Cancel().
+    void Wait();
 
 private:
     class Cache;

@@ -1,5 +1,6 @@
 #include "sourcecontrol/gitrepository.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace embeddedhost {
@@ -43,6 +44,25 @@ CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
     }
 }
 
+/// The folder itself or the nearest one around it that git's folder lies in.
+QString FindRootOfForeignTree(QString const& folder)
+{
+    QDir root(folder);
+    while (!root.exists(QStringLiteral(".git")) && root.cdUp()) {
+    }
+    return root.path();
+}
+
+QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
+{
+    if (access == CGitWorkTree::kNoWorkTree)
+        return QStringLiteral("it is not in a git work tree");
+    return QStringLiteral("the work tree belongs to another user, so git does not trust it; if "
+                          "you do, declare it safe with: git config --global --add "
+                          "safe.directory \"%1\"")
+        .arg(FindRootOfForeignTree(folder));
+}
+
 } // namespace
 
 CGitWorkTree::CGitWorkTree(QString const& folder)
@@ -54,10 +74,12 @@ CGitWorkTree::CGitWorkTree(QString const& folder)
         git_repository_open_ext(&opened, QFile::encodeName(folder).constData(), 0, nullptr);
     m_Private->repository.reset(opened);
     m_Private->access = GetAccessAfter(result, folder);
-    if (result != 0)
-        m_Private->Fail();
-    else if (git_repository_is_bare(opened))
+    if (opened && git_repository_is_bare(opened))
         m_Private->access = kNoWorkTree;
+    if (m_Private->access == kUnreadable)
+        m_Private->Fail();
+    else if (m_Private->access != kReadable)
+        m_Private->error = DescribeAccess(m_Private->access, folder);
 }
 
 CGitWorkTree::CGitWorkTree(CGitWorkTree&& other) noexcept = default;

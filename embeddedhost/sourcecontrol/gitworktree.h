@@ -52,7 +52,8 @@ public:
     static QString FindGitFolder(QString const& folder);
 
     eAccess GetAccess() const;
-    /// What git said when something failed last.
+    /// Why the work tree is not readable, or what git said when something failed last; words
+    /// that go on after a colon.
     QString GetError() const;
 
     /// Canonical and without a slash at the end.

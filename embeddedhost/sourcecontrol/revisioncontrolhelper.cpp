@@ -21,27 +21,8 @@ bool MakeFileWritable(QString const& file)
            || QFile::setPermissions(file, permissions | QFile::WriteOwner | QFile::WriteUser);
 }
 
-QString const kNotPermitted = QStringLiteral("its permissions cannot be changed; the file may "
-                                             "belong to another user.");
-
-/// Why nothing can be noted in the work tree; empty when it can.
-QString DescribeAccess(CGitWorkTree const& tree, QString const& folder)
-{
-    switch (tree.GetAccess()) {
-    case CGitWorkTree::kNoWorkTree:
-        return QStringLiteral("it is not in a git work tree.");
-    case CGitWorkTree::kForeign:
-        return QStringLiteral("the work tree belongs to another user, so git does not trust it. "
-                              "If you do, declare it safe: git config --global --add "
-                              "safe.directory \"$(git -C \"%1\" rev-parse --show-toplevel)\"")
-            .arg(folder);
-    case CGitWorkTree::kUnreadable:
-        return QStringLiteral("git cannot read the work tree: %1.").arg(tree.GetError());
-    case CGitWorkTree::kReadable:
-        break;
-    }
-    return QString();
-}
+char const* const kNotPermitted =
+    "its permissions cannot be changed; it may belong to another user";
 
 } // namespace
 
@@ -80,7 +61,7 @@ void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool&
         return;
     QString const reason = CheckOutFile(file);
     if (!reason.isEmpty()) {
-        Refuse(file, QStringLiteral("The file cannot be checked out: ") + reason);
+        Refuse(file, QStringLiteral("it cannot be checked out: ") + reason);
         return;
     }
     checkedOut = true;
@@ -91,7 +72,7 @@ void CRevisionControlHelper::MakeWritable(QormHandle<IDbObject> const& object, b
 {
     QString const file = FindFile(FindItem(object));
     if (!file.isEmpty() && !MakeFileWritable(file))
-        Refuse(file, QStringLiteral("The file cannot be made writable: ") + kNotPermitted);
+        Refuse(file, QStringLiteral("it cannot be made writable: ") + QLatin1String(kNotPermitted));
 }
 
 void CRevisionControlHelper::ShowFiles(QormHandle<IDbObject> const& object,
@@ -125,20 +106,19 @@ QString CRevisionControlHelper::CheckOutFile(QString const& file)
 {
     QFileInfo const info(file);
     CGitWorkTree const tree(info.path());
-    QString const reason = DescribeAccess(tree, info.path());
-    if (!reason.isEmpty())
-        return reason;
+    if (tree.GetAccess() != CGitWorkTree::kReadable)
+        return tree.GetError();
     if (!MakeFileWritable(file))
-        return kNotPermitted;
+        return QLatin1String(kNotPermitted);
     std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
     return MarkCheckedOut(tree, path)
                ? QString()
-               : QStringLiteral("nothing can be written into %1.").arg(tree.GetGitFolder());
+               : QStringLiteral("nothing can be written into %1").arg(tree.GetGitFolder());
 }
 
 void CRevisionControlHelper::Refuse(QString const& file, QString const& reason)
 {
-    m_Messages.Post(eSeverity::kWarning, QDir::toNativeSeparators(file) + ": " + reason);
+    m_Messages.Post(eSeverity::kWarning, QStringLiteral("%1: %2.").arg(QDir::toNativeSeparators(file), reason));
 }
 
 } // namespace embeddedhost

@@ -49,10 +49,9 @@ CSourceControlService::CSourceControlService(QObject* parent)
     // A commit, a checkout or `git add` changes something there.
     connect(&m_GitWatcher, &QFileSystemWatcher::directoryChanged, this,
             &CSourceControlService::RefreshAll);
-    // The threads should not run on while the process ends, even if this object is never
-    // destroyed.
-    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
-            &CSourceControlService::Stop);
+    // The threads must not run on while the process ends, even if this object is never destroyed.
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, &CSourceControlService::Quit);
     if (!gService)
         gService = this;
 }
@@ -163,6 +162,13 @@ void CSourceControlService::Stop()
     m_History.Cancel();
 }
 
+void CSourceControlService::Quit()
+{
+    Stop();
+    m_Reader.Wait();
+    m_History.Wait();
+}
+
 void CSourceControlService::UpdateWorkTree()
 {
     QString const gitFolder =
@@ -172,11 +178,22 @@ void CSourceControlService::UpdateWorkTree()
     m_GitFolder = gitFolder;
     if (!m_GitWatcher.directories().isEmpty())
         m_GitWatcher.removePaths(m_GitWatcher.directories());
-    if (IsActive())
+    if (IsActive()) {
         m_GitWatcher.addPath(m_GitFolder);
-    else
+        ReportUnreadableTree();
+    } else {
         Stop();
+    }
     m_Properties.SetAvailable(IsActive());
+}
+
+void CSourceControlService::ReportUnreadableTree()
+{
+    CGitWorkTree const tree(m_Library->GetFolder());
+    if (tree.GetAccess() != CGitWorkTree::kReadable)
+        m_Library->GetMessages().Post(
+            eSeverity::kWarning,
+            QStringLiteral("Source control cannot tell any states: %1.").arg(tree.GetError()));
 }
 
 void CSourceControlService::OnItemAppeared(ItemID const& id)

@@ -64,7 +64,9 @@ public:
 private:
     bool IsShown() const;
     void Stop();
+    void Quit();
     void UpdateWorkTree();
+    void ReportUnreadableTree();
     void OnItemAppeared(tarno::datamodel::ItemID const& id);
 
     void StartWithin(int milliseconds);

@@ -27,7 +27,7 @@ CStateReader::CStateReader()
 CStateReader::~CStateReader()
 {
     Cancel();
-    m_Pool.waitForDone();
+    Wait();
 }
 
 bool CStateReader::IsBusy() const
@@ -55,6 +55,11 @@ void CStateReader::Cancel()
     if (m_Pass)
         m_Pass->isCancelled = true;
     m_Pass.reset();
+}
+
+void CStateReader::Wait()
+{
+    m_Pool.waitForDone();
 }
 
 void CStateReader::Finish(Pass const& pass)

@@ -40,6 +40,8 @@ public:
     /// What was being read is not delivered any more.
     void Start(std::vector<ItemFile> const& files);
     void Cancel();
+    /// Until the thread has stopped, after Cancel().
+    void Wait();
 
 Q_SIGNALS:
     /// Through the event loop; never after Cancel().

@@ -79,6 +79,7 @@ private:
     void ReadFile(SourceFile const& file)
     {
         m_ShownPath = GetShownPath(m_Library.GetFolder(), file.path);
+        m_ObjectNumber = 0;
         JsonFile json = ReadJsonFile(file.path);
         if (!json.fault.isEmpty()) {
             m_Faults.Report(JoinPlace(m_ShownPath, json.faultPlace), json.fault);
@@ -92,23 +93,22 @@ private:
         }
         LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}, json.digest});
         if (!isArray) {
-            ReadObject(target, json.content, QString());
+            ReadObject(target, json.content);
             return;
         }
         target.entries.reserve(json.content.size());
         for (ordered_json& object : json.content) {
-            ReadObject(target, object,
-                       QStringLiteral("object %1").arg(target.entries.size() + 1));
+            ++m_ObjectNumber;
+            ReadObject(target, object);
         }
     }
 
-    void ReadObject(LibraryFile& file, ordered_json& object, QString const& place)
+    void ReadObject(LibraryFile& file, ordered_json& object)
     {
-        m_Place = JoinPlace(m_ShownPath, place);
         if (!object.is_object()) {
-            m_Faults.Report(m_Place, QStringLiteral("it must be an object; it is left out."));
+            m_Faults.Report(GetPlace(), QStringLiteral("it must be an object; it is left out."));
         } else if (CheckObject(object, [this](QString const& key, QString const& reason) {
-                       ReportKey(key, reason);
+                       ReportKey(GetPlace(), key, reason);
                    }) && HasFreeUid(object)) {
             object.get_ref<ordered_json::object_t&>().shrink_to_fit();
             CLibraryItem& item = m_Library.AddItem(file, std::move(object));
@@ -126,11 +126,11 @@ private:
         auto const& uid = found->get_ref<std::string const&>();
         if (uid.empty() || m_Library.FindItem(uid.c_str()))
             return;
-        QString const file = GetShownPath(m_Library.GetFolder(), item.GetFile().path);
-        m_Place = JoinPlace(file, QStringLiteral("object %1")
-                                      .arg(QString::fromUtf8(item.GetIdentity().uid)));
-        ReportKey(QString::fromLatin1(key), QStringLiteral("the library has no object %1.")
-                                                .arg(QString::fromStdString(uid)));
+        QString const place = JoinPlace(
+            GetShownPath(m_Library.GetFolder(), item.GetFile().path),
+            QStringLiteral("object %1").arg(QString::fromUtf8(item.GetIdentity().uid)));
+        ReportKey(place, QString::fromLatin1(key),
+                  QStringLiteral("the library has no object %1.").arg(QString::fromStdString(uid)));
     }
 
     bool HasFreeUid(ordered_json const& object)
@@ -138,16 +138,24 @@ private:
         char const* const uid = object["uid"].get_ref<std::string const&>().c_str();
         if (!m_Library.FindItem(uid) && !m_Library.GetDatabase().HasFixedObject(uid))
             return true;
-        ReportKey(QStringLiteral("uid"),
+        ReportKey(GetPlace(), QStringLiteral("uid"),
                   QStringLiteral("%1 is the uid of another object already; the object is left "
                                  "out.")
                       .arg(QString::fromUtf8(uid)));
         return false;
     }
 
-    void ReportKey(QString const& key, QString const& reason) const
+    void ReportKey(QString const& place, QString const& key, QString const& reason) const
     {
-        m_Faults.Report(JoinPlace(m_Place, QStringLiteral("key \"%1\"").arg(key)), reason);
+        m_Faults.Report(JoinPlace(place, QStringLiteral("key \"%1\"").arg(key)), reason);
+    }
+
+    /// Where the object is that is being read.
+    QString GetPlace() const
+    {
+        bool const isInArray = m_ObjectNumber > 0;
+        return JoinPlace(m_ShownPath, isInArray ? QStringLiteral("object %1").arg(m_ObjectNumber)
+                                                : QString());
     }
 
     CLibrary& m_Library;
@@ -155,7 +163,8 @@ private:
     std::vector<SourceFile> m_Files;
     /// Where the reader is, for messages.
     QString m_ShownPath;
-    QString m_Place;
+    /// Counted from 1 in an array; 0 outside of one.
+    int m_ObjectNumber = 0;
 };
 
 } // namespace

@@ -209,7 +209,7 @@ void TestGitWorkTree::foreignTreeIsUnknown()
 
     CGitWorkTree const tree(folder.GetPath());
     QCOMPARE(tree.GetAccess(), CGitWorkTree::kForeign);
-    QVERIFY(!tree.GetError().isEmpty());
+    QVERIFY(tree.GetError().contains("safe.directory \"" + folder.GetPath() + '"'));
     QVERIFY(!CGitWorkTree::FindGitFolder(folder.GetPath()).isEmpty());
     QCOMPARE(ReadFileStates({folder.GetPath("file")}, m_NotCancelled),
              std::vector<unsigned>{kUnknown});

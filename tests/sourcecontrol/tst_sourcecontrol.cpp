@@ -12,6 +12,8 @@
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 #include <QTimer>
 
 #include <memory>
@@ -439,7 +441,9 @@ void TestSourceControl::checkOutSaysWhyNot()
         bool isCheckedOut = true;
         service->CheckOut(library.GetObject(0), isCheckedOut, true);
         auto const& log = library.host->GetMessages().GetLog();
-        return !isCheckedOut && log.size() == 1 && log.front().text.contains(reason);
+        return !isCheckedOut && std::any_of(log.begin(), log.end(), [&](auto const& message) {
+            return message.text.contains(reason);
+        });
     };
     // Nothing of the git folder is known any more.
     library.folder.Write(".git/config", "[broken");
