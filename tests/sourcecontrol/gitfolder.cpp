@@ -32,9 +32,10 @@ QString GitFolder::Git(QStringList const& arguments, bool mayFail) const
 {
     QProcess git;
     git.setWorkingDirectory(m_Path);
-    git.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     if (mayFail)
         git.setStandardErrorFile(QProcess::nullDevice());
+    else
+        git.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     git.start(QStringLiteral("git"), arguments);
     bool const hasRun = git.waitForFinished() && git.exitStatus() == QProcess::NormalExit;
     if (!hasRun || (git.exitCode() != 0 && !mayFail))

@@ -447,7 +447,7 @@ void TestSourceControl::checkOutSaysWhyNot()
     };
     // Nothing of the git folder is known any more.
     library.folder.Write(".git/config", "[broken");
-    QVERIFY(isRefused("git cannot read the work tree"));
+    QVERIFY(isRefused("it cannot be checked out"));
     QVERIFY(QDir(library.folder.GetPath()).rename(".git", ".gone"));
     QVERIFY(isRefused("it is not in a git work tree"));
     QFile::remove(library.folder.GetPath(GitLibrary::GetFile(0)));
