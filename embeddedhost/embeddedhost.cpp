@@ -5,15 +5,20 @@
 #include "model/library.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
+#include "sourcecontrol/libraryobserver.h"
+#include "sourcecontrol/newworktree.h"
 #include "sourcecontrol/revisioncontrolhelper.h"
 #include "sourcecontrol/sourcecontrolservice.h"
+#include "storage/filedigest.h"
 #include "storage/filereconciler.h"
 #include "storage/libraryreader.h"
 #include "storage/librarywatcher.h"
+#include "storage/unsavedchanges.h"
 
 #include <algorithm>
 
 #include <QScopedValueRollback>
+#include <QTimer>
 
 using namespace embeddedhost;
 using namespace tarno::datamodel;
@@ -42,6 +47,9 @@ public:
     CompoundAccessor compoundTarget;
     std::unique_ptr<CLibraryWatcher> watcher;
     bool isReading = false;
+    /// Listens as long as a library is open.
+    CLibraryObserver observer;
+    QTimer contentTimer;
 };
 
 CEmbeddedHost::CEmbeddedHost(QObject* parent)
@@ -53,6 +61,12 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
         return;
     }
     gInstance = this;
+    m_Private->contentTimer.setSingleShot(true);
+    m_Private->contentTimer.setInterval(0);
+    connect(&m_Private->contentTimer, &QTimer::timeout, this, &CEmbeddedHost::ContentChanged);
+    for (auto const change : {&CLibraryObserver::Changed, &CLibraryObserver::FilesChanged})
+        connect(&m_Private->observer, change, &m_Private->contentTimer,
+                qOverload<>(&QTimer::start));
     GetServices().SetService(kRevisionControlService, &m_Private->revisionControlHelper);
     GetServices().SetService(kRevisionControlPropertiesService,
                              &m_Private->sourceControl.GetProperties());
@@ -95,6 +109,7 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
     m_Private->sourceControl.Open(*m_Private->library);
+    m_Private->observer.Attach(m_Private->library->GetNotifier());
     connect(m_Private->watcher.get(), &CLibraryWatcher::FilesTouched, &m_Private->sourceControl,
             &CSourceControlService::RefreshAll);
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
@@ -107,6 +122,8 @@ void CEmbeddedHost::CloseLibrary()
     if (!m_Private->library)
         return;
     m_Private->commandManager.Clear();
+    m_Private->contentTimer.stop();
+    m_Private->observer.Detach(m_Private->library->GetNotifier());
     m_Private->sourceControl.Close();
     m_Private->revisionControlHelper.SetDatabase(nullptr);
     m_Private->compoundTarget = CompoundAccessor();
@@ -164,6 +181,46 @@ bool CEmbeddedHost::IsModified() const
     auto const& files = m_Private->library->GetFiles();
     return std::any_of(files.begin(), files.end(),
                        [](auto const& file) { return file->IsModified(); });
+}
+
+QByteArray CEmbeddedHost::GetUnsavedChanges() const
+{
+    auto const document = m_Private->library ? CollectUnsavedChanges(*m_Private->library)
+                                             : nlohmann::ordered_json();
+    return document.is_null() ? QByteArray() : QByteArray::fromStdString(document.dump(1));
+}
+
+bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)
+{
+    QString fault;
+    auto const document = ParseUnsavedChanges(changes, GetLibraryFolder(), &fault);
+    if (!m_Private->library || document.is_null()) {
+        m_Private->messages.Post(eSeverity::kError,
+                                 QStringLiteral("The changes cannot be made again: %1.").arg(fault));
+        return false;
+    }
+    QStringList const leftOut = embeddedhost::RestoreUnsavedChanges(
+        *m_Private->library, document, &m_Private->commandManager);
+    for (QString const& text : leftOut)
+        m_Private->messages.Post(eSeverity::kWarning, text);
+    return leftOut.isEmpty();
+}
+
+QStringList CEmbeddedHost::FindConflicts() const
+{
+    QStringList paths;
+    if (!m_Private->library)
+        return paths;
+    for (auto const& file : m_Private->library->GetFiles()) {
+        if (file->IsModified() && GetDigestOnDisk(file->path) != file->digest)
+            paths << file->path;
+    }
+    return paths;
+}
+
+bool CEmbeddedHost::MakeWorkTree(QString const& folder, QString* fault)
+{
+    return MakeGitWorkTree(folder, fault);
 }
 
 void CEmbeddedHost::CheckFolder()

@@ -8,6 +8,7 @@
 
 #include <datamodel.h>
 
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -61,6 +62,16 @@ public:
 
     /// Something in the library is not saved.
     bool IsModified() const;
+    /// What is not saved, as a text from which RestoreUnsavedChanges makes it again, also in
+    /// another process; empty when there is nothing.
+    QByteArray GetUnsavedChanges() const;
+    /// Makes the changes again, as one command, after which they are unsaved as they were. False
+    /// when some could not be made; the message channel says which and why.
+    bool RestoreUnsavedChanges(QByteArray const& changes);
+
+    /// The files, with absolute paths, that a save would leave alone because another program has
+    /// changed them since they were read.
+    QStringList FindConflicts() const;
     /// Brings the library up to what other programs have done to its folder, now rather than
     /// shortly.
     void CheckFolder();
@@ -68,6 +79,10 @@ public:
     /// on disk, undoably, or lets the next save replace it. The path is absolute.
     bool TakeFileFromDisk(QString const& path);
     bool OverwriteFileOnDisk(QString const& path);
+
+    /// Makes the folder a git work tree whose first commit holds all that is in it. False, with
+    /// git's reason, when that fails.
+    static bool MakeWorkTree(QString const& folder, QString* fault);
 
     CCommandManager& GetCommandManager();
     CMessageChannel& GetMessages();
@@ -84,6 +99,8 @@ public:
 Q_SIGNALS:
     /// Another library is open, or none.
     void LibraryChanged();
+    /// Items or their files changed; sent from the event loop, once for a burst of changes.
+    void ContentChanged();
     /// Sent for each choice, also for that of the same compound again.
     void CompoundTargetChanged();
     /// The user wants to see the files, given with their absolute paths.

@@ -66,7 +66,9 @@ private:
 
 bool LibraryFile::IsModified() const
 {
-    return hasOtherEntries
+    // What came and went without being saved has left no file to remove.
+    bool const isNowhere = entries.empty() && digest.isEmpty();
+    return (hasOtherEntries && !isNowhere)
            || std::any_of(entries.begin(), entries.end(), [](Entry const& entry) {
                   return entry.item && entry.item->IsModified();
               });

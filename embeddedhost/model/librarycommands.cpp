@@ -91,6 +91,56 @@ void CAddItemCommand::Undo()
     library->RemoveItem(*item);
 }
 
+CRemoveItemCommand::CRemoveItemCommand(CLibrary& library, CLibraryItem const& item,
+                                       std::string const& text)
+    : CLibraryCommand(library, text)
+    , m_Uid(item.GetIdentity().uid)
+    , m_Path(item.GetFile().path)
+    , m_Object(item.GetObject())
+{
+}
+
+void CRemoveItemCommand::Do()
+{
+    CLibrary* const library = GetLibrary();
+    CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
+    if (item)
+        library->RemoveItem(*item);
+}
+
+void CRemoveItemCommand::Undo()
+{
+    CLibrary* const library = GetLibrary();
+    LibraryFile* const file = library ? library->FindFile(m_Path) : nullptr;
+    if (!file || library->FindItem(m_Uid.c_str()))
+        return;
+    if (file->digest.isEmpty()) {
+        // A save has removed the file meanwhile.
+        library->AddNewItem(file->source, m_Path, m_Object);
+        return;
+    }
+    file->hasOtherEntries = false;
+    library->AddSavedItem(*file, m_Object);
+}
+
+CCommandGroup::CCommandGroup(CLibrary& library, Commands const& commands, std::string const& text)
+    : CLibraryCommand(library, text)
+    , m_Commands(commands)
+{
+}
+
+void CCommandGroup::Do()
+{
+    for (auto const& command : m_Commands)
+        command->Do();
+}
+
+void CCommandGroup::Undo()
+{
+    for (auto command = m_Commands.rbegin(); command != m_Commands.rend(); ++command)
+        (*command)->Undo();
+}
+
 void RunCommand(CLibraryCommand* command, wek::fwk::ICommandManager* manager)
 {
     wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const kept(command);

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <vector>
 
 namespace embeddedhost {
 
@@ -68,6 +69,36 @@ private:
     QString const m_Path;
     nlohmann::ordered_json m_Object;
     std::string const m_Uid;
+};
+
+/// Takes an item away that is alone in its file; a save removes the file.
+class CRemoveItemCommand final : public CLibraryCommand
+{
+public:
+    CRemoveItemCommand(CLibrary& library, CLibraryItem const& item, std::string const& text);
+
+    void Do() override;
+    void Undo() override;
+
+private:
+    std::string const m_Uid;
+    QString const m_Path;
+    nlohmann::ordered_json const m_Object;
+};
+
+/// Several commands as one.
+class CCommandGroup final : public CLibraryCommand
+{
+public:
+    typedef std::vector<wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand>> Commands;
+
+    CCommandGroup(CLibrary& library, Commands const& commands, std::string const& text);
+
+    void Do() override;
+    void Undo() override;
+
+private:
+    Commands const m_Commands;
 };
 
 /// Runs the command through the manager, or at once without one.

@@ -53,15 +53,6 @@ bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
                                .arg(Shown(name)));
 }
 
-DataSourcePtr FindWritableSource(CLibrary const& library)
-{
-    auto const& sources = library.GetSources();
-    auto const found = std::find_if(sources.begin(), sources.end(), [](DataSourcePtr const& s) {
-        return s->GetAccessMode() != qorm::IDataSource::kReadOnlyAccess;
-    });
-    return found == sources.end() ? nullptr : *found;
-}
-
 /// A file name made from the item's: lower case, letters and digits of ASCII, else "-".
 QString MakeFileName(char const* name)
 {
@@ -77,15 +68,6 @@ QString MakeFileName(char const* name)
     while (fileName.endsWith(QLatin1Char('-')))
         fileName.chop(1);
     return fileName.isEmpty() ? QStringLiteral("item") : fileName;
-}
-
-QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char const* name)
-{
-    QString const stem = source->GetDescription().folder + QLatin1Char('/') + MakeFileName(name);
-    QString path = stem + QStringLiteral(".json");
-    for (int number = 2; library.FindFile(path) || QFileInfo::exists(path); ++number)
-        path = QStringLiteral("%1-%2.json").arg(stem).arg(number);
-    return path;
 }
 
 /// The signature's ports are what its implementations start from.
@@ -126,6 +108,24 @@ void ChangeObject(CLibrary& library, CLibraryItem const& item, ordered_json chan
 }
 
 } // namespace
+
+DataSourcePtr FindWritableSource(CLibrary const& library)
+{
+    auto const& sources = library.GetSources();
+    auto const found = std::find_if(sources.begin(), sources.end(), [](DataSourcePtr const& s) {
+        return s->GetAccessMode() != qorm::IDataSource::kReadOnlyAccess;
+    });
+    return found == sources.end() ? nullptr : *found;
+}
+
+QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char const* name)
+{
+    QString const stem = source->GetDescription().folder + QLatin1Char('/') + MakeFileName(name);
+    QString path = stem + QStringLiteral(".json");
+    for (int number = 2; library.FindFile(path) || QFileInfo::exists(path); ++number)
+        path = QStringLiteral("%1-%2.json").arg(stem).arg(number);
+    return path;
+}
 
 CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
                              wek::fwk::ICommandManager* manager)

@@ -24,6 +24,11 @@ struct NewCompound
     char const* signatureUid;
 };
 
+/// The first one that can be written; null when there is none.
+DataSourcePtr FindWritableSource(CLibrary const& library);
+/// A file name for a new item, made from the item's.
+QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char const* name);
+
 /// Null when it is refused.
 CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
                              wek::fwk::ICommandManager* manager);

@@ -117,7 +117,12 @@ bool CLibraryItem::IsModified() const
 
 bool CLibraryItem::HasSavedObject(ordered_json const& object) const
 {
-    return (m_SavedObject ? *m_SavedObject : m_Object) == object;
+    return GetSavedObject() == object;
+}
+
+ordered_json const& CLibraryItem::GetSavedObject() const
+{
+    return m_SavedObject ? *m_SavedObject : m_Object;
 }
 
 void CLibraryItem::SetSavedObject(ordered_json saved)

@@ -40,6 +40,7 @@ public:
     /// The object is what was on disk when it was read or saved last.
     bool HasSavedObject(nlohmann::ordered_json const& object) const;
     /// What is on disk of it; null for an item that is not there.
+    nlohmann::ordered_json const& GetSavedObject() const;
     void SetSavedObject(nlohmann::ordered_json saved);
     int GetCacheIndex() const;
 

@@ -10,6 +10,9 @@
 
 namespace embeddedhost {
 
+/// Has to be called before anything of the git library.
+void StartGitLibrary();
+
 template <auto Free>
 struct GitFree
 {

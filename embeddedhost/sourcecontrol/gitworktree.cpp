@@ -7,13 +7,6 @@ namespace embeddedhost {
 
 namespace {
 
-/// Never shut down: worker threads may still be in the library while the process ends.
-void StartGitLibrary()
-{
-    static int const started = git_libgit2_init();
-    Q_UNUSED(started);
-}
-
 QString TakeText(git_buf& buffer)
 {
     QString const text = QFile::decodeName(QByteArray(buffer.ptr, int(buffer.size)));
@@ -64,6 +57,13 @@ QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
 }
 
 } // namespace
+
+// Never shut down: worker threads may still be in the library while the process ends.
+void StartGitLibrary()
+{
+    static int const started = git_libgit2_init();
+    Q_UNUSED(started);
+}
 
 CGitWorkTree::CGitWorkTree(QString const& folder)
     : m_Private(new Private)

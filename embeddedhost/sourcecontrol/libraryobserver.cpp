@@ -45,7 +45,10 @@ void CLibraryObserver::OnPostCommit(ItemLibraryAccessor& /*library*/)
 
 void CLibraryObserver::OnBeginChanges(ItemLibraryAccessor& /*library*/) {}
 
-void CLibraryObserver::OnEndChanges(ItemLibraryAccessor& /*library*/) {}
+void CLibraryObserver::OnEndChanges(ItemLibraryAccessor& /*library*/)
+{
+    Q_EMIT Changed();
+}
 
 void CLibraryObserver::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID const& /*id*/,
                                        char const* /*category*/)

@@ -26,6 +26,8 @@ Q_SIGNALS:
     /// An item has come, gone, or got another name.
     void StructureChanged();
     void ItemAppeared(tarno::datamodel::ItemID const& id);
+    /// A change is complete.
+    void Changed();
     /// Files may have changed.
     void FilesChanged();
 

@@ -1,0 +1,68 @@
+#include "sourcecontrol/newworktree.h"
+
+#include "sourcecontrol/gitrepository.h"
+
+#include <QFile>
+
+namespace embeddedhost {
+
+namespace {
+
+typedef std::unique_ptr<git_signature, GitFree<git_signature_free>> GitSignaturePtr;
+
+GitRepositoryPtr Initialize(QString const& folder)
+{
+    git_repository* repository = nullptr;
+    git_repository_init(&repository, QFile::encodeName(folder).constData(), false);
+    return GitRepositoryPtr(repository);
+}
+
+/// The tree of everything in the work tree, whatever the user has git ignore elsewhere.
+GitTreePtr AddAll(git_repository* repository)
+{
+    git_index* opened = nullptr;
+    if (git_repository_index(&opened, repository) != 0)
+        return nullptr;
+    GitIndexPtr const index(opened);
+    git_oid id;
+    git_tree* tree = nullptr;
+    bool const isAdded =
+        git_index_add_all(opened, nullptr, GIT_INDEX_ADD_FORCE, nullptr, nullptr) == 0
+        && git_index_write(opened) == 0 && git_index_write_tree(&id, opened) == 0
+        && git_tree_lookup(&tree, repository, &id) == 0;
+    return GitTreePtr(isAdded ? tree : nullptr);
+}
+
+GitSignaturePtr FindAuthor(git_repository* repository)
+{
+    git_signature* author = nullptr;
+    if (git_signature_default(&author, repository) != 0)
+        git_signature_now(&author, "Node Editor", "nodeeditor@localhost");
+    return GitSignaturePtr(author);
+}
+
+bool Commit(git_repository* repository, git_tree* tree)
+{
+    GitSignaturePtr const author = FindAuthor(repository);
+    git_oid id;
+    return author
+           && git_commit_create_v(&id, repository, "HEAD", author.get(), author.get(), nullptr,
+                                  "Start the library\n", tree, 0)
+                  == 0;
+}
+
+} // namespace
+
+bool MakeGitWorkTree(QString const& folder, QString* fault)
+{
+    StartGitLibrary();
+    GitRepositoryPtr const repository = Initialize(folder);
+    GitTreePtr const tree = repository ? AddAll(repository.get()) : nullptr;
+    if (tree && Commit(repository.get(), tree.get()))
+        return true;
+    git_error const* const last = git_error_last();
+    *fault = last ? QString::fromUtf8(last->message) : QString();
+    return false;
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,81 @@
+#ifndef EMBEDDEDHOST_JOURNAL_H
+#define EMBEDDEDHOST_JOURNAL_H
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+class CEmbeddedHost;
+class QLockFile;
+
+/// Keeps the unsaved changes of the host's library in a file outside of it, so that a process
+/// that is killed loses the last few seconds at most.
+///
+/// The file is written a while after a change, and removed when everything is saved or undone.
+/// Each process has one of its own, which it holds a lock on; what a process has left behind can
+/// be recovered or discarded by the next one that opens the library. A journal that is destroyed,
+/// or whose library is closed, leaves its file behind unless it was dropped before.
+class CJournal : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What a process left behind.
+    struct Leftover
+    {
+        QString file;
+        QDateTime written;
+        int objectCount;
+    };
+
+    /// Writes into the folder, which is made when it is needed. The host has to outlive the
+    /// journal.
+    CJournal(CEmbeddedHost& host, QString const& folder, QObject* parent = nullptr);
+    ~CJournal() override;
+
+    /// How long after a change the file is written, in milliseconds.
+    void SetPause(int milliseconds);
+
+    /// Left behind of the open library, the oldest first; no other process is given them as long
+    /// as this one is there. Files that are of no use are set aside, with a message.
+    std::vector<Leftover> FindLeftovers();
+    /// Makes the changes again, as one command. When some cannot be made the file is set aside.
+    void Recover(Leftover const& leftover);
+    void Discard(Leftover const& leftover);
+
+    /// The unsaved changes are not wanted any more.
+    void Drop();
+
+private:
+    void FollowLibrary();
+    void FollowChanges();
+    void Write();
+    bool ClaimFile();
+    bool MakeFile(QByteArray const& content);
+    void RemoveFile();
+    QString GetFileStem() const;
+    QByteArray ReadLeftover(QString const& file, QString* fault) const;
+    void SetAside(QString const& file, QString const& reason);
+
+    CEmbeddedHost& m_Host;
+    QString const m_Folder;
+    QTimer m_Pause;
+    /// Of the open library; empty when none is open.
+    QString m_LibraryFolder;
+
+    /// Our own file and its lock; empty and null as long as nothing had to be written.
+    QString m_File;
+    std::unique_ptr<QLockFile> m_Lock;
+    QByteArray m_Written;
+    bool m_HasFailed = false;
+    /// Locks on what was left behind, by the file.
+    std::map<QString, std::unique_ptr<QLockFile>> m_LeftoverLocks;
+};
+
+#endif
