@@ -1,0 +1,180 @@
+#include "mainwindow.h"
+
+#include "loadprogress.h"
+#include "questions.h"
+#include "recentmenu.h"
+#include "settings.h"
+
+#include <embeddedhost.h>
+#include <journal.h>
+#include <nodebrowser.h>
+
+#include <QDir>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QPointer>
+#include <QStatusBar>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// The wait cursor, as long as the object lives.
+class WaitCursor
+{
+public:
+    WaitCursor()
+    {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    ~WaitCursor()
+    {
+        QGuiApplication::restoreOverrideCursor();
+    }
+    WaitCursor(WaitCursor const&) = delete;
+    WaitCursor& operator=(WaitCursor const&) = delete;
+};
+
+} // namespace
+
+bool CMainWindow::OpenLibrary(QString const& folder)
+{
+    {
+        WaitCursor const waitCursor;
+        CLoadProgress progress(*statusBar());
+        statusBar()->clearMessage();
+        bool const isOpen = m_Host.OpenLibrary(folder, [&progress](int done, int total) {
+            progress.Update(done, total);
+        });
+        if (!isOpen)
+            return false;
+    }
+    RememberLibrary();
+    RestoreCompound();
+    RecoverChanges();
+    return true;
+}
+
+void CMainWindow::ChooseLibrary()
+{
+    QString const folder =
+        QFileDialog::getExistingDirectory(this, tr("Open Library"), m_Host.GetLibraryFolder());
+    if (!folder.isEmpty())
+        SwitchLibrary(folder);
+}
+
+void CMainWindow::SwitchLibrary(QString const& folder)
+{
+    if (!QFileInfo::exists(folder + QStringLiteral("/library.json"))) {
+        QMessageBox::warning(this, tr("Open Library"),
+                             tr("There is no library in %1: a library is a folder with a file "
+                                "library.json.")
+                                 .arg(QDir::toNativeSeparators(folder)));
+        if (m_Settings)
+            m_Settings->RemoveRecentLibrary(folder);
+        RememberLibrary();
+        return;
+    }
+    if (!MayCloseLibrary() || OpenLibrary(folder))
+        return;
+    auto const& messages = m_Host.GetMessages().GetLog();
+    QMessageBox::warning(this, tr("Open Library"),
+                         messages.empty() ? folder : messages.back().text);
+}
+
+void CMainWindow::ShowLibrary()
+{
+    if (m_Host.GetLibrary().IsValid())
+        m_Panel->SetItemLibrary(m_Host.GetLibrary());
+    ShowSummary();
+    ShowTitle();
+    UpdateActions();
+}
+
+void CMainWindow::RememberLibrary()
+{
+    if (!m_Settings)
+        return;
+    if (!m_Host.GetLibraryFolder().isEmpty())
+        m_Settings->AddRecentLibrary(m_Host.GetLibraryFolder());
+    m_RecentMenu->SetFolders(m_Settings->GetRecentLibraries());
+}
+
+void CMainWindow::RestoreCompound()
+{
+    if (!m_Settings)
+        return;
+    ItemID const id = m_Host.FindItem(m_Settings->GetCompound(m_Host.GetLibraryFolder()));
+    if (id.IsNull())
+        return;
+    CompoundAccessor compound;
+    compound.SetFrom(m_Host.GetLibrary().GetModel(id, nullptr));
+    if (compound.IsValid())
+        m_Host.SetCompoundTarget(compound);
+}
+
+void CMainWindow::RememberCompound()
+{
+    ItemID const id = m_Host.GetCompoundTarget().GetItemID();
+    if (m_Settings && !id.IsNull())
+        m_Settings->SetCompound(m_Host.GetLibraryFolder(), ItemIDUnlock::GetItemIDUID(id));
+}
+
+void CMainWindow::RecoverChanges()
+{
+    if (!m_Journal)
+        return;
+    for (CJournal::Leftover const& leftover : m_Journal->FindLeftovers()) {
+        switch (AskToRecover(this, leftover.written, leftover.objectCount)) {
+        case eRecoverAnswer::kRecover:
+            m_Journal->Recover(leftover);
+            break;
+        case eRecoverAnswer::kDiscard:
+            m_Journal->Discard(leftover);
+            break;
+        case eRecoverAnswer::kLater:
+            break;
+        }
+    }
+}
+
+bool CMainWindow::MayCloseLibrary()
+{
+    if (!m_Host.IsModified())
+        return true;
+    switch (AskToSave(this, m_Host.GetLibraryName())) {
+    case eSaveAnswer::kSave:
+        m_SaveAction->trigger();
+        return !m_Host.IsModified();
+    case eSaveAnswer::kDiscard:
+        if (m_Journal)
+            m_Journal->Drop();
+        return true;
+    case eSaveAnswer::kCancel:
+        break;
+    }
+    return false;
+}
+
+/// Called after each save.
+void CMainWindow::ResolveConflicts()
+{
+    QStringList const files = m_Host.FindConflicts();
+    if (files.isEmpty())
+        return;
+    QStringList shown;
+    for (QString const& file : files)
+        shown << QDir(m_Host.GetLibraryFolder()).relativeFilePath(file);
+    eConflictAnswer const answer = AskAboutConflicts(this, shown);
+    if (answer == eConflictAnswer::kCancel)
+        return;
+    for (QString const& file : files) {
+        if (answer == eConflictAnswer::kTakeTheirs)
+            m_Host.TakeFileFromDisk(file);
+        else
+            m_Host.OverwriteFileOnDisk(file);
+    }
+    if (answer == eConflictAnswer::kOverwrite)
+        m_SaveAction->trigger();
+}

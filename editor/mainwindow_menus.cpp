@@ -1,0 +1,158 @@
+#include "mainwindow.h"
+
+#include "canvas/canvas.h"
+#include "recentmenu.h"
+#include "shortcutlist.h"
+
+#include <embeddedhost.h>
+#include <nodebrowser.h>
+
+#include <QCoreApplication>
+#include <QDockWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+
+void CMainWindow::CreateMenus()
+{
+    CreateFileMenu();
+    CreateEditMenu();
+    CreateCreateMenu();
+    CreateViewMenu();
+    CreateHelpMenu();
+}
+
+QAction* CMainWindow::AddAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
+                                void (CMainWindow::*slot)())
+{
+    QAction* const action = menu->addAction(text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+QAction* CMainWindow::AddCanvasAction(QMenu* menu, QString const& text,
+                                      QKeySequence const& shortcut, void (CCanvas::*slot)())
+{
+    QAction* const action = menu->addAction(text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, m_Canvas, slot);
+    return action;
+}
+
+QAction* CMainWindow::AddPanelAction(QMenu* menu, int command)
+{
+    m_Panel->CreateMenuCommand(CNodeBrowser::eMenuCommand(command), menu);
+    QAction* const action = menu->actions().constLast();
+    m_LibraryActions << action;
+    return action;
+}
+
+void CMainWindow::CreateFileMenu()
+{
+    QMenu* const menu = menuBar()->addMenu(tr("&File"));
+    AddAction(menu, tr("&Open Library..."), QKeySequence::Open, &CMainWindow::ChooseLibrary);
+    m_RecentMenu = new CRecentMenu(menu);
+    menu->addMenu(m_RecentMenu);
+    // From the event loop: opening a library fills the menu anew.
+    connect(m_RecentMenu, &CRecentMenu::FolderChosen, this, &CMainWindow::SwitchLibrary,
+            Qt::QueuedConnection);
+    menu->addSeparator();
+    m_SaveAction = AddPanelAction(menu, CNodeBrowser::eMenuSaveGraphLibrary);
+    m_SaveAction->setShortcut(QKeySequence::Save);
+    connect(m_SaveAction, &QAction::triggered, this, &CMainWindow::ResolveConflicts);
+    menu->addSeparator();
+    QAction* const quit = menu->addAction(tr("&Quit"));
+    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
+    connect(quit, &QAction::triggered, this, &CMainWindow::close);
+}
+
+void CMainWindow::CreateEditMenu()
+{
+    QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
+    QUndoStack& stack = m_Host.GetCommandManager().GetUndoStack();
+    QAction* const undo = stack.createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    undo->setIconText(tr("Undo"));
+    QAction* const redo = stack.createRedoAction(this, tr("&Redo"));
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+                        QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    redo->setIconText(tr("Redo"));
+    menu->addActions({undo, redo});
+    menu->addSeparator();
+    m_SelectionActions
+        << AddCanvasAction(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
+    m_SelectionActions << AddCanvasAction(menu, tr("&Delete"), QKeySequence::Delete,
+                                          &CCanvas::DeleteSelection);
+    menu->addSeparator();
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
+}
+
+void CMainWindow::CreateCreateMenu()
+{
+    QMenu* const menu = menuBar()->addMenu(tr("&Create"));
+    for (int const command : {CNodeBrowser::eMenuNewSignature, CNodeBrowser::eMenuNewCompound,
+                              CNodeBrowser::eMenuNewLoopCompound})
+        AddPanelAction(menu, command);
+    menu->addSeparator();
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("&Input..."), QKeySequence(), &CCanvas::AddInput)
+        << AddCanvasAction(menu, tr("&Output..."), QKeySequence(), &CCanvas::AddOutput);
+}
+
+void CMainWindow::CreateViewMenu()
+{
+    QMenu* const menu = menuBar()->addMenu(tr("&View"));
+    menu->addAction(m_PanelDock->toggleViewAction());
+    menu->addAction(m_LogDock->toggleViewAction());
+    menu->addSeparator();
+    m_MarksAction = menu->addAction(tr("&Source-Control Marks"));
+    m_MarksAction->setCheckable(true);
+    m_MarksAction->setChecked(m_Host.IsRevisionControlEnabled());
+    connect(m_MarksAction, &QAction::triggered, this, &CMainWindow::ShowMarks);
+    m_DarkAction = menu->addAction(tr("&Dark Palette"));
+    m_DarkAction->setCheckable(true);
+    connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::ChooseDark);
+    menu->addSeparator();
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn)
+        << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut, &CCanvas::ZoomOut)
+        << AddCanvasAction(menu, tr("&100%"), QKeySequence(Qt::CTRL | Qt::Key_0),
+                           &CCanvas::ResetZoom)
+        << AddCanvasAction(menu, tr("&Fit"), QKeySequence(Qt::CTRL | Qt::Key_9), &CCanvas::Fit);
+}
+
+void CMainWindow::CreateHelpMenu()
+{
+    QMenu* const menu = menuBar()->addMenu(tr("&Help"));
+    AddAction(menu, tr("&Shortcuts"), QKeySequence::HelpContents, &CMainWindow::ShowShortcuts);
+    AddAction(menu, tr("&About"), QKeySequence(), &CMainWindow::ShowAbout);
+}
+
+void CMainWindow::UpdateActions()
+{
+    auto const enable = [](QList<QAction*> const& actions, bool isEnabled) {
+        for (QAction* const action : actions)
+            action->setEnabled(isEnabled);
+    };
+    bool const hasCompound = m_Host.GetCompoundTarget().Revalidate();
+    enable(m_LibraryActions, m_Host.GetLibrary().IsValid());
+    enable(m_CompoundActions, hasCompound);
+    enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
+}
+
+void CMainWindow::ShowShortcuts()
+{
+    CShortcutList(*menuBar(), this).exec();
+}
+
+void CMainWindow::ShowAbout()
+{
+    QMessageBox::about(this, tr("About Node Editor"),
+                       tr("<h3>Node Editor %1</h3><p>A small graph editor around the node "
+                          "browser: the panel lists, searches and manages the items of a library "
+                          "folder.</p>")
+                           .arg(QCoreApplication::applicationVersion()));
+}

@@ -1,0 +1,82 @@
+#include "questions.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace {
+
+QString Translate(char const* text)
+{
+    return QCoreApplication::translate("Questions", text);
+}
+
+} // namespace
+
+eSaveAnswer AskToSave(QWidget* parent, QString const& library)
+{
+    QMessageBox box(QMessageBox::Warning, Translate("Unsaved Changes"),
+                    Translate("Save the changes in \"%1\"?").arg(library),
+                    QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    box.setInformativeText(Translate("Changes that are discarded cannot be brought back."));
+    box.setDefaultButton(QMessageBox::Save);
+    switch (box.exec()) {
+    case QMessageBox::Save:
+        return eSaveAnswer::kSave;
+    case QMessageBox::Discard:
+        return eSaveAnswer::kDiscard;
+    default:
+        return eSaveAnswer::kCancel;
+    }
+}
+
+eConflictAnswer AskAboutConflicts(QWidget* parent, QStringList const& files)
+{
+    QString const text =
+        files.size() == 1
+            ? Translate("%1 was not saved: another program has changed it as well.")
+                  .arg(files.front())
+            : Translate("%1 files were not saved: other programs have changed them as well.")
+                  .arg(files.size());
+    QMessageBox box(QMessageBox::Warning, Translate("Files Changed on Disk"), text,
+                    QMessageBox::Cancel, parent);
+    box.setInformativeText(Translate("Take what is on disk, which can be undone, or overwrite it "
+                                     "with what is here?"));
+    if (files.size() > 1)
+        box.setDetailedText(files.join(QLatin1Char('\n')));
+    QPushButton const* const take =
+        box.addButton(Translate("&Take from Disk"), QMessageBox::AcceptRole);
+    QPushButton const* const overwrite =
+        box.addButton(Translate("&Overwrite"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    if (box.clickedButton() == take)
+        return eConflictAnswer::kTakeTheirs;
+    return box.clickedButton() == overwrite ? eConflictAnswer::kOverwrite
+                                            : eConflictAnswer::kCancel;
+}
+
+eRecoverAnswer AskToRecover(QWidget* parent, QDateTime const& written, int objectCount)
+{
+    QMessageBox box(QMessageBox::Question, Translate("Recover Changes"),
+                    Translate("The editor ended before changes were saved. Recover them?"),
+                    QMessageBox::NoButton, parent);
+    QString const time = QLocale().toString(written, QLocale::ShortFormat);
+    box.setInformativeText(
+        (objectCount == 1 ? Translate("One item was changed, last on %1.")
+                          : Translate("%1 items were changed, last on %2.").arg(objectCount))
+            .arg(time)
+        + QLatin1Char(' ')
+        + Translate("Recovered changes are not saved yet, and can be undone."));
+    QPushButton* const recover = box.addButton(Translate("&Recover"), QMessageBox::AcceptRole);
+    QPushButton const* const discard =
+        box.addButton(Translate("&Discard"), QMessageBox::DestructiveRole);
+    QPushButton* const later = box.addButton(Translate("Ask &Later"), QMessageBox::RejectRole);
+    box.setDefaultButton(recover);
+    box.setEscapeButton(later);
+    box.exec();
+    if (box.clickedButton() == recover)
+        return eRecoverAnswer::kRecover;
+    return box.clickedButton() == discard ? eRecoverAnswer::kDiscard : eRecoverAnswer::kLater;
+}

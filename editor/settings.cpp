@@ -1,0 +1,99 @@
+#include "settings.h"
+
+#include <QMainWindow>
+#include <QStandardPaths>
+
+namespace {
+
+int const kMostLibraries = 8;
+/// Changes whenever docks or tool bars do, so that an old state is not applied to them.
+int const kStateVersion = 1;
+
+QString const kGeometry = QStringLiteral("window/geometry");
+QString const kState = QStringLiteral("window/state");
+QString const kDark = QStringLiteral("view/dark");
+QString const kMarks = QStringLiteral("view/sourceControlMarks");
+QString const kLibraries = QStringLiteral("libraries/recent");
+/// Of the library that was open last.
+QString const kCompoundLibrary = QStringLiteral("compound/library");
+QString const kCompoundUid = QStringLiteral("compound/uid");
+
+QString GetFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+           + QStringLiteral("/nodeeditor/nodeeditor.ini");
+}
+
+} // namespace
+
+CSettings::CSettings()
+    : m_Settings(GetFile(), QSettings::IniFormat)
+{
+}
+
+bool CSettings::RestoreWindow(QMainWindow& window) const
+{
+    return window.restoreGeometry(m_Settings.value(kGeometry).toByteArray())
+           && window.restoreState(m_Settings.value(kState).toByteArray(), kStateVersion);
+}
+
+void CSettings::KeepWindow(QMainWindow const& window)
+{
+    m_Settings.setValue(kGeometry, window.saveGeometry());
+    m_Settings.setValue(kState, window.saveState(kStateVersion));
+}
+
+std::optional<bool> CSettings::IsDark() const
+{
+    if (!m_Settings.contains(kDark))
+        return std::nullopt;
+    return m_Settings.value(kDark).toBool();
+}
+
+void CSettings::SetDark(bool isDark)
+{
+    m_Settings.setValue(kDark, isDark);
+}
+
+bool CSettings::AreMarksShown() const
+{
+    return m_Settings.value(kMarks, true).toBool();
+}
+
+void CSettings::SetMarksShown(bool areShown)
+{
+    m_Settings.setValue(kMarks, areShown);
+}
+
+QStringList CSettings::GetRecentLibraries() const
+{
+    return m_Settings.value(kLibraries).toStringList();
+}
+
+void CSettings::AddRecentLibrary(QString const& folder)
+{
+    QStringList libraries = GetRecentLibraries();
+    libraries.removeAll(folder);
+    libraries.prepend(folder);
+    m_Settings.setValue(kLibraries, QStringList(libraries.mid(0, kMostLibraries)));
+}
+
+void CSettings::RemoveRecentLibrary(QString const& folder)
+{
+    QStringList libraries = GetRecentLibraries();
+    libraries.removeAll(folder);
+    m_Settings.setValue(kLibraries, libraries);
+}
+
+std::string CSettings::GetCompound(QString const& library) const
+{
+    return m_Settings.value(kCompoundLibrary).toString() == library
+               ? m_Settings.value(kCompoundUid).toString().toStdString()
+               : std::string();
+}
+
+void CSettings::SetCompound(QString const& library, std::string const& uid)
+{
+    m_Settings.setValue(kCompoundLibrary, library);
+    m_Settings.setValue(kCompoundUid, QString::fromStdString(uid));
+}

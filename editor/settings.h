@@ -1,0 +1,44 @@
+#ifndef EDITOR_SETTINGS_H
+#define EDITOR_SETTINGS_H
+
+#include <QSettings>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <string>
+
+class QMainWindow;
+
+/// What the editor remembers from one run to the next, in a file in the user's configuration
+/// folder.
+class CSettings
+{
+public:
+    CSettings();
+
+    /// Size, place and docks. False when nothing is remembered.
+    bool RestoreWindow(QMainWindow& window) const;
+    void KeepWindow(QMainWindow const& window);
+
+    /// Nothing before the user has chosen.
+    std::optional<bool> IsDark() const;
+    void SetDark(bool isDark);
+
+    bool AreMarksShown() const;
+    void SetMarksShown(bool areShown);
+
+    /// Folders, the one opened last first.
+    QStringList GetRecentLibraries() const;
+    void AddRecentLibrary(QString const& folder);
+    void RemoveRecentLibrary(QString const& folder);
+
+    /// The uid (UTF-8) of the compound last worked on in the library; empty for none.
+    std::string GetCompound(QString const& library) const;
+    void SetCompound(QString const& library, std::string const& uid);
+
+private:
+    QSettings m_Settings;
+};
+
+#endif

@@ -1,0 +1,84 @@
+#include "shortcutlist.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+
+namespace {
+
+// In pixels.
+int const kColumnGap = 32;
+int const kSectionGap = 10;
+
+void CollectActions(QList<QAction*> const& actions, QVector<QPair<QString, QString>>& lines)
+{
+    for (QAction const* const action : actions) {
+        if (action->menu())
+            CollectActions(action->menu()->actions(), lines);
+        else if (!action->shortcut().isEmpty())
+            lines.append({action->iconText(),
+                          action->shortcut().toString(QKeySequence::NativeText)});
+    }
+}
+
+} // namespace
+
+CShortcutList::CShortcutList(QMenuBar const& menuBar, QWidget* parent)
+    : QDialog(parent)
+{
+    setWindowTitle(tr("Shortcuts"));
+    auto* const grid = new QGridLayout;
+    grid->setHorizontalSpacing(kColumnGap);
+    AddSection(*grid, tr("Menus"), CollectMenuShortcuts(menuBar));
+    AddSection(*grid, tr("Node browser"), GetPanelLines());
+    AddSection(*grid, tr("Canvas"), GetCanvasLines());
+
+    auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addStretch();
+    layout->addWidget(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+CShortcutList::Lines CShortcutList::CollectMenuShortcuts(QMenuBar const& menuBar)
+{
+    Lines lines;
+    CollectActions(menuBar.actions(), lines);
+    return lines;
+}
+
+CShortcutList::Lines CShortcutList::GetPanelLines()
+{
+    return {{tr("Search names and tags"), tr("Type words")},
+            {tr("Add an item to the graph"), tr("Drag its row")},
+            {tr("Open a compound"), tr("Double click")},
+            {tr("Rename, tag, move, show files"), tr("Right click")}};
+}
+
+CShortcutList::Lines CShortcutList::GetCanvasLines()
+{
+    return {{tr("Connect"), tr("Drag from an output to an input")},
+            {tr("Open a compound"), tr("Double click")},
+            {tr("Select several"), tr("Drag around them")},
+            {tr("Zoom"), tr("Wheel")},
+            {tr("Move the view"), tr("Drag with the middle button")}};
+}
+
+void CShortcutList::AddSection(QGridLayout& grid, QString const& title, Lines const& lines)
+{
+    if (grid.count() > 0)
+        grid.setRowMinimumHeight(grid.rowCount(), kSectionGap);
+    auto* const heading = new QLabel(QStringLiteral("<b>%1</b>").arg(title));
+    grid.addWidget(heading, grid.rowCount(), 0, 1, 2);
+    for (auto const& [what, how] : lines) {
+        int const row = grid.rowCount();
+        grid.addWidget(new QLabel(what), row, 0);
+        grid.addWidget(new QLabel(how), row, 1);
+    }
+}
