@@ -94,6 +94,14 @@ int CEditorStyle::pixelMetric(PixelMetric metric, QStyleOption const* option,
     return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+int CEditorStyle::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
+                            QStyleHintReturn* returnData) const
+{
+    // On a dark ground the shadow is what one would read.
+    return hint == SH_EtchDisabledText ? 0
+                                       : QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
 QIcon CEditorStyle::standardIcon(StandardPixmap standardIcon, QStyleOption const* option,
                                  QWidget const* widget) const
 {

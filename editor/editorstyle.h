@@ -3,7 +3,7 @@
 
 #include <QProxyStyle>
 
-/// Fusion, with tabs that fit into the panel's header and title bar icons in the palette's
+/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, and title bar icons in the palette's
 /// colours, whichever they are when an icon is painted.
 class CEditorStyle : public QProxyStyle
 {
@@ -14,6 +14,9 @@ public:
 
     int pixelMetric(PixelMetric metric, QStyleOption const* option = nullptr,
                     QWidget const* widget = nullptr) const override;
+    int styleHint(StyleHint hint, QStyleOption const* option = nullptr,
+                  QWidget const* widget = nullptr,
+                  QStyleHintReturn* returnData = nullptr) const override;
     QIcon standardIcon(StandardPixmap standardIcon, QStyleOption const* option = nullptr,
                        QWidget const* widget = nullptr) const override;
 };
