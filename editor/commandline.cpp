@@ -21,9 +21,13 @@ void AddOptions(QCommandLineParser& parser)
         QStringLiteral("A small graph editor around the node browser."));
     parser.addPositionalArgument(
         QStringLiteral("folder"),
-        QStringLiteral("The library to open; the sample library when there is none."),
+        QStringLiteral("The library to open; the one that was open last, at first a copy of the "
+                       "sample library, when there is none."),
         QStringLiteral("[FOLDER]"));
     parser.addOptions({
+        {QStringLiteral("new"),
+         QStringLiteral("Make an empty library in an empty or new folder and open it."),
+         QStringLiteral("FOLDER")},
         {QStringLiteral("dark"), QStringLiteral("Start with the dark palette.")},
         {QStringLiteral("render"),
          QStringLiteral("Render the window to a picture and end; needs no display."),
@@ -94,7 +98,7 @@ void ParseGenerate(QCommandLineParser const& parser, CommandLine& line)
 {
     RefuseOptions(parser,
                   {QStringLiteral("render"), QStringLiteral("size"), QStringLiteral("scale"),
-                   QStringLiteral("search"), QStringLiteral("dark")},
+                   QStringLiteral("search"), QStringLiteral("dark"), QStringLiteral("new")},
                   QStringLiteral("does not go with --generate"));
     line.action = eAction::kGenerate;
     line.itemCount = ParseItemCount(parser.positionalArguments());
@@ -116,6 +120,18 @@ void ParseRender(QCommandLineParser const& parser, CommandLine& line)
     line.searchText = parser.value(QStringLiteral("search"));
 }
 
+void ParseCreate(QCommandLineParser const& parser, CommandLine& line)
+{
+    RefuseOptions(parser, {QStringLiteral("render")}, QStringLiteral("does not go with --new"));
+    if (!line.libraryFolder.isEmpty())
+        throw SFault{QStringLiteral("One library at a time; \"%1\" is too much.")
+                         .arg(line.libraryFolder)};
+    line.action = eAction::kCreate;
+    line.libraryFolder = parser.value(QStringLiteral("new"));
+    if (line.libraryFolder.isEmpty())
+        throw SFault{QStringLiteral("--new needs the name of a folder.")};
+}
+
 void ParseEdit(QCommandLineParser const& parser, CommandLine& line)
 {
     QStringList const positional = parser.positionalArguments();
@@ -125,6 +141,8 @@ void ParseEdit(QCommandLineParser const& parser, CommandLine& line)
     if (!positional.isEmpty())
         line.libraryFolder = positional.first();
     line.isDark = parser.isSet(QStringLiteral("dark"));
+    if (parser.isSet(QStringLiteral("new")))
+        ParseCreate(parser, line);
     if (parser.isSet(QStringLiteral("render")))
         ParseRender(parser, line);
     else

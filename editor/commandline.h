@@ -8,6 +8,7 @@
 enum class eAction
 {
     kEdit,
+    kCreate,
     kRender,
     kGenerate,
     kShowHelp,
@@ -21,7 +22,8 @@ struct CommandLine
     QString fault;
     eAction action = eAction::kEdit;
 
-    /// The library to open, empty for the sample library; the one to write for kGenerate.
+    /// The library to open, empty for the user's last one or the sample library; the one to make
+    /// for kCreate and kGenerate.
     QString libraryFolder;
     unsigned long itemCount = 0;
     bool isDark = false;

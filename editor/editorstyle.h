@@ -3,8 +3,8 @@
 
 #include <QProxyStyle>
 
-/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, and title bar icons in the palette's
-/// colours, whichever they are when an icon is painted.
+/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, and icons
+/// of title bars in the palette's colours, whichever they are when an icon is painted.
 class CEditorStyle : public QProxyStyle
 {
     Q_OBJECT

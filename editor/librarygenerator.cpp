@@ -1,13 +1,11 @@
 #include "librarygenerator.h"
 
 #include "itemgenerator.h"
+#include "libraryfiles.h"
 
 #include <nlohmann/json.hpp>
-#include <QDir>
-#include <QFile>
 
 #include <algorithm>
-#include <stdexcept>
 
 using nlohmann::ordered_json;
 
@@ -21,49 +19,15 @@ unsigned long const kMostProjectItems = 20000;
 /// The component that stands for what ships with the application.
 char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
-[[noreturn]] void Fail(QString const& path, QString const& reason)
-{
-    throw std::runtime_error(QStringLiteral("%1: %2").arg(path, reason).toStdString());
-}
-
-void WriteFile(QString const& path, std::string const& text)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly)
-        || file.write(text.data(), static_cast<qint64>(text.size())) < 0 || !file.flush())
-        Fail(path, file.errorString());
-}
-
-void MakeFolder(QString const& path)
-{
-    if (!QDir().mkpath(path))
-        Fail(path, QStringLiteral("the folder cannot be made"));
-}
-
-void MakeEmptyFolder(QString const& path)
-{
-    if (QFileInfo::exists(path) && !QFileInfo(path).isDir())
-        Fail(path, QStringLiteral("is not a folder"));
-    MakeFolder(path);
-    if (!QDir(path).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot))
-        Fail(path, QStringLiteral("the folder is not empty"));
-}
-
-ordered_json Source(std::string const& uid, char const* name, char const* access)
-{
-    return {{"uid", uid}, {"name", name}, {"path", name}, {"access", access}};
-}
-
 void WriteManifest(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    ordered_json factory = Source(generator.MakeUid(), "factory", "read-only");
+    ordered_json factory =
+        MakeDataSource(generator.MakeUid(), "factory", "factory", "read-only");
     factory["component"] = kFactoryComponent;
-    ordered_json const manifest = {
-        {"format", 1},
-        {"name", "Generated library of " + std::to_string(itemCount) + " items"},
-        {"dataSources",
-         {Source(generator.MakeUid(), "project", "read-write"), std::move(factory)}}};
-    WriteFile(folder + QStringLiteral("/library.json"), manifest.dump(4) + '\n');
+    ordered_json const project =
+        MakeDataSource(generator.MakeUid(), "project", "project", "read-write");
+    WriteManifest(folder, "Generated library of " + std::to_string(itemCount) + " items",
+                  {project, factory});
 }
 
 /// Factory files are as long as they are many: one line an object.

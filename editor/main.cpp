@@ -1,18 +1,24 @@
 #include "commandline.h"
 #include "editorapplication.h"
+#include "libraryfiles.h"
 #include "librarygenerator.h"
 #include "mainwindow.h"
+#include "samplelibrary.h"
+#include "settings.h"
 #include "windowpicture.h"
 
 #include <embeddedhost.h>
+#include <journal.h>
 
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 
 namespace {
 
@@ -45,9 +51,14 @@ QString FindSampleLibrary()
     return QFileInfo(installed).isDir() ? installed : QStringLiteral(NODEEDITOR_SOURCE_LIBRARY);
 }
 
-QString GetLibraryFolder(CommandLine const& line)
+QString GetDataFolder()
 {
-    return line.libraryFolder.isEmpty() ? FindSampleLibrary() : line.libraryFolder;
+    return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+}
+
+bool IsLibrary(QString const& folder)
+{
+    return QFileInfo::exists(folder + QStringLiteral("/library.json"));
 }
 
 int Generate(CommandLine const& line)
@@ -72,21 +83,63 @@ void PrepareDisplay(CommandLine const& line)
         qputenv("QT_SCALE_FACTOR", QByteArray::number(line.pictureScale));
 }
 
-int Render(CommandLine const& line, CMainWindow& window)
+int Render(CommandLine const& line, CEmbeddedHost& host)
 {
-    if (!window.OpenLibrary(GetLibraryFolder(line)))
+    CMainWindow window(host);
+    if (line.isDark)
+        window.SetDark(true);
+    QObject::connect(&host.GetMessages(), &CMessageChannel::MessagePosted, &window,
+                     [](eSeverity, QString const& text) { Print(stderr, text); });
+    if (!window.OpenLibrary(line.libraryFolder.isEmpty() ? FindSampleLibrary()
+                                                         : line.libraryFolder))
         return kFailure;
     window.Search(line.searchText);
     SaveWindowPicture(window, line.pictureSize, line.pictureFile);
     return kSuccess;
 }
 
-int Edit(CommandLine const& line, CMainWindow& window)
+void OpenSampleLibrary(CMainWindow& window, CMessageChannel& messages)
 {
+    QString const copy = GetDataFolder() + QStringLiteral("/sample-library");
+    QString fault;
+    try {
+        PrepareSampleLibrary(FindSampleLibrary(), copy, &fault);
+    } catch (std::runtime_error const& error) {
+        messages.Post(eSeverity::kError, QStringLiteral("The sample library cannot be copied: %1.")
+                                             .arg(QString::fromUtf8(error.what())));
+        return;
+    }
+    window.OpenLibrary(copy);
+    if (!fault.isEmpty())
+        messages.Post(eSeverity::kWarning,
+                      QStringLiteral("The sample library is not under source control: %1.")
+                          .arg(fault));
+}
+
+void OpenAtStart(CommandLine const& line, CSettings const& settings, CMainWindow& window,
+                 CMessageChannel& messages)
+{
+    QString const last = settings.GetRecentLibraries().value(0);
+    if (!line.libraryFolder.isEmpty())
+        window.OpenLibrary(line.libraryFolder);
+    else if (!IsLibrary(last) || !window.OpenLibrary(last))
+        OpenSampleLibrary(window, messages);
+}
+
+int Edit(CommandLine const& line, CEmbeddedHost& host)
+{
+    CSettings settings;
+    CJournal journal(host, GetDataFolder() + QStringLiteral("/journal"));
+    CMainWindow window(host);
     window.resize(line.pictureSize);
+    window.UseSettings(settings);
+    window.UseJournal(journal);
+    if (line.isDark)
+        window.SetDark(true);
     window.show();
     // From the event loop, so that the window is there while a large library is read.
-    QTimer::singleShot(0, &window, [&] { window.OpenLibrary(GetLibraryFolder(line)); });
+    QTimer::singleShot(0, &window,
+                       [&] { OpenAtStart(line, settings, window, host.GetMessages()); });
     return QApplication::exec();
 }
 
@@ -98,16 +151,21 @@ int RunWindow(CommandLine const& line, int& argc, char** argv)
     if (line.action == eAction::kRender)
         PrepareForPictures();
     CEmbeddedHost host;
-    CMessageChannel& messages = host.GetMessages();
-    application.ReportTo(messages);
-    CMainWindow window(host);
-    if (line.isDark)
-        window.SetDark(true);
-    if (line.action == eAction::kEdit)
-        return Edit(line, window);
-    QObject::connect(&messages, &CMessageChannel::MessagePosted, &window,
-                     [](eSeverity, QString const& text) { Print(stderr, text); });
-    return Render(line, window);
+    application.ReportTo(host.GetMessages());
+    return line.action == eAction::kRender ? Render(line, host) : Edit(line, host);
+}
+
+/// Before there is a window: what cannot be opened at all is told where it was typed.
+void CheckLibrary(CommandLine const& line)
+{
+    if (line.action == eAction::kCreate)
+        MakeLibrary(line.libraryFolder);
+    else if (!line.libraryFolder.isEmpty() && !IsLibrary(line.libraryFolder))
+        throw std::runtime_error(
+            QStringLiteral("%1: there is no library, a folder with a file library.json; make an "
+                           "empty one with --new")
+                .arg(line.libraryFolder)
+                .toStdString());
 }
 
 int Run(int argc, char** argv)
@@ -125,10 +183,12 @@ int Run(int argc, char** argv)
         return kSuccess;
     case eAction::kGenerate:
         return Generate(line);
+    case eAction::kCreate:
     case eAction::kRender:
     case eAction::kEdit:
         break;
     }
+    CheckLibrary(line);
     return RunWindow(line, argc, argv);
 }
 

@@ -2,19 +2,18 @@
 
 #include "canvas.h"
 #include "librarysummary.h"
-#include "loadprogress.h"
 #include "messagelog.h"
+#include "settings.h"
 
 #include <embeddedhost.h>
 #include <nodebrowser.h>
 
+#include <QAction>
+#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDockWidget>
-#include <QFileDialog>
-#include <QGuiApplication>
+#include <QFileInfo>
 #include <QLineEdit>
-#include <QMenuBar>
-#include <QMessageBox>
 #include <QSet>
 #include <QStatusBar>
 #include <QUrl>
@@ -25,22 +24,6 @@ namespace {
 int const kPanelWidth = 280;
 int const kSmallestPanelWidth = 180;
 int const kLogHeight = 140;
-
-/// The wait cursor, as long as the object lives.
-class WaitCursor
-{
-public:
-    WaitCursor()
-    {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    }
-    ~WaitCursor()
-    {
-        QGuiApplication::restoreOverrideCursor();
-    }
-    WaitCursor(WaitCursor const&) = delete;
-    WaitCursor& operator=(WaitCursor const&) = delete;
-};
 
 } // namespace
 
@@ -53,18 +36,10 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     setCentralWidget(m_Canvas);
     CreatePanel();
     CreateLog();
-    CreateFileMenu();
-    CreateCreateMenu();
-    CreateViewMenu();
-    CreateHelpMenu();
+    CreateMenus();
     SetDark(m_Theme.IsDesktopDark());
     ShowLibrary();
-    connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CMainWindow::ShowLibrary);
-    connect(&m_Host, &CEmbeddedHost::ShowFilesRequested, this, &CMainWindow::ShowFiles);
-    connect(&m_Host.GetMessages(), &CMessageChannel::MessagePosted, this,
-            &CMainWindow::ShowMessage);
-    connect(&m_Host.GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
-            &CMainWindow::ShowSummary);
+    ConnectHost();
 }
 
 void CMainWindow::CreatePanel()
@@ -97,52 +72,31 @@ QDockWidget* CMainWindow::AddDock(QString const& title, QWidget* widget, Qt::Doc
     return dock;
 }
 
-void CMainWindow::CreateFileMenu()
+void CMainWindow::ConnectHost()
 {
-    QMenu* const menu = menuBar()->addMenu(tr("&File"));
-    QAction* const open = menu->addAction(tr("&Open Library..."));
-    open->setShortcut(QKeySequence::Open);
-    connect(open, &QAction::triggered, this, &CMainWindow::ChooseLibrary);
-    m_Panel->CreateMenuCommand(CNodeBrowser::eMenuSaveGraphLibrary, menu);
-    menu->addSeparator();
-    QAction* const quit = menu->addAction(tr("&Quit"));
-    quit->setShortcut(QKeySequence::Quit);
-    connect(quit, &QAction::triggered, this, &CMainWindow::close);
+    connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CMainWindow::ShowLibrary);
+    connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowSummary);
+    connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowTitle);
+    connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::ShowTitle);
+    connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::RememberCompound);
+    connect(&m_Host, &CEmbeddedHost::ShowFilesRequested, this, &CMainWindow::ShowFiles);
+    connect(&m_Host.GetMessages(), &CMessageChannel::MessagePosted, this,
+            &CMainWindow::ShowMessage);
 }
 
-void CMainWindow::CreateCreateMenu()
+void CMainWindow::UseSettings(CSettings& settings)
 {
-    QMenu* const menu = menuBar()->addMenu(tr("&Create"));
-    for (CNodeBrowser::eMenuCommand const command :
-         {CNodeBrowser::eMenuNewSignature, CNodeBrowser::eMenuNewCompound,
-          CNodeBrowser::eMenuNewLoopCompound})
-        m_Panel->CreateMenuCommand(command, menu);
+    m_Settings = &settings;
+    settings.RestoreWindow(*this);
+    SetDark(settings.IsDark().value_or(m_Theme.IsDesktopDark()));
+    m_MarksAction->setChecked(settings.AreMarksShown());
+    m_Host.SetRevisionControlEnabled(settings.AreMarksShown());
+    RememberLibrary();
 }
 
-void CMainWindow::CreateViewMenu()
+void CMainWindow::UseJournal(CJournal& journal)
 {
-    QMenu* const menu = menuBar()->addMenu(tr("&View"));
-    menu->addAction(m_PanelDock->toggleViewAction());
-    menu->addAction(m_LogDock->toggleViewAction());
-    menu->addSeparator();
-    m_DarkAction = menu->addAction(tr("&Dark Palette"));
-    m_DarkAction->setCheckable(true);
-    connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::SetDark);
-}
-
-void CMainWindow::CreateHelpMenu()
-{
-    QMenu* const menu = menuBar()->addMenu(tr("&Help"));
-    connect(menu->addAction(tr("&About")), &QAction::triggered, this, &CMainWindow::ShowAbout);
-}
-
-bool CMainWindow::OpenLibrary(QString const& folder)
-{
-    WaitCursor const waitCursor;
-    CLoadProgress progress(*statusBar());
-    statusBar()->clearMessage();
-    return m_Host.OpenLibrary(folder,
-                              [&progress](int done, int total) { progress.Update(done, total); });
+    m_Journal = &journal;
 }
 
 void CMainWindow::Search(QString const& text)
@@ -157,24 +111,42 @@ void CMainWindow::SetDark(bool isDark)
     m_DarkAction->setChecked(isDark);
 }
 
-void CMainWindow::ChooseLibrary()
+void CMainWindow::ChooseDark(bool isDark)
 {
-    QString const folder =
-        QFileDialog::getExistingDirectory(this, tr("Open Library"), m_Host.GetLibraryFolder());
-    if (folder.isEmpty() || OpenLibrary(folder))
-        return;
-    auto const& messages = m_Host.GetMessages().GetLog();
-    QMessageBox::warning(this, tr("Open Library"),
-                         messages.empty() ? folder : messages.back().text);
+    SetDark(isDark);
+    if (m_Settings)
+        m_Settings->SetDark(isDark);
 }
 
-void CMainWindow::ShowLibrary()
+void CMainWindow::ShowMarks(bool areShown)
 {
-    QString const name = m_Host.GetLibraryName();
-    setWindowTitle(name.isEmpty() ? tr("Node Editor") : tr("%1 - Node Editor").arg(name));
-    if (m_Host.GetLibrary().IsValid())
-        m_Panel->SetItemLibrary(m_Host.GetLibrary());
-    ShowSummary();
+    m_Host.SetRevisionControlEnabled(areShown);
+    if (m_Settings)
+        m_Settings->SetMarksShown(areShown);
+}
+
+void CMainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!MayCloseLibrary()) {
+        event->ignore();
+        return;
+    }
+    if (m_Settings)
+        m_Settings->KeepWindow(*this);
+    event->accept();
+}
+
+void CMainWindow::ShowTitle()
+{
+    QString const library = m_Host.GetLibraryName();
+    tarno::datamodel::ItemID const compound = m_Host.GetCompoundTarget().GetItemID();
+    QString const name =
+        QString::fromLatin1(m_Host.GetLibrary().GetItemName(compound, true, nullptr).c_str());
+    QString title = library.isEmpty() ? tr("Node Editor") : library + QStringLiteral("[*]");
+    if (!name.isEmpty())
+        title.prepend(tr("%1 - ").arg(name));
+    setWindowTitle(title);
+    setWindowModified(m_Host.IsModified());
 }
 
 void CMainWindow::ShowSummary()
@@ -201,13 +173,4 @@ void CMainWindow::ShowMessage(eSeverity severity, QString const& text)
         return;
     m_IsLogOffered = true;
     m_LogDock->show();
-}
-
-void CMainWindow::ShowAbout()
-{
-    QMessageBox::about(this, tr("About Node Editor"),
-                       tr("<h3>Node Editor %1</h3><p>A small graph editor around the node "
-                          "browser: the panel lists, searches and manages the items of a library "
-                          "folder.</p>")
-                           .arg(QCoreApplication::applicationVersion()));
 }

@@ -9,8 +9,11 @@
 
 class CCanvas;
 class CEmbeddedHost;
+class CJournal;
 class CMessageLog;
 class CNodeBrowser;
+class CRecentMenu;
+class CSettings;
 class QDockWidget;
 
 /// The editor's window: the panel at the left, the canvas, and what the host has to say in the
@@ -23,27 +26,63 @@ public:
     /// The host has to outlive the window.
     explicit CMainWindow(CEmbeddedHost& host);
 
-    /// False when nothing could be opened; why stands among the host's messages.
+    /// Takes the window's state from the settings, and keeps it there from now on. They have to
+    /// outlive the window, as has the journal.
+    void UseSettings(CSettings& settings);
+    /// Offers what the journal has of libraries that are opened from now on.
+    void UseJournal(CJournal& journal);
+
+    /// False when nothing could be opened; why stands among the host's messages. Unsaved changes
+    /// of the library that is open are lost.
     bool OpenLibrary(QString const& folder);
     /// As if typed into the panel.
     void Search(QString const& text);
     void SetDark(bool isDark);
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void CreatePanel();
     void CreateLog();
     QDockWidget* AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area);
+    void ConnectHost();
+
+    // mainwindow_menus.cpp
+    void CreateMenus();
     void CreateFileMenu();
+    void CreateEditMenu();
     void CreateCreateMenu();
     void CreateViewMenu();
     void CreateHelpMenu();
+    QAction* AddAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
+                       void (CMainWindow::*slot)());
+    /// `command` is one of the panel's library-wide commands.
+    QAction* AddPanelAction(QMenu* menu, int command);
+    void UpdateActions();
+    void ShowShortcuts();
+    void ShowAbout();
 
+    // mainwindow_library.cpp
     void ChooseLibrary();
+    /// As the user asks for it: unsaved changes are asked about, and a failure is told.
+    void SwitchLibrary(QString const& folder);
     void ShowLibrary();
+    void RememberLibrary();
+    void RecoverChanges();
+    /// The compound that was worked on last in the library.
+    void RestoreCompound();
+    void RememberCompound();
+    /// The library may be closed: nothing is unsaved, or wanted any more.
+    bool MayCloseLibrary();
+    void ResolveConflicts();
+
+    void ShowTitle();
     void ShowSummary();
     void ShowFiles(QStringList const& paths);
     void ShowMessage(eSeverity severity, QString const& text);
-    void ShowAbout();
+    void ChooseDark(bool isDark);
+    void ShowMarks(bool areShown);
 
     CEmbeddedHost& m_Host;
     CTheme m_Theme;
@@ -52,7 +91,16 @@ private:
     CMessageLog* const m_Log;
     QDockWidget* m_PanelDock = nullptr;
     QDockWidget* m_LogDock = nullptr;
+    /// Null when nothing is kept.
+    CSettings* m_Settings = nullptr;
+    CJournal* m_Journal = nullptr;
+
+    CRecentMenu* m_RecentMenu = nullptr;
+    QAction* m_SaveAction = nullptr;
     QAction* m_DarkAction = nullptr;
+    QAction* m_MarksAction = nullptr;
+    /// Enabled as long as a library is open.
+    QList<QAction*> m_LibraryActions;
     /// The log came forward by itself once; from then on it is the user's to show and hide.
     bool m_IsLogOffered = false;
 };

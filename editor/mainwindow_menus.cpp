@@ -1,6 +1,5 @@
 #include "mainwindow.h"
 
-#include "canvas/canvas.h"
 #include "recentmenu.h"
 #include "shortcutlist.h"
 
@@ -27,15 +26,6 @@ QAction* CMainWindow::AddAction(QMenu* menu, QString const& text, QKeySequence c
     QAction* const action = menu->addAction(text);
     action->setShortcut(shortcut);
     connect(action, &QAction::triggered, this, slot);
-    return action;
-}
-
-QAction* CMainWindow::AddCanvasAction(QMenu* menu, QString const& text,
-                                      QKeySequence const& shortcut, void (CCanvas::*slot)())
-{
-    QAction* const action = menu->addAction(text);
-    action->setShortcut(shortcut);
-    connect(action, &QAction::triggered, m_Canvas, slot);
     return action;
 }
 
@@ -78,16 +68,6 @@ void CMainWindow::CreateEditMenu()
                         QKeySequence(Qt::CTRL | Qt::Key_Y)});
     redo->setIconText(tr("Redo"));
     menu->addActions({undo, redo});
-    menu->addSeparator();
-    m_SelectionActions
-        << AddCanvasAction(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
-    m_SelectionActions << AddCanvasAction(menu, tr("&Delete"), QKeySequence::Delete,
-                                          &CCanvas::DeleteSelection);
-    menu->addSeparator();
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
 }
 
 void CMainWindow::CreateCreateMenu()
@@ -96,10 +76,6 @@ void CMainWindow::CreateCreateMenu()
     for (int const command : {CNodeBrowser::eMenuNewSignature, CNodeBrowser::eMenuNewCompound,
                               CNodeBrowser::eMenuNewLoopCompound})
         AddPanelAction(menu, command);
-    menu->addSeparator();
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("&Input..."), QKeySequence(), &CCanvas::AddInput)
-        << AddCanvasAction(menu, tr("&Output..."), QKeySequence(), &CCanvas::AddOutput);
 }
 
 void CMainWindow::CreateViewMenu()
@@ -115,13 +91,6 @@ void CMainWindow::CreateViewMenu()
     m_DarkAction = menu->addAction(tr("&Dark Palette"));
     m_DarkAction->setCheckable(true);
     connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::ChooseDark);
-    menu->addSeparator();
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn)
-        << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut, &CCanvas::ZoomOut)
-        << AddCanvasAction(menu, tr("&100%"), QKeySequence(Qt::CTRL | Qt::Key_0),
-                           &CCanvas::ResetZoom)
-        << AddCanvasAction(menu, tr("&Fit"), QKeySequence(Qt::CTRL | Qt::Key_9), &CCanvas::Fit);
 }
 
 void CMainWindow::CreateHelpMenu()
@@ -133,14 +102,8 @@ void CMainWindow::CreateHelpMenu()
 
 void CMainWindow::UpdateActions()
 {
-    auto const enable = [](QList<QAction*> const& actions, bool isEnabled) {
-        for (QAction* const action : actions)
-            action->setEnabled(isEnabled);
-    };
-    bool const hasCompound = m_Host.GetCompoundTarget().Revalidate();
-    enable(m_LibraryActions, m_Host.GetLibrary().IsValid());
-    enable(m_CompoundActions, hasCompound);
-    enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
+    for (QAction* const action : m_LibraryActions)
+        action->setEnabled(m_Host.GetLibrary().IsValid());
 }
 
 void CMainWindow::ShowShortcuts()

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,6 +16,9 @@ private Q_SLOTS:
     void wrongArguments();
     void generatesAndRenders();
     void reportsWhatCannotBeDone();
+    void leavesNoTraceOfPictures();
+    void startsOnACopyOfTheSampleLibrary();
+    void startsOnANewLibrary();
 
 private:
     struct Outcome
@@ -24,18 +28,53 @@ private:
     };
 
     Outcome Run(QStringList const& arguments);
+    void Prepare(QProcess& process) const;
+    /// Starts the editor, waits for the library to be remembered, and kills it.
+    void StartAndKill(QStringList const& arguments, QString const& library);
+    QString GetHome(QString const& path) const;
 
     QTemporaryDir m_Folder;
+    QTemporaryDir m_Home;
 };
 
 TestNodeEditor::Outcome TestNodeEditor::Run(QStringList const& arguments)
 {
     QProcess process;
-    process.setWorkingDirectory(m_Folder.path());
+    Prepare(process);
     process.start(QStringLiteral(NODEEDITOR_PROGRAM), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
         return {-1, process.errorString()};
     return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardError())};
+}
+
+void TestNodeEditor::Prepare(QProcess& process) const
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (char const* const name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+        environment.insert(QString::fromLatin1(name), GetHome(QString::fromLatin1(name)));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_Folder.path());
+}
+
+QString TestNodeEditor::GetHome(QString const& path) const
+{
+    return m_Home.filePath(path);
+}
+
+void TestNodeEditor::StartAndKill(QStringList const& arguments, QString const& library)
+{
+    QProcess process;
+    Prepare(process);
+    process.start(QStringLiteral(NODEEDITOR_PROGRAM), arguments);
+    QString const settings = GetHome(QStringLiteral("XDG_CONFIG_HOME/nodeeditor/nodeeditor.ini"));
+    // Read by itself each time: another process writes it.
+    auto const getLast = [&settings] {
+        QSettings const kept(settings, QSettings::IniFormat);
+        return kept.value(QStringLiteral("libraries/recent")).toStringList().value(0);
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(getLast(), library, 30000);
+    process.kill();
+    QVERIFY(process.waitForFinished());
 }
 
 void TestNodeEditor::wrongArguments_data()
@@ -55,6 +94,12 @@ void TestNodeEditor::wrongArguments_data()
                                         << "\"many\"";
     QTest::newRow("generate and render") << "--generate out 5 --render a.png"
                                          << "--render";
+    QTest::newRow("new without a folder") << "--new"
+                                          << "new";
+    QTest::newRow("new and another one") << "--new out other"
+                                         << "other";
+    QTest::newRow("new and render") << "--new out --render a.png"
+                                    << "--render";
     QTest::newRow("size without a picture") << "--size 20x20"
                                             << "--size";
     QTest::newRow("size of one number") << "--render a.png --size 20"
@@ -105,6 +150,37 @@ void TestNodeEditor::reportsWhatCannotBeDone()
     QCOMPARE(unwritable.exitCode, 1);
     QVERIFY2(unwritable.errors.contains(QStringLiteral("no/such/folder.png")),
              qPrintable(unwritable.errors));
+}
+
+void TestNodeEditor::leavesNoTraceOfPictures()
+{
+    Outcome const outcome = Run({"--render", "sample.png"});
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
+    QVERIFY(!QFileInfo::exists(GetHome(QStringLiteral("XDG_CONFIG_HOME/nodeeditor"))));
+    QVERIFY(!QFileInfo::exists(GetHome(QStringLiteral("XDG_DATA_HOME"))));
+}
+
+void TestNodeEditor::startsOnACopyOfTheSampleLibrary()
+{
+    QString const copy = GetHome(QStringLiteral("XDG_DATA_HOME/nodeeditor/sample-library"));
+    StartAndKill({}, copy);
+    QVERIFY(QFileInfo(copy + QStringLiteral("/.git/HEAD")).isFile());
+    QCOMPARE(QDir(copy + QStringLiteral("/..")).entryList({QStringLiteral("sample-library*")}),
+             QStringList(QStringLiteral("sample-library")));
+}
+
+void TestNodeEditor::startsOnANewLibrary()
+{
+    QString const made = m_Folder.filePath(QStringLiteral("fresh"));
+    StartAndKill({"--new", "fresh"}, made);
+    QFile::remove(GetHome(QStringLiteral("XDG_CONFIG_HOME/nodeeditor/nodeeditor.ini")));
+    StartAndKill({"fresh"}, made);
+    // What was open last comes without being named.
+    StartAndKill({}, made);
+
+    Outcome const again = Run({"--new", "fresh"});
+    QCOMPARE(again.exitCode, 1);
+    QVERIFY2(again.errors.contains(QStringLiteral("not empty")), qPrintable(again.errors));
 }
 
 NODEBROWSER_TEST_MAIN(TestNodeEditor)
