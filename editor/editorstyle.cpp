@@ -1,7 +1,9 @@
 #include "editorstyle.h"
 
+#include "messageicons.h"
+#include "paintediconengine.h"
+
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -9,9 +11,11 @@ namespace {
 
 /// In pixels, above and below a tab's text together.
 int const kTabMargins = 6;
+/// In pixels, at least these at the left and right of a button's text together.
+int const kButtonMargins = 24;
 
 /// Paints an icon with lines in the text colour that buttons have at that time.
-class LineIconEngine : public QIconEngine
+class LineIconEngine : public PaintedIconEngine
 {
 public:
     /// The path lies in a square from (0, 0) to (1, 1).
@@ -24,32 +28,16 @@ public:
         return new LineIconEngine(*this);
     }
 
-    void paint(QPainter* painter, QRect const& rect, QIcon::Mode mode, QIcon::State) override
+protected:
+    void PaintSquare(QPainter& painter, QIcon::Mode mode) override
     {
         QPalette::ColorGroup const group =
             mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-        int const side = qMin(rect.width(), rect.height());
         QPen pen(QGuiApplication::palette().color(group, QPalette::ButtonText), kLineWidth);
         pen.setCapStyle(Qt::FlatCap);
         pen.setJoinStyle(Qt::MiterJoin);
-
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(QRectF(rect).center() - QPointF(side, side) / 2);
-        painter->scale(side, side);
-        painter->setPen(pen);
-        painter->drawPath(m_Path);
-        painter->restore();
-    }
-
-    /// The base class leaves it to chance what is behind the lines.
-    QPixmap pixmap(QSize const& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        return pixmap;
+        painter.setPen(pen);
+        painter.drawPath(m_Path);
     }
 
 private:
@@ -94,6 +82,16 @@ int CEditorStyle::pixelMetric(PixelMetric metric, QStyleOption const* option,
     return QProxyStyle::pixelMetric(metric, option, widget);
 }
 
+QSize CEditorStyle::sizeFromContents(ContentsType type, QStyleOption const* option,
+                                     QSize const& size, QWidget const* widget) const
+{
+    QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+    bool const isText = type == CT_PushButton && !size.isEmpty();
+    if (isText && whole.width() < size.width() + kButtonMargins)
+        whole.setWidth(size.width() + kButtonMargins);
+    return whole;
+}
+
 int CEditorStyle::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
                             QStyleHintReturn* returnData) const
 {
@@ -109,5 +107,6 @@ QIcon CEditorStyle::standardIcon(StandardPixmap standardIcon, QStyleOption const
         return QIcon(new LineIconEngine(CrossPath()));
     if (standardIcon == SP_TitleBarNormalButton)
         return QIcon(new LineIconEngine(WindowsPath()));
-    return QProxyStyle::standardIcon(standardIcon, option, widget);
+    QIcon const message = MakeMessageIcon(standardIcon);
+    return message.isNull() ? QProxyStyle::standardIcon(standardIcon, option, widget) : message;
 }

@@ -3,8 +3,9 @@
 
 #include <QProxyStyle>
 
-/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, and icons
-/// of title bars in the palette's colours, whichever they are when an icon is painted.
+/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, plain
+/// icons in message boxes, and icons of title bars in the palette's colours, whichever they are
+/// when an icon is painted.
 class CEditorStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -14,6 +15,8 @@ public:
 
     int pixelMetric(PixelMetric metric, QStyleOption const* option = nullptr,
                     QWidget const* widget = nullptr) const override;
+    QSize sizeFromContents(ContentsType type, QStyleOption const* option, QSize const& size,
+                           QWidget const* widget = nullptr) const override;
     int styleHint(StyleHint hint, QStyleOption const* option = nullptr,
                   QWidget const* widget = nullptr,
                   QStyleHintReturn* returnData = nullptr) const override;
