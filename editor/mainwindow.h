@@ -75,6 +75,8 @@ private:
     void RememberCompound();
     /// The library may be closed: nothing is unsaved, or wanted any more.
     bool MayCloseLibrary();
+    /// Whatever the user chooses; false when something is still not saved.
+    bool SaveOrDiscard();
     void ResolveConflicts();
 
     void ShowTitle();

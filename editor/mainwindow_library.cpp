@@ -141,15 +141,21 @@ void CMainWindow::RecoverChanges()
 
 bool CMainWindow::MayCloseLibrary()
 {
-    if (!m_Host.IsModified())
-        return true;
+    if (m_Host.IsModified() && !SaveOrDiscard())
+        return false;
+    // There may be no event loop any more that the journal could learn of a save in.
+    if (m_Journal)
+        m_Journal->Drop();
+    return true;
+}
+
+bool CMainWindow::SaveOrDiscard()
+{
     switch (AskToSave(this, m_Host.GetLibraryName())) {
     case eSaveAnswer::kSave:
         m_SaveAction->trigger();
         return !m_Host.IsModified();
     case eSaveAnswer::kDiscard:
-        if (m_Journal)
-            m_Journal->Drop();
         return true;
     case eSaveAnswer::kCancel:
         break;

@@ -179,7 +179,8 @@ private Q_SLOTS:
         QCOMPARE(m_Run->window.close(), isClosed);
         QVERIFY(answer.IsDone());
         QCOMPARE(Content().contains("Soft Glow"), isSaved);
-        QTRY_COMPARE(CountJournals(), isClosed ? 0 : 1);
+        // The process may end before anything else happens.
+        QCOMPARE(CountJournals(), isClosed ? 0 : 1);
     }
 
     void openingAnotherLibraryAsks()
