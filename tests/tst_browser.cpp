@@ -222,6 +222,10 @@ void TestNodeBrowser::listsAtOnceAndAsksForStatesWithTheNextPaint()
     browser.Paint();
     QCOMPARE(m_Host->TakeCount("GetItems"), 0);
     QVERIFY(m_Host->TakeCalls().isEmpty());
+
+    // Another library's states are asked for again.
+    browser.SetItemLibrary(library.GetAccessor());
+    QVERIFY(browser.m_ScStatesStale);
 }
 
 /// A host that closes a library under the panel leaves it with accessors that answer nothing.

@@ -1,7 +1,6 @@
-#include "paneltest.h"
+#include "browsertest.h"
 #include "searchreference.h"
 #include "stringutils.h"
-#include "testbrowser.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -13,7 +12,7 @@
 
 using namespace tarno::datamodel;
 
-class TestFilter : public PanelTest
+class TestFilter : public BrowserTest
 {
     Q_OBJECT
 
@@ -27,21 +26,6 @@ private Q_SLOTS:
     void clearsTheSearch();
     void confirmsWithEnter();
     void keepsTheSelectedPosition();
-
-protected:
-    void SetUp() override
-    {
-        PanelTest::SetUp();
-        m_Library.reset(new TestLibrary);
-    }
-
-    void TearDown() override
-    {
-        m_Library.reset();
-        PanelTest::TearDown();
-    }
-
-    std::unique_ptr<TestLibrary> m_Library;
 };
 
 namespace {

@@ -1,57 +1,42 @@
-#include "paneltest.h"
-#include "testbrowser.h"
+#include "browsertest.h"
 
-#include <QDrag>
 #include <QHelpEvent>
-#include <QMimeData>
-#include <QPointer>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
 #include <QWheelEvent>
 
-#include <functional>
-
 using namespace tarno::datamodel;
 
 namespace {
 
-/// The drags that were run: what the last one carried, and what happens meanwhile.
-struct SDrags
+/// Counts paints and notes context menus instead of opening them.
+class WatchedBrowser : public TestBrowser
 {
-    int count = 0;
-    int cancelCount = 0;
-    QStringList formats;
-    QByteArray payload;
-    Qt::DropActions actions;
-    QObject* source = nullptr;
-    std::function<void()> meanwhile;
-} drags;
+public:
+    using TestBrowser::TestBrowser;
+
+    int m_PaintCount = 0;
+    QStringList m_Menus;
+
+protected:
+    void PopContexMenu(QPoint const& globalPos, unsigned long index) override
+    {
+        bool const isHere = mapFromGlobal(globalPos) == GetRowCenter(int(index));
+        m_Menus << QString("%1 at %2").arg(index).arg(isHere ? "row" : "somewhere else");
+    }
+
+    void paintEvent(QPaintEvent* event) override
+    {
+        ++m_PaintCount;
+        TestBrowser::paintEvent(event);
+    }
+};
 
 } // namespace
 
-// These take the place of the toolkit's own, which need a person with a mouse.
-Qt::DropAction QDrag::exec(Qt::DropActions supportedActions)
-{
-    ++drags.count;
-    drags.formats = mimeData()->formats();
-    drags.payload = mimeData()->data("tarno/toc.key");
-    drags.actions = supportedActions;
-    drags.source = source();
-    QPointer<QDrag> const self(this);
-    if (drags.meanwhile)
-        drags.meanwhile();
-    delete self.data();
-    return Qt::IgnoreAction;
-}
-
-void QDrag::cancel()
-{
-    ++drags.cancelCount;
-}
-
-class TestInput : public PanelTest
+class TestInput : public BrowserTest
 {
     Q_OBJECT
 
@@ -59,10 +44,6 @@ private Q_SLOTS:
     void selectsWithPresses_data();
     void selectsWithPresses();
     void repaintsAtOnceForSelectionOnly();
-    void startsDragAtDistance();
-    void dragsTheIdentifier();
-    void survivesWhatHappensDuringDrag_data();
-    void survivesWhatHappensDuringDrag();
     void makesCompoundCurrentOnDoubleClick();
     void showsToolTipOfCompounds();
     void showsNoToolTipWithoutDatabaseObject();
@@ -75,9 +56,7 @@ private Q_SLOTS:
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
-        drags = SDrags();
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         m_Library->Add(TarnoType::gCompound, "a compound");
         m_Library->Add(TarnoType::gCompound, "b signature").isAbstract = true;
         m_Library->Add(TarnoType::gSolver, "c solver");
@@ -85,62 +64,16 @@ protected:
         MakeBrowser(CNodeBrowser::eConfigNodes);
     }
 
-    void TearDown() override
-    {
-        m_Browser.reset();
-        m_Library.reset();
-        PanelTest::TearDown();
-    }
-
 private:
-    /// Counts paints and notes context menus instead of opening them.
-    class Browser : public TestBrowser
-    {
-    public:
-        using TestBrowser::TestBrowser;
-
-        int m_PaintCount = 0;
-        QStringList m_Menus;
-
-    protected:
-        void PopContexMenu(QPoint const& globalPos, unsigned long index) override
-        {
-            bool const isHere = mapFromGlobal(globalPos) == GetRowCenter(int(index));
-            m_Menus << QString("%1 at %2").arg(index).arg(isHere ? "row" : "somewhere else");
-        }
-
-        void paintEvent(QPaintEvent* event) override
-        {
-            ++m_PaintCount;
-            TestBrowser::paintEvent(event);
-        }
-    };
-
     void MakeBrowser(CNodeBrowser::eConfigType config)
     {
-        m_Browser.reset(new Browser(config));
+        m_Watched = new WatchedBrowser(config);
+        m_Browser.reset(m_Watched);
         m_Browser->SetItemLibrary(m_Library->GetAccessor());
         m_Browser->TabChanged(CNodeBrowser::eConfigAll);
         m_Browser->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
         m_Browser->Paint();
-    }
-
-    void Send(QEvent::Type type, QPoint const& point, Qt::MouseButton button,
-              Qt::MouseButtons buttons)
-    {
-        QMouseEvent event(type, point, m_Browser->mapToGlobal(point), button, buttons,
-                          Qt::NoModifier);
-        QApplication::sendEvent(m_Browser.get(), &event);
-    }
-
-    /// Presses a row and moves with the button down as far as it takes.
-    void Drag(int row)
-    {
-        QPoint const start = m_Browser->GetRowCenter(row);
-        Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-        Send(QEvent::MouseMove, start + QPoint(QApplication::startDragDistance(), 0), Qt::NoButton,
-             Qt::LeftButton);
     }
 
     /// Whether the event counted as handled, and whether it was accepted.
@@ -159,8 +92,8 @@ private:
         return event.isAccepted();
     }
 
-    std::unique_ptr<TestLibrary> m_Library;
-    std::unique_ptr<Browser> m_Browser;
+    /// The panel, again.
+    WatchedBrowser* m_Watched = nullptr;
 };
 
 void TestInput::selectsWithPresses_data()
@@ -203,97 +136,24 @@ void TestInput::selectsWithPresses()
              isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
     QCOMPARE(m_Browser->GetSelection().IsNull(), !isSelected);
     QCOMPARE(selections.count(), isSelected ? 1 : 0);
-    QTEST(m_Browser->m_Menus.join(" "), "menus");
+    QTEST(m_Watched->m_Menus.join(" "), "menus");
     if (isSelected && button == Qt::LeftButton)
         QCOMPARE(m_Browser->m_PressPos, point);
 }
 
 void TestInput::repaintsAtOnceForSelectionOnly()
 {
-    QTRY_VERIFY(m_Browser->m_PaintCount > 0);
+    QTRY_VERIFY(m_Watched->m_PaintCount > 0);
     QApplication::processEvents();
-    m_Browser->m_PaintCount = 0;
+    m_Watched->m_PaintCount = 0;
     Send(QEvent::MouseButtonPress, m_Browser->GetRowCenter(1), Qt::LeftButton, Qt::LeftButton);
-    QCOMPARE(m_Browser->m_PaintCount, 1);
+    QCOMPARE(m_Watched->m_PaintCount, 1);
     // The highlight stays until something else paints.
     Send(QEvent::MouseButtonPress, QPoint(250, 5 + m_Browser->m_HeaderHeight + 24 * 4),
          Qt::LeftButton, Qt::LeftButton);
     QApplication::processEvents();
-    QCOMPARE(m_Browser->m_PaintCount, 1);
+    QCOMPARE(m_Watched->m_PaintCount, 1);
     QCOMPARE(m_Browser->m_SelectedIndex, 0xFFFFFFFFul);
-}
-
-void TestInput::startsDragAtDistance()
-{
-    int const distance = QApplication::startDragDistance();
-    QPoint const start = m_Browser->GetRowCenter(3);
-    Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
-    QCOMPARE(drags.count, 0);
-
-    Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-    Send(QEvent::MouseMove, start + QPoint(distance - 1, 0), Qt::NoButton, Qt::LeftButton);
-    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::NoButton);
-    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::RightButton);
-    QCOMPARE(drags.count, 0);
-    Send(QEvent::MouseMove, start + QPoint(1, 1 - distance), Qt::NoButton, Qt::LeftButton);
-    QCOMPARE(drags.count, 1);
-    QCOMPARE(m_Browser->m_SelectedIndex, 3ul);
-}
-
-void TestInput::dragsTheIdentifier()
-{
-    m_Library->Add(LibType::gType, "e", "", "A\xE4");
-    m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
-    m_Browser->Paint();
-    Drag(4);
-    QCOMPARE(drags.formats, QStringList("tarno/toc.key"));
-    QCOMPARE(drags.actions, Qt::DropActions(Qt::CopyAction));
-    QCOMPARE(drags.source, static_cast<QObject*>(m_Browser.get()));
-    // "item:A" and a letter outside ASCII: the number of bytes, then UTF-16, big end first.
-    QCOMPARE(drags.payload.toHex(), QByteArray("0000000e"
-                                               "006900740065006d003a004100e4"));
-}
-
-void TestInput::survivesWhatHappensDuringDrag_data()
-{
-    QTest::addColumn<int>("event");
-    QTest::newRow("panel deleted") << 0;
-    QTest::newRow("library closed") << 1;
-    QTest::newRow("library replaced") << 2;
-    QTest::newRow("list rebuilt") << 3;
-}
-
-void TestInput::survivesWhatHappensDuringDrag()
-{
-    QFETCH(int, event);
-    TestLibrary other("B");
-    drags.meanwhile = [&] {
-        if (event == 0) {
-            m_Browser.reset();
-            return;
-        }
-        if (event == 1)
-            m_Library.reset();
-        if (event == 2)
-            m_Browser->SetItemLibrary(other.GetAccessor());
-        if (event == 3)
-            m_Library->Remove((*m_Library)["c solver"]);
-        m_Browser->m_ItemListDirty = true;
-        m_Browser->Paint();
-    };
-    // The panel is gone when the event returns to the toolkit.
-    Drag(2);
-    QCOMPARE(drags.count, 1);
-    // Without the panel there is nothing left to drag.
-    QCOMPARE(drags.cancelCount, event == 0 ? 1 : 0);
-    if (m_Browser)
-        m_Browser->Paint();
-    if (!m_Library)
-        return;
-    drags.meanwhile = nullptr;
-    MakeBrowser(CNodeBrowser::eConfigNodes);
-    Drag(0);
-    QCOMPARE(drags.count, 2);
 }
 
 void TestInput::makesCompoundCurrentOnDoubleClick()

@@ -1,5 +1,4 @@
-#include "paneltest.h"
-#include "testbrowser.h"
+#include "browsertest.h"
 
 #include <QAction>
 #include <QMenu>
@@ -12,7 +11,7 @@
 
 using namespace tarno::datamodel;
 
-class TestMenu : public PanelTest
+class TestMenu : public BrowserTest
 {
     Q_OBJECT
 
@@ -33,20 +32,12 @@ private Q_SLOTS:
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         m_Browser.reset(new TestBrowser);
         m_Browser->SetItemLibrary(m_Library->GetAccessor());
         m_Browser->TabChanged(CNodeBrowser::eConfigAll);
         m_Source = m_Host->m_Database.AddSource("file:///project");
         m_OpenCount = 0;
-    }
-
-    void TearDown() override
-    {
-        m_Browser.reset();
-        m_Library.reset();
-        PanelTest::TearDown();
     }
 
 private:
@@ -89,8 +80,6 @@ private:
         return entries;
     }
 
-    std::unique_ptr<TestLibrary> m_Library;
-    std::unique_ptr<TestBrowser> m_Browser;
     TestDataSource* m_Source = nullptr;
     int m_OpenCount = 0;
 };

@@ -1,11 +1,10 @@
-#include "paneltest.h"
-#include "testbrowser.h"
+#include "browsertest.h"
 
 #include <QTest>
 
 using namespace tarno::datamodel;
 
-class TestNotify : public PanelTest
+class TestNotify : public BrowserTest
 {
     Q_OBJECT
 
@@ -23,8 +22,7 @@ private Q_SLOTS:
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         m_Library->Add(TarnoType::gSolver, "first", "Old");
         m_Library->Add(TarnoType::gSolver, "second");
         m_Browser.reset(new TestBrowser);
@@ -32,13 +30,6 @@ protected:
         m_Browser->show();
         QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
         m_Browser->Paint();
-    }
-
-    void TearDown() override
-    {
-        m_Browser.reset();
-        m_Library.reset();
-        PanelTest::TearDown();
     }
 
 private:
@@ -60,9 +51,6 @@ private:
     {
         return m_Browser->m_TagsRegistry.GetItemTags((*m_Library)[name].id);
     }
-
-    std::unique_ptr<TestLibrary> m_Library;
-    std::unique_ptr<TestBrowser> m_Browser;
 };
 
 void TestNotify::rebuildsWithTheNextPaint_data()

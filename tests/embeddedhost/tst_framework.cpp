@@ -172,6 +172,24 @@ private Q_SLOTS:
         QCOMPARE(changes.size(), 3);
     }
 
+    void NoLibraryIsOpenedWhileOneIsOpened()
+    {
+        LibraryFolder const folder;
+        folder.Write("project/a.json", Object(1, "compound", "Compound"));
+        CEmbeddedHost host;
+        QVERIFY(host.OpenLibrary(folder.GetPath()));
+        bool isOpened = false;
+        connect(&host, &CEmbeddedHost::LibraryChanged, this, [&] {
+            if (!host.GetLibrary().IsValid())
+                isOpened = host.OpenLibrary(folder.GetPath());
+        });
+        QVERIFY(host.OpenLibrary(folder.GetPath()));
+        QVERIFY(!isOpened);
+        QVERIFY(!host.FindItem(Uid(1)).IsNull());
+        host.CloseLibrary();
+        QVERIFY2(isOpened, "closing is no opening");
+    }
+
     void OneHostAtATime()
     {
         LibraryFolder const folder;

@@ -1,0 +1,165 @@
+#include "browsertest.h"
+
+#include <QDrag>
+#include <QMimeData>
+#include <QPointer>
+#include <QTest>
+
+#include <functional>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// The drags that were run: what the last one carried, and what happens meanwhile.
+struct SDrags
+{
+    int count = 0;
+    int cancelCount = 0;
+    QStringList formats;
+    QByteArray payload;
+    Qt::DropActions actions;
+    QObject* source = nullptr;
+    std::function<void()> meanwhile;
+} drags;
+
+} // namespace
+
+// These take the place of the toolkit's own, which need a person with a mouse.
+Qt::DropAction QDrag::exec(Qt::DropActions supportedActions)
+{
+    ++drags.count;
+    drags.formats = mimeData()->formats();
+    drags.payload = mimeData()->data("tarno/toc.key");
+    drags.actions = supportedActions;
+    drags.source = source();
+    QPointer<QDrag> const self(this);
+    if (drags.meanwhile)
+        drags.meanwhile();
+    delete self.data();
+    return Qt::IgnoreAction;
+}
+
+void QDrag::cancel()
+{
+    ++drags.cancelCount;
+}
+
+class TestDrag : public BrowserTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void startsDragAtDistance();
+    void dragsTheIdentifier();
+    void survivesWhatHappensDuringDrag_data();
+    void survivesWhatHappensDuringDrag();
+
+protected:
+    void SetUp() override
+    {
+        BrowserTest::SetUp();
+        drags = SDrags();
+        m_Library->Add(TarnoType::gSolver, "a solver");
+        m_Library->Add(LibType::gType, "b type");
+        MakeBrowser();
+    }
+
+private:
+    void MakeBrowser()
+    {
+        m_Browser.reset(new TestBrowser);
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        m_Browser->TabChanged(CNodeBrowser::eConfigAll);
+        m_Browser->Paint();
+    }
+
+    /// Presses a row and moves with the button down as far as it takes.
+    void Drag(int row)
+    {
+        QPoint const start = m_Browser->GetRowCenter(row);
+        Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+        Send(QEvent::MouseMove, start + QPoint(QApplication::startDragDistance(), 0), Qt::NoButton,
+             Qt::LeftButton);
+    }
+};
+
+void TestDrag::startsDragAtDistance()
+{
+    int const distance = QApplication::startDragDistance();
+    QPoint const start = m_Browser->GetRowCenter(1);
+    Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
+    QCOMPARE(drags.count, 0);
+
+    Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+    Send(QEvent::MouseMove, start + QPoint(distance - 1, 0), Qt::NoButton, Qt::LeftButton);
+    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::NoButton);
+    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::RightButton);
+    QCOMPARE(drags.count, 0);
+    Send(QEvent::MouseMove, start + QPoint(1, 1 - distance), Qt::NoButton, Qt::LeftButton);
+    QCOMPARE(drags.count, 1);
+    QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
+}
+
+void TestDrag::dragsTheIdentifier()
+{
+    m_Library->Add(LibType::gType, "c", "", "A\xE4");
+    m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
+    m_Browser->Paint();
+    Drag(2);
+    QCOMPARE(drags.formats, QStringList("tarno/toc.key"));
+    QCOMPARE(drags.actions, Qt::DropActions(Qt::CopyAction));
+    QCOMPARE(drags.source, static_cast<QObject*>(m_Browser.get()));
+    // "item:A" and a letter outside ASCII: the number of bytes, then UTF-16, big end first.
+    QCOMPARE(drags.payload.toHex(), QByteArray("0000000e"
+                                               "006900740065006d003a004100e4"));
+}
+
+void TestDrag::survivesWhatHappensDuringDrag_data()
+{
+    QTest::addColumn<int>("event");
+    QTest::newRow("panel deleted") << 0;
+    QTest::newRow("library closed") << 1;
+    QTest::newRow("library replaced") << 2;
+    QTest::newRow("list rebuilt") << 3;
+    QTest::newRow("mouse moved on") << 4;
+}
+
+void TestDrag::survivesWhatHappensDuringDrag()
+{
+    QFETCH(int, event);
+    TestLibrary other("B");
+    drags.meanwhile = [&] {
+        if (event == 0) {
+            m_Browser.reset();
+            return;
+        }
+        if (event == 1)
+            m_Library.reset();
+        if (event == 2)
+            m_Browser->SetItemLibrary(other.GetAccessor());
+        if (event == 3)
+            m_Library->Remove((*m_Library)["a solver"]);
+        if (event == 4)
+            Drag(1);
+        m_Browser->m_ItemListDirty = true;
+        m_Browser->Paint();
+    };
+    // The panel is gone when the event returns to the toolkit.
+    Drag(0);
+    QCOMPARE(drags.count, 1);
+    // Without the panel there is nothing left to drag.
+    QCOMPARE(drags.cancelCount, event == 0 ? 1 : 0);
+    if (m_Browser)
+        m_Browser->Paint();
+    if (!m_Library)
+        return;
+    drags.meanwhile = nullptr;
+    MakeBrowser();
+    Drag(0);
+    QCOMPARE(drags.count, 2);
+}
+
+NODEBROWSER_TEST_MAIN(TestDrag)
+
+#include "tst_drag.moc"
