@@ -2,6 +2,7 @@
 //
 //     panelbench [options of the benchmark library] [item counts]
 
+#include "editorstyle.h"
 #include "embeddedhost.h"
 #include "librarygenerator.h"
 #include "listeditems.h"
@@ -152,7 +153,7 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     std::vector<unsigned long> const itemCounts = ReadArguments(argc, argv);
     QApplication application(argc, argv);
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new CEditorStyle);
 
     CEmbeddedHost host;
     OpenAndPaint(host, QStringLiteral(PANELBENCH_SAMPLE_LIBRARY));
