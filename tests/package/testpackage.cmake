@@ -1,4 +1,5 @@
-# Run as a script: install, configure the consumer against the install tree, build it, run it.
+# Run as a script: install, then configure the consumer and the example of embedding against the
+# install tree, build them, run them.
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
@@ -7,14 +8,27 @@ function(run)
     endif()
 endfunction()
 
+# build_against_prefix(name source_folder cmake_arguments...)
+function(build_against_prefix name source)
+    file(REMOVE_RECURSE ${WORK_DIR}/${name})
+    run(${CMAKE_COMMAND} -G Ninja -S ${source} -B ${WORK_DIR}/${name}
+        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DCMAKE_CXX_COMPILER_LAUNCHER=${COMPILER_LAUNCHER}
+        -DCMAKE_PREFIX_PATH=${prefix} -DNODEBROWSER_QT=${NODEBROWSER_QT} ${ARGN})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR}/${name})
+endfunction()
+
 set(prefix ${WORK_DIR}/prefix)
-file(REMOVE_RECURSE ${prefix} ${WORK_DIR}/consumer)
+file(REMOVE_RECURSE ${prefix})
 run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
-run(${CMAKE_COMMAND} -G Ninja -S ${SOURCE_DIR}/consumer -B ${WORK_DIR}/consumer
-    -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER}
-    -DCMAKE_CXX_COMPILER_LAUNCHER=${COMPILER_LAUNCHER}
-    -DCMAKE_PREFIX_PATH=${prefix} -DNODEBROWSER_QT=${NODEBROWSER_QT}
-    -DINSTALLED_HEADERS=${prefix}/${HEADERS_DIR})
-run(${CMAKE_COMMAND} --build ${WORK_DIR}/consumer)
 set(ENV{QT_QPA_PLATFORM} offscreen)
+
+build_against_prefix(consumer ${SOURCE_DIR}/consumer -DINSTALLED_HEADERS=${prefix}/${HEADERS_DIR})
 run(${WORK_DIR}/consumer/consumer)
+
+build_against_prefix(embedding ${SOURCE_DIR}/../../examples/embedding
+    -DCMAKE_COMPILE_WARNING_AS_ERROR=ON)
+run(${WORK_DIR}/embedding/embedding ${WORK_DIR}/embedding/window.png)
+if(NOT EXISTS ${WORK_DIR}/embedding/window.png)
+    message(FATAL_ERROR "the example rendered no picture")
+endif()

@@ -1,0 +1,50 @@
+// The panel in a dock widget, over a list of parts in memory. With an argument, the window is
+// rendered into that picture file and the program ends.
+
+#include "parts.h"
+
+#include <nodebrowser.h>
+
+#include <QApplication>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMainWindow>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+void AddPanel(QMainWindow& window, QLabel& work)
+{
+    auto* const panel = new CNodeBrowser(CNodeBrowser::eConfigNodes);
+    panel->SetItemLibrary(GetPartsLibrary());
+    QObject::connect(panel, &CNodeBrowser::SelectionChanged, &work, [panel, &work] {
+        Part const* const part = ItemIDUnlock::GetIdentity(panel->GetSelection());
+        work.setText(part ? QString::fromLatin1(part->name.c_str()) : QString());
+    });
+    SetCompoundOpener([&work](Part const& part) {
+        work.setText(QStringLiteral("Working on %1").arg(QString::fromLatin1(part.name.c_str())));
+    });
+
+    auto* const dock = new QDockWidget(QStringLiteral("Nodes"), &window);
+    dock->setWidget(panel);
+    window.addDockWidget(Qt::LeftDockWidgetArea, dock);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QMainWindow window;
+    auto* const work = new QLabel(QStringLiteral("Select a part, or double-click a compound."));
+    work->setAlignment(Qt::AlignCenter);
+    window.setCentralWidget(work);
+    window.resize(720, 420);
+    AddPanel(window, *work);
+
+    if (argc > 1)
+        return window.grab().save(QString::fromLocal8Bit(argv[1])) ? 0 : 1;
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,55 @@
+#include "parts.h"
+
+using namespace tarno::datamodel;
+
+namespace {
+
+std::function<void(Part const&)> compoundOpener;
+
+AccessorContext* GetContext()
+{
+    static AccessorContext context;
+    return &context;
+}
+
+} // namespace
+
+std::vector<Part> const& GetParts()
+{
+    static std::vector<Part> const parts = {
+        {TarnoType::gSolver, "add", "Add", "maths"},
+        {TarnoType::gSolver, "multiply", "Multiply", "maths;scale"},
+        {TarnoType::gSolver, "blur", "Blur", "image;soft"},
+        {TarnoType::gPolymorphicSolver, "choose", "Choose", "logic"},
+        {TarnoType::gCompound, "soft-light", "Soft Light", "image;light"},
+        {TarnoType::gCompound, "wave", "Wave", "motion"},
+        {TarnoType::gGlobalConstant, "pi", "Pi", "maths"},
+        {LibType::gType, "number", "Number", ""},
+        {LibType::gType, "image", "Image", ""},
+    };
+    return parts;
+}
+
+ItemLibraryAccessor GetPartsLibrary()
+{
+    return ItemLibraryAccessor(GetContext(), kLibraryHandle);
+}
+
+Part const* PartOf(UnspecifiedAccessor const& accessor)
+{
+    if (!accessor.IsValid() || accessor.GetHandle() < kFirstPartHandle)
+        return nullptr;
+    return &GetParts().at(accessor.GetHandle() - kFirstPartHandle);
+}
+
+void SetCompoundOpener(std::function<void(Part const&)> const& opener)
+{
+    compoundOpener = opener;
+}
+
+void Helpers::SetGlobalTarnoCompoundTarget(CompoundAccessor compound, CompoundAccessor /*context*/)
+{
+    if (Part const* const part = PartOf(compound))
+        if (compoundOpener)
+            compoundOpener(*part);
+}
