@@ -29,7 +29,7 @@ int const kLogHeight = 140;
 
 CMainWindow::CMainWindow(CEmbeddedHost& host)
     : m_Host(host)
-    , m_Canvas(new CCanvas(this))
+    , m_Canvas(new CCanvas(host, this))
     , m_Panel(new CNodeBrowser(CNodeBrowser::eConfigNodes))
     , m_Log(new CMessageLog(this))
 {

@@ -1,0 +1,165 @@
+#ifndef EDITOR_CANVAS_CANVAS_H
+#define EDITOR_CANVAS_CANVAS_H
+
+#include "graphscene.h"
+#include "nodelooks.h"
+
+#include <datamodel.h>
+#include <graphbody.h>
+
+#include <QGraphicsView>
+#include <QPointer>
+#include <QRubberBand>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+class CEmbeddedHost;
+class QLabel;
+class QMenu;
+class QMimeData;
+
+/// Shows the graph of the host's current compound and lets it be edited. Each change is one
+/// command of the host's command manager. As long as there is no compound it says what library
+/// is open.
+class CCanvas : public QGraphicsView
+{
+    Q_OBJECT
+
+public:
+    /// Follows the host by itself, which has to outlive it.
+    explicit CCanvas(CEmbeddedHost& host, QWidget* parent = nullptr);
+
+    /// Shown while there is no compound. Both empty when no library is open.
+    void SetSummary(QString const& libraryName, QString const& itemCounts);
+    bool HasSelection() const;
+
+public Q_SLOTS:
+    void Copy();
+    /// Under the mouse, otherwise beside what was copied.
+    void Paste();
+    void DeleteSelection();
+    void SelectAll();
+    void ZoomIn();
+    void ZoomOut();
+    void ResetZoom();
+    /// Brings the whole graph into view.
+    void Fit();
+    /// Asks for type and name of another input or output of the compound.
+    void AddInput();
+    void AddOutput();
+
+Q_SIGNALS:
+    /// Sent from the event loop.
+    void SelectionChanged();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void drawBackground(QPainter* painter, QRectF const& rect) override;
+    bool viewportEvent(QEvent* event) override;
+
+    // canvas_input.cpp
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+    // canvas_drop.cpp
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+    // canvas_menu.cpp
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    /// What the mouse is doing between press and release.
+    enum class eGesture
+    {
+        kNone,
+        kPan,
+        kMoveNodes,
+        kRubberBand,
+        kConnect
+    };
+
+    void CreateLabels();
+    void ConnectHost();
+    /// Shows the current compound as it is now.
+    void Refresh();
+    void UpdateReach();
+    void UpdateHint();
+    void SetZoom(double zoom);
+
+    // canvas_input.cpp
+    void PressLeft(QMouseEvent* event);
+    void PressNode(NodeLook const& node, bool isAdded);
+    void StartGesture(eGesture gesture);
+    void CancelGesture();
+    void Pan(QPoint const& viewPoint);
+    void MoveNodes(QPointF const& scenePoint);
+    void StretchRubberBand(QPoint const& viewPoint);
+    void DrawConnection(QPointF const& scenePoint);
+    void FinishMove();
+    void FinishConnection(QPointF const& scenePoint);
+    void ShowHover(QPointF const& scenePoint);
+    /// The connection from the port where the mouse was pressed to another one; none when they
+    /// cannot go together, and `reason` tells why.
+    std::optional<GraphConnection> MakeConnection(PortPick const& end, QString* reason) const;
+
+    // canvas_drop.cpp
+    /// Null for what cannot become a node.
+    tarno::datamodel::ItemID FindDraggedItem(QMimeData const* data) const;
+    void AnswerDrag(QDragMoveEvent* event);
+    void AddDroppedNode(tarno::datamodel::ItemID const& id, QPointF const& scenePoint);
+    /// Posts a message and answers false when the item has the current compound in it.
+    bool CheckContainment(std::string const& item);
+
+    // canvas_edit.cpp
+    /// Makes the body that of the compound; false when it is refused.
+    bool Commit(GraphBody const& body, char const* text);
+    void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
+                        char const* text);
+    void PasteAt(std::optional<QPointF> const& scenePoint);
+    void AddPortOf(bool isInput);
+    void RemovePort(PortPick const& port);
+    void OpenNode(NodeLook const& node);
+
+    // canvas_menu.cpp
+    void FillNodeMenu(QMenu& menu, NodeLook const& node);
+    void FillGraphMenu(QMenu& menu, QPointF const& scenePoint);
+
+    CEmbeddedHost& m_Host;
+    NodeLooks m_Looks;
+    CGraphScene m_Scene;
+    QLabel* m_NameLabel = nullptr;
+    QLabel* m_CountsLabel = nullptr;
+    QString m_LibraryName;
+    QString m_ItemCounts;
+
+    tarno::datamodel::ItemID m_Compound;
+    GraphBody m_Body;
+    /// The graph is brought into view whenever the size changes, until the user zooms or pans.
+    bool m_IsFitted = true;
+    int m_PasteCount = 0;
+
+    eGesture m_Gesture = eGesture::kNone;
+    QPoint m_PressPoint;
+    QPointF m_PressScenePoint;
+    /// Where the nodes that are being moved were.
+    std::map<std::string, QPointF> m_MovedFrom;
+    std::set<std::string> m_SelectedBefore;
+    std::optional<PortPick> m_PressedPort;
+    QRubberBand* m_RubberBand;
+    bool m_IsSpaceHeld = false;
+};
+
+#endif

@@ -1,0 +1,110 @@
+// Items that are dragged onto the canvas.
+
+#include "canvas.h"
+
+#include "graphedits.h"
+#include "itempayload.h"
+
+#include <embeddedhost.h>
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+QPoint PositionOf(QDropEvent const* event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+} // namespace
+
+ItemID CCanvas::FindDraggedItem(QMimeData const* data) const
+{
+    std::string const serialized = ReadItemPayload(data);
+    ItemID const id = m_Host.FindItem(GetPayloadUid(serialized));
+    // Of another kind than the library's item of that uid: from another library.
+    if (id.IsNull() || id.Serialize() != serialized || id.GetType() == LibType::gType)
+        return ItemID();
+    return id;
+}
+
+void CCanvas::AnswerDrag(QDragMoveEvent* event)
+{
+    bool const isWanted = !m_Compound.IsNull() && (event->possibleActions() & Qt::CopyAction)
+                          && !FindDraggedItem(event->mimeData()).IsNull();
+    if (!isWanted) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void CCanvas::dragEnterEvent(QDragEnterEvent* event)
+{
+    AnswerDrag(event);
+}
+
+void CCanvas::dragMoveEvent(QDragMoveEvent* event)
+{
+    AnswerDrag(event);
+}
+
+void CCanvas::dragLeaveEvent(QDragLeaveEvent*)
+{
+    // Nothing was shown; the base class would tell a scene that was told of no drag.
+}
+
+void CCanvas::dropEvent(QDropEvent* event)
+{
+    ItemID const id = FindDraggedItem(event->mimeData());
+    if (m_Compound.IsNull() || id.IsNull()) {
+        event->ignore();
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    AddDroppedNode(id, mapToScene(PositionOf(event)));
+}
+
+void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
+{
+    std::string const item = ItemIDUnlock::GetItemIDUID(id);
+    if (!CheckContainment(item))
+        return;
+    GraphBody body = m_Body;
+    // The header comes under the mouse.
+    QPointF const topLeft = scenePoint - QPointF(kNodeWidth / 2.0, kHeaderHeight / 2.0);
+    std::string const node
+        = AddNode(body, item, m_Host.GetLibrary().GetItemName(id, true, nullptr),
+                  SnapToGrid(topLeft));
+    CommitNewNodes(body, {node}, "Add Node");
+}
+
+bool CCanvas::CheckContainment(std::string const& item)
+{
+    auto const bodyOf = [this](std::string const& uid) {
+        return m_Host.GetBody(m_Host.FindItem(uid));
+    };
+    std::string const compound = ItemIDUnlock::GetItemIDUID(m_Compound);
+    if (!ContainsItem(item, compound, bodyOf))
+        return true;
+    auto const nameOf = [this](ItemID const& id) {
+        return QString::fromLatin1(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
+    };
+    ItemID const id = m_Host.FindItem(item);
+    m_Host.GetMessages().Post(
+        eSeverity::kWarning,
+        id == m_Compound
+            ? tr("\"%1\" cannot be put into itself.").arg(nameOf(id))
+            : tr("\"%1\" cannot be put into \"%2\", which it contains.")
+                  .arg(nameOf(id), nameOf(m_Compound)));
+    return false;
+}

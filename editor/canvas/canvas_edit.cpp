@@ -1,0 +1,157 @@
+// Changes that are made to the compound.
+
+#include "canvas.h"
+
+#include "graphclipboard.h"
+#include "graphedits.h"
+
+#include <embeddedhost.h>
+#include <typeselector.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QInputDialog>
+
+#include <algorithm>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// How far beside the originals copies are put.
+QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
+
+QPointF GetTopLeft(std::vector<GraphNode> const& nodes)
+{
+    QPointF topLeft = nodes.front().position;
+    for (GraphNode const& node : nodes)
+        topLeft = QPointF(std::min(topLeft.x(), node.position.x()),
+                          std::min(topLeft.y(), node.position.y()));
+    return topLeft;
+}
+
+} // namespace
+
+bool CCanvas::Commit(GraphBody const& body, char const* text)
+{
+    QPointer<CCanvas> const guard(this);
+    bool const isDone = m_Host.SetBody(m_Compound, body, text);
+    // Also takes back what was shown of a change that is refused.
+    if (guard)
+        Refresh();
+    return isDone && guard;
+}
+
+void CCanvas::CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
+                             char const* text)
+{
+    if (Commit(body, text))
+        m_Scene.SelectNodes(ids);
+}
+
+void CCanvas::Copy()
+{
+    GraphBody const copy = CopyNodes(m_Body, m_Scene.GetSelectedNodes());
+    if (copy.nodes.empty())
+        return;
+    QApplication::clipboard()->setMimeData(MakeClipboardData(copy));
+    m_PasteCount = 0;
+}
+
+void CCanvas::Paste()
+{
+    bool const isUnderMouse = viewport()->underMouse();
+    PasteAt(isUnderMouse
+                ? std::make_optional(mapToScene(viewport()->mapFromGlobal(QCursor::pos())))
+                : std::nullopt);
+}
+
+void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
+{
+    GraphBody const copy = ReadClipboardData(QApplication::clipboard()->mimeData());
+    if (m_Compound.IsNull() || copy.nodes.empty())
+        return;
+    for (GraphNode const& node : copy.nodes)
+        if (!CheckContainment(node.item))
+            return;
+    ++m_PasteCount;
+    QPointF const offset = scenePoint ? SnapToGrid(*scenePoint - GetTopLeft(copy.nodes))
+                                      : m_PasteCount * kPasteShift;
+    GraphBody body = m_Body;
+    std::set<std::string> const ids = PasteNodes(body, copy, offset);
+    CommitNewNodes(body, ids, "Paste");
+}
+
+void CCanvas::DeleteSelection()
+{
+    if (!HasSelection())
+        return;
+    GraphBody body = m_Body;
+    for (GraphConnection const& connection : m_Scene.GetSelectedConnections())
+        Disconnect(body, connection);
+    RemoveNodes(body, m_Scene.GetSelectedNodes());
+    Commit(body, "Delete");
+}
+
+void CCanvas::SelectAll()
+{
+    std::set<std::string> ids;
+    for (GraphNode const& node : m_Body.nodes)
+        ids.insert(node.id);
+    m_Scene.SelectNodes(ids);
+}
+
+void CCanvas::AddInput()
+{
+    AddPortOf(true);
+}
+
+void CCanvas::AddOutput()
+{
+    AddPortOf(false);
+}
+
+void CCanvas::AddPortOf(bool isInput)
+{
+    ItemID const compound = m_Compound;
+    if (compound.IsNull())
+        return;
+    // Anything may happen while the dialogs are open.
+    QPointer<CCanvas> const guard(this);
+    QPointer<CTypeSelector> const selector(new CTypeSelector(this));
+    bool const isChosen = selector->exec() == QDialog::Accepted;
+    ItemID const type = selector && isChosen ? selector->GetSelectedType() : ItemID();
+    delete selector;
+    if (!guard || type.IsNull())
+        return;
+    bool isNamed = false;
+    QString const name
+        = QInputDialog::getText(this, isInput ? tr("Add Input") : tr("Add Output"), tr("Name:"),
+                                QLineEdit::Normal, isInput ? tr("input") : tr("output"), &isNamed)
+              .trimmed();
+    if (!guard || !isNamed || name.isEmpty() || compound != m_Compound)
+        return;
+    GraphBody body = m_Body;
+    AddPort(isInput ? body.inputs : body.outputs, name.toStdString(),
+            ItemIDUnlock::GetItemIDUID(type));
+    Commit(body, isInput ? "Add Input" : "Add Output");
+}
+
+void CCanvas::RemovePort(PortPick const& port)
+{
+    GraphBody body = m_Body;
+    // Within, the compound's inputs are outputs of their node.
+    if (port.isOutput)
+        RemoveInput(body, port.port.name);
+    else
+        RemoveOutput(body, port.port.name);
+    Commit(body, port.isOutput ? "Remove Input" : "Remove Output");
+}
+
+void CCanvas::OpenNode(NodeLook const& node)
+{
+    CompoundAccessor compound;
+    compound.SetFrom(m_Host.GetLibrary().GetModel(m_Host.FindItem(node.item), nullptr));
+    if (compound.IsValid())
+        m_Host.SetCompoundTarget(compound);
+}

@@ -1,0 +1,356 @@
+// What the mouse and the keyboard do on the canvas. Only ids are kept between events: the graph
+// may change under a gesture.
+
+#include "canvas.h"
+
+#include "graphedits.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QHelpEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// How near to a connection a press has to be, in pixels.
+double const kConnectionReach = 6;
+/// The zoom of one notch of a wheel, which turns by 120.
+double const kNotchZoom = 1.15;
+double const kNotch = 120;
+double const kSmallestZoom = 0.05;
+double const kLargestZoom = 4;
+
+QPoint PositionOf(QWheelEvent const* event)
+{
+    return event->position().toPoint();
+}
+
+bool IsAdding(QMouseEvent const* event)
+{
+    return event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier);
+}
+
+QString DescribePort(PortPick const& pick)
+{
+    QString const name = QString::fromStdString(pick.port.name);
+    QString const type = QString::fromLatin1(pick.port.typeName.c_str());
+    return type.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, type);
+}
+
+} // namespace
+
+void CCanvas::mousePressEvent(QMouseEvent* event)
+{
+    if (m_Gesture != eGesture::kNone) {
+        // Another button calls the gesture off.
+        CancelGesture();
+        return;
+    }
+    m_PressPoint = event->pos();
+    m_PressScenePoint = mapToScene(m_PressPoint);
+    bool const isLeft = event->button() == Qt::LeftButton;
+    if (event->button() == Qt::MiddleButton || (isLeft && m_IsSpaceHeld))
+        StartGesture(eGesture::kPan);
+    else if (isLeft && !m_Compound.IsNull())
+        PressLeft(event);
+}
+
+void CCanvas::PressLeft(QMouseEvent* event)
+{
+    m_Scene.UnmarkPort();
+    if (auto const port = m_Scene.FindPortAt(m_PressScenePoint)) {
+        m_PressedPort = port;
+        StartGesture(eGesture::kConnect);
+        DrawConnection(m_PressScenePoint);
+    } else if (auto const node = m_Scene.FindNodeAt(m_PressScenePoint)) {
+        PressNode(*node, IsAdding(event));
+    } else if (auto const connection = m_Scene.FindConnectionAt(
+                   m_PressScenePoint, kConnectionReach / transform().m11())) {
+        m_Scene.SelectConnection(*connection, IsAdding(event));
+    } else {
+        if (!IsAdding(event))
+            m_Scene.clearSelection();
+        m_SelectedBefore = m_Scene.GetSelectedNodes();
+        StartGesture(eGesture::kRubberBand);
+    }
+}
+
+void CCanvas::PressNode(NodeLook const& node, bool isAdded)
+{
+    if (isAdded)
+        m_Scene.ToggleNode(node.id);
+    else if (!m_Scene.IsNodeSelected(node.id))
+        m_Scene.SelectNodes({node.id});
+    m_MovedFrom.clear();
+    for (std::string const& id : m_Scene.GetSelectedNodes())
+        if (GraphNode const* const moved = FindNode(m_Body, id))
+            m_MovedFrom[id] = moved->position;
+    if (m_Scene.IsNodeSelected(node.id))
+        StartGesture(eGesture::kMoveNodes);
+}
+
+void CCanvas::StartGesture(eGesture gesture)
+{
+    m_Gesture = gesture;
+    if (gesture == eGesture::kPan)
+        viewport()->setCursor(Qt::ClosedHandCursor);
+}
+
+void CCanvas::CancelGesture()
+{
+    eGesture const gesture = m_Gesture;
+    m_Gesture = eGesture::kNone;
+    m_PressedPort.reset();
+    m_RubberBand->hide();
+    m_Scene.HidePreview();
+    m_Scene.UnmarkPort();
+    if (gesture == eGesture::kMoveNodes)
+        m_Scene.ShowNodesAt(m_MovedFrom);
+    if (m_IsSpaceHeld)
+        viewport()->setCursor(Qt::OpenHandCursor);
+    else
+        viewport()->unsetCursor();
+}
+
+void CCanvas::mouseMoveEvent(QMouseEvent* event)
+{
+    QPointF const scenePoint = mapToScene(event->pos());
+    switch (m_Gesture) {
+    case eGesture::kNone:
+        ShowHover(scenePoint);
+        break;
+    case eGesture::kPan:
+        Pan(event->pos());
+        break;
+    case eGesture::kMoveNodes:
+        MoveNodes(scenePoint);
+        break;
+    case eGesture::kRubberBand:
+        StretchRubberBand(event->pos());
+        break;
+    case eGesture::kConnect:
+        DrawConnection(scenePoint);
+        break;
+    }
+}
+
+void CCanvas::Pan(QPoint const& viewPoint)
+{
+    QPoint const shift = viewPoint - m_PressPoint;
+    m_PressPoint = viewPoint;
+    m_IsFitted = false;
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() - shift.x());
+    verticalScrollBar()->setValue(verticalScrollBar()->value() - shift.y());
+}
+
+void CCanvas::MoveNodes(QPointF const& scenePoint)
+{
+    QPointF const shift = scenePoint - m_PressScenePoint;
+    std::map<std::string, QPointF> positions;
+    for (auto const& from : m_MovedFrom)
+        positions[from.first] = SnapToGrid(from.second + shift);
+    // A click with an unsteady hand leaves nodes that are off the grid alone.
+    bool const isFar = (shift * transform().m11()).manhattanLength()
+                       >= QApplication::startDragDistance();
+    m_Scene.ShowNodesAt(isFar ? positions : m_MovedFrom);
+}
+
+void CCanvas::StretchRubberBand(QPoint const& viewPoint)
+{
+    m_RubberBand->setGeometry(QRect(m_PressPoint, viewPoint).normalized());
+    m_RubberBand->show();
+    m_Scene.SelectNodesIn(QRectF(m_PressScenePoint, mapToScene(viewPoint)).normalized(),
+                          m_SelectedBefore);
+}
+
+void CCanvas::DrawConnection(QPointF const& scenePoint)
+{
+    if (!m_PressedPort)
+        return;
+    QString reason;
+    auto const end = m_Scene.FindPortAt(scenePoint);
+    bool const isPressed = end && end->node == m_PressedPort->node
+                           && end->port.name == m_PressedPort->port.name
+                           && end->isOutput == m_PressedPort->isOutput;
+    bool const isGood = end && !isPressed && MakeConnection(*end, &reason);
+    bool const isRefused = end && !isPressed && !isGood;
+    if (end && !isPressed)
+        m_Scene.MarkPort({end->node, end->port.name}, end->isOutput,
+                         isGood ? ePortMark::kWelcome : ePortMark::kRefused);
+    else
+        m_Scene.UnmarkPort();
+    QPointF const loose = isGood ? end->position : scenePoint;
+    QPointF const fixed = m_PressedPort->position;
+    m_Scene.ShowPreview(m_PressedPort->isOutput ? fixed : loose,
+                        m_PressedPort->isOutput ? loose : fixed,
+                        GetTypeColor(m_PressedPort->port.type, m_PressedPort->port.typeName,
+                                     m_Scene.GetColors().isDark),
+                        isRefused);
+    viewport()->setCursor(isRefused ? Qt::ForbiddenCursor : Qt::CrossCursor);
+    if (isRefused)
+        QToolTip::showText(QCursor::pos(), reason, viewport());
+    else
+        QToolTip::hideText();
+}
+
+std::optional<GraphConnection> CCanvas::MakeConnection(PortPick const& end, QString* reason) const
+{
+    if (end.isOutput == m_PressedPort->isOutput) {
+        *reason = end.isOutput ? tr("An output goes to an input.") : tr("An input takes an output.");
+        return std::nullopt;
+    }
+    PortPick const& from = end.isOutput ? end : *m_PressedPort;
+    PortPick const& to = end.isOutput ? *m_PressedPort : end;
+    GraphConnection const connection{{from.node, from.port.name}, {to.node, to.port.name}};
+    if (!AreTypesCompatible(from.port.type, from.port.typeName, to.port.type, to.port.typeName)) {
+        *reason = tr("%1 does not go into %2.")
+                      .arg(QString::fromLatin1(from.port.typeName.c_str()),
+                           QString::fromLatin1(to.port.typeName.c_str()));
+        return std::nullopt;
+    }
+    if (MakesCycle(m_Body, connection)) {
+        *reason = tr("The output depends on this node already.");
+        return std::nullopt;
+    }
+    return connection;
+}
+
+void CCanvas::mouseReleaseEvent(QMouseEvent* event)
+{
+    eGesture const gesture = m_Gesture;
+    QPointF const scenePoint = mapToScene(event->pos());
+    if (gesture == eGesture::kMoveNodes)
+        FinishMove();
+    else if (gesture == eGesture::kConnect)
+        FinishConnection(scenePoint);
+    else
+        CancelGesture();
+}
+
+void CCanvas::FinishMove()
+{
+    GraphBody body = m_Body;
+    bool isMoved = false;
+    for (GraphNode& node : body.nodes) {
+        auto const from = m_MovedFrom.find(node.id);
+        auto const shown = m_Scene.FindNodePosition(node.id);
+        if (from == m_MovedFrom.end() || !shown || *shown == from->second)
+            continue;
+        node.position = *shown;
+        isMoved = true;
+    }
+    m_Gesture = eGesture::kNone;
+    if (isMoved)
+        Commit(body, m_MovedFrom.size() == 1 ? "Move Node" : "Move Nodes");
+}
+
+void CCanvas::FinishConnection(QPointF const& scenePoint)
+{
+    QString reason;
+    auto const end = m_Scene.FindPortAt(scenePoint);
+    auto const connection
+        = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
+    CancelGesture();
+    if (!connection)
+        return;
+    GraphBody body = m_Body;
+    Connect(body, *connection);
+    Commit(body, "Connect");
+}
+
+void CCanvas::ShowHover(QPointF const& scenePoint)
+{
+    auto const port = m_Scene.FindPortAt(scenePoint);
+    if (port)
+        m_Scene.MarkPort({port->node, port->port.name}, port->isOutput, ePortMark::kHovered);
+    else
+        m_Scene.UnmarkPort();
+}
+
+bool CCanvas::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QGraphicsView::viewportEvent(event);
+    QHelpEvent const* const help = static_cast<QHelpEvent*>(event);
+    QPointF const scenePoint = mapToScene(help->pos());
+    QString text;
+    if (auto const port = m_Scene.FindPortAt(scenePoint))
+        text = DescribePort(*port);
+    else if (auto const node = m_Scene.FindNodeAt(scenePoint))
+        text = node->kind == eNodeKind::kMissing
+                   ? tr("The library has no item %1.").arg(QString::fromStdString(node->item))
+                   : node->title;
+    QToolTip::showText(help->globalPos(), text, viewport());
+    return true;
+}
+
+void CCanvas::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    QPointF const scenePoint = mapToScene(event->pos());
+    auto const node = m_Scene.FindNodeAt(scenePoint);
+    bool const isOnPort = m_Scene.FindPortAt(scenePoint).has_value();
+    if (event->button() == Qt::LeftButton && node && !isOnPort
+        && node->kind == eNodeKind::kCompound)
+        OpenNode(*node);
+    else
+        mousePressEvent(event);
+}
+
+void CCanvas::wheelEvent(QWheelEvent* event)
+{
+    double const delta = event->angleDelta().y();
+    event->accept();
+    if (delta == 0)
+        return;
+    QPoint const viewPoint = PositionOf(event);
+    QPointF const before = mapToScene(viewPoint);
+    double const zoom = std::clamp(transform().m11() * std::pow(kNotchZoom, delta / kNotch),
+                                   kSmallestZoom, kLargestZoom);
+    double const factor = zoom / transform().m11();
+    m_IsFitted = false;
+    scale(factor, factor);
+    // What was under the mouse stays there.
+    QPointF const moved = mapFromScene(before) - viewPoint;
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));
+}
+
+void CCanvas::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
+        m_IsSpaceHeld = true;
+        if (m_Gesture == eGesture::kNone)
+            viewport()->setCursor(Qt::OpenHandCursor);
+    } else if (event->key() == Qt::Key_Escape) {
+        CancelGesture();
+        m_Scene.clearSelection();
+    } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
+        DeleteSelection();
+    } else {
+        // The base class would scroll by the arrow keys, and hand on the others.
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void CCanvas::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Space || event->isAutoRepeat()) {
+        QWidget::keyReleaseEvent(event);
+        return;
+    }
+    m_IsSpaceHeld = false;
+    if (m_Gesture == eGesture::kNone)
+        viewport()->unsetCursor();
+}
+
+void CCanvas::focusOutEvent(QFocusEvent* event)
+{
+    m_IsSpaceHeld = false;
+    CancelGesture();
+    QGraphicsView::focusOutEvent(event);
+}

@@ -1,0 +1,59 @@
+#include "canvas.h"
+
+#include "graphclipboard.h"
+#include "graphedits.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
+
+void CCanvas::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (m_Compound.IsNull() || m_Gesture != eGesture::kNone)
+        return;
+    QPointF const scenePoint = mapToScene(event->pos());
+    QMenu menu;
+    auto const port = m_Scene.FindPortAt(scenePoint);
+    auto const node = m_Scene.FindNodeAt(scenePoint);
+    auto const connection = m_Scene.FindConnectionAt(scenePoint, kPortReach);
+    if (port && (port->node == kInputsNode || port->node == kOutputsNode)) {
+        menu.addAction(port->isOutput ? tr("Remove Input") : tr("Remove Output"), this,
+                       [this, port] { RemovePort(*port); });
+    } else if (node && node->item.size()) {
+        FillNodeMenu(menu, *node);
+    } else if (!node && connection) {
+        m_Scene.SelectConnection(*connection, false);
+        menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection);
+    } else {
+        FillGraphMenu(menu, scenePoint);
+    }
+    menu.exec(event->globalPos());
+}
+
+void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)
+{
+    if (!m_Scene.IsNodeSelected(node.id))
+        m_Scene.SelectNodes({node.id});
+    if (node.kind == eNodeKind::kCompound) {
+        menu.addAction(tr("Open"), this, [this, node] { OpenNode(node); });
+        menu.addSeparator();
+    }
+    menu.addAction(tr("Copy"), this, &CCanvas::Copy);
+    menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection);
+}
+
+void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
+{
+    QAction* const paste
+        = menu.addAction(tr("Paste"), this, [this, scenePoint] { PasteAt(scenePoint); });
+    paste->setEnabled(
+        !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty());
+    menu.addAction(tr("Select All"), this, &CCanvas::SelectAll)
+        ->setEnabled(!m_Body.nodes.empty());
+    menu.addSeparator();
+    menu.addAction(tr("Add Input..."), this, &CCanvas::AddInput);
+    menu.addAction(tr("Add Output..."), this, &CCanvas::AddOutput);
+    menu.addSeparator();
+    menu.addAction(tr("Fit"), this, &CCanvas::Fit);
+}

@@ -1,0 +1,58 @@
+#ifndef EDITOR_CANVAS_GRAPHEDITS_H
+#define EDITOR_CANVAS_GRAPHEDITS_H
+
+#include <graphbody.h>
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+// What can be done to a graph, as plain changes of its body. Texts are UTF-8.
+
+/// The nodes that stand for a compound's own inputs and outputs in its connections.
+extern char const* const kInputsNode;
+extern char const* const kOutputsNode;
+
+bool operator==(GraphEnd const& left, GraphEnd const& right);
+bool operator==(GraphConnection const& left, GraphConnection const& right);
+
+/// Whether values of one type may flow into an input of another. The name of a type counts too:
+/// what is untyped or of a type "Any" goes with everything.
+bool AreTypesCompatible(std::string const& fromType, std::string const& fromName,
+                        std::string const& toType, std::string const& toName);
+
+/// Null when there is none.
+GraphNode const* FindNode(GraphBody const& body, std::string const& id);
+
+/// Adds a node and returns its id, made from the item's name so that files stay readable.
+std::string AddNode(GraphBody& body, std::string const& item, std::string const& itemName,
+                    QPointF const& position);
+
+/// Adds an input or output of the compound; the name is made unique among them.
+void AddPort(std::vector<GraphPort>& ports, std::string const& name, std::string const& type);
+
+/// Take a port of the compound out, and with it its connections within.
+void RemoveInput(GraphBody& body, std::string const& name);
+void RemoveOutput(GraphBody& body, std::string const& name);
+
+/// An input takes one connection: one that is there already makes room.
+void Connect(GraphBody& body, GraphConnection const& connection);
+void Disconnect(GraphBody& body, GraphConnection const& connection);
+/// Takes the nodes out, and with them their connections.
+void RemoveNodes(GraphBody& body, std::set<std::string> const& ids);
+
+/// The connection would let a node's output flow back into one of its inputs.
+bool MakesCycle(GraphBody const& body, GraphConnection const& connection);
+
+/// Answers with the body of the item that has the uid.
+typedef std::function<GraphBody(std::string const& uid)> BodyOf;
+/// The item is the other one, or has it among its nodes or in the nodes of these.
+bool ContainsItem(std::string const& uid, std::string const& other, BodyOf const& bodyOf);
+
+/// The nodes and the connections among them, without ports.
+GraphBody CopyNodes(GraphBody const& body, std::set<std::string> const& ids);
+/// Adds the nodes of a copy with new ids, which are returned, shifted by the offset.
+std::set<std::string> PasteNodes(GraphBody& body, GraphBody const& copy, QPointF const& offset);
+
+#endif

@@ -1,0 +1,275 @@
+#include "graphscene.h"
+
+#include "connectionitem.h"
+
+#include <QApplication>
+
+namespace {
+
+/// Nodes have a size of their own, whatever that of the desktop's fonts: positions in library
+/// files count on it.
+int const kFontPixels = 12;
+
+double const kPreviewLayer = 2;
+
+} // namespace
+
+CGraphScene::CGraphScene(CanvasColors const& colors)
+    : m_Colors(colors)
+    , m_Font(QApplication::font())
+    , m_Preview(new CConnectionItem(GraphConnection(), m_Colors))
+{
+    m_Font.setPixelSize(kFontPixels);
+    m_Preview->setZValue(kPreviewLayer);
+    m_Preview->setFlag(QGraphicsItem::ItemIsSelectable, false);
+    m_Preview->hide();
+    addItem(m_Preview);
+}
+
+void CGraphScene::SetColors(CanvasColors const& colors)
+{
+    m_Colors = colors;
+    for (auto const& node : m_Nodes)
+        node.second->UpdateColors();
+    for (auto const& connection : m_Connections)
+        UpdateEnds(*connection.second);
+    update();
+}
+
+CanvasColors const& CGraphScene::GetColors() const
+{
+    return m_Colors;
+}
+
+void CGraphScene::Show(std::vector<NodeLook> const& looks,
+                       std::vector<GraphConnection> const& connections)
+{
+    ShowNodes(looks);
+    ShowConnections(connections);
+}
+
+void CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
+{
+    std::map<std::string, CNodeItem*> previous;
+    previous.swap(m_Nodes);
+    for (NodeLook const& look : looks) {
+        auto const found = previous.find(look.id);
+        CNodeItem* item = found == previous.end() ? nullptr : found->second;
+        if (!item) {
+            item = new CNodeItem(look, m_Font, m_Colors);
+            addItem(item);
+        } else {
+            previous.erase(found);
+            // The item may have been moved on the screen alone.
+            if (!(item->GetLook() == look) || item->pos() != look.position)
+                item->SetLook(look);
+        }
+        m_Nodes[look.id] = item;
+    }
+    for (auto const& gone : previous)
+        delete gone.second;
+}
+
+void CGraphScene::ShowConnections(std::vector<GraphConnection> const& connections)
+{
+    std::map<ConnectionKey, CConnectionItem*> previous;
+    previous.swap(m_Connections);
+    for (GraphConnection const& connection : connections) {
+        ConnectionKey const key = MakeKey(connection);
+        auto const found = previous.find(key);
+        CConnectionItem* item = found == previous.end() ? nullptr : found->second;
+        if (item)
+            previous.erase(found);
+        else if (m_Connections.count(key) || !GetPort(connection.from, true)
+                 || !GetPort(connection.to, false))
+            continue;
+        else
+            addItem(item = new CConnectionItem(connection, m_Colors));
+        UpdateEnds(*item);
+        m_Connections[key] = item;
+    }
+    for (auto const& gone : previous)
+        delete gone.second;
+}
+
+void CGraphScene::UpdateEnds(CConnectionItem& item)
+{
+    auto const from = GetPort(item.GetConnection().from, true);
+    auto const to = GetPort(item.GetConnection().to, false);
+    if (!from || !to)
+        return;
+    item.SetEnds(from->position, to->position);
+    PortLook const& typed = from->port.typeName.empty() || from->port.typeName == "Any"
+                                ? to->port
+                                : from->port;
+    item.SetColor(GetTypeColor(typed.type, typed.typeName, m_Colors.isDark));
+}
+
+QRectF CGraphScene::GetBounds() const
+{
+    QRectF bounds;
+    for (auto const& node : m_Nodes)
+        bounds |= node.second->sceneBoundingRect();
+    return bounds;
+}
+
+CNodeItem* CGraphScene::FindNode(std::string const& id) const
+{
+    auto const found = m_Nodes.find(id);
+    return found == m_Nodes.end() ? nullptr : found->second;
+}
+
+QList<CNodeItem*> CGraphScene::GetNodesNear(QPointF const& point) const
+{
+    QRectF const around = QRectF(point, point).adjusted(-kPortReach, -kPortReach, kPortReach,
+                                                        kPortReach);
+    QList<CNodeItem*> nodes;
+    for (QGraphicsItem* const item : items(around, Qt::IntersectsItemBoundingRect))
+        if (CNodeItem* const node = qgraphicsitem_cast<CNodeItem*>(item))
+            nodes.append(node);
+    return nodes;
+}
+
+std::optional<NodeLook> CGraphScene::FindNodeAt(QPointF const& point) const
+{
+    for (CNodeItem* const node : GetNodesNear(point))
+        if (node->contains(node->mapFromScene(point)))
+            return node->GetLook();
+    return std::nullopt;
+}
+
+std::optional<QPointF> CGraphScene::FindNodePosition(std::string const& id) const
+{
+    CNodeItem const* const node = FindNode(id);
+    return node ? std::make_optional(node->pos()) : std::nullopt;
+}
+
+std::optional<PortPick> CGraphScene::FindPortAt(QPointF const& point) const
+{
+    for (CNodeItem* const node : GetNodesNear(point))
+        if (auto const port = node->FindPort(point))
+            return port;
+    return std::nullopt;
+}
+
+std::optional<GraphConnection> CGraphScene::FindConnectionAt(QPointF const& point,
+                                                             double reach) const
+{
+    QRectF const around = QRectF(point, point).adjusted(-reach, -reach, reach, reach);
+    for (QGraphicsItem* const item : items(around, Qt::IntersectsItemBoundingRect)) {
+        auto const connection = qgraphicsitem_cast<CConnectionItem*>(item);
+        if (connection && connection != m_Preview && connection->GetDistance(point) <= reach)
+            return connection->GetConnection();
+    }
+    return std::nullopt;
+}
+
+std::optional<PortPick> CGraphScene::GetPort(GraphEnd const& end, bool isOutput) const
+{
+    CNodeItem const* const node = FindNode(end.node);
+    return node ? node->GetPort(end.port, isOutput) : std::nullopt;
+}
+
+std::set<std::string> CGraphScene::GetSelectedNodes() const
+{
+    std::set<std::string> ids;
+    for (auto const& node : m_Nodes)
+        if (node.second->isSelected())
+            ids.insert(node.first);
+    return ids;
+}
+
+std::vector<GraphConnection> CGraphScene::GetSelectedConnections() const
+{
+    std::vector<GraphConnection> connections;
+    for (auto const& connection : m_Connections)
+        if (connection.second->isSelected())
+            connections.push_back(connection.second->GetConnection());
+    return connections;
+}
+
+bool CGraphScene::IsNodeSelected(std::string const& id) const
+{
+    CNodeItem const* const node = FindNode(id);
+    return node && node->isSelected();
+}
+
+void CGraphScene::SelectNodes(std::set<std::string> const& ids)
+{
+    clearSelection();
+    for (std::string const& id : ids)
+        if (CNodeItem* const node = FindNode(id))
+            node->setSelected(true);
+}
+
+void CGraphScene::ToggleNode(std::string const& id)
+{
+    if (CNodeItem* const node = FindNode(id))
+        node->setSelected(!node->isSelected());
+}
+
+void CGraphScene::SelectConnection(GraphConnection const& connection, bool isAdded)
+{
+    if (!isAdded)
+        clearSelection();
+    auto const found = m_Connections.find(MakeKey(connection));
+    if (found != m_Connections.end())
+        found->second->setSelected(true);
+}
+
+void CGraphScene::SelectNodesIn(QRectF const& rect, std::set<std::string> const& kept)
+{
+    std::set<std::string> ids = kept;
+    for (auto const& node : m_Nodes)
+        if (rect.intersects(GetNodeRect(node.second->GetLook()).translated(node.second->pos())))
+            ids.insert(node.first);
+    if (ids != GetSelectedNodes())
+        SelectNodes(ids);
+}
+
+void CGraphScene::ShowNodesAt(std::map<std::string, QPointF> const& positions)
+{
+    for (auto const& position : positions)
+        if (CNodeItem* const node = FindNode(position.first))
+            node->setPos(position.second);
+    for (auto const& connection : m_Connections) {
+        GraphConnection const& ends = connection.second->GetConnection();
+        if (positions.count(ends.from.node) || positions.count(ends.to.node))
+            UpdateEnds(*connection.second);
+    }
+}
+
+void CGraphScene::ShowPreview(QPointF const& from, QPointF const& to, QColor const& color,
+                              bool isRefused)
+{
+    m_Preview->SetEnds(from, to);
+    m_Preview->SetColor(color);
+    m_Preview->SetRefused(isRefused);
+    m_Preview->show();
+}
+
+void CGraphScene::HidePreview()
+{
+    m_Preview->hide();
+}
+
+void CGraphScene::MarkPort(GraphEnd const& end, bool isOutput, ePortMark mark)
+{
+    UnmarkPort();
+    if (CNodeItem* const node = FindNode(end.node)) {
+        node->MarkPort(end.port, isOutput, mark);
+        m_MarkedNode = end.node;
+    }
+}
+
+void CGraphScene::UnmarkPort()
+{
+    if (CNodeItem* const node = FindNode(m_MarkedNode))
+        node->UnmarkPort();
+    m_MarkedNode.clear();
+}
+
+CGraphScene::ConnectionKey CGraphScene::MakeKey(GraphConnection const& connection)
+{
+    return {{connection.from.node, connection.from.port}, {connection.to.node, connection.to.port}};
+}

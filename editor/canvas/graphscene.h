@@ -1,0 +1,82 @@
+#ifndef EDITOR_CANVAS_GRAPHSCENE_H
+#define EDITOR_CANVAS_GRAPHSCENE_H
+
+#include "canvascolors.h"
+#include "nodeitem.h"
+#include "nodelook.h"
+
+#include <graphbody.h>
+
+#include <QGraphicsScene>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+class CConnectionItem;
+
+/// The nodes and connections of one graph. Whoever asks for them gets ids and copies: items come
+/// and go with each change of the graph.
+class CGraphScene : public QGraphicsScene
+{
+    Q_OBJECT
+
+public:
+    explicit CGraphScene(CanvasColors const& colors);
+
+    void SetColors(CanvasColors const& colors);
+    CanvasColors const& GetColors() const;
+
+    /// Shows the graph instead of the one shown. What is in both stays and stays selected.
+    void Show(std::vector<NodeLook> const& looks,
+              std::vector<GraphConnection> const& connections);
+    QRectF GetBounds() const;
+
+    /// What lies at the point; `reach` is how far off the point a connection may be.
+    std::optional<NodeLook> FindNodeAt(QPointF const& point) const;
+    /// Where the node is on the screen; null for an unknown one.
+    std::optional<QPointF> FindNodePosition(std::string const& id) const;
+    std::optional<PortPick> FindPortAt(QPointF const& point) const;
+    std::optional<GraphConnection> FindConnectionAt(QPointF const& point, double reach) const;
+    std::optional<PortPick> GetPort(GraphEnd const& end, bool isOutput) const;
+
+    std::set<std::string> GetSelectedNodes() const;
+    std::vector<GraphConnection> GetSelectedConnections() const;
+    bool IsNodeSelected(std::string const& id) const;
+    void SelectNodes(std::set<std::string> const& ids);
+    void ToggleNode(std::string const& id);
+    void SelectConnection(GraphConnection const& connection, bool isAdded);
+    void SelectNodesIn(QRectF const& rect, std::set<std::string> const& kept);
+
+    /// Moves nodes on the screen alone.
+    void ShowNodesAt(std::map<std::string, QPointF> const& positions);
+
+    /// A connection that is being drawn.
+    void ShowPreview(QPointF const& from, QPointF const& to, QColor const& color, bool isRefused);
+    void HidePreview();
+    void MarkPort(GraphEnd const& end, bool isOutput, ePortMark mark);
+    void UnmarkPort();
+
+private:
+    void ShowNodes(std::vector<NodeLook> const& looks);
+    void ShowConnections(std::vector<GraphConnection> const& connections);
+    void UpdateEnds(CConnectionItem& item);
+    CNodeItem* FindNode(std::string const& id) const;
+    QList<CNodeItem*> GetNodesNear(QPointF const& point) const;
+
+    typedef std::pair<std::pair<std::string, std::string>, std::pair<std::string, std::string>>
+        ConnectionKey;
+    static ConnectionKey MakeKey(GraphConnection const& connection);
+
+    CanvasColors m_Colors;
+    QFont m_Font;
+    // Owned by the scene.
+    std::map<std::string, CNodeItem*> m_Nodes;
+    std::map<ConnectionKey, CConnectionItem*> m_Connections;
+    CConnectionItem* m_Preview;
+    std::string m_MarkedNode;
+};
+
+#endif

@@ -1,0 +1,46 @@
+#include "itempayload.h"
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QMimeData>
+#include <QString>
+
+#include <algorithm>
+
+char const* const kItemMimeType = "tarno/toc.key";
+
+namespace {
+
+/// An identifier is short. Nothing longer is read, whatever length it claims to have.
+int const kLongestPayload = 64 * 1024;
+
+bool IsPrintableAscii(QString const& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character.unicode() >= 0x20 && character.unicode() < 0x7F;
+    });
+}
+
+} // namespace
+
+std::string ReadItemPayload(QMimeData const* data)
+{
+    QString const format = QString::fromLatin1(kItemMimeType);
+    if (!data || !data->hasFormat(format))
+        return std::string();
+    QByteArray const bytes = data->data(format);
+    if (bytes.size() > kLongestPayload)
+        return std::string();
+    QDataStream stream(bytes);
+    QString text;
+    stream >> text;
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || !IsPrintableAscii(text))
+        return std::string();
+    return text.toStdString();
+}
+
+std::string GetPayloadUid(std::string const& serialized)
+{
+    std::size_t const colon = serialized.find(':');
+    return colon == std::string::npos || colon == 0 ? std::string() : serialized.substr(colon + 1);
+}

@@ -1,0 +1,67 @@
+#ifndef EDITOR_CANVAS_NODELOOK_H
+#define EDITOR_CANVAS_NODELOOK_H
+
+#include <QPixmap>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+
+#include <string>
+#include <vector>
+
+/// Pitch of the grid to which nodes snap, in scene units as all lengths here: pixels as long as
+/// the view is not zoomed.
+int const kGridPitch = 20;
+int const kNodeWidth = 160;
+int const kHeaderHeight = 28;
+int const kPortRowHeight = 20;
+int const kPortRadius = 5;
+/// How near to a port a press has to be.
+int const kPortReach = 11;
+
+enum class eNodeKind
+{
+    kSolver,
+    kCompound,
+    kConstant,
+    kInputs,  ///< stands for the compound's own inputs
+    kOutputs, ///< stands for the compound's own outputs
+    kMissing  ///< the library does not have the item
+};
+
+struct PortLook
+{
+    /// As connections name it.
+    std::string name;
+    /// The uid, and the name that the library has for it; empty when there is none.
+    std::string type;
+    std::string typeName;
+    bool isConnected = false;
+};
+
+/// All that is shown of a node.
+struct NodeLook
+{
+    std::string id;
+    /// Uid of the item; empty for the compound's own ports.
+    std::string item;
+    eNodeKind kind = eNodeKind::kMissing;
+    QString title;
+    QPixmap icon;
+    std::vector<PortLook> inputs;
+    std::vector<PortLook> outputs;
+    QPointF position;
+};
+
+bool operator==(NodeLook const& left, NodeLook const& right);
+
+QPointF SnapToGrid(QPointF const& point);
+
+// Where things lie in a node whose top left is (0, 0).
+
+QRectF GetNodeRect(NodeLook const& look);
+QPointF GetPortPosition(std::size_t port, bool isOutput);
+/// The row's half in which the port's name stands, the whole row when the other side has none.
+QRectF GetPortNameRect(NodeLook const& look, std::size_t port, bool isOutput);
+
+#endif

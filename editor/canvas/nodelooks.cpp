@@ -1,0 +1,194 @@
+#include "nodelooks.h"
+
+#include "graphedits.h"
+
+#include <embeddedhost.h>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// Between the nodes and those of the compound's own ports beside them.
+int const kSideGap = 4 * kGridPitch;
+/// Icons are loaded as sharp as any usual screen and zoom wants them.
+int const kIconSharpness = 2;
+
+bool IsSignature(ItemLibraryAccessor const& library, ItemID const& id)
+{
+    ItemAccessor item;
+    item.SetFrom(library.GetModel(id, nullptr));
+    return item.IsValid() && Helpers::IsAbstractFunction(item);
+}
+
+eNodeKind GetKind(ItemID const& id)
+{
+    if (id.GetType() == TarnoType::gCompound)
+        return eNodeKind::kCompound;
+    return id.GetType() == TarnoType::gGlobalConstant ? eNodeKind::kConstant : eNodeKind::kSolver;
+}
+
+PortLook& FindOrAddPort(std::vector<PortLook>& ports, std::string const& name)
+{
+    auto const found = std::find_if(ports.begin(), ports.end(),
+                                    [&name](PortLook const& port) { return port.name == name; });
+    if (found != ports.end())
+        return *found;
+    ports.push_back(PortLook{name, std::string(), std::string(), false});
+    return ports.back();
+}
+
+void MarkConnections(std::vector<GraphConnection> const& connections,
+                     std::vector<NodeLook>& looks)
+{
+    std::unordered_map<std::string, NodeLook*> byId;
+    for (NodeLook& look : looks)
+        byId[look.id] = &look;
+    for (GraphConnection const& connection : connections) {
+        auto const from = byId.find(connection.from.node);
+        auto const to = byId.find(connection.to.node);
+        if (from == byId.end() || to == byId.end())
+            continue;
+        FindOrAddPort(from->second->outputs, connection.from.port).isConnected = true;
+        FindOrAddPort(to->second->inputs, connection.to.port).isConnected = true;
+    }
+}
+
+/// What the nodes cover, not yet knowing the ports that only connections name.
+QRectF GetBounds(std::vector<NodeLook> const& looks)
+{
+    QRectF bounds;
+    for (NodeLook const& look : looks)
+        bounds |= GetNodeRect(look).translated(look.position);
+    return bounds;
+}
+
+bool IsNamed(std::vector<GraphConnection> const& connections, GraphEnd GraphConnection::*end,
+             char const* node)
+{
+    return std::any_of(connections.begin(), connections.end(),
+                       [&](GraphConnection const& connection) {
+                           return (connection.*end).node == node;
+                       });
+}
+
+} // namespace
+
+NodeLooks::NodeLooks(CEmbeddedHost& host)
+    : m_Host(host)
+{
+}
+
+void NodeLooks::Forget()
+{
+    m_ItemLooks.clear();
+    m_TypeNames.clear();
+}
+
+std::vector<NodeLook> NodeLooks::Make(GraphBody const& body)
+{
+    std::vector<NodeLook> looks;
+    looks.reserve(body.nodes.size() + 2);
+    for (GraphNode const& node : body.nodes) {
+        looks.push_back(GetItemLook(node.item));
+        looks.back().id = node.id;
+        looks.back().position = node.position;
+    }
+    AddPortsNodes(body, looks);
+    MarkConnections(body.connections, looks);
+    return looks;
+}
+
+void NodeLooks::AddPortsNodes(GraphBody const& body, std::vector<NodeLook>& looks)
+{
+    QRectF const bounds = GetBounds(looks);
+    auto const add = [&](NodeLook look, double x) {
+        double const y = bounds.center().y() - GetNodeRect(look).height() / 2;
+        look.position = SnapToGrid(QPointF(x, y));
+        looks.push_back(std::move(look));
+    };
+    if (!body.inputs.empty() || IsNamed(body.connections, &GraphConnection::from, kInputsNode))
+        add(MakePortsLook(eNodeKind::kInputs, body.inputs),
+            std::floor(bounds.left() / kGridPitch) * kGridPitch - kNodeWidth - kSideGap);
+    if (!body.outputs.empty() || IsNamed(body.connections, &GraphConnection::to, kOutputsNode))
+        add(MakePortsLook(eNodeKind::kOutputs, body.outputs),
+            std::ceil(bounds.right() / kGridPitch) * kGridPitch + kSideGap);
+}
+
+NodeLook NodeLooks::MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& ports)
+{
+    bool const isInputs = kind == eNodeKind::kInputs;
+    NodeLook look;
+    look.id = isInputs ? kInputsNode : kOutputsNode;
+    look.kind = kind;
+    look.title = isInputs ? QCoreApplication::translate("CCanvas", "Inputs")
+                          : QCoreApplication::translate("CCanvas", "Outputs");
+    // Seen from within, the compound's inputs are where values come from.
+    (isInputs ? look.outputs : look.inputs) = MakePorts(ports);
+    return look;
+}
+
+std::string const& NodeLooks::GetTypeName(std::string const& type)
+{
+    auto const known = m_TypeNames.find(type);
+    if (known != m_TypeNames.end())
+        return known->second;
+    return m_TypeNames[type]
+           = m_Host.GetLibrary().GetItemName(m_Host.FindItem(type), true, nullptr);
+}
+
+NodeLook const& NodeLooks::GetItemLook(std::string const& item)
+{
+    auto const known = m_ItemLooks.find(item);
+    if (known != m_ItemLooks.end())
+        return known->second;
+    return m_ItemLooks[item] = MakeItemLook(item);
+}
+
+NodeLook NodeLooks::MakeItemLook(std::string const& item)
+{
+    ItemLibraryAccessor const library = m_Host.GetLibrary();
+    ItemID const id = m_Host.FindItem(item);
+    NodeLook look;
+    look.item = item;
+    if (id.IsNull()) {
+        look.kind = eNodeKind::kMissing;
+        look.title = QCoreApplication::translate("CCanvas", "Missing item");
+        return look;
+    }
+    GraphBody const body = m_Host.GetBody(id);
+    look.kind = GetKind(id);
+    look.title = QString::fromLatin1(library.GetItemName(id, true, nullptr).c_str());
+    look.inputs = MakePorts(body.inputs);
+    look.outputs = MakePorts(body.outputs);
+    if (look.kind == eNodeKind::kCompound)
+        look.icon = GetIcon(IsSignature(library, id) ? ":signature.png" : ":compound.png");
+    else
+        look.icon = GetIcon(look.kind == eNodeKind::kConstant ? ":constant.png" : ":solver.png");
+    return look;
+}
+
+std::vector<PortLook> NodeLooks::MakePorts(std::vector<GraphPort> const& ports)
+{
+    std::vector<PortLook> looks;
+    for (GraphPort const& port : ports)
+        looks.push_back(PortLook{port.name, port.type, GetTypeName(port.type), false});
+    return looks;
+}
+
+QPixmap NodeLooks::GetIcon(char const* resource)
+{
+    QPixmap& icon = m_Icons[resource];
+    if (icon.isNull()) {
+        QString sharp = QString::fromLatin1(resource);
+        sharp.insert(sharp.lastIndexOf(QLatin1Char('.')), QStringLiteral("@2x"));
+        icon = QPixmap(sharp);
+        icon.setDevicePixelRatio(kIconSharpness);
+    }
+    return icon;
+}
