@@ -79,9 +79,11 @@ void CMainWindow::ConnectHost()
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowTitle);
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::ShowTitle);
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::RememberCompound);
+    connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::UpdateActions);
     connect(&m_Host, &CEmbeddedHost::ShowFilesRequested, this, &CMainWindow::ShowFiles);
     connect(&m_Host.GetMessages(), &CMessageChannel::MessagePosted, this,
             &CMainWindow::ShowMessage);
+    connect(m_Canvas, &CCanvas::SelectionChanged, this, &CMainWindow::UpdateActions);
 }
 
 void CMainWindow::UseSettings(CSettings& settings)

@@ -59,6 +59,8 @@ private:
                        void (CMainWindow::*slot)());
     /// `command` is one of the panel's library-wide commands.
     QAction* AddPanelAction(QMenu* menu, int command);
+    QAction* AddCanvasAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
+                             void (CCanvas::*slot)());
     void UpdateActions();
     void ShowShortcuts();
     void ShowAbout();
@@ -101,8 +103,11 @@ private:
     QAction* m_SaveAction = nullptr;
     QAction* m_DarkAction = nullptr;
     QAction* m_MarksAction = nullptr;
-    /// Enabled as long as a library is open.
+    /// Enabled as there is something to act on: a library, a compound on the canvas, a selection
+    /// in it.
     QList<QAction*> m_LibraryActions;
+    QList<QAction*> m_CompoundActions;
+    QList<QAction*> m_SelectionActions;
     /// The log came forward by itself once; from then on it is the user's to show and hide.
     bool m_IsLogOffered = false;
 };

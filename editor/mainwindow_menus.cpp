@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "canvas.h"
 #include "recentmenu.h"
 #include "shortcutlist.h"
 
@@ -26,6 +27,15 @@ QAction* CMainWindow::AddAction(QMenu* menu, QString const& text, QKeySequence c
     QAction* const action = menu->addAction(text);
     action->setShortcut(shortcut);
     connect(action, &QAction::triggered, this, slot);
+    return action;
+}
+
+QAction* CMainWindow::AddCanvasAction(QMenu* menu, QString const& text,
+                                      QKeySequence const& shortcut, void (CCanvas::*slot)())
+{
+    QAction* const action = menu->addAction(text);
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, m_Canvas, slot);
     return action;
 }
 
@@ -68,6 +78,16 @@ void CMainWindow::CreateEditMenu()
                         QKeySequence(Qt::CTRL | Qt::Key_Y)});
     redo->setIconText(tr("Redo"));
     menu->addActions({undo, redo});
+    menu->addSeparator();
+    m_SelectionActions
+        << AddCanvasAction(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
+    m_SelectionActions << AddCanvasAction(menu, tr("&Delete"), QKeySequence::Delete,
+                                          &CCanvas::DeleteSelection);
+    menu->addSeparator();
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
 }
 
 void CMainWindow::CreateCreateMenu()
@@ -76,6 +96,10 @@ void CMainWindow::CreateCreateMenu()
     for (int const command : {CNodeBrowser::eMenuNewSignature, CNodeBrowser::eMenuNewCompound,
                               CNodeBrowser::eMenuNewLoopCompound})
         AddPanelAction(menu, command);
+    menu->addSeparator();
+    m_CompoundActions
+        << AddCanvasAction(menu, tr("&Input..."), QKeySequence(), &CCanvas::AddInput)
+        << AddCanvasAction(menu, tr("&Output..."), QKeySequence(), &CCanvas::AddOutput);
 }
 
 void CMainWindow::CreateViewMenu()
@@ -91,6 +115,18 @@ void CMainWindow::CreateViewMenu()
     m_DarkAction = menu->addAction(tr("&Dark Palette"));
     m_DarkAction->setCheckable(true);
     connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::ChooseDark);
+    menu->addSeparator();
+    QAction* const zoomIn =
+        AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn);
+    // The same key without Shift on many keyboards.
+    zoomIn->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Plus),
+                          QKeySequence(Qt::CTRL | Qt::Key_Equal)});
+    m_CompoundActions
+        << zoomIn
+        << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut, &CCanvas::ZoomOut)
+        << AddCanvasAction(menu, tr("Zoom to &100%"), QKeySequence(Qt::CTRL | Qt::Key_0),
+                           &CCanvas::ResetZoom)
+        << AddCanvasAction(menu, tr("Zoom to &Fit"), QKeySequence(Qt::CTRL | Qt::Key_9), &CCanvas::Fit);
 }
 
 void CMainWindow::CreateHelpMenu()
@@ -102,8 +138,14 @@ void CMainWindow::CreateHelpMenu()
 
 void CMainWindow::UpdateActions()
 {
-    for (QAction* const action : m_LibraryActions)
-        action->setEnabled(m_Host.GetLibrary().IsValid());
+    auto const enable = [](QList<QAction*> const& actions, bool isEnabled) {
+        for (QAction* const action : actions)
+            action->setEnabled(isEnabled);
+    };
+    bool const hasCompound = m_Host.GetCompoundTarget().Revalidate();
+    enable(m_LibraryActions, m_Host.GetLibrary().IsValid());
+    enable(m_CompoundActions, hasCompound);
+    enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
 }
 
 void CMainWindow::ShowShortcuts()

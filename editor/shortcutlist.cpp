@@ -35,6 +35,7 @@ CShortcutList::CShortcutList(QMenuBar const& menuBar, QWidget* parent)
     grid->setHorizontalSpacing(kColumnGap);
     AddSection(*grid, tr("Menus"), CollectMenuShortcuts(menuBar));
     AddSection(*grid, tr("Node browser"), GetPanelLines());
+    AddSection(*grid, tr("Canvas"), GetCanvasLines());
 
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -55,8 +56,19 @@ CShortcutList::Lines CShortcutList::CollectMenuShortcuts(QMenuBar const& menuBar
 CShortcutList::Lines CShortcutList::GetPanelLines()
 {
     return {{tr("Search names and tags"), tr("Type words")},
+            {tr("Add an item to the graph"), tr("Drag its row")},
             {tr("Open a compound"), tr("Double click")},
             {tr("Rename, tag, move, show files"), tr("Right click")}};
+}
+
+CShortcutList::Lines CShortcutList::GetCanvasLines()
+{
+    return {{tr("Connect"), tr("Drag from an output to an input")},
+            {tr("Open a compound"), tr("Double click")},
+            {tr("Select several"), tr("Drag around them, or click with Shift")},
+            {tr("Zoom"), tr("Wheel")},
+            {tr("Move the view"), tr("Drag with Space or the middle button")},
+            {tr("Break off"), tr("Esc")}};
 }
 
 void CShortcutList::AddSection(QGridLayout& grid, QString const& title, Lines const& lines)

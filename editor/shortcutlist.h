@@ -9,8 +9,8 @@
 class QGridLayout;
 class QMenuBar;
 
-/// Lists what can be done by keyboard and mouse: the menus' shortcuts, and what the panel
-/// reacts to.
+/// Lists what can be done by keyboard and mouse: the menus' shortcuts, and what the panel and
+/// the canvas react to.
 class CShortcutList : public QDialog
 {
     Q_OBJECT
@@ -24,6 +24,7 @@ private:
 
     static Lines CollectMenuShortcuts(QMenuBar const& menuBar);
     static Lines GetPanelLines();
+    static Lines GetCanvasLines();
     void AddSection(QGridLayout& grid, QString const& title, Lines const& lines);
 };
 

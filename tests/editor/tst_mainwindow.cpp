@@ -64,7 +64,8 @@ protected:
         m_Home = std::make_unique<QTemporaryDir>();
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_Home->path()));
         m_Folder = std::make_unique<LibraryFolder>();
-        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow"));
+        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "nodes": [
+            {"id": "ramp", "item": "BBBBBBBB-0000-0000-0000-000000000002", "position": [0, 0]}])"));
         m_Folder->Write(QStringLiteral("project/ramp.json"), Object(2, "compound", "Ramp"));
         Start();
     }
@@ -121,6 +122,11 @@ private:
         }
         qFatal("There is no menu entry %s.", qPrintable(text));
         return nullptr;
+    }
+
+    std::size_t CountNodes()
+    {
+        return m_Run->host.GetBody(Item(1)).nodes.size();
     }
 
     void ShowCompound(int number)
@@ -304,7 +310,7 @@ private Q_SLOTS:
                 owner = action->text();
             }
         }
-        QVERIFY(owners.size() > 5);
+        QVERIFY(owners.size() > 10);
     }
 
     /// What is typed into the search field is no command for the graph.
@@ -313,6 +319,8 @@ private Q_SLOTS:
         Open();
         Rename();
         ShowCompound(1);
+        FindAction(QStringLiteral("Select All"))->trigger();
+        QTRY_VERIFY(FindAction(QStringLiteral("Delete"))->isEnabled());
         QApplication::setActiveWindow(&m_Run->window);
         auto* const field = m_Run->window.findChild<QLineEdit*>();
         field->setFocus();
@@ -325,15 +333,37 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(field, Qt::Key_Delete);
         QCOMPARE(field->text(), QString());
+        QCOMPARE(CountNodes(), std::size_t(1));
+    }
+
+    void editMenuActsOnTheGraph()
+    {
+        Open();
+        ShowCompound(1);
+        FindAction(QStringLiteral("Select All"))->trigger();
+        QTRY_VERIFY(FindAction(QStringLiteral("Copy"))->isEnabled());
+        FindAction(QStringLiteral("Copy"))->trigger();
+        FindAction(QStringLiteral("Paste"))->trigger();
+        QCOMPARE(CountNodes(), std::size_t(2));
+        QTRY_VERIFY(m_Run->window.isWindowModified());
+        FindAction(QStringLiteral("Delete"))->trigger();
+        QCOMPARE(CountNodes(), std::size_t(1));
+        m_Run->host.GetCommandManager().GetUndoStack().undo();
+        QCOMPARE(CountNodes(), std::size_t(2));
     }
 
     void withoutALibraryNothingIsOffered()
     {
         for (QString const& text : {QStringLiteral("Save graph library"),
-                                    QStringLiteral("Public compound")})
+                                    QStringLiteral("Public compound"), QStringLiteral("Paste"),
+                                    QStringLiteral("Input...")})
             QVERIFY2(!FindAction(text)->isEnabled(), qPrintable(text));
         Open();
         QVERIFY(FindAction(QStringLiteral("Save graph library"))->isEnabled());
+        QVERIFY(!FindAction(QStringLiteral("Paste"))->isEnabled());
+        ShowCompound(1);
+        QVERIFY(FindAction(QStringLiteral("Paste"))->isEnabled());
+        QVERIFY(!FindAction(QStringLiteral("Copy"))->isEnabled());
     }
 };
 
