@@ -1,0 +1,238 @@
+#include "loggedtest.h"
+
+#include <graphclipboard.h>
+#include <graphedits.h>
+#include <itempayload.h>
+
+#include <QDataStream>
+#include <QMimeData>
+#include <QTest>
+
+#include <map>
+#include <memory>
+
+namespace {
+
+/// a -> b -> c, fed by the compound's input and led to its output.
+GraphBody MakeChain()
+{
+    GraphBody body;
+    body.inputs = {{"value", "T"}};
+    body.outputs = {{"result", "T"}};
+    body.nodes = {{"a", "ITEM", {0, 0}}, {"b", "ITEM", {200, 0}}, {"c", "ITEM", {400, 0}}};
+    body.connections = {{{"in", "value"}, {"a", "x"}},
+                        {{"a", "y"}, {"b", "x"}},
+                        {{"b", "y"}, {"c", "x"}},
+                        {{"c", "y"}, {"out", "result"}}};
+    return body;
+}
+
+bool Has(GraphBody const& body, GraphConnection const& connection)
+{
+    for (GraphConnection const& other : body.connections)
+        if (other == connection)
+            return true;
+    return false;
+}
+
+QByteArray Stream(QString const& text)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << text;
+    return bytes;
+}
+
+std::unique_ptr<QMimeData> MakeData(char const* format, QByteArray const& bytes)
+{
+    auto data = std::make_unique<QMimeData>();
+    data->setData(QString::fromLatin1(format), bytes);
+    return data;
+}
+
+} // namespace
+
+/// Graphs, payloads and clipboard contents without a canvas.
+class TestCanvasEdits : public LoggedTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void newNodesGetReadableIdsOfTheirOwn()
+    {
+        GraphBody body;
+        QCOMPARE(AddNode(body, "ITEM", "Vector Length (2D)", {}), std::string("vector-length-2d"));
+        QCOMPARE(AddNode(body, "ITEM", "Vector Length (2D)", {}),
+                 std::string("vector-length-2d-2"));
+        // These two stand for the compound's own ports.
+        QCOMPARE(AddNode(body, "ITEM", "In", {}), std::string("in-2"));
+        QCOMPARE(AddNode(body, "ITEM", "Out", {}), std::string("out-2"));
+        QCOMPARE(AddNode(body, "ITEM", "?!", {}), std::string("node"));
+    }
+
+    void inputsTakeOneConnectionAndOutputsMany()
+    {
+        GraphBody body = MakeChain();
+        Connect(body, {{"a", "y"}, {"c", "x"}});
+        QVERIFY(!Has(body, {{"b", "y"}, {"c", "x"}}));
+        QVERIFY(Has(body, {{"a", "y"}, {"c", "x"}}));
+        QVERIFY(Has(body, {{"a", "y"}, {"b", "x"}}));
+        Connect(body, {{"a", "y"}, {"c", "x"}});
+        QCOMPARE(body.connections.size(), std::size_t(4));
+    }
+
+    void removedNodesTakeTheirConnectionsAlong()
+    {
+        GraphBody body = MakeChain();
+        RemoveNodes(body, {"b"});
+        QCOMPARE(body.nodes.size(), std::size_t(2));
+        QCOMPARE(body.connections.size(), std::size_t(2));
+        QVERIFY(Has(body, {{"in", "value"}, {"a", "x"}}));
+        QVERIFY(Has(body, {{"c", "y"}, {"out", "result"}}));
+    }
+
+    void removedPortsTakeTheirConnectionsAlong()
+    {
+        GraphBody body = MakeChain();
+        body.nodes.push_back({"d", "ITEM", {}});
+        // A node's port of the same name is another one.
+        Connect(body, {{"a", "value"}, {"d", "result"}});
+        RemoveInput(body, "value");
+        RemoveOutput(body, "result");
+        QVERIFY(body.inputs.empty() && body.outputs.empty());
+        QCOMPARE(body.connections.size(), std::size_t(3));
+        QVERIFY(Has(body, {{"a", "value"}, {"d", "result"}}));
+    }
+
+    void cyclesAreSeen()
+    {
+        GraphBody const body = MakeChain();
+        QVERIFY(MakesCycle(body, {{"c", "y"}, {"a", "x"}}));
+        QVERIFY(MakesCycle(body, {{"b", "y"}, {"b", "x"}}));
+        QVERIFY(!MakesCycle(body, {{"a", "y"}, {"c", "x"}}));
+        QVERIFY(!MakesCycle(body, {{"in", "value"}, {"out", "result"}}));
+    }
+
+    void compatibleTypes_data()
+    {
+        QTest::addColumn<QByteArray>("from");
+        QTest::addColumn<QByteArray>("fromName");
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QByteArray>("toName");
+        QTest::addColumn<bool>("areCompatible");
+        typedef QByteArray Text;
+        QTest::newRow("same") << Text("AB") << Text("Float") << Text("AB") << Text("Float") << true;
+        QTest::newRow("letters") << Text("ab") << Text("Float") << Text("AB") << Text("Float")
+                                 << true;
+        QTest::newRow("other") << Text("AB") << Text("Float") << Text("CD") << Text("Text")
+                               << false;
+        QTest::newRow("of one name") << Text("AB") << Text("Float") << Text("CD") << Text("Float")
+                                     << false;
+        QTest::newRow("start of the other") << Text("AB") << Text("") << Text("ABC") << Text("")
+                                            << false;
+        QTest::newRow("into any") << Text("AB") << Text("Float") << Text("CD") << Text("Any")
+                                  << true;
+        QTest::newRow("from any") << Text("CD") << Text("Any") << Text("AB") << Text("Float")
+                                  << true;
+        QTest::newRow("untyped") << Text("") << Text("") << Text("AB") << Text("Float") << true;
+    }
+
+    void compatibleTypes()
+    {
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, fromName);
+        QFETCH(QByteArray, to);
+        QFETCH(QByteArray, toName);
+        QTEST(AreTypesCompatible(from.toStdString(), fromName.toStdString(), to.toStdString(),
+                                 toName.toStdString()),
+              "areCompatible");
+    }
+
+    void containedItemsAreFoundAtAnyDepth()
+    {
+        std::map<std::string, GraphBody> bodies;
+        bodies["OUTER"].nodes = {{"1", "MIDDLE", {}}, {"2", "LEAF", {}}};
+        bodies["MIDDLE"].nodes = {{"1", "inner", {}}};
+        // A library from elsewhere that is wrong already.
+        bodies["LOOP"].nodes = {{"1", "LOOP", {}}};
+        auto const bodyOf = [&bodies](std::string const& uid) { return bodies[uid]; };
+        QVERIFY(ContainsItem("OUTER", "INNER", bodyOf));
+        QVERIFY(ContainsItem("OUTER", "OUTER", bodyOf));
+        QVERIFY(!ContainsItem("MIDDLE", "OUTER", bodyOf));
+        QVERIFY(!ContainsItem("LOOP", "OUTER", bodyOf));
+    }
+
+    void pastedNodesAreNewAndKeepTheirConnections()
+    {
+        GraphBody body = MakeChain();
+        GraphBody const copy = CopyNodes(body, {"a", "b"});
+        QCOMPARE(copy.connections.size(), std::size_t(1));
+        QVERIFY(PasteNodes(body, copy, {40, 60}) == std::set<std::string>({"a-2", "b-2"}));
+        QVERIFY(PasteNodes(body, CopyNodes(body, {"a-2"}), {}) == std::set<std::string>({"a-3"}));
+        QCOMPARE(FindNode(body, "b-2")->position, QPointF(240, 60));
+        QVERIFY(Has(body, {{"a-2", "y"}, {"b-2", "x"}}));
+        // What is there already stays connected as it was.
+        QVERIFY(Has(body, {{"a", "y"}, {"b", "x"}}));
+        QCOMPARE(body.connections.size(), std::size_t(5));
+    }
+
+    void newPortsGetNamesOfTheirOwn()
+    {
+        GraphBody body = MakeChain();
+        AddPort(body.inputs, "value", "T");
+        QCOMPARE(body.inputs.back().name, std::string("value 2"));
+    }
+
+    void clipboardGivesBackWhatWasPut()
+    {
+        std::unique_ptr<QMimeData> const data(
+            MakeClipboardData(CopyNodes(MakeChain(), {"a", "b"})));
+        GraphBody const read = ReadClipboardData(data.get());
+        QCOMPARE(read.nodes.size(), std::size_t(2));
+        QCOMPARE(read.nodes[1].position, QPointF(200, 0));
+        QVERIFY(Has(read, {{"a", "y"}, {"b", "x"}}));
+    }
+
+    void clipboardOfOthersIsEmpty()
+    {
+        char const* const format = "application/x-nodeeditor-nodes+json";
+        for (QByteArray const bytes : {"", "[]", "{", "{\"nodes\": 3}", "{\"nodes\": [{}]}"})
+            QVERIFY(ReadClipboardData(MakeData(format, bytes).get()).nodes.empty());
+        QVERIFY(ReadClipboardData(nullptr).nodes.empty());
+    }
+
+    void payloads_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("serialized");
+        QByteArray const good("\0\0\0\6\0a\0:\0b", 10);
+        QTest::newRow("documented bytes") << good << QByteArray("a:b");
+        QTest::newRow("nothing") << QByteArray() << QByteArray();
+        QTest::newRow("null text") << Stream(QString()) << QByteArray();
+        QTest::newRow("cut short") << good.left(9) << QByteArray();
+        QTest::newRow("more behind") << good + '\0' << QByteArray();
+        QTest::newRow("odd length") << QByteArray("\0\0\0\5\0a\0:\0", 9) << QByteArray();
+        QTest::newRow("claims to be huge") << QByteArray("\x7f\xff\xff\xf0\0a", 6) << QByteArray();
+        QTest::newRow("plain text") << QByteArray("solver:1234") << QByteArray();
+        QTest::newRow("beyond ASCII") << Stream(QStringLiteral("a:\u00e9")) << QByteArray();
+        QTest::newRow("zero inside") << Stream(QString(3, QChar(0))) << QByteArray();
+    }
+
+    void payloads()
+    {
+        QFETCH(QByteArray, bytes);
+        QTEST(QByteArray::fromStdString(ReadItemPayload(MakeData("tarno/toc.key", bytes).get())),
+              "serialized");
+    }
+
+    void payloadsOfOtherFormatsAreNotRead()
+    {
+        QVERIFY(ReadItemPayload(nullptr).empty());
+        QVERIFY(ReadItemPayload(MakeData("text/plain", Stream("a:b")).get()).empty());
+        QCOMPARE(GetPayloadUid("solver:12:3"), std::string("12:3"));
+        QVERIFY(GetPayloadUid(":1").empty() && GetPayloadUid("solver").empty());
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestCanvasEdits)
+#include "tst_canvasedits.moc"
