@@ -14,6 +14,9 @@ using namespace tarno::datamodel;
 
 namespace {
 
+/// The panel has no width of its own; in pixels.
+int const kPanelWidth = 240;
+
 void AddPanel(QMainWindow& window, QLabel& work)
 {
     auto* const panel = new CNodeBrowser(CNodeBrowser::eConfigNodes);
@@ -29,6 +32,7 @@ void AddPanel(QMainWindow& window, QLabel& work)
     auto* const dock = new QDockWidget(QStringLiteral("Nodes"), &window);
     dock->setWidget(panel);
     window.addDockWidget(Qt::LeftDockWidgetArea, dock);
+    window.resizeDocks({dock}, {kPanelWidth}, Qt::Horizontal);
 }
 
 } // namespace
