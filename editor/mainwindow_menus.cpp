@@ -126,7 +126,8 @@ void CMainWindow::CreateViewMenu()
         << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut, &CCanvas::ZoomOut)
         << AddCanvasAction(menu, tr("Zoom to &100%"), QKeySequence(Qt::CTRL | Qt::Key_0),
                            &CCanvas::ResetZoom)
-        << AddCanvasAction(menu, tr("Zoom to &Fit"), QKeySequence(Qt::CTRL | Qt::Key_9), &CCanvas::Fit);
+        << AddCanvasAction(menu, tr("Zoom to &Fit"), QKeySequence(Qt::CTRL | Qt::Key_9),
+                           &CCanvas::Fit);
 }
 
 void CMainWindow::CreateHelpMenu()
