@@ -14,12 +14,13 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
 int const kNodes = 500;
-int const kColumns = 25;
+int const kRows = 25;
 int const kSolvers = 12;
 QSize const kViewSize(1600, 1000);
 
@@ -61,8 +62,8 @@ QString MakeNode(int number)
     return QStringLiteral("{\"id\": \"%1\", \"item\": \"%2\", \"position\": [%3, %4]}")
         .arg(number)
         .arg(Uid(2, number % kSolvers))
-        .arg(220 * (number / kColumns))
-        .arg(120 * (number % kColumns));
+        .arg(220 * (number / kRows))
+        .arg(120 * (number % kRows));
 }
 
 QString MakeConnection(int from, char const* output, int to, char const* input)
@@ -80,10 +81,12 @@ QString MakeCompound()
     QStringList connections;
     for (int number = 0; number < kNodes; ++number) {
         nodes << MakeNode(number);
-        if (number < kColumns)
+        if (number < kRows)
             continue;
-        connections << MakeConnection(number - kColumns, "result", number, "foreground")
-                    << MakeConnection((number - kColumns) / 2, "coverage", number, "background");
+        // Most come from near by, as in graphs that people lay out, and some from far away.
+        int const far = number % 10 == 0 ? number / 2 : number - kRows + 1 - number % 3;
+        connections << MakeConnection(number - kRows, "result", number, "foreground")
+                    << MakeConnection(std::max(0, far), "coverage", number, "background");
     }
     return QStringLiteral("{\"uid\": \"%1\", \"kind\": \"compound\", \"name\": \"Large\", "
                           "\"nodes\": [%2], \"connections\": [%3]}")

@@ -1,6 +1,7 @@
 #include "connectionitem.h"
 
 #include <QPainter>
+#include <QPolygonF>
 #include <QStyleOptionGraphicsItem>
 
 #include <algorithm>
@@ -14,10 +15,12 @@ double const kSelectedWidth = 3.5;
 /// How far the curve goes on in its first direction, at least and at most.
 double const kSmallestReach = 30;
 double const kLargestReach = 160;
-/// Into how many straight pieces the curve is cut to measure distances.
-int const kPieces = 24;
-/// Below this zoom curves are drawn as straight lines of one pixel, which is quicker.
-double const kCurvesFrom = 0.3;
+/// How often the curve is halved: 16 pieces, each nearly straight.
+int const kHalvings = 4;
+/// Below this zoom curves are thin, and drawn without smooth edges, which is much quicker.
+double const kSmoothFrom = 0.45;
+/// Up to this zoom the pieces of a curve cannot be told from straight lines.
+double const kStraightUpTo = 1.05;
 
 double DistanceToPiece(QPointF const& point, QPointF const& from, QPointF const& to)
 {
@@ -35,6 +38,8 @@ CConnectionItem::CConnectionItem(GraphConnection const& connection, CanvasColors
     , m_Colors(colors)
 {
     setFlag(ItemIsSelectable);
+    // To be told what part is exposed.
+    setFlag(ItemUsesExtendedStyleOption);
 }
 
 int CConnectionItem::type() const
@@ -49,7 +54,7 @@ GraphConnection const& CConnectionItem::GetConnection() const
 
 void CConnectionItem::SetEnds(QPointF const& from, QPointF const& to)
 {
-    if (from == m_From && to == m_To && !m_Path.isEmpty())
+    if (from == m_From && to == m_To && !m_Pieces.empty())
         return;
     prepareGeometryChange();
     m_From = from;
@@ -57,10 +62,53 @@ void CConnectionItem::SetEnds(QPointF const& from, QPointF const& to)
     // A connection that runs back swings out wider, so that it can be told from one that is
     // straight.
     double const ahead = to.x() - from.x();
-    double const reach = std::clamp(ahead > 0 ? ahead / 2 : -ahead * 0.75, kSmallestReach,
-                                    kLargestReach);
-    m_Path = QPainterPath(from);
-    m_Path.cubicTo(from + QPointF(reach, 0), to - QPointF(reach, 0), to);
+    QPointF const reach(std::clamp(ahead > 0 ? ahead / 2 : -ahead * 0.75, kSmallestReach,
+                                   kLargestReach),
+                        0);
+    m_Pieces.clear();
+    m_Bounds = QRectF();
+    UpdatePieces(Piece{from, from + reach, to - reach, to, QRectF()}, kHalvings);
+}
+
+void CConnectionItem::UpdatePieces(Piece const& whole, int halvings)
+{
+    QPointF const first = (whole.start + whole.firstControl) / 2;
+    QPointF const between = (whole.firstControl + whole.secondControl) / 2;
+    QPointF const last = (whole.secondControl + whole.end) / 2;
+    QPointF const second = (first + between) / 2;
+    QPointF const third = (between + last) / 2;
+    QPointF const middle = (second + third) / 2;
+    if (halvings > 0) {
+        UpdatePieces(Piece{whole.start, first, second, middle, QRectF()}, halvings - 1);
+        UpdatePieces(Piece{middle, third, last, whole.end, QRectF()}, halvings - 1);
+        return;
+    }
+    Piece piece = whole;
+    piece.bounds = QPolygonF({piece.start, piece.firstControl, piece.secondControl, piece.end})
+                       .boundingRect()
+                       .adjusted(-kSelectedWidth, -kSelectedWidth, kSelectedWidth, kSelectedWidth);
+    m_Bounds |= piece.bounds;
+    m_Pieces.push_back(piece);
+}
+
+QPainterPath CConnectionItem::GetVisiblePath(QRectF const& rect, bool isCurved) const
+{
+    QPainterPath path;
+    bool isBroken = true;
+    for (Piece const& piece : m_Pieces) {
+        if (!piece.bounds.intersects(rect)) {
+            isBroken = true;
+            continue;
+        }
+        if (isBroken)
+            path.moveTo(piece.start);
+        if (isCurved)
+            path.cubicTo(piece.firstControl, piece.secondControl, piece.end);
+        else
+            path.lineTo(piece.end);
+        isBroken = false;
+    }
+    return path;
 }
 
 void CConnectionItem::SetColor(QColor const& color)
@@ -78,31 +126,29 @@ void CConnectionItem::SetRefused(bool isRefused)
 double CConnectionItem::GetDistance(QPointF const& point) const
 {
     double nearest = std::numeric_limits<double>::max();
-    QPointF previous = m_From;
-    for (int piece = 1; piece <= kPieces; ++piece) {
-        QPointF const next = m_Path.pointAtPercent(double(piece) / kPieces);
-        nearest = std::min(nearest, DistanceToPiece(point, previous, next));
-        previous = next;
-    }
+    for (Piece const& piece : m_Pieces)
+        nearest = std::min(nearest, DistanceToPiece(point, piece.start, piece.end));
     return nearest;
 }
 
 QRectF CConnectionItem::boundingRect() const
 {
-    return m_Path.controlPointRect().adjusted(-kSelectedWidth, -kSelectedWidth, kSelectedWidth,
-                                              kSelectedWidth);
+    return m_Bounds;
 }
 
-void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, QWidget*)
+void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* option,
+                            QWidget*)
 {
     double const zoom
         = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
     QColor const& color = m_IsRefused ? m_Colors.refusal
                           : isSelected() ? m_Colors.selection : m_Color;
-    if (zoom < kCurvesFrom) {
+    painter->setBrush(Qt::NoBrush);
+    QPainterPath const path = GetVisiblePath(option->exposedRect, zoom > kStraightUpTo);
+    if (zoom < kSmoothFrom) {
         painter->setRenderHint(QPainter::Antialiasing, false);
         painter->setPen(QPen(color, 0));
-        painter->drawLine(m_From, m_To);
+        painter->drawPath(path);
         painter->setRenderHint(QPainter::Antialiasing);
         return;
     }
@@ -110,6 +156,5 @@ void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, 
     if (m_IsRefused)
         pen.setStyle(Qt::DashLine);
     painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    painter->drawPath(m_Path);
+    painter->drawPath(path);
 }

@@ -8,6 +8,8 @@
 #include <QGraphicsItem>
 #include <QPainterPath>
 
+#include <vector>
+
 /// A connection as it is painted: a curve that leaves its output to the right and comes to its
 /// input from the left.
 class CConnectionItem : public QGraphicsItem
@@ -32,11 +34,26 @@ public:
                QWidget* widget) override;
 
 private:
+    struct Piece
+    {
+        QPointF start;
+        QPointF firstControl;
+        QPointF secondControl;
+        QPointF end;
+        QRectF bounds;
+    };
+
+    void UpdatePieces(Piece const& whole, int halvings);
+    /// The part of the curve that can be seen in the rectangle, and a little more.
+    QPainterPath GetVisiblePath(QRectF const& rect, bool isCurved) const;
+
     GraphConnection const m_Connection;
     CanvasColors const& m_Colors;
     QPointF m_From;
     QPointF m_To;
-    QPainterPath m_Path;
+    QRectF m_Bounds;
+    /// The curve, cut so that what is not seen need not be drawn.
+    std::vector<Piece> m_Pieces;
     QColor m_Color;
     bool m_IsRefused = false;
 };

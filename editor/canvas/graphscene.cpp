@@ -15,9 +15,9 @@ double const kPreviewLayer = 2;
 } // namespace
 
 CGraphScene::CGraphScene(CanvasColors const& colors)
-    : m_Colors(colors)
+    : m_Pictures(colors)
     , m_Font(QApplication::font())
-    , m_Preview(new CConnectionItem(GraphConnection(), m_Colors))
+    , m_Preview(new CConnectionItem(GraphConnection(), GetColors()))
 {
     m_Font.setPixelSize(kFontPixels);
     m_Preview->setZValue(kPreviewLayer);
@@ -28,7 +28,7 @@ CGraphScene::CGraphScene(CanvasColors const& colors)
 
 void CGraphScene::SetColors(CanvasColors const& colors)
 {
-    m_Colors = colors;
+    m_Pictures.SetColors(colors);
     for (auto const& node : m_Nodes)
         node.second->UpdateColors();
     for (auto const& connection : m_Connections)
@@ -38,7 +38,7 @@ void CGraphScene::SetColors(CanvasColors const& colors)
 
 CanvasColors const& CGraphScene::GetColors() const
 {
-    return m_Colors;
+    return m_Pictures.GetColors();
 }
 
 void CGraphScene::Show(std::vector<NodeLook> const& looks,
@@ -56,7 +56,7 @@ void CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
         auto const found = previous.find(look.id);
         CNodeItem* item = found == previous.end() ? nullptr : found->second;
         if (!item) {
-            item = new CNodeItem(look, m_Font, m_Colors);
+            item = new CNodeItem(look, m_Font, m_Pictures);
             addItem(item);
         } else {
             previous.erase(found);
@@ -84,7 +84,7 @@ void CGraphScene::ShowConnections(std::vector<GraphConnection> const& connection
                  || !GetPort(connection.to, false))
             continue;
         else
-            addItem(item = new CConnectionItem(connection, m_Colors));
+            addItem(item = new CConnectionItem(connection, GetColors()));
         UpdateEnds(*item);
         m_Connections[key] = item;
     }
@@ -102,7 +102,7 @@ void CGraphScene::UpdateEnds(CConnectionItem& item)
     PortLook const& typed = from->port.typeName.empty() || from->port.typeName == "Any"
                                 ? to->port
                                 : from->port;
-    item.SetColor(GetTypeColor(typed.type, typed.typeName, m_Colors.isDark));
+    item.SetColor(GetTypeColor(typed.type, typed.typeName, GetColors().isDark));
 }
 
 QRectF CGraphScene::GetBounds() const

@@ -70,7 +70,7 @@ private:
         ConnectionKey;
     static ConnectionKey MakeKey(GraphConnection const& connection);
 
-    CanvasColors m_Colors;
+    NodePictures m_Pictures;
     QFont m_Font;
     // Owned by the scene.
     std::map<std::string, CNodeItem*> m_Nodes;

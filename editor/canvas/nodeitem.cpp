@@ -7,9 +7,6 @@
 
 namespace {
 
-double const kCornerRadius = 7;
-double const kSelectionWidth = 2;
-double const kShadowOffset = 2;
 /// Selection rings, shadows and port marks reach this far beyond the node.
 double const kMargin = 10;
 int const kTitleMargin = 8;
@@ -35,23 +32,12 @@ double CenteredTop(QRectF const& rect, QFont const& font)
     return rect.center().y() - QFontMetricsF(font).height() / 2;
 }
 
-QPainterPath MakeHeaderPath(QRectF const& rect)
-{
-    // Round at the top alone.
-    QRectF const header(rect.left(), rect.top(), rect.width(), kHeaderHeight);
-    QPainterPath path;
-    path.addRoundedRect(header.adjusted(0, 0, 0, kCornerRadius), kCornerRadius, kCornerRadius);
-    QPainterPath below;
-    below.addRect(header.adjusted(0, kHeaderHeight, 0, kCornerRadius));
-    return path.subtracted(below);
-}
-
 } // namespace
 
-CNodeItem::CNodeItem(NodeLook const& look, QFont const& font, CanvasColors const& colors)
+CNodeItem::CNodeItem(NodeLook const& look, QFont const& font, NodePictures& pictures)
     : m_Font(font)
     , m_TitleFont(font)
-    , m_Colors(colors)
+    , m_Pictures(pictures)
 {
     m_TitleFont.setBold(true);
     setFlag(ItemIsSelectable,
@@ -83,7 +69,7 @@ void CNodeItem::SetLook(NodeLook const& look)
 void CNodeItem::UpdateColors()
 {
     for (Port& port : m_Ports)
-        port.color = GetTypeColor(port.look.type, port.look.typeName, m_Colors.isDark);
+        port.color = GetTypeColor(port.look.type, port.look.typeName, m_Pictures.GetColors().isDark);
     update();
 }
 
@@ -108,7 +94,7 @@ void CNodeItem::AddPorts(std::vector<PortLook> const& looks, bool isOutput)
         m_Ports.push_back(
             Port{looks[index], isOutput, GetPortPosition(index, isOutput), text,
                  QPointF(x, CenteredTop(rect, m_Font)),
-                 GetTypeColor(looks[index].type, looks[index].typeName, m_Colors.isDark)});
+                 GetTypeColor(looks[index].type, looks[index].typeName, m_Pictures.GetColors().isDark)});
     }
 }
 
@@ -157,24 +143,6 @@ QPainterPath CNodeItem::shape() const
     return path;
 }
 
-QColor const& CNodeItem::GetTint() const
-{
-    switch (m_Look.kind) {
-    case eNodeKind::kCompound:
-        return m_Colors.compoundTint;
-    case eNodeKind::kConstant:
-        return m_Colors.constantTint;
-    case eNodeKind::kInputs:
-    case eNodeKind::kOutputs:
-        return m_Colors.portsTint;
-    case eNodeKind::kMissing:
-        return m_Colors.missingTint;
-    case eNodeKind::kSolver:
-        break;
-    }
-    return m_Colors.solverTint;
-}
-
 void CNodeItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, QWidget*)
 {
     double const zoom
@@ -183,57 +151,28 @@ void CNodeItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, QWidge
         PaintPlain(painter);
         return;
     }
-    PaintFrame(painter);
+    m_Pictures.PaintFrame(painter, m_Look.kind, m_Rect, isSelected());
     PaintHeader(painter);
     PaintPorts(painter, zoom >= kPortNamesFrom);
 }
 
 void CNodeItem::PaintPlain(QPainter* painter) const
 {
+    CanvasColors const& colors = m_Pictures.GetColors();
     painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->fillRect(m_Rect, isSelected() ? m_Colors.selection : m_Colors.nodeBody);
-    painter->fillRect(QRectF(0, 0, kNodeWidth, kHeaderHeight), GetTint());
+    painter->fillRect(m_Rect, isSelected() ? colors.selection : colors.nodeBody);
+    painter->fillRect(QRectF(0, 0, kNodeWidth, kHeaderHeight), m_Pictures.GetTint(m_Look.kind));
     painter->setRenderHint(QPainter::Antialiasing);
-}
-
-void CNodeItem::PaintFrame(QPainter* painter) const
-{
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(m_Colors.shadow);
-    painter->drawRoundedRect(m_Rect.adjusted(-1, 0, 1, kShadowOffset + 1).translated(0, 1),
-                             kCornerRadius + 1, kCornerRadius + 1);
-    if (isSelected()) {
-        QColor glow = m_Colors.selection;
-        glow.setAlpha(70);
-        painter->setBrush(glow);
-        painter->drawRoundedRect(m_Rect.adjusted(-4, -4, 4, 4), kCornerRadius + 4,
-                                 kCornerRadius + 4);
-    }
-    bool const isMissing = m_Look.kind == eNodeKind::kMissing;
-    QPen border(isSelected() ? m_Colors.selection
-                             : isMissing ? m_Colors.refusal : m_Colors.nodeBorder,
-                isSelected() ? kSelectionWidth : 1);
-    if (isMissing && !isSelected())
-        border.setStyle(Qt::DashLine);
-    painter->setPen(border);
-    painter->setBrush(m_Colors.nodeBody);
-    painter->drawRoundedRect(m_Rect, kCornerRadius, kCornerRadius);
 }
 
 void CNodeItem::PaintHeader(QPainter* painter) const
 {
-    // All headers are of one size.
-    static QPainterPath const path
-        = MakeHeaderPath(QRectF(1, 1, kNodeWidth - 2, kHeaderHeight - 1).adjusted(-0.5, -0.5, 0.5, 0));
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(GetTint());
-    painter->drawPath(path);
     if (!m_Look.icon.isNull())
         painter->drawPixmap(QRectF(kTitleMargin, (kHeaderHeight - kIconSize) / 2.0, kIconSize,
                                    kIconSize),
                             m_Look.icon, QRectF(m_Look.icon.rect()));
     painter->setFont(m_TitleFont);
-    painter->setPen(m_Colors.text);
+    painter->setPen(m_Pictures.GetColors().text);
     painter->drawStaticText(m_TitlePosition, m_Title);
 }
 
@@ -241,22 +180,20 @@ void CNodeItem::PaintPorts(QPainter* painter, bool areNamesShown) const
 {
     if (areNamesShown) {
         painter->setFont(m_Font);
-        painter->setPen(m_Colors.dimText);
+        painter->setPen(m_Pictures.GetColors().dimText);
         for (Port const& port : m_Ports)
             painter->drawStaticText(port.textPosition, port.text);
     }
     for (Port const& port : m_Ports) {
         if (m_Mark && m_Mark->isOutput == port.isOutput && m_Mark->name == port.look.name)
             PaintMark(painter, port);
-        painter->setPen(QPen(port.color, 2));
-        painter->setBrush(port.look.isConnected ? port.color : m_Colors.nodeBody);
-        painter->drawEllipse(port.position, kPortRadius - 1, kPortRadius - 1);
+        m_Pictures.PaintPort(painter, port.position, port.color, port.look.isConnected);
     }
 }
 
 void CNodeItem::PaintMark(QPainter* painter, Port const& port) const
 {
-    QColor ring = m_Mark->mark == ePortMark::kRefused ? m_Colors.refusal : port.color;
+    QColor ring = m_Mark->mark == ePortMark::kRefused ? m_Pictures.GetColors().refusal : port.color;
     ring.setAlpha(m_Mark->mark == ePortMark::kHovered ? 90 : 150);
     painter->setPen(Qt::NoPen);
     painter->setBrush(ring);

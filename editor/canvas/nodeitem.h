@@ -1,8 +1,8 @@
 #ifndef EDITOR_CANVAS_NODEITEM_H
 #define EDITOR_CANVAS_NODEITEM_H
 
-#include "canvascolors.h"
 #include "nodelook.h"
+#include "nodepictures.h"
 
 #include <QFont>
 #include <QGraphicsItem>
@@ -34,8 +34,8 @@ class CNodeItem : public QGraphicsItem
 public:
     enum { Type = UserType + 1 };
 
-    /// The colours have to outlive the item.
-    CNodeItem(NodeLook const& look, QFont const& font, CanvasColors const& colors);
+    /// The pictures have to outlive the item.
+    CNodeItem(NodeLook const& look, QFont const& font, NodePictures& pictures);
 
     int type() const override;
     NodeLook const& GetLook() const;
@@ -74,11 +74,9 @@ private:
 
     void UpdateTexts();
     void AddPorts(std::vector<PortLook> const& looks, bool isOutput);
-    QColor const& GetTint() const;
     PortPick MakePick(Port const& port) const;
 
     void PaintPlain(QPainter* painter) const;
-    void PaintFrame(QPainter* painter) const;
     void PaintHeader(QPainter* painter) const;
     void PaintPorts(QPainter* painter, bool areNamesShown) const;
     void PaintMark(QPainter* painter, Port const& port) const;
@@ -86,7 +84,7 @@ private:
     NodeLook m_Look;
     QFont const m_Font;
     QFont m_TitleFont;
-    CanvasColors const& m_Colors;
+    NodePictures& m_Pictures;
     QRectF m_Rect;
     QStaticText m_Title;
     QPointF m_TitlePosition;
