@@ -14,7 +14,7 @@ namespace {
 
 int const kStrongLineEvery = 5;
 /// Below these zooms grid lines would lie closer than a few pixels.
-double const kFaintLinesFrom = 0.4;
+double const kFaintLinesFrom = 0.5;
 double const kStrongLinesFrom = 0.12;
 
 double const kSmallestZoom = 0.05;
@@ -37,14 +37,14 @@ QVector<int> GridLines(double from, double to, bool strong)
     return positions;
 }
 
-QVector<QLineF> GridLines(QRectF const& rect, bool strong)
+/// Filled rectangles are painted many times quicker than lines.
+void PaintGrid(QPainter& painter, QRectF const& rect, bool strong, QColor const& color)
 {
-    QVector<QLineF> lines;
+    double const pixel = 1 / painter.worldTransform().m11();
     for (int const x : GridLines(rect.left(), rect.right(), strong))
-        lines.append(QLineF(x, rect.top(), x, rect.bottom()));
+        painter.fillRect(QRectF(x, rect.top(), pixel, rect.height()), color);
     for (int const y : GridLines(rect.top(), rect.bottom(), strong))
-        lines.append(QLineF(rect.left(), y, rect.right(), y));
-    return lines;
+        painter.fillRect(QRectF(rect.left(), y, rect.width(), pixel), color);
 }
 
 QLabel* MakeLabel(QWidget* parent)
@@ -220,14 +220,9 @@ void CCanvas::drawBackground(QPainter* painter, QRectF const& rect)
     double const zoom = transform().m11();
     painter->setRenderHint(QPainter::Antialiasing, false);
     painter->fillRect(rect, colors.ground);
-    // A pen of width 0 is one pixel wide at any zoom.
-    if (zoom >= kFaintLinesFrom) {
-        painter->setPen(QPen(colors.faintLine, 0));
-        painter->drawLines(GridLines(rect, false));
-    }
-    if (zoom >= kStrongLinesFrom) {
-        painter->setPen(QPen(colors.strongLine, 0));
-        painter->drawLines(GridLines(rect, true));
-    }
+    if (zoom >= kFaintLinesFrom)
+        PaintGrid(*painter, rect, false, colors.faintLine);
+    if (zoom >= kStrongLinesFrom)
+        PaintGrid(*painter, rect, true, colors.strongLine);
     painter->setRenderHint(QPainter::Antialiasing);
 }

@@ -91,7 +91,7 @@ void CConnectionItem::UpdatePieces(Piece const& whole, int halvings)
     m_Pieces.push_back(piece);
 }
 
-QPainterPath CConnectionItem::GetVisiblePath(QRectF const& rect, bool isCurved) const
+QPainterPath CConnectionItem::GetVisiblePath(QRectF const& rect) const
 {
     QPainterPath path;
     bool isBroken = true;
@@ -102,10 +102,7 @@ QPainterPath CConnectionItem::GetVisiblePath(QRectF const& rect, bool isCurved) 
         }
         if (isBroken)
             path.moveTo(piece.start);
-        if (isCurved)
-            path.cubicTo(piece.firstControl, piece.secondControl, piece.end);
-        else
-            path.lineTo(piece.end);
+        path.cubicTo(piece.firstControl, piece.secondControl, piece.end);
         isBroken = false;
     }
     return path;
@@ -136,6 +133,15 @@ QRectF CConnectionItem::boundingRect() const
     return m_Bounds;
 }
 
+QVector<QLineF> CConnectionItem::GetVisibleLines(QRectF const& rect) const
+{
+    QVector<QLineF> lines;
+    for (Piece const& piece : m_Pieces)
+        if (piece.bounds.intersects(rect))
+            lines.append(QLineF(piece.start, piece.end));
+    return lines;
+}
+
 void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* option,
                             QWidget*)
 {
@@ -143,18 +149,22 @@ void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* o
         = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
     QColor const& color = m_IsRefused ? m_Colors.refusal
                           : isSelected() ? m_Colors.selection : m_Color;
-    painter->setBrush(Qt::NoBrush);
-    QPainterPath const path = GetVisiblePath(option->exposedRect, zoom > kStraightUpTo);
-    if (zoom < kSmoothFrom) {
-        painter->setRenderHint(QPainter::Antialiasing, false);
-        painter->setPen(QPen(color, 0));
-        painter->drawPath(path);
-        painter->setRenderHint(QPainter::Antialiasing);
-        return;
-    }
     QPen pen(color, isSelected() ? kSelectedWidth : kWidth);
+    bool const isSmooth = zoom >= kSmoothFrom;
     if (m_IsRefused)
         pen.setStyle(Qt::DashLine);
+    else if (!isSmooth)
+        pen.setWidth(0);
+    else
+        pen.setCapStyle(Qt::SquareCap);
     painter->setPen(pen);
-    painter->drawPath(path);
+    painter->setRenderHint(QPainter::Antialiasing, isSmooth);
+    if (zoom > kStraightUpTo || m_IsRefused) {
+        painter->setBrush(Qt::NoBrush);
+        painter->drawPath(GetVisiblePath(option->exposedRect));
+    } else {
+        // The toolkit has a quick way for single lines that it does not have for paths.
+        painter->drawLines(GetVisibleLines(option->exposedRect));
+    }
+    painter->setRenderHint(QPainter::Antialiasing);
 }

@@ -7,6 +7,7 @@
 
 #include <QGraphicsItem>
 #include <QPainterPath>
+#include <QVector>
 
 #include <vector>
 
@@ -45,7 +46,9 @@ private:
 
     void UpdatePieces(Piece const& whole, int halvings);
     /// The part of the curve that can be seen in the rectangle, and a little more.
-    QPainterPath GetVisiblePath(QRectF const& rect, bool isCurved) const;
+    QPainterPath GetVisiblePath(QRectF const& rect) const;
+    /// The same of the straight lines between the pieces' ends.
+    QVector<QLineF> GetVisibleLines(QRectF const& rect) const;
 
     GraphConnection const m_Connection;
     CanvasColors const& m_Colors;

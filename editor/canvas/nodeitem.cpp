@@ -15,7 +15,8 @@ int const kIconSize = 18;
 
 // Below these zooms what is too small to be told apart is left out.
 double const kPortNamesFrom = 0.5;
-double const kTitleFrom = 0.3;
+double const kTitleFrom = 0.4;
+double const kFrameFrom = 0.25;
 
 QStaticText MakeText(QString const& text, QFont const& font, double width)
 {
@@ -147,11 +148,13 @@ void CNodeItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, QWidge
 {
     double const zoom
         = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
-    if (zoom < kTitleFrom) {
+    if (zoom < kFrameFrom) {
         PaintPlain(painter);
         return;
     }
     m_Pictures.PaintFrame(painter, m_Look.kind, m_Rect, isSelected());
+    if (zoom < kTitleFrom)
+        return;
     PaintHeader(painter);
     PaintPorts(painter, zoom >= kPortNamesFrom);
 }
