@@ -20,7 +20,7 @@ int const kHalvings = 4;
 /// Below this zoom curves are thin, and drawn without smooth edges, which is much quicker.
 double const kSmoothFrom = 0.45;
 /// Up to this zoom the pieces of a curve cannot be told from straight lines.
-double const kStraightUpTo = 1.05;
+double const kStraightUpTo = 1.6;
 
 double DistanceToPiece(QPointF const& point, QPointF const& from, QPointF const& to)
 {

@@ -14,8 +14,8 @@ int const kTitleGap = 6;
 int const kIconSize = 18;
 
 // Below these zooms what is too small to be told apart is left out.
-double const kPortNamesFrom = 0.5;
-double const kTitleFrom = 0.4;
+double const kPortNamesFrom = 0.7;
+double const kTitleFrom = 0.45;
 double const kFrameFrom = 0.25;
 
 QStaticText MakeText(QString const& text, QFont const& font, double width)
