@@ -206,11 +206,11 @@ void CNodeBrowser::PaintRows(QPainter& painter, QRegion const& exposed)
 bool CNodeBrowser::IsRowShown(int row, RowLook const& look, QRegion const& exposed,
                               ShownRows const& before) const
 {
-    QRegion const inSight = GetRowRect(row) & GetRowArea();
-    if (inSight.subtracted(exposed).isEmpty())
-        return true;
     ShownRows::const_iterator const found = before.find(row);
-    return found != before.end() && found->second == look;
+    if (found != before.end() && found->second == look)
+        return true;
+    QRegion const inSight = GetRowRect(row) & GetRowArea();
+    return inSight.subtracted(exposed).isEmpty();
 }
 
 void CNodeBrowser::PaintRow(QPainter& painter, RowLook const& look, QRect const& rect)
