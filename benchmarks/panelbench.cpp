@@ -9,6 +9,7 @@
 #include "measurements.h"
 #include "panelsubject.h"
 #include "peersubject.h"
+#include "windowpicture.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -154,6 +155,7 @@ int main(int argc, char** argv)
     std::vector<unsigned long> const itemCounts = ReadArguments(argc, argv);
     QApplication application(argc, argv);
     QApplication::setStyle(new CEditorStyle);
+    PrepareForPictures();
 
     CEmbeddedHost host;
     OpenAndPaint(host, QStringLiteral(PANELBENCH_SAMPLE_LIBRARY));
