@@ -3,19 +3,26 @@
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
 #include "storage/folderscan.h"
+#include "storage/saveleftovers.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
+#include <set>
 
 namespace embeddedhost {
 
 using nlohmann::ordered_json;
 
 namespace {
+
+/// A prepared file is open, and systems let a process have a few hundred files open at least.
+constexpr std::ptrdiff_t kMostOpenFiles = 200;
 
 ordered_json const& GetObject(LibraryFile::Entry const& entry)
 {
@@ -110,14 +117,24 @@ private:
     QString m_Failure;
 };
 
-} // namespace
-
-SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files)
+void RemoveLeftovers(std::vector<LibraryFile*> const& files)
 {
-    SaveResult result;
+    std::set<QString> folders;
+    for (LibraryFile const* const file : files)
+        folders.insert(QFileInfo(file->path).path());
+    for (QString const& folder : folders)
+        RemoveSaveLeftovers(folder);
+}
+
+typedef std::vector<LibraryFile*>::const_iterator FileIterator;
+
+/// Prepares all of them, then puts them in place.
+void SaveTogether(CLibrary const& library, FileIterator begin, FileIterator end,
+                  SaveResult& result)
+{
     std::vector<std::unique_ptr<PendingFile>> prepared;
-    for (LibraryFile* const file : files) {
-        auto pending = std::make_unique<PendingFile>(library, *file);
+    for (FileIterator file = begin; file != end; ++file) {
+        auto pending = std::make_unique<PendingFile>(library, **file);
         if (pending->Prepare())
             prepared.push_back(std::move(pending));
         else
@@ -129,6 +146,19 @@ SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& f
         else
             result.failures.push_back(pending->GetFailure());
     }
+}
+
+} // namespace
+
+SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files)
+{
+    SaveResult result;
+    for (auto begin = files.begin(); begin != files.end();) {
+        auto const end = begin + std::min<std::ptrdiff_t>(files.end() - begin, kMostOpenFiles);
+        SaveTogether(library, begin, end, result);
+        begin = end;
+    }
+    RemoveLeftovers(files);
     return result;
 }
 
