@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QMenu>
 #include <QProcess>
+#include <QTest>
 #include <QThread>
 
 #include <stdexcept>
@@ -95,7 +96,7 @@ QString RealUser::Play(std::function<void()> const& story)
             story();
         } catch (std::exception const& exception) {
             fault = QString::fromUtf8(exception.what());
-            TakePicture(QStringLiteral("fault"));
+            TakePicture(QStringLiteral("fault-in-") + QLatin1String(QTest::currentTestFunction()));
             // Whatever is still open would keep the application busy for ever.
             for (int i = 0; i < 5; ++i)
                 Press(QStringLiteral("Escape"));
