@@ -77,6 +77,8 @@ void CMainWindow::ConnectHost()
     connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CMainWindow::ShowLibrary);
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowSummary);
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowTitle);
+    // What is marked as changed in the panel is so no longer after a save.
+    connect(&m_Host, &CEmbeddedHost::ContentChanged, m_Panel, qOverload<>(&QWidget::update));
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::ShowTitle);
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::RememberCompound);
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::UpdateActions);
