@@ -49,12 +49,12 @@ bool CGitWorkTree::Move(std::string const& from, std::string const& to)
     GitIndexPtr const index = m_Private->GetIndex();
     if (index && MoveEntry(index.get(), from, to))
         return true;
-    m_Private->Fail();
     QFile::rename(target, source);
     // What was changed in memory only is forgotten.
     if (index)
         git_index_read(index.get(), true);
-    return false;
+    return refuse(QStringLiteral("git's index cannot be written; another git command may be at "
+                                 "work on it"));
 }
 
 } // namespace embeddedhost

@@ -39,9 +39,6 @@ public:
     /// The index as it is on disk; null when it cannot be read.
     GitIndexPtr GetIndex();
 
-    /// Keeps git's reason. Always false.
-    bool Fail();
-
     GitRepositoryPtr repository;
     eAccess access = kNoWorkTree;
     QString error;

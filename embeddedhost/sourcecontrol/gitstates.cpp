@@ -74,7 +74,7 @@ bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
 {
     GitIndexPtr const index = m_Private->GetIndex();
     if (!index)
-        return m_Private->Fail();
+        return false;
 
     char* path = const_cast<char*>(part.c_str());
     git_diff_options const options = MakeOptions({&path, part.empty() ? 0u : 1u}, cancel);
@@ -82,17 +82,17 @@ bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
 
     git_diff* diff = nullptr;
     if (git_diff_index_to_workdir(&diff, repository, index.get(), &options) != 0)
-        return m_Private->Fail();
+        return false;
     GitDiffPtr const unstaged(diff);
 
     git_tree* tree = nullptr;
     GitCommitPtr const head = m_Private->GetHeadCommit();
     if ((head && git_commit_tree(&tree, head.get()) != 0)
         || (!head && git_repository_head_unborn(repository) != 1))
-        return m_Private->Fail();
+        return false;
     GitTreePtr const headTree(tree);
     if (git_diff_tree_to_index(&diff, repository, tree, index.get(), &options) != 0)
-        return m_Private->Fail();
+        return false;
     GitDiffPtr const staged(diff);
 
     for (std::size_t i = 0; i < git_diff_num_deltas(unstaged.get()); ++i) {

@@ -37,8 +37,9 @@ CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
     }
 }
 
-/// The folder itself or the nearest one around it that git's folder lies in.
-QString FindRootOfForeignTree(QString const& folder)
+/// The folder itself or the nearest one around it that git's folder lies in. For work trees that
+/// cannot be opened.
+QString FindRoot(QString const& folder)
 {
     QDir root(folder);
     while (!root.exists(QStringLiteral(".git")) && root.cdUp()) {
@@ -46,14 +47,34 @@ QString FindRootOfForeignTree(QString const& folder)
     return root.path();
 }
 
-QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
+QString DescribeForeignTree(QString const& folder)
 {
-    if (access == CGitWorkTree::kNoWorkTree)
-        return QStringLiteral("it is not in a git work tree");
     return QStringLiteral("the work tree belongs to another user, so git does not trust it; if "
                           "you do, declare it safe with: git config --global --add "
                           "safe.directory \"%1\"")
-        .arg(FindRootOfForeignTree(folder));
+        .arg(FindRoot(folder));
+}
+
+QString DescribeUnreadableTree(QString const& root)
+{
+    return QStringLiteral("git cannot read the work tree %1; see what is wrong with it with: "
+                          "git -C \"%1\" status")
+        .arg(root);
+}
+
+QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
+{
+    switch (access) {
+    case CGitWorkTree::kNoWorkTree:
+        return QStringLiteral("it is not in a git work tree");
+    case CGitWorkTree::kForeign:
+        return DescribeForeignTree(folder);
+    case CGitWorkTree::kUnreadable:
+        return DescribeUnreadableTree(FindRoot(folder));
+    case CGitWorkTree::kReadable:
+        break;
+    }
+    return QString();
 }
 
 } // namespace
@@ -76,10 +97,7 @@ CGitWorkTree::CGitWorkTree(QString const& folder)
     m_Private->access = GetAccessAfter(result, folder);
     if (opened && git_repository_is_bare(opened))
         m_Private->access = kNoWorkTree;
-    if (m_Private->access == kUnreadable)
-        m_Private->Fail();
-    else if (m_Private->access != kReadable)
-        m_Private->error = DescribeAccess(m_Private->access, folder);
+    m_Private->error = DescribeAccess(m_Private->access, folder);
 }
 
 CGitWorkTree::CGitWorkTree(CGitWorkTree&& other) noexcept = default;
@@ -157,13 +175,6 @@ GitIndexPtr CGitWorkTree::Private::GetIndex()
         return nullptr;
     GitIndexPtr opened(index);
     return git_index_read(index, false) == 0 ? std::move(opened) : nullptr;
-}
-
-bool CGitWorkTree::Private::Fail()
-{
-    git_error const* const last = git_error_last();
-    error = last ? QString::fromUtf8(last->message) : QString();
-    return false;
 }
 
 std::optional<git_oid> FindGitBlob(git_commit* commit, std::string const& path)

@@ -2,6 +2,7 @@
 
 #include "sourcecontrol/gitrepository.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace embeddedhost {
@@ -60,8 +61,9 @@ bool MakeGitWorkTree(QString const& folder, QString* fault)
     GitTreePtr const tree = repository ? AddAll(repository.get()) : nullptr;
     if (tree && Commit(repository.get(), tree.get()))
         return true;
-    git_error const* const last = git_error_last();
-    *fault = last ? QString::fromUtf8(last->message) : QString();
+    *fault = QStringLiteral("git cannot write into %1; see whether it may be written to and "
+                            "whether the disk is full")
+                 .arg(QDir::toNativeSeparators(folder));
     return false;
 }
 

@@ -6,7 +6,7 @@
 namespace embeddedhost {
 
 /// Makes a git work tree of the folder and commits all that is in it, as the author whom the
-/// user has set up for git, or a stand-in. False, with git's words for the reason, when that
+/// user has set up for git, or a stand-in. False, with the reason, when that
 /// fails; some of git's folder may be there then.
 bool MakeGitWorkTree(QString const& folder, QString* fault);
 

@@ -87,7 +87,10 @@ private:
         } else {
             library->GetMessages().Post(
                 eSeverity::kError,
-                QStringLiteral("%1 could not be moved to %2. Nothing was changed.").arg(from, to));
+                QStringLiteral("%1 could not be moved to %2: see whether both folders may be "
+                               "written to, and whether there is such a file already. Nothing "
+                               "was changed.")
+                    .arg(from, to));
         }
     }
 

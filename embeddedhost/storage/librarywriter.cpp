@@ -63,7 +63,8 @@ public:
         if (m_IsRemoval)
             return true;
         if (!QDir().mkpath(QFileInfo(m_File.path).path()))
-            return Fail(QStringLiteral("its folder cannot be made"));
+            return Fail(QStringLiteral("its folder cannot be made; see whether the folder "
+                                       "around it may be written to"));
         QByteArray const content = MakeContent(m_File);
         m_Digest = GetDigest(content);
         m_Saved = std::make_unique<QSaveFile>(m_File.path);
@@ -77,7 +78,8 @@ public:
     {
         if (m_IsRemoval) {
             if (!m_File.digest.isEmpty() && !QFile::remove(m_File.path))
-                return Fail(QStringLiteral("it cannot be removed"));
+                return Fail(QStringLiteral("it cannot be removed; see whether its folder may "
+                                           "be written to"));
         } else if (!m_Saved->commit()) {
             return Fail(m_Saved->errorString());
         }

@@ -225,6 +225,11 @@ void TestGitWorkTree::brokenTreeIsUnknown()
         QCOMPARE(ReadFileStates({folder.GetPath("file")}, m_NotCancelled),
                  std::vector<unsigned>{kUnknown});
     }
+    // In words of ours, with the place and what can be done.
+    CGitWorkTree const tree(folder.GetPath());
+    QCOMPARE(tree.GetAccess(), CGitWorkTree::kUnreadable);
+    QCOMPARE(tree.GetError(), QString("git cannot read the work tree %1; see what is wrong with "
+                                      "it with: git -C \"%1\" status").arg(folder.GetPath()));
 }
 
 void TestGitWorkTree::filesInSeveralTrees()

@@ -447,7 +447,8 @@ void TestSourceControl::checkOutSaysWhyNot()
     };
     // Nothing of the git folder is known any more.
     library.folder.Write(".git/config", "[broken");
-    QVERIFY(isRefused("it cannot be checked out"));
+    QVERIFY(isRefused("it cannot be checked out: git cannot read the work tree "
+                      + library.folder.GetPath()));
     QVERIFY(QDir(library.folder.GetPath()).rename(".git", ".gone"));
     QVERIFY(isRefused("it is not in a git work tree"));
     QFile::remove(library.folder.GetPath(GitLibrary::GetFile(0)));
