@@ -72,6 +72,8 @@ void RegisterAll(PanelSubject& panel, PeerSubject& peer)
     RegisterKeystroke("qq", "qqq", panel, peer);
     RegisterKeystroke("add", "", panel, peer);
     Register("scroll step", repeat(&Subject::Scroll), panel, peer);
+    Register("press", repeat(&Subject::Press), panel, peer);
+    Register("hover", repeat(&Subject::Hover), panel, peer);
     Register("tags notification", repeat(&Subject::ChangeTags), panel, peer);
 }
 

@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QHelpEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -12,11 +14,14 @@ namespace {
 QSize const kWindowSize(300, 700);
 /// In eighths of a degree.
 int const kWheelNotch = 120;
+/// In pixels; more than a row of either list.
+int const kRowDistance = 60;
 
 } // namespace
 
 Subject::Subject()
     : m_IsPainted(false)
+    , m_IsLowerRow(false)
 {
     QVBoxLayout* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -71,6 +76,29 @@ bool Subject::eventFilter(QObject* watched, QEvent* event)
 {
     m_IsPainted = m_IsPainted || event->type() == QEvent::Paint;
     return QWidget::eventFilter(watched, event);
+}
+
+void Subject::Press()
+{
+    // Each press on another row, so that the selection changes.
+    m_IsLowerRow = !m_IsLowerRow;
+    QPoint const point = GetCanvas().rect().center() + QPoint(0, m_IsLowerRow ? kRowDistance : 0);
+    for (QEvent::Type const type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        Qt::MouseButtons const held =
+            type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent event(type, point, GetCanvas().mapToGlobal(point), Qt::LeftButton, held,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(&GetCanvas(), &event);
+    }
+    QCoreApplication::processEvents();
+}
+
+void Subject::Hover()
+{
+    QPoint const point = GetCanvas().rect().center();
+    QHelpEvent event(QEvent::ToolTip, point, GetCanvas().mapToGlobal(point));
+    QCoreApplication::sendEvent(&GetCanvas(), &event);
+    QCoreApplication::processEvents();
 }
 
 /// Runs events until the canvas has been painted and nothing is left to do.

@@ -18,6 +18,10 @@ public:
     void Type(QString const& text);
     /// A notch of the wheel down, three rows for every subject, or back to the top at the end.
     void Scroll();
+    /// The left button on one of two rows in turn.
+    void Press();
+    /// The mouse rests on a row.
+    void Hover();
     /// Makes the whole list anew.
     void Rebuild();
     /// The tags of some item, another one each time, have changed. Whether a frame follows is
@@ -37,6 +41,7 @@ private:
     void PaintFrame();
 
     bool m_IsPainted;
+    bool m_IsLowerRow;
 };
 
 #endif
