@@ -3,6 +3,7 @@
 #include "model/library.h"
 #include "objects/query.h"
 
+#include <algorithm>
 #include <typeinfo>
 
 namespace embeddedhost {
@@ -10,9 +11,22 @@ namespace embeddedhost {
 using namespace qorm;
 using tarno::datamodel::ItemIdentity;
 
+namespace {
+
+/// Of all open libraries, the latest last.
+std::vector<CObjectDatabase*> gOpenDatabases;
+
+} // namespace
+
 CObjectDatabase::CObjectDatabase(CLibrary& library)
     : m_Library(&library)
 {
+    gOpenDatabases.push_back(this);
+}
+
+CObjectDatabase::~CObjectDatabase()
+{
+    Close();
 }
 
 CObjectDatabase* CObjectDatabase::From(QormPtr<IQormInstance> const& instance)
@@ -65,8 +79,23 @@ int CObjectDatabase::FindFixed(char const* uid) const
 
 CObjectDatabase::FixedObject const* CObjectDatabase::GetFixed(int cacheIndex) const
 {
-    bool const isFixed = m_Library && cacheIndex >= 0 && cacheIndex < int(m_Fixed.size());
-    return isFixed ? &m_Fixed[std::size_t(cacheIndex)] : nullptr;
+    if (cacheIndex < 0 || cacheIndex >= int(m_Fixed.size()))
+        return nullptr;
+    if (m_Library)
+        return &m_Fixed[std::size_t(cacheIndex)];
+    auto const [successor, position] = FindSuccessor(cacheIndex);
+    return successor ? successor->GetFixed(position) : nullptr;
+}
+
+std::pair<CObjectDatabase*, int> CObjectDatabase::FindSuccessor(int cacheIndex) const
+{
+    bool const isFixed = cacheIndex >= 0 && cacheIndex < int(m_Fixed.size());
+    if (!isFixed || m_Fixed[std::size_t(cacheIndex)].isResource || gOpenDatabases.empty())
+        return {nullptr, -1};
+    CObjectDatabase* const current = gOpenDatabases.back();
+    int const position = current->FindFixed(m_Fixed[std::size_t(cacheIndex)].uid.c_str());
+    bool const isComponent = position >= 0 && !current->m_Fixed[std::size_t(position)].isResource;
+    return {isComponent ? current : nullptr, position};
 }
 
 CLibrary* CObjectDatabase::GetLibrary() const
@@ -77,6 +106,8 @@ CLibrary* CObjectDatabase::GetLibrary() const
 void CObjectDatabase::Close()
 {
     m_Library = nullptr;
+    gOpenDatabases.erase(std::remove(gOpenDatabases.begin(), gOpenDatabases.end(), this),
+                         gOpenDatabases.end());
     for (CacheEntry const& entry : m_Cache) {
         if (entry.object)
             entry.object->Close();
@@ -135,6 +166,10 @@ CDbObject* CObjectDatabase::GetObject(int cacheIndex)
 {
     if (!Exists(cacheIndex))
         return nullptr;
+    if (!m_Library) {
+        auto const [successor, position] = FindSuccessor(cacheIndex);
+        return successor->GetObject(position);
+    }
     DbObjectPtr& object = m_Cache[std::size_t(cacheIndex)].object;
     if (!object)
         object = new CDbObject(*this, cacheIndex);

@@ -9,6 +9,7 @@
 #include <qorm.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace embeddedhost {
@@ -18,10 +19,13 @@ class CLibrary;
 /// The database over a library: every item whose uid is a well-formed UID, a resource for each
 /// data source, and the application components. It is the database instance and its manager in
 /// one; handles and pointers keep it, and find nothing any more, after the library is closed.
+/// Components alone belong to the application: their handles find them in the library that is
+/// open now.
 class CObjectDatabase final : public CRefCounted<qorm::IQormInstance, qorm::IDataModelMgr>
 {
 public:
     explicit CObjectDatabase(CLibrary& library);
+    ~CObjectDatabase() override;
 
     /// The database behind an instance; null when it is none of ours.
     static CObjectDatabase* From(qorm::QormPtr<qorm::IQormInstance> const& instance);
@@ -77,6 +81,8 @@ private:
     /// -1 when there is none.
     int FindFixed(char const* uid) const;
     FixedObject const* GetFixed(int cacheIndex) const;
+    /// Where a component of this closed library is now; null when nowhere.
+    std::pair<CObjectDatabase*, int> FindSuccessor(int cacheIndex) const;
 
     CLibrary* m_Library;
     std::vector<FixedObject> m_Fixed;

@@ -229,6 +229,38 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(solver->GetDataModelMgr(), ExBase::NullPtr);
     }
 
+    /// Panels keep the handles of components as long as the process runs, and mark by them what
+    /// the factory ships.
+    void ComponentsAreFoundInTheNextLibrary_data()
+    {
+        QTest::addColumn<bool>("isHostReplaced");
+        QTest::newRow("same host") << false;
+        QTest::newRow("another host") << true;
+    }
+
+    void ComponentsAreFoundInTheNextLibrary()
+    {
+        QFETCH(bool, isHostReplaced);
+        QormHandle<IDbObject> const component =
+            GetHelper()->FindObject(DbObjectId(kFactoryComponent));
+        QormPtr<IDataSource> const before = component.GetDataSource();
+        m_Host->CloseLibrary();
+        QVERIFY(!component.IsValid() && component.GetDataSource().IsNull());
+
+        LibraryFolder next;
+        next.Write("factory/other.json", Object(9, "type", "Other"));
+        if (isHostReplaced) {
+            m_Host.reset();
+            m_Host.reset(new CEmbeddedHost);
+        }
+        QVERIFY(m_Host->OpenLibrary(next.GetPath()));
+        QVERIFY(component.IsValid());
+        QVERIFY(!(component.GetDataSource() == before));
+        QVERIFY(component.GetDataSource()
+                == GetHelper()->FindObject(DbObjectId(Uid(9).c_str())).GetDataSource());
+        QVERIFY(QormPtr<IDbObject>(component.operator->())->GetDataModelMgr().Get());
+    }
+
     void FollowingNullIsPrintedAndRaised()
     {
         QVERIFY(IHelper::GetHelper(QormPtr<IQormInstance>()).IsNull());
