@@ -46,7 +46,13 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     CreateChildren();
     ConnectChildren();
     m_ScsTask = new ScsTask(QLatin1String("NodeBrowser"));
-    ConnectRevisionControl();
+    try {
+        ConnectRevisionControl();
+    } catch (...) {
+        // Nobody else does: there is no destructor call for what was not constructed.
+        m_ScsTask->DeleteMe();
+        throw;
+    }
 }
 
 CNodeBrowser::~CNodeBrowser()
