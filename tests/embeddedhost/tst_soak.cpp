@@ -2,6 +2,8 @@
 #include "libraryuser.h"
 #include "loggedtest.h"
 
+#include <qorm.h>
+
 #include <QFile>
 #include <QTest>
 
@@ -15,6 +17,8 @@ using namespace tarno::datamodel;
 namespace {
 
 int const kOperations = 10000;
+/// In the second data source from the start.
+int const kSharedItem = 100;
 
 /// What the library should hold: name and tags by uid.
 struct PlainItem
@@ -47,6 +51,15 @@ protected:
                            Object(number, "compound", name.c_str()));
             m_Model[Uid(number)] = {name, ""};
         }
+        m_Folder.Write(QStringLiteral("shared/first.json"),
+                       Object(kSharedItem, "compound", "First"));
+        m_Folder.Write(QStringLiteral("library.json"), R"({"format": 1, "name": "Test",
+            "dataSources": [
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project",
+             "path": "project", "access": "read-write"},
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000003", "name": "Shared",
+             "path": "shared", "access": "read-write"}]})");
+        m_Model[Uid(kSharedItem)] = {"First", ""};
         m_OnDisk = m_Model;
         m_States = {m_Model};
         QVERIFY(m_Host->OpenLibrary(m_Folder.GetPath()));
@@ -109,6 +122,27 @@ private:
             Remember();
     }
 
+    /// From the data source it is in to the other one.
+    void Move()
+    {
+        auto* const helper = dynamic_cast<qorm::IRevisionControlUIHelper*>(
+            wekGetSystem()->GetService("RevisionControlUIHelper"));
+        auto const object = helper->FindObject(qorm::DbObjectId(RandomUid().c_str()));
+        auto const source = object.GetDataSource();
+        int const before = Stack().index();
+        for (char const* const uid : {kProjectUid, "AAAAAAAA-0000-0000-0000-000000000003"}) {
+            auto const target = helper->FindObject(qorm::DbObjectId(uid)).GetDataSource();
+            QVERIFY(!target.IsNull());
+            if (!(target == source)) {
+                qorm::IHelper::GetHelper(object.GetInstance())
+                    ->MoveToDataSource(object, target, true);
+                break;
+            }
+        }
+        QCOMPARE(Stack().index(), before + 1);
+        Remember();
+    }
+
     void Undo()
     {
         if (!Stack().canUndo())
@@ -169,7 +203,7 @@ private:
         PlainLibrary items;
         auto const contents = m_Folder.Read();
         for (auto file = contents.begin(); file != contents.end(); ++file) {
-            if (!file.key().contains("/project/"))
+            if (file.key().endsWith("/library.json"))
                 continue;
             auto const object = nlohmann::json::parse(file.value().toStdString());
             auto const tags = object.value("tags", nlohmann::json::object());
@@ -196,8 +230,10 @@ private Q_SLOTS:
                 Create();
             else if (kind < 340)
                 Rename();
-            else if (kind < 600)
+            else if (kind < 560)
                 Tag();
+            else if (kind < 600)
+                Move();
             else if (kind < 800)
                 Undo();
             else if (kind < 950)
