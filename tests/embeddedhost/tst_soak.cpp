@@ -249,10 +249,8 @@ private Q_SLOTS:
             QVERIFY2(ReadMemory() == m_Model, qPrintable(QString::number(operation)));
             QVERIFY2(ReadDisk() == m_OnDisk, qPrintable(QString::number(operation)));
         }
-        QVERIFY2(m_Host->GetMessages().GetLog().empty()
-                     || m_Host->GetMessages().GetLog().back().severity
-                            == eSeverity::kInformation,
-                 qPrintable(GetMessages(*m_Host).last()));
+        for (CMessageChannel::Message const& message : m_Host->GetMessages().GetLog())
+            QVERIFY2(message.severity == eSeverity::kInformation, qPrintable(message.text));
     }
 };
 
