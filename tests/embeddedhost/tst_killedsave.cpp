@@ -112,7 +112,8 @@ private:
 
     QStringList FindOtherFiles() const
     {
-        return QDir(GetProject()).entryList({QStringLiteral("*.json.*")}, QDir::Files | QDir::Hidden, QDir::Name);
+        return QDir(GetProject())
+            .entryList({QStringLiteral("*.json.*")}, QDir::Files | QDir::Hidden, QDir::Name);
     }
 
     QString GetProject() const

@@ -111,9 +111,9 @@ private Q_SLOTS:
         while (Stack().index() < 3)
             Stack().redo();
         QVERIFY(user.Save());
-        QCOMPARE(GetStatus(), (QStringList{" M project/cafe-lamp.json",
-                                           " M project/candle-flame.json",
-                                           "?? project/brand-new.json"}));
+        QCOMPARE(GetStatus(),
+                 (QStringList{" M project/cafe-lamp.json", " M project/candle-flame.json",
+                              "?? project/brand-new.json"}));
         QVERIFY(ReadJson("project/brand-new.json")["name"] == "Brand New");
         QVERIFY(ReadJson("project/candle-flame.json")["tags"]["ApplicationTags"] == "warm;small");
         // Nothing but the one line.
@@ -145,8 +145,7 @@ private Q_SLOTS:
         LibraryUser user(*m_Host);
         QVERIFY(user.Rename(Find(kLamp), "Tea Lamp"));
         QVERIFY(user.Save());
-        QCOMPARE(GetStatus(),
-                 QStringList{"RM project/cafe-lamp.json -> shared/cafe-lamp.json"});
+        QCOMPARE(GetStatus(), QStringList{"RM project/cafe-lamp.json -> shared/cafe-lamp.json"});
     }
 
     void ChecksOut()
