@@ -163,12 +163,17 @@ void CCanvas::UpdateHint()
     m_CountsLabel->setVisible(!hasCompound || isEmpty);
 }
 
-void CCanvas::SetZoom(double zoom)
+void CCanvas::ScaleTo(double zoom)
 {
     double const factor = std::clamp(zoom, kSmallestZoom, kLargestZoom) / transform().m11();
     m_IsFitted = false;
-    QPointF const center = mapToScene(viewport()->rect().center());
     scale(factor, factor);
+}
+
+void CCanvas::SetZoom(double zoom)
+{
+    QPointF const center = mapToScene(viewport()->rect().center());
+    ScaleTo(zoom);
     centerOn(center);
 }
 

@@ -97,6 +97,9 @@ private:
     void Refresh();
     void UpdateReach();
     void UpdateHint();
+    /// Within the limits.
+    void ScaleTo(double zoom);
+    /// Keeps the middle of the view.
     void SetZoom(double zoom);
 
     // canvas_input.cpp

@@ -22,8 +22,6 @@ double const kConnectionReach = 6;
 /// The zoom of one notch of a wheel, which turns by 120.
 double const kNotchZoom = 1.15;
 double const kNotch = 120;
-double const kSmallestZoom = 0.05;
-double const kLargestZoom = 4;
 
 QPoint PositionOf(QWheelEvent const* event)
 {
@@ -309,11 +307,7 @@ void CCanvas::wheelEvent(QWheelEvent* event)
         return;
     QPoint const viewPoint = PositionOf(event);
     QPointF const before = mapToScene(viewPoint);
-    double const zoom = std::clamp(transform().m11() * std::pow(kNotchZoom, delta / kNotch),
-                                   kSmallestZoom, kLargestZoom);
-    double const factor = zoom / transform().m11();
-    m_IsFitted = false;
-    scale(factor, factor);
+    ScaleTo(transform().m11() * std::pow(kNotchZoom, delta / kNotch));
     // What was under the mouse stays there.
     QPointF const moved = mapFromScene(before) - viewPoint;
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
