@@ -12,7 +12,6 @@
 #include <QScrollBar>
 #include <QToolTip>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
