@@ -3,6 +3,7 @@
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
 #include "storage/folderscan.h"
+#include "storage/openfilelimit.h"
 #include "storage/saveleftovers.h"
 
 #include <QDir>
@@ -20,9 +21,6 @@ namespace embeddedhost {
 using nlohmann::ordered_json;
 
 namespace {
-
-/// A prepared file is open, and systems let a process have a few hundred files open at least.
-constexpr std::ptrdiff_t kMostOpenFiles = 200;
 
 ordered_json const& GetObject(LibraryFile::Entry const& entry)
 {
@@ -155,8 +153,11 @@ void SaveTogether(CLibrary const& library, FileIterator begin, FileIterator end,
 SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files)
 {
     SaveResult result;
+    // A prepared file is open until it is in place.
+    COpenFileLimit const limit(files.size());
+    auto const most = static_cast<std::ptrdiff_t>(limit.GetAllowed());
     for (auto begin = files.begin(); begin != files.end();) {
-        auto const end = begin + std::min<std::ptrdiff_t>(files.end() - begin, kMostOpenFiles);
+        auto const end = begin + std::min(files.end() - begin, most);
         SaveTogether(library, begin, end, result);
         begin = end;
     }

@@ -17,10 +17,10 @@ struct SaveResult
     std::vector<QString> failures;
 };
 
-/// Writes the files, a few hundred at a time: these are prepared beside the old ones before the
-/// first of them is put in place. A save that is interrupted leaves whole files only. A file that somebody else has
-/// changed is left alone, and so is one that cannot be written; what was to go into them stays
-/// modified.
+/// Writes the files: all are prepared beside the old ones before the first is put in place, or as
+/// many at a time as the system lets a process open. A save that is interrupted leaves whole files
+/// only. A file that somebody else has changed is left alone, and so is one that cannot be
+/// written; what was to go into them stays modified.
 SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files);
 
 } // namespace embeddedhost

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <nlohmann/json.hpp>
+#include <sys/resource.h>
 
 using namespace tarno::datamodel;
 
@@ -152,6 +153,29 @@ private Q_SLOTS:
     }
 
     /// Both sides changed the object: nothing is lost, and the user decides.
+    void SavesMoreFilesThanMayBeOpen()
+    {
+        int const first = 100;
+        int const count = 400;
+        for (int object = first; object < first + count; ++object)
+            m_Folder->Write(QStringLiteral("project/many%1.json").arg(object),
+                            Object(object, "compound", "Many"));
+        Open();
+        rlimit before;
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+        rlimit const tight = {250, before.rlim_max};
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &tight), 0);
+        for (int object = first; object < first + count; ++object)
+            m_User->Tag(Item(object), "light");
+        bool const isSaved = m_User->Save();
+        rlimit after;
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &after), 0);
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+        QVERIFY2(isSaved, qPrintable(Log()));
+        QVERIFY(!m_Host->IsModified());
+        QCOMPARE(after.rlim_cur, tight.rlim_cur);
+    }
+
     void ConflictsAreKeptApart_data()
     {
         QTest::addColumn<bool>("takesTheirs");
