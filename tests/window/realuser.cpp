@@ -12,10 +12,10 @@
 
 namespace {
 
-int const kPatience = 10000;   // ms
-int const kLookAgain = 20;     // ms
+int const kPatience = 10000; // ms
+int const kLookAgain = 20;   // ms
 /// As long as a hand needs; the application reads what happened in between.
-int const kHand = 60;          // ms
+int const kHand = 60; // ms
 
 [[noreturn]] void Fail(QString const& what)
 {
@@ -84,8 +84,7 @@ QPoint OnScreenPoint(QWidget const& widget, QPoint const& point)
 
 RealUser::RealUser(QString const& pictureFolder)
     : m_PictureFolder(pictureFolder)
-{
-}
+{}
 
 QString RealUser::Play(std::function<void()> const& story)
 {
@@ -201,7 +200,6 @@ void RealUser::WaitForNoDialog()
 QImage RealUser::TakePicture(QString const& name) const
 {
     QString const file = m_PictureFolder + QLatin1Char('/') + name + QLatin1String(".png");
-    RunTool(QStringLiteral("import"),
-            {QStringLiteral("-window"), QStringLiteral("root"), file});
+    RunTool(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
     return QImage(file);
 }

@@ -83,7 +83,8 @@ void TestEditorStory::CreateSignature()
     m_User.Type(kSignature);
     m_User.Press(QStringLiteral("Return"));
     RealUser::WaitForNoDialog();
-    RealUser::WaitUntil(QStringLiteral("the signature to be there"), [&] { return HasItem(kSignature); });
+    RealUser::WaitUntil(QStringLiteral("the signature to be there"),
+                        [&] { return HasItem(kSignature); });
 }
 
 void TestEditorStory::CreateCompound()
@@ -116,9 +117,8 @@ void TestEditorStory::RenameCompound()
     m_User.Type(QStringLiteral("Rolling Hills"));
     m_User.Press(QStringLiteral("Return"));
     m_User.TakePicture(QStringLiteral("rename-refused"));
-    RealUser::Check(QStringLiteral("a name in use is refused"), [] {
-        return QApplication::activeModalWidget() && !CanConfirm();
-    });
+    RealUser::Check(QStringLiteral("a name in use is refused"),
+                    [] { return QApplication::activeModalWidget() && !CanConfirm(); });
     m_User.Press(QStringLiteral("ctrl+a"));
     m_User.Type(kCapitals);
     m_User.Press(QStringLiteral("Return"));

@@ -28,7 +28,8 @@ double Difference(QImage const& left, QImage const& right)
         for (int x = 0; x < left.width(); ++x) {
             QRgb const a = left.pixel(x, y);
             QRgb const b = right.pixel(x, y);
-            sum += qAbs(qRed(a) - qRed(b)) + qAbs(qGreen(a) - qGreen(b)) + qAbs(qBlue(a) - qBlue(b));
+            sum +=
+                qAbs(qRed(a) - qRed(b)) + qAbs(qGreen(a) - qGreen(b)) + qAbs(qBlue(a) - qBlue(b));
         }
     }
     return sum / (3.0 * left.width() * left.height());

@@ -18,8 +18,7 @@ QString PictureFolder()
 
 WindowTest::WindowTest()
     : m_User(PictureFolder())
-{
-}
+{}
 
 void WindowTest::SetUp()
 {
