@@ -30,8 +30,9 @@ CLibraryWatcher::CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* par
     connect(&m_Watcher, &QFileSystemWatcher::directoryChanged, &m_Pause,
             qOverload<>(&QTimer::start));
     connect(&m_Pause, &QTimer::timeout, this, &CLibraryWatcher::Check);
-    if (qGuiApp)
-        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+    // A host may run without windows.
+    if (auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
+        connect(application, &QGuiApplication::applicationStateChanged, this,
                 &CLibraryWatcher::OnApplicationStateChanged);
     WatchFolders();
     for (DataSourcePtr const& source : m_Library->GetSources())
