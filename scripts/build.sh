@@ -41,14 +41,14 @@ need_packages() {
     install_packages "${missing[@]}"
 }
 
-# build_preset PRESET [TARGET...]: configures once, then builds what has changed. Shows how far it
-# is on a terminal, otherwise only what went wrong.
+# build_preset PRESET [TARGET...]: configures once, in large units if `build_whole` is set, then
+# builds what has changed. Shows how far it is on a terminal, otherwise only what went wrong.
 build_preset() {
     local preset=$1 started=$SECONDS log
     shift
     cd "$root"
     if [ ! "build/$preset/build.ninja" -nt CMakePresets.json ]; then
-        cmake --preset "$preset" >/dev/null
+        cmake --preset "$preset" ${build_whole:+-DCMAKE_UNITY_BUILD=ON} >/dev/null
     fi
     local build=(cmake --build --preset "$preset" ${1:+--target "$@"})
     if [ -t 1 ]; then
