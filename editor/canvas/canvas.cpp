@@ -1,10 +1,13 @@
 #include "canvas.h"
 
+#include "gridpainter.h"
+
 #include <embeddedhost.h>
 
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -12,10 +15,8 @@
 
 namespace {
 
-int const kStrongLineEvery = 5;
-/// Below these zooms grid lines would lie closer than a few pixels.
-double const kFaintLinesFrom = 0.5;
-double const kStrongLinesFrom = 0.12;
+/// A frame later, coarse ones are painted again.
+int const kFrameMilliseconds = 16;
 
 double const kSmallestZoom = 0.05;
 double const kLargestZoom = 4;
@@ -25,27 +26,6 @@ double const kReach = 4000;
 double const kFitMargin = 30;
 /// Library files may hold any number; the view can only scroll so far.
 double const kFarthest = 1e6;
-
-/// Positions of the grid lines between two coordinates, the strong ones or the others.
-QVector<int> GridLines(double from, double to, bool strong)
-{
-    QVector<int> positions;
-    int const last = static_cast<int>(std::floor(to / kGridPitch));
-    for (int line = static_cast<int>(std::ceil(from / kGridPitch)); line <= last; ++line)
-        if ((line % kStrongLineEvery == 0) == strong)
-            positions.append(line * kGridPitch);
-    return positions;
-}
-
-/// Filled rectangles are painted many times quicker than lines.
-void PaintGrid(QPainter& painter, QRectF const& rect, bool strong, QColor const& color)
-{
-    double const pixel = 1 / painter.worldTransform().m11();
-    for (int const x : GridLines(rect.left(), rect.right(), strong))
-        painter.fillRect(QRectF(x, rect.top(), pixel, rect.height()), color);
-    for (int const y : GridLines(rect.top(), rect.bottom(), strong))
-        painter.fillRect(QRectF(rect.left(), y, rect.width(), pixel), color);
-}
 
 QLabel* MakeLabel(QWidget* parent)
 {
@@ -65,7 +45,7 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
     , m_Host(host)
     , m_Looks(host)
     , m_Scene(CanvasColors(palette()))
-    , m_RubberBand(new QRubberBand(QRubberBand::Rectangle, viewport()))
+    , m_RubberBand(new QRubberBand(QRubberBand::Rectangle, this))
 {
     setScene(&m_Scene);
     setFrameShape(QFrame::NoFrame);
@@ -73,10 +53,7 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
                    | QPainter::SmoothPixmapTransform);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // The labels stay where they are while the graph is moved, which scrolling pixels does not
-    // go with.
-    setViewportUpdateMode(FullViewportUpdate);
-    setOptimizationFlag(DontAdjustForAntialiasing);
+    setViewportUpdateMode(SmartViewportUpdate);
     setTransformationAnchor(NoAnchor);
     setResizeAnchor(NoAnchor);
     setAcceptDrops(true);
@@ -89,13 +66,16 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
 
 void CCanvas::CreateLabels()
 {
-    m_NameLabel = MakeLabel(viewport());
-    m_CountsLabel = MakeLabel(viewport());
+    // What lies on the viewport itself would be scrolled along with the graph.
+    m_Hint = new QWidget(this);
+    m_Hint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_NameLabel = MakeLabel(m_Hint);
+    m_CountsLabel = MakeLabel(m_Hint);
     QFont font = m_NameLabel->font();
     font.setPointSizeF(1.6 * font.pointSizeF());
     m_NameLabel->setFont(font);
 
-    QVBoxLayout* const layout = new QVBoxLayout(viewport());
+    QVBoxLayout* const layout = new QVBoxLayout(m_Hint);
     layout->addStretch();
     layout->addWidget(m_NameLabel);
     layout->addWidget(m_CountsLabel);
@@ -142,6 +122,8 @@ void CCanvas::Refresh()
     m_Scene.Show(m_Looks.Make(m_Body), m_Body.connections);
     UpdateReach();
     UpdateHint();
+    if (m_Gesture == eGesture::kConnect)
+        FollowPressedPort();
     if (isOther)
         Fit();
 }
@@ -160,7 +142,7 @@ void CCanvas::UpdateHint()
     m_CountsLabel->setText(hasCompound ? tr("Drag nodes here from the node browser.")
                                        : m_ItemCounts);
     m_NameLabel->setVisible(!hasCompound);
-    m_CountsLabel->setVisible(!hasCompound || isEmpty);
+    m_Hint->setVisible(!hasCompound || isEmpty);
 }
 
 void CCanvas::ScaleTo(double zoom)
@@ -208,6 +190,7 @@ void CCanvas::Fit()
 void CCanvas::resizeEvent(QResizeEvent* event)
 {
     QGraphicsView::resizeEvent(event);
+    m_Hint->setGeometry(viewport()->geometry());
     if (m_IsFitted)
         Fit();
 }
@@ -219,15 +202,15 @@ void CCanvas::changeEvent(QEvent* event)
         m_Scene.SetColors(CanvasColors(palette()));
 }
 
+void CCanvas::paintEvent(QPaintEvent* event)
+{
+    m_Scene.GetPictures().StartFrame();
+    QGraphicsView::paintEvent(event);
+    if (m_Scene.GetPictures().IsFrameCoarse())
+        QTimer::singleShot(kFrameMilliseconds, viewport(), qOverload<>(&QWidget::update));
+}
+
 void CCanvas::drawBackground(QPainter* painter, QRectF const& rect)
 {
-    CanvasColors const& colors = m_Scene.GetColors();
-    double const zoom = transform().m11();
-    painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->fillRect(rect, colors.ground);
-    if (zoom >= kFaintLinesFrom)
-        PaintGrid(*painter, rect, false, colors.faintLine);
-    if (zoom >= kStrongLinesFrom)
-        PaintGrid(*painter, rect, true, colors.strongLine);
-    painter->setRenderHint(QPainter::Antialiasing);
+    PaintGrid(*painter, rect, m_Scene.GetColors());
 }

@@ -57,6 +57,7 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void drawBackground(QPainter* painter, QRectF const& rect) override;
     bool viewportEvent(QEvent* event) override;
@@ -110,8 +111,15 @@ private:
     void Pan(QPoint const& viewPoint);
     void MoveNodes(QPointF const& scenePoint);
     void StretchRubberBand(QPoint const& viewPoint);
-    void DrawConnection(QPointF const& scenePoint);
     void FinishMove();
+
+    // canvas_connect.cpp
+    void StartConnection(PortPick const& port);
+    void FadeUnsuitablePorts();
+    /// The graph was changed while a connection is being drawn.
+    void FollowPressedPort();
+    void DropConnection();
+    void DrawConnection(QPointF const& scenePoint);
     void FinishConnection(QPointF const& scenePoint);
     void ShowHover(QPointF const& scenePoint);
     /// The connection from the port where the mouse was pressed to another one; none when they
@@ -143,6 +151,8 @@ private:
     CEmbeddedHost& m_Host;
     NodeLooks m_Looks;
     CGraphScene m_Scene;
+    /// Lies over the viewport while there is no graph to see.
+    QWidget* m_Hint = nullptr;
     QLabel* m_NameLabel = nullptr;
     QLabel* m_CountsLabel = nullptr;
     QString m_LibraryName;
@@ -161,6 +171,8 @@ private:
     std::map<std::string, QPointF> m_MovedFrom;
     std::set<std::string> m_SelectedBefore;
     std::optional<PortPick> m_PressedPort;
+    /// Where a connection of that port would let a node's output flow back into itself.
+    std::set<std::string> m_LoopNodes;
     QRubberBand* m_RubberBand;
     bool m_IsSpaceHeld = false;
 };

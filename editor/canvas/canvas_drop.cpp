@@ -81,7 +81,7 @@ void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
         return;
     GraphBody body = m_Body;
     // The header comes under the mouse.
-    QPointF const topLeft = scenePoint - QPointF(kNodeWidth / 2.0, kHeaderHeight / 2.0);
+    QPointF const topLeft = scenePoint - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2;
     std::string const node
         = AddNode(body, item, m_Host.GetLibrary().GetItemName(id, true, nullptr),
                   SnapToGrid(topLeft));

@@ -61,9 +61,7 @@ void CCanvas::PressLeft(QMouseEvent* event)
 {
     m_Scene.UnmarkPort();
     if (auto const port = m_Scene.FindPortAt(m_PressScenePoint)) {
-        m_PressedPort = port;
-        StartGesture(eGesture::kConnect);
-        DrawConnection(m_PressScenePoint);
+        StartConnection(*port);
     } else if (auto const node = m_Scene.FindNodeAt(m_PressScenePoint)) {
         PressNode(*node, IsAdding(event));
     } else if (auto const connection = m_Scene.FindConnectionAt(
@@ -102,10 +100,9 @@ void CCanvas::CancelGesture()
 {
     eGesture const gesture = m_Gesture;
     m_Gesture = eGesture::kNone;
-    m_PressedPort.reset();
     m_RubberBand->hide();
-    m_Scene.HidePreview();
-    m_Scene.UnmarkPort();
+    if (gesture == eGesture::kConnect)
+        DropConnection();
     if (gesture == eGesture::kMoveNodes)
         m_Scene.ShowNodesAt(m_MovedFrom);
     if (m_IsSpaceHeld)
@@ -165,58 +162,6 @@ void CCanvas::StretchRubberBand(QPoint const& viewPoint)
                           m_SelectedBefore);
 }
 
-void CCanvas::DrawConnection(QPointF const& scenePoint)
-{
-    if (!m_PressedPort)
-        return;
-    QString reason;
-    auto const end = m_Scene.FindPortAt(scenePoint);
-    bool const isPressed = end && end->node == m_PressedPort->node
-                           && end->port.name == m_PressedPort->port.name
-                           && end->isOutput == m_PressedPort->isOutput;
-    bool const isGood = end && !isPressed && MakeConnection(*end, &reason);
-    bool const isRefused = end && !isPressed && !isGood;
-    if (end && !isPressed)
-        m_Scene.MarkPort({end->node, end->port.name}, end->isOutput,
-                         isGood ? ePortMark::kWelcome : ePortMark::kRefused);
-    else
-        m_Scene.UnmarkPort();
-    QPointF const loose = isGood ? end->position : scenePoint;
-    QPointF const fixed = m_PressedPort->position;
-    m_Scene.ShowPreview(m_PressedPort->isOutput ? fixed : loose,
-                        m_PressedPort->isOutput ? loose : fixed,
-                        GetTypeColor(m_PressedPort->port.type, m_PressedPort->port.typeName,
-                                     m_Scene.GetColors().isDark),
-                        isRefused);
-    viewport()->setCursor(isRefused ? Qt::ForbiddenCursor : Qt::CrossCursor);
-    if (isRefused)
-        QToolTip::showText(QCursor::pos(), reason, viewport());
-    else
-        QToolTip::hideText();
-}
-
-std::optional<GraphConnection> CCanvas::MakeConnection(PortPick const& end, QString* reason) const
-{
-    if (end.isOutput == m_PressedPort->isOutput) {
-        *reason = end.isOutput ? tr("An output goes to an input.") : tr("An input takes an output.");
-        return std::nullopt;
-    }
-    PortPick const& from = end.isOutput ? end : *m_PressedPort;
-    PortPick const& to = end.isOutput ? *m_PressedPort : end;
-    GraphConnection const connection{{from.node, from.port.name}, {to.node, to.port.name}};
-    if (!AreTypesCompatible(from.port.type, from.port.typeName, to.port.type, to.port.typeName)) {
-        *reason = tr("%1 does not go into %2.")
-                      .arg(QString::fromLatin1(from.port.typeName.c_str()),
-                           QString::fromLatin1(to.port.typeName.c_str()));
-        return std::nullopt;
-    }
-    if (MakesCycle(m_Body, connection)) {
-        *reason = tr("The output depends on this node already.");
-        return std::nullopt;
-    }
-    return connection;
-}
-
 void CCanvas::mouseReleaseEvent(QMouseEvent* event)
 {
     eGesture const gesture = m_Gesture;
@@ -244,29 +189,6 @@ void CCanvas::FinishMove()
     m_Gesture = eGesture::kNone;
     if (isMoved)
         Commit(body, m_MovedFrom.size() == 1 ? "Move Node" : "Move Nodes");
-}
-
-void CCanvas::FinishConnection(QPointF const& scenePoint)
-{
-    QString reason;
-    auto const end = m_Scene.FindPortAt(scenePoint);
-    auto const connection
-        = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
-    CancelGesture();
-    if (!connection)
-        return;
-    GraphBody body = m_Body;
-    Connect(body, *connection);
-    Commit(body, "Connect");
-}
-
-void CCanvas::ShowHover(QPointF const& scenePoint)
-{
-    auto const port = m_Scene.FindPortAt(scenePoint);
-    if (port)
-        m_Scene.MarkPort({port->node, port->port.name}, port->isOutput, ePortMark::kHovered);
-    else
-        m_Scene.UnmarkPort();
 }
 
 bool CCanvas::viewportEvent(QEvent* event)

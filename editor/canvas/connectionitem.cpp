@@ -1,7 +1,8 @@
 #include "connectionitem.h"
 
+#include <QLineF>
 #include <QPainter>
-#include <QPolygonF>
+#include <QPainterPath>
 #include <QStyleOptionGraphicsItem>
 
 #include <algorithm>
@@ -12,23 +13,64 @@ namespace {
 
 double const kWidth = 2;
 double const kSelectedWidth = 3.5;
+/// Caps and smooth edges included.
+double const kMargin = 4;
 /// How far the curve goes on in its first direction, at least and at most.
 double const kSmallestReach = 30;
 double const kLargestReach = 160;
-/// How often the curve is halved: 16 pieces, each nearly straight.
-int const kHalvings = 4;
 /// Below this zoom curves are thin, and drawn without smooth edges, which is much quicker.
 double const kSmoothFrom = 0.45;
-/// Up to this zoom the pieces of a curve cannot be told from straight lines.
-double const kStraightUpTo = 1.6;
+/// How far lines that are drawn for a curve may be off it, in pixels, and how often it is halved
+/// at most to get there.
+double const kTolerance = 0.3;
+int const kMostHalvings = 6;
 
-double DistanceToPiece(QPointF const& point, QPointF const& from, QPointF const& to)
+/// The line ends at its ends.
+double DistanceToLine(QPointF const& point, QPointF const& from, QPointF const& to)
 {
     QPointF const along = to - from;
     double const square = QPointF::dotProduct(along, along);
-    double const share
-        = square == 0 ? 0 : QPointF::dotProduct(point - from, along) / square;
+    double const share = square == 0 ? 0 : QPointF::dotProduct(point - from, along) / square;
     return QLineF(point, from + std::clamp(share, 0.0, 1.0) * along).length();
+}
+
+/// How far a curve may be off the line between its ends.
+double GetBend(CurvePiece const& piece)
+{
+    return 0.75
+           * std::max(DistanceToLine(piece.firstControl, piece.start, piece.end),
+                      DistanceToLine(piece.secondControl, piece.start, piece.end));
+}
+
+QRectF GetBounds(CurvePiece const& piece)
+{
+    auto const x = std::minmax(
+        {piece.start.x(), piece.firstControl.x(), piece.secondControl.x(), piece.end.x()});
+    auto const y = std::minmax(
+        {piece.start.y(), piece.firstControl.y(), piece.secondControl.y(), piece.end.y()});
+    return QRectF(QPointF(x.first, y.first), QPointF(x.second, y.second))
+        .adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+/// Halves the curve until its pieces are straight enough, and leaves out what is not in the
+/// rectangle.
+void AddLines(CurvePiece const& piece, QRectF const& rect, double tolerance, int halvings,
+              QVector<QLineF>& lines)
+{
+    if (!GetBounds(piece).intersects(rect))
+        return;
+    if (halvings == 0 || GetBend(piece) <= tolerance) {
+        lines.append(QLineF(piece.start, piece.end));
+        return;
+    }
+    QPointF const first = (piece.start + piece.firstControl) / 2;
+    QPointF const between = (piece.firstControl + piece.secondControl) / 2;
+    QPointF const last = (piece.secondControl + piece.end) / 2;
+    QPointF const second = (first + between) / 2;
+    QPointF const third = (between + last) / 2;
+    QPointF const middle = (second + third) / 2;
+    AddLines({piece.start, first, second, middle}, rect, tolerance, halvings - 1, lines);
+    AddLines({middle, third, last, piece.end}, rect, tolerance, halvings - 1, lines);
 }
 
 } // namespace
@@ -54,58 +96,28 @@ GraphConnection const& CConnectionItem::GetConnection() const
 
 void CConnectionItem::SetEnds(QPointF const& from, QPointF const& to)
 {
-    if (from == m_From && to == m_To && !m_Pieces.empty())
+    if (from == m_Curve.start && to == m_Curve.end && !m_Bounds.isNull())
         return;
     prepareGeometryChange();
-    m_From = from;
-    m_To = to;
     // A connection that runs back swings out wider, so that it can be told from one that is
     // straight.
     double const ahead = to.x() - from.x();
-    QPointF const reach(std::clamp(ahead > 0 ? ahead / 2 : -ahead * 0.75, kSmallestReach,
-                                   kLargestReach),
-                        0);
-    m_Pieces.clear();
+    QPointF const reach(
+        std::clamp(ahead > 0 ? ahead / 2 : -ahead * 0.75, kSmallestReach, kLargestReach), 0);
+    m_Curve = CurvePiece{from, from + reach, to - reach, to};
     m_Bounds = QRectF();
-    UpdatePieces(Piece{from, from + reach, to - reach, to, QRectF()}, kHalvings);
+    // Tighter than the control points.
+    for (QLineF const& line : GetLines(GetBounds(m_Curve), 1))
+        m_Bounds |= QRectF(line.p1(), line.p2())
+                        .normalized()
+                        .adjusted(-kMargin, -kMargin, kMargin, kMargin);
 }
 
-void CConnectionItem::UpdatePieces(Piece const& whole, int halvings)
+QVector<QLineF> CConnectionItem::GetLines(QRectF const& rect, double zoom) const
 {
-    QPointF const first = (whole.start + whole.firstControl) / 2;
-    QPointF const between = (whole.firstControl + whole.secondControl) / 2;
-    QPointF const last = (whole.secondControl + whole.end) / 2;
-    QPointF const second = (first + between) / 2;
-    QPointF const third = (between + last) / 2;
-    QPointF const middle = (second + third) / 2;
-    if (halvings > 0) {
-        UpdatePieces(Piece{whole.start, first, second, middle, QRectF()}, halvings - 1);
-        UpdatePieces(Piece{middle, third, last, whole.end, QRectF()}, halvings - 1);
-        return;
-    }
-    Piece piece = whole;
-    piece.bounds = QPolygonF({piece.start, piece.firstControl, piece.secondControl, piece.end})
-                       .boundingRect()
-                       .adjusted(-kSelectedWidth, -kSelectedWidth, kSelectedWidth, kSelectedWidth);
-    m_Bounds |= piece.bounds;
-    m_Pieces.push_back(piece);
-}
-
-QPainterPath CConnectionItem::GetVisiblePath(QRectF const& rect) const
-{
-    QPainterPath path;
-    bool isBroken = true;
-    for (Piece const& piece : m_Pieces) {
-        if (!piece.bounds.intersects(rect)) {
-            isBroken = true;
-            continue;
-        }
-        if (isBroken)
-            path.moveTo(piece.start);
-        path.cubicTo(piece.firstControl, piece.secondControl, piece.end);
-        isBroken = false;
-    }
-    return path;
+    QVector<QLineF> lines;
+    AddLines(m_Curve, rect, kTolerance / zoom, kMostHalvings, lines);
+    return lines;
 }
 
 void CConnectionItem::SetColor(QColor const& color)
@@ -123,8 +135,8 @@ void CConnectionItem::SetRefused(bool isRefused)
 double CConnectionItem::GetDistance(QPointF const& point) const
 {
     double nearest = std::numeric_limits<double>::max();
-    for (Piece const& piece : m_Pieces)
-        nearest = std::min(nearest, DistanceToPiece(point, piece.start, piece.end));
+    for (QLineF const& line : GetLines(m_Bounds, 1))
+        nearest = std::min(nearest, DistanceToLine(point, line.p1(), line.p2()));
     return nearest;
 }
 
@@ -133,22 +145,13 @@ QRectF CConnectionItem::boundingRect() const
     return m_Bounds;
 }
 
-QVector<QLineF> CConnectionItem::GetVisibleLines(QRectF const& rect) const
+void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget*)
 {
-    QVector<QLineF> lines;
-    for (Piece const& piece : m_Pieces)
-        if (piece.bounds.intersects(rect))
-            lines.append(QLineF(piece.start, piece.end));
-    return lines;
-}
-
-void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* option,
-                            QWidget*)
-{
-    double const zoom
-        = QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
-    QColor const& color = m_IsRefused ? m_Colors.refusal
-                          : isSelected() ? m_Colors.selection : m_Color;
+    double const zoom =
+        QStyleOptionGraphicsItem::levelOfDetailFromTransform(painter->worldTransform());
+    QColor const& color = m_IsRefused    ? m_Colors.refusal
+                          : isSelected() ? m_Colors.selection
+                                         : m_Color;
     QPen pen(color, isSelected() ? kSelectedWidth : kWidth);
     bool const isSmooth = zoom >= kSmoothFrom;
     if (m_IsRefused)
@@ -159,12 +162,14 @@ void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* o
         pen.setCapStyle(Qt::SquareCap);
     painter->setPen(pen);
     painter->setRenderHint(QPainter::Antialiasing, isSmooth);
-    if (zoom > kStraightUpTo || m_IsRefused) {
+    if (m_IsRefused) {
+        QPainterPath path(m_Curve.start);
+        path.cubicTo(m_Curve.firstControl, m_Curve.secondControl, m_Curve.end);
         painter->setBrush(Qt::NoBrush);
-        painter->drawPath(GetVisiblePath(option->exposedRect));
+        painter->drawPath(path);
     } else {
         // The toolkit has a quick way for single lines that it does not have for paths.
-        painter->drawLines(GetVisibleLines(option->exposedRect));
+        painter->drawLines(GetLines(option->exposedRect, zoom));
     }
     painter->setRenderHint(QPainter::Antialiasing);
 }

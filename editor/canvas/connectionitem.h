@@ -6,17 +6,27 @@
 #include <graphbody.h>
 
 #include <QGraphicsItem>
-#include <QPainterPath>
+#include <QLineF>
 #include <QVector>
 
-#include <vector>
+/// A cubic curve between two points.
+struct CurvePiece
+{
+    QPointF start;
+    QPointF firstControl;
+    QPointF secondControl;
+    QPointF end;
+};
 
 /// A connection as it is painted: a curve that leaves its output to the right and comes to its
 /// input from the left.
 class CConnectionItem : public QGraphicsItem
 {
 public:
-    enum { Type = UserType + 2 };
+    enum
+    {
+        Type = UserType + 2
+    };
 
     /// The colours have to outlive the item.
     CConnectionItem(GraphConnection const& connection, CanvasColors const& colors);
@@ -31,32 +41,17 @@ public:
     double GetDistance(QPointF const& point) const;
 
     QRectF boundingRect() const override;
-    void paint(QPainter* painter, QStyleOptionGraphicsItem const* option,
-               QWidget* widget) override;
+    void paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget* widget) override;
 
 private:
-    struct Piece
-    {
-        QPointF start;
-        QPointF firstControl;
-        QPointF secondControl;
-        QPointF end;
-        QRectF bounds;
-    };
-
-    void UpdatePieces(Piece const& whole, int halvings);
-    /// The part of the curve that can be seen in the rectangle, and a little more.
-    QPainterPath GetVisiblePath(QRectF const& rect) const;
-    /// The same of the straight lines between the pieces' ends.
-    QVector<QLineF> GetVisibleLines(QRectF const& rect) const;
+    /// Straight lines that cannot be told from the curve at the zoom, as far as it can be seen in
+    /// the rectangle.
+    QVector<QLineF> GetLines(QRectF const& rect, double zoom) const;
 
     GraphConnection const m_Connection;
     CanvasColors const& m_Colors;
-    QPointF m_From;
-    QPointF m_To;
+    CurvePiece m_Curve;
     QRectF m_Bounds;
-    /// The curve, cut so that what is not seen need not be drawn.
-    std::vector<Piece> m_Pieces;
     QColor m_Color;
     bool m_IsRefused = false;
 };

@@ -189,25 +189,26 @@ void RemoveNodes(GraphBody& body, std::set<std::string> const& ids)
     });
 }
 
-bool MakesCycle(GraphBody const& body, GraphConnection const& connection)
+std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, bool isDownstream)
 {
     std::multimap<std::string, std::string> next;
-    for (GraphConnection const& other : body.connections)
-        next.emplace(other.from.node, other.to.node);
+    for (GraphConnection const& connection : body.connections)
+        if (isDownstream)
+            next.emplace(connection.from.node, connection.to.node);
+        else
+            next.emplace(connection.to.node, connection.from.node);
     std::set<std::string> reached;
-    std::vector<std::string> open{connection.to.node};
+    std::vector<std::string> open{id};
     while (!open.empty()) {
-        std::string const id = open.back();
+        std::string const node = open.back();
         open.pop_back();
-        if (id == connection.from.node)
-            return true;
-        if (!reached.insert(id).second)
+        if (!reached.insert(node).second)
             continue;
-        auto const range = next.equal_range(id);
+        auto const range = next.equal_range(node);
         for (auto entry = range.first; entry != range.second; ++entry)
             open.push_back(entry->second);
     }
-    return false;
+    return reached;
 }
 
 bool ContainsItem(std::string const& uid, std::string const& other, BodyOf const& bodyOf)

@@ -42,8 +42,8 @@ void Disconnect(GraphBody& body, GraphConnection const& connection);
 /// Takes the nodes out, and with them their connections.
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids);
 
-/// The connection would let a node's output flow back into one of its inputs.
-bool MakesCycle(GraphBody const& body, GraphConnection const& connection);
+/// The nodes into which values of the node flow, or those from which its own come. It is among them.
+std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, bool isDownstream);
 
 /// Answers with the body of the item that has the uid.
 typedef std::function<GraphBody(std::string const& uid)> BodyOf;

@@ -2,13 +2,7 @@
 
 #include "connectionitem.h"
 
-#include <QApplication>
-
 namespace {
-
-/// Nodes have a size of their own, whatever that of the desktop's fonts: positions in library
-/// files count on it.
-int const kFontPixels = 12;
 
 double const kPreviewLayer = 2;
 
@@ -16,10 +10,8 @@ double const kPreviewLayer = 2;
 
 CGraphScene::CGraphScene(CanvasColors const& colors)
     : m_Pictures(colors)
-    , m_Font(QApplication::font())
     , m_Preview(new CConnectionItem(GraphConnection(), GetColors()))
 {
-    m_Font.setPixelSize(kFontPixels);
     m_Preview->setZValue(kPreviewLayer);
     m_Preview->setFlag(QGraphicsItem::ItemIsSelectable, false);
     m_Preview->hide();
@@ -29,8 +21,6 @@ CGraphScene::CGraphScene(CanvasColors const& colors)
 void CGraphScene::SetColors(CanvasColors const& colors)
 {
     m_Pictures.SetColors(colors);
-    for (auto const& node : m_Nodes)
-        node.second->UpdateColors();
     for (auto const& connection : m_Connections)
         UpdateEnds(*connection.second);
     update();
@@ -39,6 +29,11 @@ void CGraphScene::SetColors(CanvasColors const& colors)
 CanvasColors const& CGraphScene::GetColors() const
 {
     return m_Pictures.GetColors();
+}
+
+NodePictures& CGraphScene::GetPictures()
+{
+    return m_Pictures;
 }
 
 void CGraphScene::Show(std::vector<NodeLook> const& looks,
@@ -56,7 +51,7 @@ void CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
         auto const found = previous.find(look.id);
         CNodeItem* item = found == previous.end() ? nullptr : found->second;
         if (!item) {
-            item = new CNodeItem(look, m_Font, m_Pictures);
+            item = new CNodeItem(look, m_Pictures);
             addItem(item);
         } else {
             previous.erase(found);
@@ -260,6 +255,12 @@ void CGraphScene::MarkPort(GraphEnd const& end, bool isOutput, ePortMark mark)
         node->MarkPort(end.port, isOutput, mark);
         m_MarkedNode = end.node;
     }
+}
+
+void CGraphScene::FadePorts(std::function<bool(PortPick const&)> const& isFaded)
+{
+    for (auto const& node : m_Nodes)
+        node.second->FadePorts(isFaded);
 }
 
 void CGraphScene::UnmarkPort()

@@ -9,6 +9,7 @@
 
 #include <QGraphicsScene>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -28,6 +29,8 @@ public:
 
     void SetColors(CanvasColors const& colors);
     CanvasColors const& GetColors() const;
+    /// Of the pictures that nodes are painted from.
+    NodePictures& GetPictures();
 
     /// Shows the graph instead of the one shown. What is in both stays and stays selected.
     void Show(std::vector<NodeLook> const& looks,
@@ -58,6 +61,8 @@ public:
     void HidePreview();
     void MarkPort(GraphEnd const& end, bool isOutput, ePortMark mark);
     void UnmarkPort();
+    /// Until the node is shown anew.
+    void FadePorts(std::function<bool(PortPick const&)> const& isFaded);
 
 private:
     void ShowNodes(std::vector<NodeLook> const& looks);
@@ -71,7 +76,6 @@ private:
     static ConnectionKey MakeKey(GraphConnection const& connection);
 
     NodePictures m_Pictures;
-    QFont m_Font;
     // Owned by the scene.
     std::map<std::string, CNodeItem*> m_Nodes;
     std::map<ConnectionKey, CConnectionItem*> m_Connections;

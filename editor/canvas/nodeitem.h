@@ -4,12 +4,11 @@
 #include "nodelook.h"
 #include "nodepictures.h"
 
-#include <QFont>
+#include <QByteArray>
 #include <QGraphicsItem>
-#include <QStaticText>
 
+#include <functional>
 #include <optional>
-#include <vector>
 
 /// A port as it is pointed at.
 struct PortPick
@@ -32,16 +31,18 @@ enum class ePortMark
 class CNodeItem : public QGraphicsItem
 {
 public:
-    enum { Type = UserType + 1 };
+    enum
+    {
+        Type = UserType + 1
+    };
 
     /// The pictures have to outlive the item.
-    CNodeItem(NodeLook const& look, QFont const& font, NodePictures& pictures);
+    CNodeItem(NodeLook const& look, NodePictures& pictures);
 
     int type() const override;
     NodeLook const& GetLook() const;
     void SetLook(NodeLook const& look);
-    /// The colours were changed.
-    void UpdateColors();
+    void FadePorts(std::function<bool(PortPick const&)> const& isFaded);
 
     /// The port within reach of a point of the scene.
     std::optional<PortPick> FindPort(QPointF const& scenePoint) const;
@@ -52,43 +53,23 @@ public:
 
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
-    void paint(QPainter* painter, QStyleOptionGraphicsItem const* option,
-               QWidget* widget) override;
+    void paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget* widget) override;
 
 private:
-    struct Port
-    {
-        PortLook look;
-        bool isOutput;
-        QPointF position;
-        QStaticText text;
-        QPointF textPosition;
-        QColor color;
-    };
     struct Mark
     {
-        std::string name;
+        std::string port;
         bool isOutput;
         ePortMark mark;
     };
 
-    void UpdateTexts();
-    void AddPorts(std::vector<PortLook> const& looks, bool isOutput);
-    PortPick MakePick(Port const& port) const;
-
-    void PaintPlain(QPainter* painter) const;
-    void PaintHeader(QPainter* painter) const;
-    void PaintPorts(QPainter* painter, bool areNamesShown) const;
-    void PaintMark(QPainter* painter, Port const& port) const;
+    std::vector<PortLook> const& GetPorts(bool isOutput) const;
+    PortPick MakePick(std::size_t port, bool isOutput) const;
+    void PaintMark(QPainter& painter) const;
 
     NodeLook m_Look;
-    QFont const m_Font;
-    QFont m_TitleFont;
+    QByteArray m_Face;
     NodePictures& m_Pictures;
-    QRectF m_Rect;
-    QStaticText m_Title;
-    QPointF m_TitlePosition;
-    std::vector<Port> m_Ports;
     std::optional<Mark> m_Mark;
 };
 

@@ -6,14 +6,14 @@
 
 namespace {
 
+/// Between the header and the first port, and below the last one.
+int const kTopMargin = 4;
 int const kBottomMargin = 8;
-/// Between a port's middle and its name.
-int const kNameMargin = 11;
 
 bool IsSamePort(PortLook const& left, PortLook const& right)
 {
-    return std::tie(left.name, left.type, left.typeName, left.isConnected)
-           == std::tie(right.name, right.type, right.typeName, right.isConnected);
+    return std::tie(left.name, left.type, left.typeName, left.isConnected, left.isFaded)
+           == std::tie(right.name, right.type, right.typeName, right.isConnected, right.isFaded);
 }
 
 bool AreSamePorts(std::vector<PortLook> const& left, std::vector<PortLook> const& right)
@@ -25,8 +25,9 @@ bool AreSamePorts(std::vector<PortLook> const& left, std::vector<PortLook> const
 
 bool operator==(NodeLook const& left, NodeLook const& right)
 {
-    return std::tie(left.id, left.item, left.kind, left.title, left.position)
-               == std::tie(right.id, right.item, right.kind, right.title, right.position)
+    return std::tie(left.id, left.item, left.kind, left.title, left.position, left.width)
+               == std::tie(right.id, right.item, right.kind, right.title, right.position,
+                           right.width)
            && left.icon.cacheKey() == right.icon.cacheKey()
            && AreSamePorts(left.inputs, right.inputs) && AreSamePorts(left.outputs, right.outputs);
 }
@@ -40,21 +41,16 @@ QPointF SnapToGrid(QPointF const& point)
 QRectF GetNodeRect(NodeLook const& look)
 {
     int const rows = static_cast<int>(std::max(look.inputs.size(), look.outputs.size()));
-    return QRectF(0, 0, kNodeWidth, kHeaderHeight + rows * kPortRowHeight + kBottomMargin);
+    return QRectF(0, 0, look.width, kHeaderHeight + rows * kPortRowHeight + kBottomMargin);
 }
 
-QPointF GetPortPosition(std::size_t port, bool isOutput)
+QRectF GetHeaderRect(NodeLook const& look)
 {
-    return QPointF(isOutput ? kNodeWidth : 0,
-                   kHeaderHeight + 4 + (static_cast<double>(port) + 0.5) * kPortRowHeight);
+    return QRectF(0, 0, look.width, kHeaderHeight);
 }
 
-QRectF GetPortNameRect(NodeLook const& look, std::size_t port, bool isOutput)
+QPointF GetPortPosition(NodeLook const& look, std::size_t port, bool isOutput)
 {
-    bool const isShared = port < (isOutput ? look.inputs : look.outputs).size();
-    double const room = kNodeWidth - 2 * kNameMargin;
-    double const width = isShared ? room / 2 - 2 : room;
-    double const top = GetPortPosition(port, isOutput).y() - kPortRowHeight / 2.0;
-    return QRectF(isOutput ? kNodeWidth - kNameMargin - width : kNameMargin, top, width,
-                  kPortRowHeight);
+    return QPointF(isOutput ? look.width : 0,
+                   kHeaderHeight + kTopMargin + (static_cast<double>(port) + 0.5) * kPortRowHeight);
 }

@@ -12,7 +12,9 @@
 /// Pitch of the grid to which nodes snap, in scene units as all lengths here: pixels as long as
 /// the view is not zoomed.
 int const kGridPitch = 20;
-int const kNodeWidth = 160;
+/// Nodes are as wide as their texts want, in steps of the grid.
+int const kSmallestNodeWidth = 160;
+int const kLargestNodeWidth = 280;
 int const kHeaderHeight = 28;
 int const kPortRowHeight = 20;
 int const kPortRadius = 5;
@@ -37,6 +39,8 @@ struct PortLook
     std::string type;
     std::string typeName;
     bool isConnected = false;
+    /// It cannot take the connection that is being drawn.
+    bool isFaded = false;
 };
 
 /// All that is shown of a node.
@@ -51,6 +55,7 @@ struct NodeLook
     std::vector<PortLook> inputs;
     std::vector<PortLook> outputs;
     QPointF position;
+    int width = kSmallestNodeWidth;
 };
 
 bool operator==(NodeLook const& left, NodeLook const& right);
@@ -60,8 +65,7 @@ QPointF SnapToGrid(QPointF const& point);
 // Where things lie in a node whose top left is (0, 0).
 
 QRectF GetNodeRect(NodeLook const& look);
-QPointF GetPortPosition(std::size_t port, bool isOutput);
-/// The row's half in which the port's name stands, the whole row when the other side has none.
-QRectF GetPortNameRect(NodeLook const& look, std::size_t port, bool isOutput);
+QRectF GetHeaderRect(NodeLook const& look);
+QPointF GetPortPosition(NodeLook const& look, std::size_t port, bool isOutput);
 
 #endif

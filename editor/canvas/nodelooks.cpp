@@ -1,6 +1,7 @@
 #include "nodelooks.h"
 
 #include "graphedits.h"
+#include "nodepainter.h"
 
 #include <embeddedhost.h>
 
@@ -33,14 +34,21 @@ eNodeKind GetKind(ItemID const& id)
     return id.GetType() == TarnoType::gGlobalConstant ? eNodeKind::kConstant : eNodeKind::kSolver;
 }
 
-PortLook& FindOrAddPort(std::vector<PortLook>& ports, std::string const& name)
+/// Ports that the item lacks are added, so that their connections are seen too.
+void MarkConnected(NodeLook& look, std::vector<PortLook> NodeLook::*side, std::string const& name)
 {
+    std::vector<PortLook>& ports = look.*side;
     auto const found = std::find_if(ports.begin(), ports.end(),
                                     [&name](PortLook const& port) { return port.name == name; });
-    if (found != ports.end())
-        return *found;
-    ports.push_back(PortLook{name, std::string(), std::string(), false});
-    return ports.back();
+    if (found != ports.end()) {
+        found->isConnected = true;
+        return;
+    }
+    PortLook port;
+    port.name = name;
+    port.isConnected = true;
+    ports.push_back(port);
+    look.width = MeasureNodeWidth(look);
 }
 
 void MarkConnections(std::vector<GraphConnection> const& connections,
@@ -54,8 +62,8 @@ void MarkConnections(std::vector<GraphConnection> const& connections,
         auto const to = byId.find(connection.to.node);
         if (from == byId.end() || to == byId.end())
             continue;
-        FindOrAddPort(from->second->outputs, connection.from.port).isConnected = true;
-        FindOrAddPort(to->second->inputs, connection.to.port).isConnected = true;
+        MarkConnected(*from->second, &NodeLook::outputs, connection.from.port);
+        MarkConnected(*to->second, &NodeLook::inputs, connection.to.port);
     }
 }
 
@@ -107,17 +115,19 @@ std::vector<NodeLook> NodeLooks::Make(GraphBody const& body)
 void NodeLooks::AddPortsNodes(GraphBody const& body, std::vector<NodeLook>& looks)
 {
     QRectF const bounds = GetBounds(looks);
+    double const left = std::floor(bounds.left() / kGridPitch) * kGridPitch - kSideGap;
+    double const right = std::ceil(bounds.right() / kGridPitch) * kGridPitch + kSideGap;
     auto const add = [&](NodeLook look, double x) {
         double const y = bounds.center().y() - GetNodeRect(look).height() / 2;
         look.position = SnapToGrid(QPointF(x, y));
         looks.push_back(std::move(look));
     };
-    if (!body.inputs.empty() || IsNamed(body.connections, &GraphConnection::from, kInputsNode))
-        add(MakePortsLook(eNodeKind::kInputs, body.inputs),
-            std::floor(bounds.left() / kGridPitch) * kGridPitch - kNodeWidth - kSideGap);
+    if (!body.inputs.empty() || IsNamed(body.connections, &GraphConnection::from, kInputsNode)) {
+        NodeLook const inputs = MakePortsLook(eNodeKind::kInputs, body.inputs);
+        add(inputs, left - inputs.width);
+    }
     if (!body.outputs.empty() || IsNamed(body.connections, &GraphConnection::to, kOutputsNode))
-        add(MakePortsLook(eNodeKind::kOutputs, body.outputs),
-            std::ceil(bounds.right() / kGridPitch) * kGridPitch + kSideGap);
+        add(MakePortsLook(eNodeKind::kOutputs, body.outputs), right);
 }
 
 NodeLook NodeLooks::MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& ports)
@@ -130,6 +140,7 @@ NodeLook NodeLooks::MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& 
                           : QCoreApplication::translate("CCanvas", "Outputs");
     // Seen from within, the compound's inputs are where values come from.
     (isInputs ? look.outputs : look.inputs) = MakePorts(ports);
+    look.width = MeasureNodeWidth(look);
     return look;
 }
 
@@ -170,6 +181,7 @@ NodeLook NodeLooks::MakeItemLook(std::string const& item)
         look.icon = GetIcon(IsSignature(library, id) ? ":signature.png" : ":compound.png");
     else
         look.icon = GetIcon(look.kind == eNodeKind::kConstant ? ":constant.png" : ":solver.png");
+    look.width = MeasureNodeWidth(look);
     return look;
 }
 
@@ -177,7 +189,7 @@ std::vector<PortLook> NodeLooks::MakePorts(std::vector<GraphPort> const& ports)
 {
     std::vector<PortLook> looks;
     for (GraphPort const& port : ports)
-        looks.push_back(PortLook{port.name, port.type, GetTypeName(port.type), false});
+        looks.push_back(PortLook{port.name, port.type, GetTypeName(port.type)});
     return looks;
 }
 

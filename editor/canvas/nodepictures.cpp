@@ -1,54 +1,71 @@
 #include "nodepictures.h"
 
+#include <QDataStream>
+#include <QElapsedTimer>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <cmath>
 
 namespace {
 
-double const kCornerRadius = 7;
-double const kSelectionWidth = 2;
-int const kGlowWidth = 4;
-int const kGlowAlpha = 80;
-/// Glow and shadow reach no further beyond the node.
-int const kFrameMargin = 6;
-int const kPortMargin = 2;
+int const kBytesPerPixel = 4;
+int const kMostBytes = 96 << 20;
+/// For making pictures in a frame, which has 16 ms in all.
+qint64 const kBudgetNanoseconds = 4000000;
+/// Beyond this zoom few nodes are in view, and their pictures would be large.
+double const kLargestZoom = 2;
 
-QPainterPath MakeHeaderPath(QRectF const& rect)
+void WritePorts(QDataStream& stream, std::vector<PortLook> const& ports)
 {
-    // Round at the top alone.
-    QPainterPath path;
-    path.addRoundedRect(rect.adjusted(0, 0, 0, kCornerRadius), kCornerRadius, kCornerRadius);
-    QPainterPath below;
-    below.addRect(rect.adjusted(0, rect.height(), 0, kCornerRadius));
-    return path.subtracted(below);
+    stream << static_cast<int>(ports.size());
+    for (PortLook const& port : ports)
+        stream << port.name.c_str() << port.type.c_str() << port.typeName.c_str()
+               << port.isConnected << port.isFaded;
+}
+
+QRectF GetPictureRect(NodeLook const& look)
+{
+    int const margin = kNodePaintMargin;
+    return GetNodeRect(look).adjusted(-margin, -margin, margin, margin);
 }
 
 /// Puts the picture onto whole pixels, where it is copied and not resampled.
-void PaintPicture(QPainter* painter, QPixmap const& picture, QPointF const& topLeft)
+void PaintPicture(QPainter& painter, QPixmap const& picture, QPointF const& topLeft)
 {
-    QTransform const transform = painter->worldTransform();
+    QTransform const transform = painter.worldTransform();
     double const sharpness = picture.devicePixelRatio();
     QPointF const mapped = transform.map(topLeft) * sharpness;
-    painter->setWorldTransform(QTransform());
-    painter->drawPixmap(QPointF(std::round(mapped.x()), std::round(mapped.y())) / sharpness,
-                        picture);
-    painter->setWorldTransform(transform);
+    painter.setWorldTransform(QTransform());
+    // Rounded in one direction, so that scrolling by whole pixels moves all pictures alike.
+    painter.drawPixmap(
+        QPointF(std::floor(mapped.x() + 0.5), std::floor(mapped.y() + 0.5)) / sharpness, picture);
+    painter.setWorldTransform(transform);
 }
 
 } // namespace
 
+QByteArray MakeFace(NodeLook const& look)
+{
+    QByteArray face;
+    QDataStream stream(&face, QIODevice::WriteOnly);
+    stream << static_cast<int>(look.kind) << look.title << look.icon.cacheKey() << look.width;
+    WritePorts(stream, look.inputs);
+    WritePorts(stream, look.outputs);
+    return face;
+}
+
 NodePictures::NodePictures(CanvasColors const& colors)
     : m_Colors(colors)
-{
-}
+    , m_Painter(colors)
+    , m_Pictures(kMostBytes)
+{}
 
 void NodePictures::SetColors(CanvasColors const& colors)
 {
     m_Colors = colors;
+    m_Painter = NodePainter(colors);
+    m_Pictures.clear();
     m_Frames.clear();
-    m_Ports.clear();
 }
 
 CanvasColors const& NodePictures::GetColors() const
@@ -56,117 +73,91 @@ CanvasColors const& NodePictures::GetColors() const
     return m_Colors;
 }
 
-void NodePictures::UseScale(QPainter const* painter)
+void NodePictures::StartFrame()
 {
-    double const zoom = painter->worldTransform().m11();
-    double const sharpness = painter->device()->devicePixelRatioF();
-    if (zoom == m_Zoom && sharpness == m_Sharpness)
-        return;
+    m_SpentNanoseconds = 0;
+    m_IsFrameCoarse = false;
+}
+
+bool NodePictures::IsFrameCoarse() const
+{
+    return m_IsFrameCoarse;
+}
+
+void NodePictures::UseScale(double zoom, double sharpness)
+{
+    if (sharpness != m_Sharpness)
+        m_Pictures.clear();
+    if (zoom != m_Zoom || sharpness != m_Sharpness)
+        m_Frames.clear();
     m_Zoom = zoom;
     m_Sharpness = sharpness;
-    m_Frames.clear();
-    m_Ports.clear();
 }
 
-void NodePictures::PaintFrame(QPainter* painter, eNodeKind kind, QRectF const& rect,
-                              bool isSelected)
+void NodePictures::Paint(QPainter& painter, NodeLook const& look, QByteArray const& face,
+                         bool isSelected)
 {
-    UseScale(painter);
-    QPixmap& picture = m_Frames[FrameKey(kind, qRound(rect.height()), isSelected)];
-    if (picture.isNull())
-        picture = MakeFrame(kind, rect, isSelected);
-    PaintPicture(painter, picture, rect.topLeft() - QPointF(kFrameMargin, kFrameMargin));
+    double const zoom = painter.worldTransform().m11();
+    if (zoom < kFrameFrom || zoom > kLargestZoom) {
+        m_Painter.PaintFrame(painter, look, isSelected);
+        m_Painter.PaintContents(painter, look);
+        return;
+    }
+    UseScale(zoom, painter.device()->devicePixelRatioF());
+    QByteArray const key = face + (isSelected ? 's' : '-');
+    Picture const* const known = m_Pictures.object(key);
+    if (known && known->zoom == zoom) {
+        PaintPicture(painter, known->pixmap, GetPictureRect(look).topLeft());
+    } else if (known && m_SpentNanoseconds > kBudgetNanoseconds) {
+        m_IsFrameCoarse = true;
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+        painter.drawPixmap(GetPictureRect(look), known->pixmap, QRectF(known->pixmap.rect()));
+    } else {
+        PaintNew(painter, look, isSelected, key);
+    }
 }
 
-void NodePictures::PaintPort(QPainter* painter, QPointF const& center, QColor const& color,
-                             bool isConnected)
+void NodePictures::PaintNew(QPainter& painter, NodeLook const& look, bool isSelected,
+                            QByteArray const& key)
 {
-    UseScale(painter);
-    QPixmap& picture = m_Ports[PortKey(color.rgba(), isConnected)];
-    if (picture.isNull())
-        picture = MakePort(color, isConnected);
-    double const reach = kPortRadius + kPortMargin;
-    PaintPicture(painter, picture, center - QPointF(reach, reach));
+    QElapsedTimer timer;
+    timer.start();
+    QPixmap const pixmap = MakePicture(look, isSelected);
+    m_SpentNanoseconds += timer.nsecsElapsed();
+    PaintPicture(painter, pixmap, GetPictureRect(look).topLeft());
+    m_Pictures.insert(key, new Picture{pixmap, m_Zoom},
+                      kBytesPerPixel * pixmap.width() * pixmap.height());
 }
 
-QPixmap NodePictures::MakePicture(QRectF const& area,
-                                  std::function<void(QPainter&)> const& paint) const
+QPixmap NodePictures::MakePicture(NodeLook const& look, bool isSelected)
 {
-    QSizeF const size = area.size() * m_Zoom * m_Sharpness;
-    QPixmap picture(static_cast<int>(std::ceil(size.width())),
-                    static_cast<int>(std::ceil(size.height())));
-    picture.setDevicePixelRatio(m_Sharpness);
-    picture.fill(Qt::transparent);
+    QPixmap picture = GetFrame(look, isSelected);
     QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(m_Zoom, m_Zoom);
-    painter.translate(-area.topLeft());
-    paint(painter);
+    PrepareWithin(painter);
+    m_Painter.PaintContents(painter, look);
     return picture;
 }
 
-QPixmap NodePictures::MakeFrame(eNodeKind kind, QRectF const& rect, bool isSelected) const
+QPixmap NodePictures::GetFrame(NodeLook const& look, bool isSelected)
 {
-    QRectF const area = rect.adjusted(-kFrameMargin, -kFrameMargin, kFrameMargin, kFrameMargin);
-    return MakePicture(area, [&](QPainter& painter) {
-        PaintBehindFrame(painter, rect, isSelected);
-        bool const isMissing = kind == eNodeKind::kMissing;
-        QPen border(isSelected ? m_Colors.selection
-                               : isMissing ? m_Colors.refusal : m_Colors.nodeBorder,
-                    isSelected ? kSelectionWidth : 1);
-        if (isMissing && !isSelected)
-            border.setStyle(Qt::DashLine);
-        painter.setPen(border);
-        painter.setBrush(m_Colors.nodeBody);
-        painter.drawRoundedRect(rect, kCornerRadius, kCornerRadius);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(GetTint(kind));
-        painter.drawPath(MakeHeaderPath(
-            QRectF(rect.left() + 0.5, rect.top() + 0.5, rect.width() - 1, kHeaderHeight - 0.5)));
-    });
+    QRectF const area = GetPictureRect(look);
+    QPixmap& frame = m_Frames[{look.kind, qRound(area.width()), qRound(area.height()), isSelected}];
+    if (!frame.isNull())
+        return frame;
+    QSizeF const size = area.size() * m_Zoom * m_Sharpness;
+    frame = QPixmap(static_cast<int>(std::ceil(size.width())),
+                    static_cast<int>(std::ceil(size.height())));
+    frame.setDevicePixelRatio(m_Sharpness);
+    frame.fill(Qt::transparent);
+    QPainter painter(&frame);
+    PrepareWithin(painter);
+    m_Painter.PaintFrame(painter, look, isSelected);
+    return frame;
 }
 
-void NodePictures::PaintBehindFrame(QPainter& painter, QRectF const& rect, bool isSelected) const
+void NodePictures::PrepareWithin(QPainter& painter) const
 {
-    painter.setPen(Qt::NoPen);
-    // Two layers make a soft edge.
-    painter.setBrush(m_Colors.shadow);
-    for (int const reach : {1, 3})
-        painter.drawRoundedRect(rect.adjusted(-reach + 1, 0, reach - 1, reach).translated(0, 1),
-                                kCornerRadius + reach, kCornerRadius + reach);
-    if (!isSelected)
-        return;
-    QColor glow = m_Colors.selection;
-    glow.setAlpha(kGlowAlpha);
-    painter.setBrush(glow);
-    painter.drawRoundedRect(rect.adjusted(-kGlowWidth, -kGlowWidth, kGlowWidth, kGlowWidth),
-                            kCornerRadius + kGlowWidth, kCornerRadius + kGlowWidth);
-}
-
-QPixmap NodePictures::MakePort(QColor const& color, bool isConnected) const
-{
-    double const reach = kPortRadius + kPortMargin;
-    return MakePicture(QRectF(-reach, -reach, 2 * reach, 2 * reach), [&](QPainter& painter) {
-        painter.setPen(QPen(color, 2));
-        painter.setBrush(isConnected ? color : m_Colors.nodeBody);
-        painter.drawEllipse(QPointF(), kPortRadius - 1, kPortRadius - 1);
-    });
-}
-
-QColor const& NodePictures::GetTint(eNodeKind kind) const
-{
-    switch (kind) {
-    case eNodeKind::kCompound:
-        return m_Colors.compoundTint;
-    case eNodeKind::kConstant:
-        return m_Colors.constantTint;
-    case eNodeKind::kInputs:
-    case eNodeKind::kOutputs:
-        return m_Colors.portsTint;
-    case eNodeKind::kMissing:
-        return m_Colors.missingTint;
-    case eNodeKind::kSolver:
-        break;
-    }
-    return m_Colors.solverTint;
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.scale(m_Zoom, m_Zoom);
+    painter.translate(kNodePaintMargin, kNodePaintMargin);
 }

@@ -3,17 +3,23 @@
 
 #include "canvascolors.h"
 #include "nodelook.h"
+#include "nodepainter.h"
 
+#include <QByteArray>
+#include <QCache>
 #include <QPixmap>
 
-#include <functional>
 #include <map>
 #include <tuple>
 
 class QPainter;
 
-/// Frames and port dots of nodes. Many nodes share them, and a picture is painted far quicker
-/// than round corners are; so each is made once for a zoom.
+/// All that a node's picture depends on, its selection aside. Nodes with equal faces look alike.
+QByteArray MakeFace(NodeLook const& look);
+
+/// Paints nodes from pictures of them: many nodes look alike, and a picture is painted far quicker
+/// than round corners and texts are. While the zoom changes from frame to frame, only so many
+/// pictures are made anew for each, and the others are stretched until their turn comes.
 class NodePictures
 {
 public:
@@ -22,31 +28,40 @@ public:
     void SetColors(CanvasColors const& colors);
     CanvasColors const& GetColors() const;
 
-    /// Body, border and header of a node with this rectangle.
-    void PaintFrame(QPainter* painter, eNodeKind kind, QRectF const& rect, bool isSelected);
-    void PaintPort(QPainter* painter, QPointF const& center, QColor const& color,
-                   bool isConnected);
-
-    QColor const& GetTint(eNodeKind kind) const;
+    /// To be called before the nodes of a frame are painted.
+    void StartFrame();
+    /// Pictures were stretched, so the frame should be painted once more.
+    bool IsFrameCoarse() const;
+    /// Paints the node with its top left at the painter's (0, 0). The face is the look's.
+    void Paint(QPainter& painter, NodeLook const& look, QByteArray const& face, bool isSelected);
 
 private:
-    typedef std::tuple<eNodeKind, int, bool> FrameKey;
-    typedef std::tuple<QRgb, bool> PortKey;
+    struct Picture
+    {
+        QPixmap pixmap;
+        double zoom;
+    };
 
-    /// Drops what was made for another zoom.
-    void UseScale(QPainter const* painter);
-    QPixmap MakeFrame(eNodeKind kind, QRectF const& rect, bool isSelected) const;
-    QPixmap MakePort(QColor const& color, bool isConnected) const;
-    /// Of the area, in scene units; `paint` gets a painter for these.
-    QPixmap MakePicture(QRectF const& area, std::function<void(QPainter&)> const& paint) const;
-    void PaintBehindFrame(QPainter& painter, QRectF const& rect, bool isSelected) const;
+    /// Drops what was made for another screen.
+    void UseScale(double zoom, double sharpness);
+    void PaintNew(QPainter& painter, NodeLook const& look, bool isSelected, QByteArray const& key);
+    QPixmap MakePicture(NodeLook const& look, bool isSelected);
+    QPixmap GetFrame(NodeLook const& look, bool isSelected);
+    /// Moves the painter to where a node within a picture lies.
+    void PrepareWithin(QPainter& painter) const;
 
     CanvasColors m_Colors;
+    NodePainter m_Painter;
     /// Of scene units to the view's, and of these to pixels.
     double m_Zoom = 0;
     double m_Sharpness = 0;
-    std::map<FrameKey, QPixmap> m_Frames;
-    std::map<PortKey, QPixmap> m_Ports;
+    /// By face and selection.
+    QCache<QByteArray, Picture> m_Pictures;
+    /// By kind, width, height and selection, for the zoom.
+    std::map<std::tuple<eNodeKind, int, int, bool>, QPixmap> m_Frames;
+    /// What pictures of this frame took.
+    qint64 m_SpentNanoseconds = 0;
+    bool m_IsFrameCoarse = false;
 };
 
 #endif

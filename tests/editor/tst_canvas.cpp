@@ -145,12 +145,12 @@ private:
 
     QPoint HeaderOf(char const* id) const
     {
-        return m_Canvas->mapFromScene(PositionOf(id) + QPointF(kNodeWidth / 2.0, 12));
+        return m_Canvas->mapFromScene(PositionOf(id) + QPointF(kSmallestNodeWidth / 2.0, 12));
     }
 
     QPoint PortOf(char const* id, std::size_t port, bool isOutput) const
     {
-        return m_Canvas->mapFromScene(PositionOf(id) + GetPortPosition(port, isOutput));
+        return m_Canvas->mapFromScene(PositionOf(id) + GetPortPosition(NodeLook(), port, isOutput));
     }
 
     void Drag(QPoint const& from, QPoint const& to)

@@ -1,0 +1,127 @@
+// Connections that are drawn from port to port.
+
+#include "canvas.h"
+
+#include "graphedits.h"
+
+#include <QCursor>
+#include <QToolTip>
+
+namespace {
+
+bool IsSamePort(PortPick const& left, PortPick const& right)
+{
+    return left.node == right.node && left.port.name == right.port.name
+           && left.isOutput == right.isOutput;
+}
+
+} // namespace
+
+void CCanvas::StartConnection(PortPick const& port)
+{
+    m_PressedPort = port;
+    StartGesture(eGesture::kConnect);
+    FadeUnsuitablePorts();
+    DrawConnection(m_PressScenePoint);
+}
+
+void CCanvas::FadeUnsuitablePorts()
+{
+    m_LoopNodes = FindFlow(m_Body, m_PressedPort->node, !m_PressedPort->isOutput);
+    m_Scene.FadePorts([this](PortPick const& port) {
+        QString reason;
+        return !IsSamePort(port, *m_PressedPort) && !MakeConnection(port, &reason);
+    });
+}
+
+void CCanvas::FollowPressedPort()
+{
+    m_PressedPort =
+        m_Scene.GetPort({m_PressedPort->node, m_PressedPort->port.name}, m_PressedPort->isOutput);
+    if (m_PressedPort)
+        FadeUnsuitablePorts();
+    else
+        CancelGesture();
+}
+
+void CCanvas::DropConnection()
+{
+    m_PressedPort.reset();
+    m_Scene.HidePreview();
+    m_Scene.UnmarkPort();
+    m_Scene.FadePorts([](PortPick const&) { return false; });
+    QToolTip::hideText();
+}
+
+void CCanvas::DrawConnection(QPointF const& scenePoint)
+{
+    if (!m_PressedPort)
+        return;
+    QString reason;
+    auto const end = m_Scene.FindPortAt(scenePoint);
+    bool const isPressed = end && IsSamePort(*end, *m_PressedPort);
+    bool const isGood = end && !isPressed && MakeConnection(*end, &reason);
+    bool const isRefused = end && !isPressed && !isGood;
+    if (end && !isPressed)
+        m_Scene.MarkPort({end->node, end->port.name}, end->isOutput,
+                         isGood ? ePortMark::kWelcome : ePortMark::kRefused);
+    else
+        m_Scene.UnmarkPort();
+    QPointF const loose = isGood ? end->position : scenePoint;
+    QPointF const fixed = m_PressedPort->position;
+    m_Scene.ShowPreview(m_PressedPort->isOutput ? fixed : loose,
+                        m_PressedPort->isOutput ? loose : fixed,
+                        GetTypeColor(m_PressedPort->port.type, m_PressedPort->port.typeName,
+                                     m_Scene.GetColors().isDark),
+                        isRefused);
+    viewport()->setCursor(isRefused ? Qt::ForbiddenCursor : Qt::CrossCursor);
+    if (isRefused)
+        QToolTip::showText(QCursor::pos(), reason, viewport());
+    else
+        QToolTip::hideText();
+}
+
+std::optional<GraphConnection> CCanvas::MakeConnection(PortPick const& end, QString* reason) const
+{
+    if (end.isOutput == m_PressedPort->isOutput) {
+        *reason =
+            end.isOutput ? tr("An output goes to an input.") : tr("An input takes an output.");
+        return std::nullopt;
+    }
+    PortPick const& from = end.isOutput ? end : *m_PressedPort;
+    PortPick const& to = end.isOutput ? *m_PressedPort : end;
+    GraphConnection const connection{{from.node, from.port.name}, {to.node, to.port.name}};
+    if (!AreTypesCompatible(from.port.type, from.port.typeName, to.port.type, to.port.typeName)) {
+        *reason = tr("%1 does not go into %2.")
+                      .arg(QString::fromLatin1(from.port.typeName.c_str()),
+                           QString::fromLatin1(to.port.typeName.c_str()));
+        return std::nullopt;
+    }
+    if (m_LoopNodes.count(end.node)) {
+        *reason = tr("The output depends on this node already.");
+        return std::nullopt;
+    }
+    return connection;
+}
+
+void CCanvas::FinishConnection(QPointF const& scenePoint)
+{
+    QString reason;
+    auto const end = m_Scene.FindPortAt(scenePoint);
+    auto const connection = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
+    CancelGesture();
+    if (!connection)
+        return;
+    GraphBody body = m_Body;
+    Connect(body, *connection);
+    Commit(body, "Connect");
+}
+
+void CCanvas::ShowHover(QPointF const& scenePoint)
+{
+    auto const port = m_Scene.FindPortAt(scenePoint);
+    if (port)
+        m_Scene.MarkPort({port->node, port->port.name}, port->isOutput, ePortMark::kHovered);
+    else
+        m_Scene.UnmarkPort();
+}

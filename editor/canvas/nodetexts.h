@@ -1,0 +1,35 @@
+#ifndef EDITOR_CANVAS_NODETEXTS_H
+#define EDITOR_CANVAS_NODETEXTS_H
+
+#include <QFont>
+#include <QHash>
+#include <QStaticText>
+
+class QPainter;
+class QRectF;
+
+/// Nodes have a size of their own, whatever that of the desktop's fonts: positions in library
+/// files count on it.
+QFont GetNodeNameFont();
+QFont GetNodeTitleFont();
+
+/// Texts in one font, which are laid out once: nodes have many names in common.
+class NodeTexts
+{
+public:
+    explicit NodeTexts(QFont const& font);
+
+    /// In scene units.
+    double GetWidth(QString const& text);
+    /// In the middle of the height, at the left or the right. The text is cut where it is wider
+    /// than the rectangle.
+    void Paint(QPainter& painter, QRectF const& rect, QString const& text, bool isAtRight);
+
+private:
+    QStaticText const& Get(QString const& text);
+
+    QFont m_Font;
+    QHash<QString, QStaticText> m_Texts;
+};
+
+#endif
