@@ -9,6 +9,8 @@
 #include <nodebrowser.h>
 
 #include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDockWidget>
@@ -24,6 +26,9 @@ namespace {
 int const kPanelWidth = 280;
 int const kSmallestPanelWidth = 180;
 int const kLogHeight = 140;
+
+/// Time enough to read a message; the log keeps it.
+int const kMessageMilliseconds = 15000;
 
 } // namespace
 
@@ -50,6 +55,11 @@ void CMainWindow::CreatePanel()
     m_Panel->setAutoFillBackground(true);
     m_Panel->setMinimumWidth(kSmallestPanelWidth);
     m_Panel->SetCommandManager(&m_Host.GetCommandManager());
+    // A click on a row takes the keys away from the canvas, and gives them to the search.
+    if (QLineEdit* const field = m_Panel->findChild<QLineEdit*>()) {
+        m_Panel->setFocusPolicy(Qt::ClickFocus);
+        m_Panel->setFocusProxy(field);
+    }
     m_PanelDock = AddDock(tr("Node Browser"), m_Panel, Qt::LeftDockWidgetArea);
     resizeDocks({m_PanelDock}, {kPanelWidth}, Qt::Horizontal);
 }
@@ -85,6 +95,11 @@ void CMainWindow::ConnectHost()
     connect(&m_Host, &CEmbeddedHost::ShowFilesRequested, this, &CMainWindow::ShowFiles);
     connect(&m_Host.GetMessages(), &CMessageChannel::MessagePosted, this,
             &CMainWindow::ShowMessage);
+    connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::UpdateActions);
+    connect(&m_Host.GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
+            &CMainWindow::UpdateActions);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this,
+            &CMainWindow::UpdateActions);
     connect(m_Canvas, &CCanvas::SelectionChanged, this, &CMainWindow::UpdateActions);
 }
 
@@ -107,6 +122,16 @@ void CMainWindow::Search(QString const& text)
 {
     if (QLineEdit* const field = m_Panel->findChild<QLineEdit*>())
         field->setText(text);
+}
+
+void CMainWindow::FocusSearch()
+{
+    m_PanelDock->show();
+    m_PanelDock->raise();
+    if (QLineEdit* const field = m_Panel->findChild<QLineEdit*>()) {
+        field->setFocus(Qt::ShortcutFocusReason);
+        field->selectAll();
+    }
 }
 
 void CMainWindow::SetDark(bool isDark)
@@ -171,7 +196,7 @@ void CMainWindow::ShowFiles(QStringList const& paths)
 
 void CMainWindow::ShowMessage(eSeverity severity, QString const& text)
 {
-    statusBar()->showMessage(text);
+    statusBar()->showMessage(text, kMessageMilliseconds);
     m_Log->Append(severity, text);
     if (severity == eSeverity::kInformation || m_IsLogOffered)
         return;

@@ -57,11 +57,15 @@ private:
     void CreateHelpMenu();
     QAction* AddAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
                        void (CMainWindow::*slot)());
+    /// For keys that mean something to texts as well: they work as long as the canvas has the focus.
+    QAction* AddCanvasEdit(QMenu* menu, QString const& text, QKeySequence const& shortcut,
+                           void (CCanvas::*slot)());
     /// `command` is one of the panel's library-wide commands.
     QAction* AddPanelAction(QMenu* menu, int command);
     QAction* AddCanvasAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
                              void (CCanvas::*slot)());
     void UpdateActions();
+    void FocusSearch();
     void ShowShortcuts();
     void ShowAbout();
 
@@ -103,11 +107,13 @@ private:
     QAction* m_SaveAction = nullptr;
     QAction* m_DarkAction = nullptr;
     QAction* m_MarksAction = nullptr;
+    QAction* m_PasteAction = nullptr;
     /// Enabled as there is something to act on: a library, a compound on the canvas, a selection
-    /// in it.
+    /// in it, nodes among that.
     QList<QAction*> m_LibraryActions;
     QList<QAction*> m_CompoundActions;
     QList<QAction*> m_SelectionActions;
+    QList<QAction*> m_NodeActions;
     /// The log came forward by itself once; from then on it is the user's to show and hide.
     bool m_IsLogOffered = false;
 };

@@ -39,6 +39,16 @@ QAction* CMainWindow::AddCanvasAction(QMenu* menu, QString const& text,
     return action;
 }
 
+QAction* CMainWindow::AddCanvasEdit(QMenu* menu, QString const& text, QKeySequence const& shortcut,
+                                    void (CCanvas::*slot)())
+{
+    QAction* const action = AddCanvasAction(menu, text, shortcut, slot);
+    // Texts have the same keys.
+    action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    m_Canvas->addAction(action);
+    return action;
+}
+
 QAction* CMainWindow::AddPanelAction(QMenu* menu, int command)
 {
     m_Panel->CreateMenuCommand(CNodeBrowser::eMenuCommand(command), menu);
@@ -79,15 +89,19 @@ void CMainWindow::CreateEditMenu()
     redo->setIconText(tr("Redo"));
     menu->addActions({undo, redo});
     menu->addSeparator();
-    m_SelectionActions
-        << AddCanvasAction(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
-    m_SelectionActions << AddCanvasAction(menu, tr("&Delete"), QKeySequence::Delete,
-                                          &CCanvas::DeleteSelection);
+    m_NodeActions
+        << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut)
+        << AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
+    m_PasteAction = AddCanvasEdit(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
+    m_NodeActions << AddCanvasEdit(menu, tr("D&uplicate"), QKeySequence(Qt::CTRL | Qt::Key_D),
+                                   &CCanvas::Duplicate);
+    m_SelectionActions << AddCanvasEdit(menu, tr("&Delete"), QKeySequence::Delete,
+                                        &CCanvas::DeleteSelection);
     menu->addSeparator();
     m_CompoundActions
-        << AddCanvasAction(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
+        << AddCanvasEdit(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
+    menu->addSeparator();
+    AddAction(menu, tr("&Find in Node Browser"), QKeySequence::Find, &CMainWindow::FocusSearch);
 }
 
 void CMainWindow::CreateCreateMenu()
@@ -147,6 +161,8 @@ void CMainWindow::UpdateActions()
     enable(m_LibraryActions, m_Host.GetLibrary().IsValid());
     enable(m_CompoundActions, hasCompound);
     enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
+    enable(m_NodeActions, hasCompound && m_Canvas->CanCopy());
+    m_PasteAction->setEnabled(m_Canvas->CanPaste());
 }
 
 void CMainWindow::ShowShortcuts()

@@ -24,8 +24,6 @@ double const kZoomStep = 1.25;
 /// How far beyond the nodes one can go, and around the graph that is fitted.
 double const kReach = 4000;
 double const kFitMargin = 30;
-/// Library files may hold any number; the view can only scroll so far.
-double const kFarthest = 1e6;
 
 QLabel* MakeLabel(QWidget* parent)
 {
@@ -130,8 +128,7 @@ void CCanvas::Refresh()
 
 void CCanvas::UpdateReach()
 {
-    QRectF const farthest(-kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest);
-    setSceneRect(m_Scene.GetBounds().adjusted(-kReach, -kReach, kReach, kReach) & farthest);
+    setSceneRect(m_Scene.GetBounds().adjusted(-kReach, -kReach, kReach, kReach));
 }
 
 void CCanvas::UpdateHint()
@@ -139,8 +136,14 @@ void CCanvas::UpdateHint()
     bool const isEmpty = m_Body.nodes.empty() && m_Body.inputs.empty() && m_Body.outputs.empty();
     bool const hasCompound = !m_Compound.IsNull();
     m_NameLabel->setText(hasCompound ? QString() : m_LibraryName);
-    m_CountsLabel->setText(hasCompound ? tr("Drag nodes here from the node browser.")
-                                       : m_ItemCounts);
+    QString const next = hasCompound ? tr("Drag nodes here from the node browser.")
+                         : m_LibraryName.isEmpty()
+                             ? tr("Open a library to begin.")
+                             : tr("Double-click a compound in the node browser to work on it, or "
+                                  "make a new one with the Create menu.");
+    m_CountsLabel->setText(hasCompound || m_ItemCounts.isEmpty()
+                               ? next
+                               : m_ItemCounts + QStringLiteral("\n\n") + next);
     m_NameLabel->setVisible(!hasCompound);
     m_Hint->setVisible(!hasCompound || isEmpty);
 }
@@ -183,7 +186,8 @@ void CCanvas::Fit()
     double const zoom
         = std::min({1.0, room.width() / bounds.width(), room.height() / bounds.height()});
     SetZoom(zoom);
-    centerOn(bounds.center());
+    // The middle of what is too large to be seen whole may be empty.
+    centerOn(zoom < kSmallestZoom ? m_Scene.GetFirstNodePosition() : bounds.center());
     m_IsFitted = true;
 }
 

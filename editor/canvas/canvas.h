@@ -34,12 +34,17 @@ public:
 
     /// Shown while there is no compound. Both empty when no library is open.
     void SetSummary(QString const& libraryName, QString const& itemCounts);
+    /// Nodes or connections.
     bool HasSelection() const;
+    bool CanCopy() const;
+    bool CanPaste() const;
 
 public Q_SLOTS:
+    void Cut();
     void Copy();
     /// Under the mouse, otherwise beside what was copied.
     void Paste();
+    void Duplicate();
     void DeleteSelection();
     void SelectAll();
     void ZoomIn();
@@ -110,11 +115,18 @@ private:
     void CancelGesture();
     void Pan(QPoint const& viewPoint);
     void MoveNodes(QPointF const& scenePoint);
+    /// Moves the selected nodes by an arrow key; false when there are none, or for another key.
+    bool Nudge(int key);
+    /// In scene units.
+    double GetConnectionReach() const;
     void StretchRubberBand(QPoint const& viewPoint);
     void FinishMove();
 
     // canvas_connect.cpp
+    /// From the port, or with the loose end of the connection that its input has.
     void StartConnection(PortPick const& port);
+    void TakeOffConnection(GraphEnd const& input);
+    bool IsLoop() const;
     void FadeUnsuitablePorts();
     /// The graph was changed while a connection is being drawn.
     void FollowPressedPort();
@@ -130,6 +142,7 @@ private:
     /// Null for what cannot become a node.
     tarno::datamodel::ItemID FindDraggedItem(QMimeData const* data) const;
     void AnswerDrag(QDragMoveEvent* event);
+    QString GetItemName(tarno::datamodel::ItemID const& id) const;
     void AddDroppedNode(tarno::datamodel::ItemID const& id, QPointF const& scenePoint);
     /// Posts a message and answers false when the item has the current compound in it.
     bool CheckContainment(std::string const& item);
@@ -140,6 +153,8 @@ private:
     void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
                         char const* text);
     void PasteAt(std::optional<QPointF> const& scenePoint);
+    /// Adds the nodes with their top left at the point, or beside where others are already.
+    void AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text);
     void AddPortOf(bool isInput);
     void RemovePort(PortPick const& port);
     void OpenNode(NodeLook const& node);
@@ -162,7 +177,6 @@ private:
     GraphBody m_Body;
     /// The graph is brought into view whenever the size changes, until the user zooms or pans.
     bool m_IsFitted = true;
-    int m_PasteCount = 0;
 
     eGesture m_Gesture = eGesture::kNone;
     QPoint m_PressPoint;
@@ -171,6 +185,8 @@ private:
     std::map<std::string, QPointF> m_MovedFrom;
     std::set<std::string> m_SelectedBefore;
     std::optional<PortPick> m_PressedPort;
+    /// The connection whose end is being moved.
+    std::optional<GraphConnection> m_TakenOff;
     /// Where a connection of that port would let a node's output flow back into itself.
     std::set<std::string> m_LoopNodes;
     QRubberBand* m_RubberBand;

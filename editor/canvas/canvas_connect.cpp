@@ -4,8 +4,12 @@
 
 #include "graphedits.h"
 
+#include <embeddedhost.h>
+
 #include <QCursor>
 #include <QToolTip>
+
+using namespace tarno::datamodel;
 
 namespace {
 
@@ -20,14 +24,40 @@ bool IsSamePort(PortPick const& left, PortPick const& right)
 void CCanvas::StartConnection(PortPick const& port)
 {
     m_PressedPort = port;
+    if (!port.isOutput)
+        TakeOffConnection({port.node, port.port.name});
     StartGesture(eGesture::kConnect);
     FadeUnsuitablePorts();
     DrawConnection(m_PressScenePoint);
 }
 
+void CCanvas::TakeOffConnection(GraphEnd const& input)
+{
+    for (GraphConnection const& connection : m_Body.connections) {
+        auto const output = m_Scene.GetPort(connection.from, true);
+        if (!(connection.to == input) || !output)
+            continue;
+        m_PressedPort = output;
+        m_TakenOff = connection;
+        m_Scene.SetConnectionVisible(connection, false);
+    }
+}
+
+bool CCanvas::IsLoop() const
+{
+    LoopCompoundAccessor loop;
+    loop.SetFrom(m_Host.GetLibrary().GetModel(m_Compound, nullptr));
+    return loop.IsValid();
+}
+
 void CCanvas::FadeUnsuitablePorts()
 {
-    m_LoopNodes = FindFlow(m_Body, m_PressedPort->node, !m_PressedPort->isOutput);
+    GraphBody body = m_Body;
+    if (m_TakenOff)
+        Disconnect(body, *m_TakenOff);
+    // Loops are there to feed values back.
+    m_LoopNodes = IsLoop() ? std::set<std::string>()
+                           : FindFlow(body, m_PressedPort->node, !m_PressedPort->isOutput);
     m_Scene.FadePorts([this](PortPick const& port) {
         QString reason;
         return !IsSamePort(port, *m_PressedPort) && !MakeConnection(port, &reason);
@@ -47,6 +77,9 @@ void CCanvas::FollowPressedPort()
 void CCanvas::DropConnection()
 {
     m_PressedPort.reset();
+    if (m_TakenOff)
+        m_Scene.SetConnectionVisible(*m_TakenOff, true);
+    m_TakenOff.reset();
     m_Scene.HidePreview();
     m_Scene.UnmarkPort();
     m_Scene.FadePorts([](PortPick const&) { return false; });
@@ -109,12 +142,17 @@ void CCanvas::FinishConnection(QPointF const& scenePoint)
     QString reason;
     auto const end = m_Scene.FindPortAt(scenePoint);
     auto const connection = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
+    auto const takenOff = m_TakenOff;
     CancelGesture();
-    if (!connection)
+    bool const isRefused = end && !connection;
+    if (isRefused || connection == takenOff)
         return;
     GraphBody body = m_Body;
-    Connect(body, *connection);
-    Commit(body, "Connect");
+    if (takenOff)
+        Disconnect(body, *takenOff);
+    if (connection)
+        Connect(body, *connection);
+    Commit(body, connection ? "Connect" : "Disconnect");
 }
 
 void CCanvas::ShowHover(QPointF const& scenePoint)

@@ -71,7 +71,14 @@ void CCanvas::dropEvent(QDropEvent* event)
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
+    // What follows, undo above all, is meant for the graph.
+    setFocus(Qt::MouseFocusReason);
     AddDroppedNode(id, mapToScene(PositionOf(event)));
+}
+
+QString CCanvas::GetItemName(ItemID const& id) const
+{
+    return QString::fromLatin1(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
 }
 
 void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
@@ -83,8 +90,7 @@ void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
     // The header comes under the mouse.
     QPointF const topLeft = scenePoint - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2;
     std::string const node
-        = AddNode(body, item, m_Host.GetLibrary().GetItemName(id, true, nullptr),
-                  SnapToGrid(topLeft));
+        = AddNode(body, item, GetItemName(id).toStdString(), SnapToGrid(topLeft));
     CommitNewNodes(body, {node}, "Add Node");
 }
 
@@ -96,15 +102,12 @@ bool CCanvas::CheckContainment(std::string const& item)
     std::string const compound = ItemIDUnlock::GetItemIDUID(m_Compound);
     if (!ContainsItem(item, compound, bodyOf))
         return true;
-    auto const nameOf = [this](ItemID const& id) {
-        return QString::fromLatin1(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
-    };
     ItemID const id = m_Host.FindItem(item);
     m_Host.GetMessages().Post(
         eSeverity::kWarning,
         id == m_Compound
-            ? tr("\"%1\" cannot be put into itself.").arg(nameOf(id))
+            ? tr("\"%1\" cannot be put into itself.").arg(GetItemName(id))
             : tr("\"%1\" cannot be put into \"%2\", which it contains.")
-                  .arg(nameOf(id), nameOf(m_Compound)));
+                  .arg(GetItemName(id), GetItemName(m_Compound)));
     return false;
 }

@@ -21,6 +21,13 @@ namespace {
 /// How far beside the originals copies are put.
 QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
 
+bool IsTaken(GraphBody const& body, QPointF const& position)
+{
+    return std::any_of(body.nodes.begin(), body.nodes.end(), [&position](GraphNode const& node) {
+        return node.position == position;
+    });
+}
+
 QPointF GetTopLeft(std::vector<GraphNode> const& nodes)
 {
     QPointF topLeft = nodes.front().position;
@@ -55,7 +62,35 @@ void CCanvas::Copy()
     if (copy.nodes.empty())
         return;
     QApplication::clipboard()->setMimeData(MakeClipboardData(copy));
-    m_PasteCount = 0;
+}
+
+void CCanvas::Cut()
+{
+    std::set<std::string> const ids = m_Scene.GetSelectedNodes();
+    if (ids.empty())
+        return;
+    Copy();
+    GraphBody body = m_Body;
+    RemoveNodes(body, ids);
+    Commit(body, "Cut");
+}
+
+void CCanvas::Duplicate()
+{
+    GraphBody const copy = CopyNodes(m_Body, m_Scene.GetSelectedNodes());
+    if (!copy.nodes.empty())
+        AddCopy(copy, GetTopLeft(copy.nodes), "Duplicate");
+}
+
+bool CCanvas::CanCopy() const
+{
+    return !m_Scene.GetSelectedNodes().empty();
+}
+
+bool CCanvas::CanPaste() const
+{
+    return !m_Compound.IsNull()
+           && !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty();
 }
 
 void CCanvas::Paste()
@@ -71,15 +106,28 @@ void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
     GraphBody const copy = ReadClipboardData(QApplication::clipboard()->mimeData());
     if (m_Compound.IsNull() || copy.nodes.empty())
         return;
+    std::set<std::string> items;
     for (GraphNode const& node : copy.nodes)
-        if (!CheckContainment(node.item))
-            return;
-    ++m_PasteCount;
-    QPointF const offset = scenePoint ? SnapToGrid(*scenePoint - GetTopLeft(copy.nodes))
-                                      : m_PasteCount * kPasteShift;
+        items.insert(node.item);
+    if (!std::all_of(items.begin(), items.end(),
+                     [this](std::string const& item) { return CheckContainment(item); }))
+        return;
+    QRectF const view = mapToScene(viewport()->rect()).boundingRect();
+    QPointF const topLeft = GetTopLeft(copy.nodes);
+    AddCopy(copy,
+            scenePoint ? *scenePoint : view.contains(topLeft) ? topLeft : view.center(),
+            "Paste");
+}
+
+void CCanvas::AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text)
+{
+    QPointF offset = SnapToGrid(scenePoint - GetTopLeft(copy.nodes));
+    // Nodes right on top of others would not be seen.
+    while (IsTaken(m_Body, copy.nodes.front().position + offset))
+        offset += kPasteShift;
     GraphBody body = m_Body;
     std::set<std::string> const ids = PasteNodes(body, copy, offset);
-    CommitNewNodes(body, ids, "Paste");
+    CommitNewNodes(body, ids, text);
 }
 
 void CCanvas::DeleteSelection()

@@ -65,7 +65,7 @@ void CCanvas::PressLeft(QMouseEvent* event)
     } else if (auto const node = m_Scene.FindNodeAt(m_PressScenePoint)) {
         PressNode(*node, IsAdding(event));
     } else if (auto const connection = m_Scene.FindConnectionAt(
-                   m_PressScenePoint, kConnectionReach / transform().m11())) {
+                   m_PressScenePoint, GetConnectionReach())) {
         m_Scene.SelectConnection(*connection, IsAdding(event));
     } else {
         if (!IsAdding(event))
@@ -83,10 +83,15 @@ void CCanvas::PressNode(NodeLook const& node, bool isAdded)
         m_Scene.SelectNodes({node.id});
     m_MovedFrom.clear();
     for (std::string const& id : m_Scene.GetSelectedNodes())
-        if (GraphNode const* const moved = FindNode(m_Body, id))
-            m_MovedFrom[id] = moved->position;
+        if (auto const position = m_Scene.FindNodePosition(id))
+            m_MovedFrom[id] = *position;
     if (m_Scene.IsNodeSelected(node.id))
         StartGesture(eGesture::kMoveNodes);
+}
+
+double CCanvas::GetConnectionReach() const
+{
+    return kConnectionReach / transform().m11();
 }
 
 void CCanvas::StartGesture(eGesture gesture)
@@ -246,10 +251,28 @@ void CCanvas::keyPressEvent(QKeyEvent* event)
         m_Scene.clearSelection();
     } else if (event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace) {
         DeleteSelection();
-    } else {
+    } else if (!Nudge(event->key())) {
         // The base class would scroll by the arrow keys, and hand on the others.
         QWidget::keyPressEvent(event);
     }
+}
+
+bool CCanvas::Nudge(int key)
+{
+    std::map<int, QPointF> const shifts{{Qt::Key_Left, {-kGridPitch, 0}},
+                                        {Qt::Key_Right, {kGridPitch, 0}},
+                                        {Qt::Key_Up, {0, -kGridPitch}},
+                                        {Qt::Key_Down, {0, kGridPitch}}};
+    auto const shift = shifts.find(key);
+    std::set<std::string> const ids = m_Scene.GetSelectedNodes();
+    if (shift == shifts.end() || ids.empty() || m_Gesture != eGesture::kNone)
+        return false;
+    GraphBody body = m_Body;
+    for (GraphNode& node : body.nodes)
+        if (ids.count(node.id))
+            node.position += shift->second;
+    Commit(body, ids.size() == 1 ? "Move Node" : "Move Nodes");
+    return true;
 }
 
 void CCanvas::keyReleaseEvent(QKeyEvent* event)

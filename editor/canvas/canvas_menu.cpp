@@ -16,7 +16,7 @@ void CCanvas::contextMenuEvent(QContextMenuEvent* event)
     QMenu menu;
     auto const port = m_Scene.FindPortAt(scenePoint);
     auto const node = m_Scene.FindNodeAt(scenePoint);
-    auto const connection = m_Scene.FindConnectionAt(scenePoint, kPortReach);
+    auto const connection = m_Scene.FindConnectionAt(scenePoint, GetConnectionReach());
     if (port && (port->node == kInputsNode || port->node == kOutputsNode)) {
         menu.addAction(port->isOutput ? tr("Remove Input") : tr("Remove Output"), this,
                        [this, port] { RemovePort(*port); });
@@ -39,7 +39,9 @@ void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)
         menu.addAction(tr("Open"), this, [this, node] { OpenNode(node); });
         menu.addSeparator();
     }
+    menu.addAction(tr("Cut"), this, &CCanvas::Cut);
     menu.addAction(tr("Copy"), this, &CCanvas::Copy);
+    menu.addAction(tr("Duplicate"), this, &CCanvas::Duplicate);
     menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection);
 }
 
@@ -47,8 +49,7 @@ void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
 {
     QAction* const paste
         = menu.addAction(tr("Paste"), this, [this, scenePoint] { PasteAt(scenePoint); });
-    paste->setEnabled(
-        !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty());
+    paste->setEnabled(CanPaste());
     menu.addAction(tr("Select All"), this, &CCanvas::SelectAll)
         ->setEnabled(!m_Body.nodes.empty());
     menu.addSeparator();

@@ -17,9 +17,7 @@ QMimeData* MakeClipboardData(GraphBody const& nodes)
 {
     nlohmann::ordered_json document = nlohmann::ordered_json::object();
     embeddedhost::WriteGraphBody(nodes, document);
-    // Texts of a library file may be broken UTF-8; what cannot be told is replaced.
-    QByteArray const text = QByteArray::fromStdString(
-        document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+    QByteArray const text = QByteArray::fromStdString(document.dump(2));
     QMimeData* const data = new QMimeData;
     data->setData(kNodesMimeType, text);
     data->setText(QString::fromUtf8(text));

@@ -59,11 +59,17 @@ std::string MakeUnique(std::string const& stem, std::string const& separator,
     return text;
 }
 
-std::string MakeNodeId(GraphBody const& body, std::string const& stem)
+std::set<std::string> GetTakenIds(GraphBody const& body)
 {
-    return MakeUnique(stem, "-", [&body](std::string const& id) {
-        return id == kInputsNode || id == kOutputsNode || FindNode(body, id);
-    });
+    std::set<std::string> ids{kInputsNode, kOutputsNode};
+    for (GraphNode const& node : body.nodes)
+        ids.insert(node.id);
+    return ids;
+}
+
+std::string MakeNodeId(std::set<std::string> const& taken, std::string const& stem)
+{
+    return MakeUnique(stem, "-", [&taken](std::string const& id) { return taken.count(id); });
 }
 
 /// Without the number that an earlier copy got.
@@ -134,7 +140,7 @@ GraphNode const* FindNode(GraphBody const& body, std::string const& id)
 std::string AddNode(GraphBody& body, std::string const& item, std::string const& itemName,
                     QPointF const& position)
 {
-    std::string const id = MakeNodeId(body, MakeIdStem(itemName));
+    std::string const id = MakeNodeId(GetTakenIds(body), MakeIdStem(itemName));
     body.nodes.push_back(GraphNode{id, item, position});
     return id;
 }
@@ -232,9 +238,11 @@ GraphBody CopyNodes(GraphBody const& body, std::set<std::string> const& ids)
 std::set<std::string> PasteNodes(GraphBody& body, GraphBody const& copy, QPointF const& offset)
 {
     std::map<std::string, std::string> newIds;
+    std::set<std::string> taken = GetTakenIds(body);
     std::set<std::string> pasted;
     for (GraphNode const& node : copy.nodes) {
-        std::string const id = MakeNodeId(body, StripNumber(node.id));
+        std::string const id = MakeNodeId(taken, StripNumber(node.id));
+        taken.insert(id);
         body.nodes.push_back(GraphNode{id, node.item, node.position + offset});
         newIds[node.id] = id;
         pasted.insert(id);

@@ -108,6 +108,11 @@ QRectF CGraphScene::GetBounds() const
     return bounds;
 }
 
+QPointF CGraphScene::GetFirstNodePosition() const
+{
+    return m_Nodes.empty() ? QPointF() : m_Nodes.begin()->second->pos();
+}
+
 CNodeItem* CGraphScene::FindNode(std::string const& id) const
 {
     auto const found = m_Nodes.find(id);
@@ -232,6 +237,13 @@ void CGraphScene::ShowNodesAt(std::map<std::string, QPointF> const& positions)
         if (positions.count(ends.from.node) || positions.count(ends.to.node))
             UpdateEnds(*connection.second);
     }
+}
+
+void CGraphScene::SetConnectionVisible(GraphConnection const& connection, bool isVisible)
+{
+    auto const found = m_Connections.find(MakeKey(connection));
+    if (found != m_Connections.end())
+        found->second->setVisible(isVisible);
 }
 
 void CGraphScene::ShowPreview(QPointF const& from, QPointF const& to, QColor const& color,

@@ -36,6 +36,8 @@ public:
     void Show(std::vector<NodeLook> const& looks,
               std::vector<GraphConnection> const& connections);
     QRectF GetBounds() const;
+    /// Of the first node by id; (0, 0) when there is none.
+    QPointF GetFirstNodePosition() const;
 
     /// What lies at the point; `reach` is how far off the point a connection may be.
     std::optional<NodeLook> FindNodeAt(QPointF const& point) const;
@@ -53,6 +55,7 @@ public:
     void SelectConnection(GraphConnection const& connection, bool isAdded);
     void SelectNodesIn(QRectF const& rect, std::set<std::string> const& kept);
 
+    void SetConnectionVisible(GraphConnection const& connection, bool isVisible);
     /// Moves nodes on the screen alone.
     void ShowNodesAt(std::map<std::string, QPointF> const& positions);
 

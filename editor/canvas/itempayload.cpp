@@ -14,10 +14,12 @@ namespace {
 /// An identifier is short. Nothing longer is read, whatever length it claims to have.
 int const kLongestPayload = 64 * 1024;
 
-bool IsPrintableAscii(QString const& text)
+/// The panel makes a character of each byte.
+bool IsPrintableText(QString const& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character.unicode() >= 0x20 && character.unicode() < 0x7F;
+        return character.unicode() >= 0x20 && character.unicode() <= 0xFF
+               && character.unicode() != 0x7F;
     });
 }
 
@@ -34,9 +36,9 @@ std::string ReadItemPayload(QMimeData const* data)
     QDataStream stream(bytes);
     QString text;
     stream >> text;
-    if (stream.status() != QDataStream::Ok || !stream.atEnd() || !IsPrintableAscii(text))
+    if (stream.status() != QDataStream::Ok || !stream.atEnd() || !IsPrintableText(text))
         return std::string();
-    return text.toStdString();
+    return text.toLatin1().toStdString();
 }
 
 std::string GetPayloadUid(std::string const& serialized)

@@ -17,6 +17,8 @@ namespace {
 
 /// Between the nodes and those of the compound's own ports beside them.
 int const kSideGap = 4 * kGridPitch;
+/// Library files may hold any number; a view can only scroll so far.
+double const kFarthest = 1e6;
 /// Icons are loaded as sharp as any usual screen and zoom wants them.
 int const kIconSharpness = 2;
 
@@ -105,7 +107,8 @@ std::vector<NodeLook> NodeLooks::Make(GraphBody const& body)
     for (GraphNode const& node : body.nodes) {
         looks.push_back(GetItemLook(node.item));
         looks.back().id = node.id;
-        looks.back().position = node.position;
+        looks.back().position = QPointF(std::clamp(node.position.x(), -kFarthest, kFarthest),
+                                        std::clamp(node.position.y(), -kFarthest, kFarthest));
     }
     AddPortsNodes(body, looks);
     MarkConnections(body.connections, looks);

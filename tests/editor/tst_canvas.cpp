@@ -1,62 +1,14 @@
-#include "libraryfolder.h"
-#include "loggedtest.h"
+#include "canvastest.h"
 
-#include <canvas.h>
-#include <graphedits.h>
-#include <nodelook.h>
-
-#include <QApplication>
-#include <QClipboard>
 #include <QDataStream>
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
-
-#include <memory>
 
 using namespace tarno::datamodel;
 
 namespace {
-
-// Uids of the library's items.
-int const kFloat = 1;
-int const kText = 2;
-int const kAdd = 3;
-int const kSay = 4;
-int const kMain = 5;
-int const kOuter = 6;
-int const kLocked = 7;
-
-QByteArray Quote(int uid)
-{
-    return '"' + QByteArray::fromStdString(Uid(uid)) + '"';
-}
-
-QByteArray Port(char const* name, int type)
-{
-    return QByteArray("{\"name\": \"") + name + "\", \"type\": " + Quote(type) + '}';
-}
-
-QByteArray Ports(QByteArray const& inputs, QByteArray const& outputs)
-{
-    return ", \"inputs\": [" + inputs + "], \"outputs\": [" + outputs + ']';
-}
-
-QByteArray Node(char const* id, int item, int x, int y)
-{
-    return QByteArray("{\"id\": \"") + id + "\", \"item\": " + Quote(item) + ", \"position\": ["
-           + QByteArray::number(x) + ", " + QByteArray::number(y) + "]}";
-}
-
-QByteArray MakeMain()
-{
-    return Ports(Port("value", kFloat), Port("result", kFloat)) + ", \"nodes\": ["
-           + Node("one", kAdd, 0, 0) + ',' + Node("two", kAdd, 300, 0) + ','
-           + Node("say", kSay, 0, 200) + ',' + Node("gone", 99, 300, 200)
-           + "], \"connections\": [{\"from\": [\"gone\", \"lost\"], \"to\": [\"two\", \"b\"]}]";
-}
 
 std::unique_ptr<QMimeData> MakePayload(std::string const& serialized)
 {
@@ -70,110 +22,10 @@ std::unique_ptr<QMimeData> MakePayload(std::string const& serialized)
 
 } // namespace
 
-/// The canvas over an open library, with the events that a user makes.
-class TestCanvas : public LoggedTest
+/// Nodes: dropped, moved, copied and selected.
+class TestCanvas : public CanvasTest
 {
     Q_OBJECT
-
-protected:
-    void SetUp() override
-    {
-        QApplication::clipboard()->clear();
-        m_Folder = std::make_unique<LibraryFolder>();
-        QByteArray const add = Ports(Port("a", kFloat) + ',' + Port("b", kFloat),
-                                     Port("sum", kFloat));
-        QByteArray const say = Ports(Port("text", kText), Port("said", kText));
-        QByteArrayList const objects{
-            Object(kFloat, "type", "Float"),
-            Object(kText, "type", "Text"),
-            Object(kAdd, "solver", "Add", add.constData()),
-            Object(kSay, "solver", "Say", say.constData()),
-            Object(kMain, "compound", "Main", MakeMain().constData()),
-            Object(kOuter, "compound", "Outer",
-                   (", \"nodes\": [" + Node("main", kMain, 0, 0) + ']').constData()),
-            Object(kLocked, "compound", "Locked", ", \"readOnly\": true")};
-        m_Folder->Write(QStringLiteral("project/all.json"), '[' + objects.join(',') + ']');
-        m_Host = std::make_unique<CEmbeddedHost>();
-        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        m_Canvas = std::make_unique<CCanvas>(*m_Host);
-        m_Canvas->resize(1000, 700);
-        Open(kMain);
-        m_Canvas->show();
-        m_Canvas->ResetZoom();
-    }
-
-    void TearDown() override
-    {
-        m_Canvas.reset();
-        m_Host.reset();
-        m_Folder.reset();
-    }
-
-private:
-    void Open(int uid)
-    {
-        CompoundAccessor compound;
-        compound.SetFrom(m_Host->GetLibrary().GetModel(m_Host->FindItem(Uid(uid)), nullptr));
-        m_Host->SetCompoundTarget(compound);
-    }
-
-    GraphBody Body(int uid = kMain) const
-    {
-        return m_Host->GetBody(m_Host->FindItem(Uid(uid)));
-    }
-
-    QPointF PositionOf(char const* id) const
-    {
-        GraphBody const body = Body();
-        GraphNode const* const node = FindNode(body, id);
-        return node ? node->position : QPointF(-1, -1);
-    }
-
-    /// The connection into a port, as text; empty for none.
-    std::string SourceOf(char const* node, char const* port) const
-    {
-        for (GraphConnection const& connection : Body().connections)
-            if (connection.to == GraphEnd{node, port})
-                return connection.from.node + '.' + connection.from.port;
-        return std::string();
-    }
-
-    QUndoStack& Stack() const
-    {
-        return m_Host->GetCommandManager().GetUndoStack();
-    }
-
-    QPoint HeaderOf(char const* id) const
-    {
-        return m_Canvas->mapFromScene(PositionOf(id) + QPointF(kSmallestNodeWidth / 2.0, 12));
-    }
-
-    QPoint PortOf(char const* id, std::size_t port, bool isOutput) const
-    {
-        return m_Canvas->mapFromScene(PositionOf(id) + GetPortPosition(NodeLook(), port, isOutput));
-    }
-
-    void Drag(QPoint const& from, QPoint const& to)
-    {
-        QWidget* const viewport = m_Canvas->viewport();
-        QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, from);
-        MoveMouse((from + to) / 2);
-        MoveMouse(to);
-        QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, to);
-    }
-
-    /// Sent, since the offscreen platform has no mouse to move.
-    void MoveMouse(QPoint const& point)
-    {
-        QMouseEvent event(QEvent::MouseMove, point, m_Canvas->viewport()->mapToGlobal(point),
-                          Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_Canvas->viewport(), &event);
-    }
-
-    void Click(QPoint const& point, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QTest::mouseClick(m_Canvas->viewport(), Qt::LeftButton, modifiers, point);
-    }
 
     bool Enters(QMimeData const* data)
     {
@@ -195,10 +47,6 @@ private:
                         Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(m_Canvas->viewport(), &drop);
     }
-
-    std::unique_ptr<LibraryFolder> m_Folder;
-    std::unique_ptr<CEmbeddedHost> m_Host;
-    std::unique_ptr<CCanvas> m_Canvas;
 
 private Q_SLOTS:
     void droppedItemsBecomeNodes()
@@ -291,48 +139,6 @@ private Q_SLOTS:
         QCOMPARE(Stack().count(), 0);
     }
 
-    void connectionsAreDrawnEitherWay()
-    {
-        Drag(PortOf("one", 0, true), PortOf("two", 0, false));
-        QCOMPARE(SourceOf("two", "a"), std::string("one.sum"));
-        QCOMPARE(Stack().undoText(), QStringLiteral("Connect"));
-        Stack().undo();
-        QCOMPARE(SourceOf("two", "a"), std::string());
-        Drag(PortOf("two", 0, false), PortOf("one", 0, true));
-        QCOMPARE(SourceOf("two", "a"), std::string("one.sum"));
-    }
-
-    void connectionsReplaceWhatWasThere()
-    {
-        QCOMPARE(SourceOf("two", "b"), std::string("gone.lost"));
-        Drag(PortOf("one", 0, true), PortOf("two", 1, false));
-        QCOMPARE(SourceOf("two", "b"), std::string("one.sum"));
-        QCOMPARE(Body().connections.size(), std::size_t(1));
-    }
-
-    void impossibleConnectionsAreNotMade()
-    {
-        Drag(PortOf("say", 0, true), PortOf("two", 0, false));
-        Drag(PortOf("one", 0, true), PortOf("two", 0, true));
-        Drag(PortOf("one", 0, true), PortOf("one", 0, false));
-        Drag(PortOf("one", 0, true), QPoint(5, 5));
-        QCOMPARE(Stack().count(), 0);
-        Drag(PortOf("one", 0, true), PortOf("two", 0, false));
-        Drag(PortOf("two", 0, true), PortOf("one", 0, false));
-        QCOMPARE(Stack().count(), 1);
-    }
-
-    void connectionsAreSelectedAndDeleted()
-    {
-        Drag(PortOf("one", 0, true), PortOf("two", 0, false));
-        Click((PortOf("one", 0, true) + PortOf("two", 0, false)) / 2);
-        QVERIFY(m_Canvas->HasSelection());
-        QTest::keyClick(m_Canvas.get(), Qt::Key_Delete);
-        QCOMPARE(SourceOf("two", "a"), std::string());
-        QCOMPARE(SourceOf("two", "b"), std::string("gone.lost"));
-        QCOMPARE(Body().nodes.size(), std::size_t(4));
-    }
-
     void copiesKeepTheirConnections()
     {
         Drag(PortOf("one", 0, true), PortOf("two", 0, false));
@@ -350,6 +156,42 @@ private Q_SLOTS:
         m_Canvas->DeleteSelection();
         QCOMPARE(Body().nodes.size(), std::size_t(4));
         QCOMPARE(PositionOf("one"), QPointF(0, 0));
+    }
+
+    void pastedNodesAreSeen()
+    {
+        Click(HeaderOf("one"));
+        m_Canvas->Cut();
+        QVERIFY(!FindNode(Body(), "one"));
+        m_Canvas->Paste();
+        m_Canvas->Paste();
+        QCOMPARE(PositionOf("one"), QPointF(0, 0));
+        QCOMPARE(PositionOf("one-2"), QPointF(40, 40));
+        // Far from where they were copied.
+        m_Canvas->centerOn(QPointF(3000, 3000));
+        m_Canvas->Paste();
+        QVERIFY(m_Canvas->viewport()->rect().contains(HeaderOf("one-3")));
+    }
+
+    void arrowKeysMoveNodes()
+    {
+        QTest::keyClick(m_Canvas.get(), Qt::Key_Down);
+        QCOMPARE(Stack().count(), 0);
+        Click(HeaderOf("two"));
+        QTest::keyClick(m_Canvas.get(), Qt::Key_Down);
+        QTest::keyClick(m_Canvas.get(), Qt::Key_Left);
+        QCOMPARE(PositionOf("two"), QPointF(280, 20));
+        QCOMPARE(PositionOf("one"), QPointF(0, 0));
+    }
+
+    void nodesAtTheEndOfTheWorldAreFound()
+    {
+        GraphBody body = Body();
+        body.nodes[1].position = QPointF(5e30, -5e30);
+        m_Host->SetBody(m_Host->FindItem(Uid(kMain)), body, "Elsewhere");
+        m_Canvas->Fit();
+        QRectF const view = m_Canvas->mapToScene(m_Canvas->viewport()->rect()).boundingRect();
+        QVERIFY(view.contains(PositionOf("gone")));
     }
 
     void pastingIntoAPartOfItselfIsRefused()

@@ -128,10 +128,10 @@ private Q_SLOTS:
                                  << true;
         QTest::newRow("other") << Text("AB") << Text("Float") << Text("CD") << Text("Text")
                                << false;
-        QTest::newRow("of one name") << Text("AB") << Text("Float") << Text("CD") << Text("Float")
-                                     << false;
-        QTest::newRow("start of the other") << Text("AB") << Text("") << Text("ABC") << Text("")
-                                            << false;
+        QTest::newRow("of one name")
+            << Text("AB") << Text("Float") << Text("CD") << Text("Float") << false;
+        QTest::newRow("start of the other")
+            << Text("AB") << Text("") << Text("ABC") << Text("") << false;
         QTest::newRow("into any") << Text("AB") << Text("Float") << Text("CD") << Text("Any")
                                   << true;
         QTest::newRow("from any") << Text("CD") << Text("Any") << Text("AB") << Text("Float")
@@ -157,7 +157,9 @@ private Q_SLOTS:
         bodies["MIDDLE"].nodes = {{"1", "inner", {}}};
         // A library from elsewhere that is wrong already.
         bodies["LOOP"].nodes = {{"1", "LOOP", {}}};
-        auto const bodyOf = [&bodies](std::string const& uid) { return bodies[uid]; };
+        auto const bodyOf = [&bodies](std::string const& uid) {
+            return bodies[uid];
+        };
         QVERIFY(ContainsItem("OUTER", "INNER", bodyOf));
         QVERIFY(ContainsItem("OUTER", "OUTER", bodyOf));
         QVERIFY(!ContainsItem("MIDDLE", "OUTER", bodyOf));
@@ -216,7 +218,9 @@ private Q_SLOTS:
         QTest::newRow("odd length") << QByteArray("\0\0\0\5\0a\0:\0", 9) << QByteArray();
         QTest::newRow("claims to be huge") << QByteArray("\x7f\xff\xff\xf0\0a", 6) << QByteArray();
         QTest::newRow("plain text") << QByteArray("solver:1234") << QByteArray();
-        QTest::newRow("beyond ASCII") << Stream(QStringLiteral("a:\u00e9")) << QByteArray();
+        QTest::newRow("a character for a byte")
+            << Stream(QStringLiteral("a:\u00e9")) << QByteArray("a:\xe9");
+        QTest::newRow("no byte") << Stream(QStringLiteral("a:\u20ac")) << QByteArray();
         QTest::newRow("zero inside") << Stream(QString(3, QChar(0))) << QByteArray();
     }
 
