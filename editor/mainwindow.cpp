@@ -4,6 +4,7 @@
 #include "librarysummary.h"
 #include "messagelog.h"
 #include "settings.h"
+#include "trailbar.h"
 
 #include <embeddedhost.h>
 #include <nodebrowser.h>
@@ -19,6 +20,7 @@
 #include <QSet>
 #include <QStatusBar>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -34,17 +36,29 @@ int const kMessageMilliseconds = 15000;
 
 CMainWindow::CMainWindow(CEmbeddedHost& host)
     : m_Host(host)
+    , m_TrailBar(new CTrailBar(host, this))
     , m_Canvas(new CCanvas(host, this))
     , m_Panel(new CNodeBrowser(CNodeBrowser::eConfigNodes))
     , m_Log(new CMessageLog(this))
 {
-    setCentralWidget(m_Canvas);
+    CreateCanvas();
     CreatePanel();
     CreateLog();
     CreateMenus();
     SetDark(m_Theme.IsDesktopDark());
     ShowLibrary();
     ConnectHost();
+}
+
+void CMainWindow::CreateCanvas()
+{
+    QWidget* const middle = new QWidget(this);
+    QVBoxLayout* const layout = new QVBoxLayout(middle);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_TrailBar);
+    layout->addWidget(m_Canvas);
+    setCentralWidget(middle);
 }
 
 void CMainWindow::CreatePanel()

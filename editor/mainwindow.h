@@ -14,6 +14,7 @@ class CMessageLog;
 class CNodeBrowser;
 class CRecentMenu;
 class CSettings;
+class CTrailBar;
 class QDockWidget;
 
 /// The editor's window: the panel at the left, the canvas, and what the host has to say in the
@@ -43,6 +44,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void CreateCanvas();
     void CreatePanel();
     void CreateLog();
     QDockWidget* AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area);
@@ -94,6 +96,7 @@ private:
 
     CEmbeddedHost& m_Host;
     CTheme m_Theme;
+    CTrailBar* const m_TrailBar;
     CCanvas* const m_Canvas;
     CNodeBrowser* const m_Panel;
     CMessageLog* const m_Log;
@@ -108,6 +111,7 @@ private:
     QAction* m_DarkAction = nullptr;
     QAction* m_MarksAction = nullptr;
     QAction* m_PasteAction = nullptr;
+    QAction* m_UpAction = nullptr;
     /// Enabled as there is something to act on: a library, a compound on the canvas, a selection
     /// in it, nodes among that.
     QList<QAction*> m_LibraryActions;

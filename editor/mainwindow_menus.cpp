@@ -3,6 +3,7 @@
 #include "canvas.h"
 #include "recentmenu.h"
 #include "shortcutlist.h"
+#include "trailbar.h"
 
 #include <embeddedhost.h>
 #include <nodebrowser.h>
@@ -130,6 +131,10 @@ void CMainWindow::CreateViewMenu()
     m_DarkAction->setCheckable(true);
     connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::ChooseDark);
     menu->addSeparator();
+    m_UpAction = menu->addAction(tr("Compound &Above"));
+    m_UpAction->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Up));
+    connect(m_UpAction, &QAction::triggered, m_TrailBar, &CTrailBar::GoUp);
+    menu->addSeparator();
     QAction* const zoomIn =
         AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn);
     // The same key without Shift on many keyboards.
@@ -163,6 +168,7 @@ void CMainWindow::UpdateActions()
     enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
     enable(m_NodeActions, hasCompound && m_Canvas->CanCopy());
     m_PasteAction->setEnabled(m_Canvas->CanPaste());
+    m_UpAction->setEnabled(m_TrailBar->CanGoUp());
 }
 
 void CMainWindow::ShowShortcuts()

@@ -24,7 +24,7 @@ QString const kSearchText = QStringLiteral("light");
 QString const kMenuItem = QStringLiteral("Café Lamp");
 
 // Sizes of the window, in pixels.
-QSize const kEditorSize(1000, 620);
+QSize const kEditorSize(1320, 760);
 QSize const kPanelSize(720, 360);
 
 /// Where the panel's first row begins, and in it, pixels.

@@ -18,6 +18,9 @@ double const kMargin = 4;
 /// How far the curve goes on in its first direction, at least and at most.
 double const kSmallestReach = 30;
 double const kLargestReach = 160;
+/// Of a connection that leads back: how wide it turns, and how far it goes past the nodes.
+double const kTurnReach = 50;
+double const kLaneDistance = 70;
 /// Below this zoom curves are thin, and drawn without smooth edges, which is much quicker.
 double const kSmoothFrom = 0.45;
 /// How far lines that are drawn for a curve may be off it, in pixels, and how often it is halved
@@ -50,6 +53,26 @@ QRectF GetBounds(CurvePiece const& piece)
         {piece.start.y(), piece.firstControl.y(), piece.secondControl.y(), piece.end.y()});
     return QRectF(QPointF(x.first, y.first), QPointF(x.second, y.second))
         .adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+std::vector<CurvePiece> MakeWayAhead(QPointF const& from, QPointF const& to)
+{
+    QPointF const reach(std::clamp((to.x() - from.x()) / 2, kSmallestReach, kLargestReach), 0);
+    return {{from, from + reach, to - reach, to}};
+}
+
+/// Turns around, goes back between the rows of the two nodes or below them, and turns again.
+std::vector<CurvePiece> MakeWayBack(QPointF const& from, QPointF const& to)
+{
+    bool const isBetween = std::abs(to.y() - from.y()) > 2 * kLaneDistance;
+    double const lane =
+        isBetween ? (from.y() + to.y()) / 2 : std::max(from.y(), to.y()) + kLaneDistance;
+    QPointF const reach(kTurnReach, 0);
+    QPointF const turn(from.x(), lane);
+    QPointF const end(to.x(), lane);
+    return {{from, from + reach, turn + reach, turn},
+            {turn, turn, end, end},
+            {end, end - reach, to - reach, to}};
 }
 
 /// Halves the curve until its pieces are straight enough, and leaves out what is not in the
@@ -96,27 +119,22 @@ GraphConnection const& CConnectionItem::GetConnection() const
 
 void CConnectionItem::SetEnds(QPointF const& from, QPointF const& to)
 {
-    if (from == m_Curve.start && to == m_Curve.end && !m_Bounds.isNull())
+    if (from == m_From && to == m_To && !m_Curves.empty())
         return;
     prepareGeometryChange();
-    // A connection that runs back swings out wider, so that it can be told from one that is
-    // straight.
-    double const ahead = to.x() - from.x();
-    QPointF const reach(
-        std::clamp(ahead > 0 ? ahead / 2 : -ahead * 0.75, kSmallestReach, kLargestReach), 0);
-    m_Curve = CurvePiece{from, from + reach, to - reach, to};
+    m_From = from;
+    m_To = to;
+    m_Curves = to.x() < from.x() ? MakeWayBack(from, to) : MakeWayAhead(from, to);
     m_Bounds = QRectF();
-    // Tighter than the control points.
-    for (QLineF const& line : GetLines(GetBounds(m_Curve), 1))
-        m_Bounds |= QRectF(line.p1(), line.p2())
-                        .normalized()
-                        .adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    for (CurvePiece const& curve : m_Curves)
+        m_Bounds |= GetBounds(curve);
 }
 
 QVector<QLineF> CConnectionItem::GetLines(QRectF const& rect, double zoom) const
 {
     QVector<QLineF> lines;
-    AddLines(m_Curve, rect, kTolerance / zoom, kMostHalvings, lines);
+    for (CurvePiece const& curve : m_Curves)
+        AddLines(curve, rect, kTolerance / zoom, kMostHalvings, lines);
     return lines;
 }
 
@@ -163,8 +181,9 @@ void CConnectionItem::paint(QPainter* painter, QStyleOptionGraphicsItem const* o
     painter->setPen(pen);
     painter->setRenderHint(QPainter::Antialiasing, isSmooth);
     if (m_IsRefused) {
-        QPainterPath path(m_Curve.start);
-        path.cubicTo(m_Curve.firstControl, m_Curve.secondControl, m_Curve.end);
+        QPainterPath path(m_From);
+        for (CurvePiece const& curve : m_Curves)
+            path.cubicTo(curve.firstControl, curve.secondControl, curve.end);
         painter->setBrush(Qt::NoBrush);
         painter->drawPath(path);
     } else {

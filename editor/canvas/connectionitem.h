@@ -9,6 +9,8 @@
 #include <QLineF>
 #include <QVector>
 
+#include <vector>
+
 /// A cubic curve between two points.
 struct CurvePiece
 {
@@ -50,7 +52,10 @@ private:
 
     GraphConnection const m_Connection;
     CanvasColors const& m_Colors;
-    CurvePiece m_Curve;
+    /// One curve, or what leads around to an input that lies behind.
+    std::vector<CurvePiece> m_Curves;
+    QPointF m_From;
+    QPointF m_To;
     QRectF m_Bounds;
     QColor m_Color;
     bool m_IsRefused = false;
