@@ -214,6 +214,7 @@ CItemTagsEditorDialog::CItemTagsEditorDialog(char const* name, char const* tags)
     connect(m_OkButton, SIGNAL(clicked()), this, SLOT(OnOk()));
     connect(m_CancelButton, SIGNAL(clicked()), this, SLOT(OnCancel()));
     PlaceWidgets();
+    // As if by Tab: the text is selected, and typing replaces it.
     m_TagsEdit->setFocus(Qt::TabFocusReason);
     setWindowTitle(QLatin1String("Edit Item Tags"));
 }

@@ -110,10 +110,8 @@ void CCanvas::Refresh()
     tarno::datamodel::ItemID const id
         = compound.Revalidate() ? compound.GetItemID() : tarno::datamodel::ItemID();
     bool const isOther = id != m_Compound;
-    if (isOther) {
-        CancelGesture();
-        m_Scene.Show({}, {});
-    }
+    if (isOther)
+        LeaveCompound();
     m_Compound = id;
     m_Body = m_Host.GetBody(id);
     m_Looks.Forget();
@@ -123,7 +121,29 @@ void CCanvas::Refresh()
     if (m_Gesture == eGesture::kConnect)
         FollowPressedPort();
     if (isOther)
+        EnterCompound();
+}
+
+void CCanvas::LeaveCompound()
+{
+    CancelGesture();
+    std::string const uid = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
+    if (m_IsFitted)
+        m_Views.erase(uid);
+    else
+        m_Views[uid] = View{transform().m11(), GetCenter()};
+    m_Scene.Show({}, {});
+}
+
+void CCanvas::EnterCompound()
+{
+    auto const view = m_Views.find(tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound));
+    if (view == m_Views.end()) {
         Fit();
+        return;
+    }
+    SetZoom(view->second.zoom);
+    centerOn(view->second.center);
 }
 
 void CCanvas::UpdateReach()
@@ -155,9 +175,14 @@ void CCanvas::ScaleTo(double zoom)
     scale(factor, factor);
 }
 
+QPointF CCanvas::GetCenter() const
+{
+    return viewportTransform().inverted().map(QRectF(viewport()->rect()).center());
+}
+
 void CCanvas::SetZoom(double zoom)
 {
-    QPointF const center = mapToScene(viewport()->rect().center());
+    QPointF const center = GetCenter();
     ScaleTo(zoom);
     centerOn(center);
 }

@@ -97,14 +97,25 @@ private:
         kConnect
     };
 
+    struct View
+    {
+        double zoom;
+        /// In the scene.
+        QPointF center;
+    };
+
     void CreateLabels();
     void ConnectHost();
     /// Shows the current compound as it is now.
     void Refresh();
+    void LeaveCompound();
+    void EnterCompound();
     void UpdateReach();
     void UpdateHint();
     /// Within the limits.
     void ScaleTo(double zoom);
+    /// The middle of the view, in the scene.
+    QPointF GetCenter() const;
     /// Keeps the middle of the view.
     void SetZoom(double zoom);
 
@@ -177,6 +188,8 @@ private:
     GraphBody m_Body;
     /// The graph is brought into view whenever the size changes, until the user zooms or pans.
     bool m_IsFitted = true;
+    /// How compounds were left, by uid; those that were fitted are fitted again.
+    std::map<std::string, View> m_Views;
 
     eGesture m_Gesture = eGesture::kNone;
     QPoint m_PressPoint;

@@ -254,6 +254,21 @@ private Q_SLOTS:
         QVERIFY(QLineF(before, m_Canvas->mapToScene(point.toPoint())).length() < 3);
     }
 
+    void compoundsAreLeftAndFoundAlike()
+    {
+        m_Canvas->ZoomIn();
+        m_Canvas->centerOn(QPointF(200, 100));
+        QTransform const before = m_Canvas->viewportTransform();
+        Open(kOuter);
+        QVERIFY(m_Canvas->viewportTransform() != before);
+        Open(kMain);
+        QTransform const after = m_Canvas->viewportTransform();
+        QCOMPARE(after.m11(), before.m11());
+        // Scroll bars stand at whole pixels.
+        QVERIFY(std::abs(after.dx() - before.dx()) <= 1);
+        QVERIFY(std::abs(after.dy() - before.dy()) <= 1);
+    }
+
     void middleButtonPans()
     {
         QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
