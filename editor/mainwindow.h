@@ -59,7 +59,7 @@ private:
     void CreateHelpMenu();
     QAction* AddAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
                        void (CMainWindow::*slot)());
-    /// For keys that mean something to texts as well: they work as long as the canvas has the focus.
+    /// For keys that mean something to texts as well: they work while the canvas has the focus.
     QAction* AddCanvasEdit(QMenu* menu, QString const& text, QKeySequence const& shortcut,
                            void (CCanvas::*slot)());
     /// `command` is one of the panel's library-wide commands.

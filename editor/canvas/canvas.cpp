@@ -107,8 +107,8 @@ bool CCanvas::HasSelection() const
 void CCanvas::Refresh()
 {
     tarno::datamodel::CompoundAccessor const compound = m_Host.GetCompoundTarget();
-    tarno::datamodel::ItemID const id
-        = compound.Revalidate() ? compound.GetItemID() : tarno::datamodel::ItemID();
+    tarno::datamodel::ItemID const id =
+        compound.Revalidate() ? compound.GetItemID() : tarno::datamodel::ItemID();
     bool const isOther = id != m_Compound;
     if (isOther)
         LeaveCompound();
@@ -204,12 +204,12 @@ void CCanvas::ResetZoom()
 
 void CCanvas::Fit()
 {
-    QRectF const bounds
-        = m_Scene.GetBounds().adjusted(-kFitMargin, -kFitMargin, kFitMargin, kFitMargin);
+    QRectF const bounds =
+        m_Scene.GetBounds().adjusted(-kFitMargin, -kFitMargin, kFitMargin, kFitMargin);
     QSizeF const room = viewport()->size();
     // A small graph is not blown up.
-    double const zoom
-        = std::min({1.0, room.width() / bounds.width(), room.height() / bounds.height()});
+    double const zoom =
+        std::min({1.0, room.width() / bounds.width(), room.height() / bounds.height()});
     SetZoom(zoom);
     // The middle of what is too large to be seen whole may be empty.
     centerOn(zoom < kSmallestZoom ? m_Scene.GetFirstNodePosition() : bounds.center());

@@ -161,8 +161,7 @@ private:
     // canvas_edit.cpp
     /// Makes the body that of the compound; false when it is refused.
     bool Commit(GraphBody const& body, char const* text);
-    void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
-                        char const* text);
+    void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
     void PasteAt(std::optional<QPointF> const& scenePoint);
     /// Adds the nodes with their top left at the point, or beside where others are already.
     void AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text);

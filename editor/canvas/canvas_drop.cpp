@@ -89,8 +89,8 @@ void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
     GraphBody body = m_Body;
     // The header comes under the mouse.
     QPointF const topLeft = scenePoint - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2;
-    std::string const node
-        = AddNode(body, item, GetItemName(id).toStdString(), SnapToGrid(topLeft));
+    std::string const node =
+        AddNode(body, item, GetItemName(id).toStdString(), SnapToGrid(topLeft));
     CommitNewNodes(body, {node}, "Add Node");
 }
 
@@ -103,11 +103,10 @@ bool CCanvas::CheckContainment(std::string const& item)
     if (!ContainsItem(item, compound, bodyOf))
         return true;
     ItemID const id = m_Host.FindItem(item);
-    m_Host.GetMessages().Post(
-        eSeverity::kWarning,
-        id == m_Compound
-            ? tr("\"%1\" cannot be put into itself.").arg(GetItemName(id))
-            : tr("\"%1\" cannot be put into \"%2\", which it contains.")
-                  .arg(GetItemName(id), GetItemName(m_Compound)));
+    m_Host.GetMessages().Post(eSeverity::kWarning,
+                              id == m_Compound
+                                  ? tr("\"%1\" cannot be put into itself.").arg(GetItemName(id))
+                                  : tr("\"%1\" cannot be put into \"%2\", which it contains.")
+                                        .arg(GetItemName(id), GetItemName(m_Compound)));
     return false;
 }

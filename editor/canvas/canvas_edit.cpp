@@ -23,9 +23,8 @@ QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
 
 bool IsTaken(GraphBody const& body, QPointF const& position)
 {
-    return std::any_of(body.nodes.begin(), body.nodes.end(), [&position](GraphNode const& node) {
-        return node.position == position;
-    });
+    return std::any_of(body.nodes.begin(), body.nodes.end(),
+                       [&position](GraphNode const& node) { return node.position == position; });
 }
 
 QPointF GetTopLeft(std::vector<GraphNode> const& nodes)
@@ -96,9 +95,8 @@ bool CCanvas::CanPaste() const
 void CCanvas::Paste()
 {
     bool const isUnderMouse = viewport()->underMouse();
-    PasteAt(isUnderMouse
-                ? std::make_optional(mapToScene(viewport()->mapFromGlobal(QCursor::pos())))
-                : std::nullopt);
+    PasteAt(isUnderMouse ? std::make_optional(mapToScene(viewport()->mapFromGlobal(QCursor::pos())))
+                         : std::nullopt);
 }
 
 void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
@@ -115,7 +113,9 @@ void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
     QRectF const view = mapToScene(viewport()->rect()).boundingRect();
     QPointF const topLeft = GetTopLeft(copy.nodes);
     AddCopy(copy,
-            scenePoint ? *scenePoint : view.contains(topLeft) ? topLeft : view.center(),
+            scenePoint               ? *scenePoint
+            : view.contains(topLeft) ? topLeft
+                                     : view.center(),
             "Paste");
 }
 
@@ -173,10 +173,10 @@ void CCanvas::AddPortOf(bool isInput)
     if (!guard || type.IsNull())
         return;
     bool isNamed = false;
-    QString const name
-        = QInputDialog::getText(this, isInput ? tr("Add Input") : tr("Add Output"), tr("Name:"),
-                                QLineEdit::Normal, isInput ? tr("input") : tr("output"), &isNamed)
-              .trimmed();
+    QString const name =
+        QInputDialog::getText(this, isInput ? tr("Add Input") : tr("Add Output"), tr("Name:"),
+                              QLineEdit::Normal, isInput ? tr("input") : tr("output"), &isNamed)
+            .trimmed();
     if (!guard || !isNamed || name.isEmpty() || compound != m_Compound)
         return;
     GraphBody body = m_Body;

@@ -64,8 +64,8 @@ void CCanvas::PressLeft(QMouseEvent* event)
         StartConnection(*port);
     } else if (auto const node = m_Scene.FindNodeAt(m_PressScenePoint)) {
         PressNode(*node, IsAdding(event));
-    } else if (auto const connection = m_Scene.FindConnectionAt(
-                   m_PressScenePoint, GetConnectionReach())) {
+    } else if (auto const connection =
+                   m_Scene.FindConnectionAt(m_PressScenePoint, GetConnectionReach())) {
         m_Scene.SelectConnection(*connection, IsAdding(event));
     } else {
         if (!IsAdding(event))
@@ -154,8 +154,8 @@ void CCanvas::MoveNodes(QPointF const& scenePoint)
     for (auto const& from : m_MovedFrom)
         positions[from.first] = SnapToGrid(from.second + shift);
     // A click with an unsteady hand leaves nodes that are off the grid alone.
-    bool const isFar = (shift * transform().m11()).manhattanLength()
-                       >= QApplication::startDragDistance();
+    bool const isFar =
+        (shift * transform().m11()).manhattanLength() >= QApplication::startDragDistance();
     m_Scene.ShowNodesAt(isFar ? positions : m_MovedFrom);
 }
 

@@ -47,11 +47,10 @@ void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)
 
 void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
 {
-    QAction* const paste
-        = menu.addAction(tr("Paste"), this, [this, scenePoint] { PasteAt(scenePoint); });
+    QAction* const paste =
+        menu.addAction(tr("Paste"), this, [this, scenePoint] { PasteAt(scenePoint); });
     paste->setEnabled(CanPaste());
-    menu.addAction(tr("Select All"), this, &CCanvas::SelectAll)
-        ->setEnabled(!m_Body.nodes.empty());
+    menu.addAction(tr("Select All"), this, &CCanvas::SelectAll)->setEnabled(!m_Body.nodes.empty());
     menu.addSeparator();
     menu.addAction(tr("Add Input..."), this, &CCanvas::AddInput);
     menu.addAction(tr("Add Output..."), this, &CCanvas::AddOutput);

@@ -18,8 +18,9 @@ unsigned int HashUid(std::string const& uid)
 {
     unsigned int hash = 2166136261u;
     for (char const character : uid)
-        hash = (hash ^ static_cast<unsigned int>(std::toupper(static_cast<unsigned char>(character))))
-               * 16777619u;
+        hash =
+            (hash ^ static_cast<unsigned int>(std::toupper(static_cast<unsigned char>(character))))
+            * 16777619u;
     return hash ^ (hash >> 15);
 }
 

@@ -28,8 +28,8 @@ GraphBody ReadClipboardData(QMimeData const* data)
 {
     if (!data || !data->hasFormat(kNodesMimeType))
         return GraphBody();
-    auto const document
-        = nlohmann::ordered_json::parse(data->data(kNodesMimeType).toStdString(), nullptr, false);
+    auto const document =
+        nlohmann::ordered_json::parse(data->data(kNodesMimeType).toStdString(), nullptr, false);
     if (!document.is_object())
         return GraphBody();
     return embeddedhost::ReadGraphBody(document, [](std::string const&, std::string const&) {

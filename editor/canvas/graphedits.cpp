@@ -76,10 +76,10 @@ std::string MakeNodeId(std::set<std::string> const& taken, std::string const& st
 std::string StripNumber(std::string const& id)
 {
     std::size_t const dash = id.find_last_of('-');
-    bool const isNumbered
-        = dash != std::string::npos && dash > 0 && dash + 1 < id.size()
-          && std::all_of(id.begin() + static_cast<std::ptrdiff_t>(dash) + 1, id.end(),
-                         [](unsigned char digit) { return std::isdigit(digit); });
+    bool const isNumbered =
+        dash != std::string::npos && dash > 0 && dash + 1 < id.size()
+        && std::all_of(id.begin() + static_cast<std::ptrdiff_t>(dash) + 1, id.end(),
+                       [](unsigned char digit) { return std::isdigit(digit); });
     return isNumbered ? id.substr(0, dash) : id;
 }
 
@@ -172,17 +172,15 @@ void RemoveOutput(GraphBody& body, std::string const& name)
 
 void Connect(GraphBody& body, GraphConnection const& connection)
 {
-    RemoveConnections(body, [&connection](GraphConnection const& other) {
-        return other.to == connection.to;
-    });
+    RemoveConnections(
+        body, [&connection](GraphConnection const& other) { return other.to == connection.to; });
     body.connections.push_back(connection);
 }
 
 void Disconnect(GraphBody& body, GraphConnection const& connection)
 {
-    RemoveConnections(body, [&connection](GraphConnection const& other) {
-        return other == connection;
-    });
+    RemoveConnections(body,
+                      [&connection](GraphConnection const& other) { return other == connection; });
 }
 
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids)

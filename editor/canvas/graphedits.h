@@ -42,7 +42,7 @@ void Disconnect(GraphBody& body, GraphConnection const& connection);
 /// Takes the nodes out, and with them their connections.
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids);
 
-/// The nodes into which values of the node flow, or those from which its own come. It is among them.
+/// The nodes into which values of the node flow, or those from which its own come, itself included.
 std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, bool isDownstream);
 
 /// Answers with the body of the item that has the uid.

@@ -94,9 +94,8 @@ void CGraphScene::UpdateEnds(CConnectionItem& item)
     if (!from || !to)
         return;
     item.SetEnds(from->position, to->position);
-    PortLook const& typed = from->port.typeName.empty() || from->port.typeName == "Any"
-                                ? to->port
-                                : from->port;
+    PortLook const& typed =
+        from->port.typeName.empty() || from->port.typeName == "Any" ? to->port : from->port;
     item.SetColor(GetTypeColor(typed.type, typed.typeName, GetColors().isDark));
 }
 
@@ -121,8 +120,8 @@ CNodeItem* CGraphScene::FindNode(std::string const& id) const
 
 QList<CNodeItem*> CGraphScene::GetNodesNear(QPointF const& point) const
 {
-    QRectF const around = QRectF(point, point).adjusted(-kPortReach, -kPortReach, kPortReach,
-                                                        kPortReach);
+    QRectF const around =
+        QRectF(point, point).adjusted(-kPortReach, -kPortReach, kPortReach, kPortReach);
     QList<CNodeItem*> nodes;
     for (QGraphicsItem* const item : items(around, Qt::IntersectsItemBoundingRect))
         if (CNodeItem* const node = qgraphicsitem_cast<CNodeItem*>(item))

@@ -33,8 +33,7 @@ public:
     NodePictures& GetPictures();
 
     /// Shows the graph instead of the one shown. What is in both stays and stays selected.
-    void Show(std::vector<NodeLook> const& looks,
-              std::vector<GraphConnection> const& connections);
+    void Show(std::vector<NodeLook> const& looks, std::vector<GraphConnection> const& connections);
     QRectF GetBounds() const;
     /// Of the first node by id; (0, 0) when there is none.
     QPointF GetFirstNodePosition() const;

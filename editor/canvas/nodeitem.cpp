@@ -9,6 +9,10 @@ namespace {
 /// Selection rings, shadows and port marks reach no further beyond the node.
 double const kMargin = 11;
 
+/// Above connections; what is selected lies above what it is moved across.
+double const kLayer = 1;
+double const kSelectedLayer = 1.5;
+
 double const kMarkRadius = kPortRadius + 2.5;
 double const kMarkWidth = 4;
 int const kHoverAlpha = 110;
@@ -20,7 +24,7 @@ CNodeItem::CNodeItem(NodeLook const& look, NodePictures& pictures)
     : m_Pictures(pictures)
 {
     setFlag(ItemIsSelectable, look.kind != eNodeKind::kInputs && look.kind != eNodeKind::kOutputs);
-    setZValue(1);
+    setZValue(kLayer);
     SetLook(look);
 }
 
@@ -107,6 +111,13 @@ QPainterPath CNodeItem::shape() const
     QPainterPath path;
     path.addRect(GetNodeRect(m_Look));
     return path;
+}
+
+QVariant CNodeItem::itemChange(GraphicsItemChange change, QVariant const& value)
+{
+    if (change == ItemSelectedHasChanged)
+        setZValue(value.toBool() ? kSelectedLayer : kLayer);
+    return QGraphicsItem::itemChange(change, value);
 }
 
 void CNodeItem::paint(QPainter* painter, QStyleOptionGraphicsItem const*, QWidget*)

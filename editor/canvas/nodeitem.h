@@ -55,6 +55,9 @@ public:
     QPainterPath shape() const override;
     void paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget* widget) override;
 
+protected:
+    QVariant itemChange(GraphicsItemChange change, QVariant const& value) override;
+
 private:
     struct Mark
     {

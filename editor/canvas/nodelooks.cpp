@@ -53,8 +53,7 @@ void MarkConnected(NodeLook& look, std::vector<PortLook> NodeLook::*side, std::s
     look.width = MeasureNodeWidth(look);
 }
 
-void MarkConnections(std::vector<GraphConnection> const& connections,
-                     std::vector<NodeLook>& looks)
+void MarkConnections(std::vector<GraphConnection> const& connections, std::vector<NodeLook>& looks)
 {
     std::unordered_map<std::string, NodeLook*> byId;
     for (NodeLook& look : looks)
@@ -81,18 +80,16 @@ QRectF GetBounds(std::vector<NodeLook> const& looks)
 bool IsNamed(std::vector<GraphConnection> const& connections, GraphEnd GraphConnection::*end,
              char const* node)
 {
-    return std::any_of(connections.begin(), connections.end(),
-                       [&](GraphConnection const& connection) {
-                           return (connection.*end).node == node;
-                       });
+    return std::any_of(
+        connections.begin(), connections.end(),
+        [&](GraphConnection const& connection) { return (connection.*end).node == node; });
 }
 
 } // namespace
 
 NodeLooks::NodeLooks(CEmbeddedHost& host)
     : m_Host(host)
-{
-}
+{}
 
 void NodeLooks::Forget()
 {
@@ -152,8 +149,8 @@ std::string const& NodeLooks::GetTypeName(std::string const& type)
     auto const known = m_TypeNames.find(type);
     if (known != m_TypeNames.end())
         return known->second;
-    return m_TypeNames[type]
-           = m_Host.GetLibrary().GetItemName(m_Host.FindItem(type), true, nullptr);
+    return m_TypeNames[type] =
+               m_Host.GetLibrary().GetItemName(m_Host.FindItem(type), true, nullptr);
 }
 
 NodeLook const& NodeLooks::GetItemLook(std::string const& item)
