@@ -110,12 +110,14 @@ private:
     QAction* m_SaveAction = nullptr;
     QAction* m_DarkAction = nullptr;
     QAction* m_MarksAction = nullptr;
+    QAction* m_CopyAction = nullptr;
     QAction* m_PasteAction = nullptr;
     QAction* m_UpAction = nullptr;
-    /// Enabled as there is something to act on: a library, a compound on the canvas, a selection
-    /// in it, nodes among that.
+    /// Enabled as there is something to act on: a library, a compound on the canvas, one that can
+    /// be changed, a selection in it, nodes among that.
     QList<QAction*> m_LibraryActions;
     QList<QAction*> m_CompoundActions;
+    QList<QAction*> m_ChangeActions;
     QList<QAction*> m_SelectionActions;
     QList<QAction*> m_NodeActions;
     /// The log came forward by itself once; from then on it is the user's to show and hide.

@@ -85,22 +85,21 @@ void CMainWindow::CreateEditMenu()
     undo->setShortcut(QKeySequence::Undo);
     undo->setIconText(tr("Undo"));
     QAction* const redo = stack.createRedoAction(this, tr("&Redo"));
-    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-                        QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    redo->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     redo->setIconText(tr("Redo"));
     menu->addActions({undo, redo});
     menu->addSeparator();
-    m_NodeActions
-        << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut)
-        << AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
+    m_NodeActions << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut);
+    m_CopyAction = AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
     m_PasteAction = AddCanvasEdit(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
     m_NodeActions << AddCanvasEdit(menu, tr("D&uplicate"), QKeySequence(Qt::CTRL | Qt::Key_D),
                                    &CCanvas::Duplicate);
     m_SelectionActions << AddCanvasEdit(menu, tr("&Delete"), QKeySequence::Delete,
                                         &CCanvas::DeleteSelection);
     menu->addSeparator();
-    m_CompoundActions
-        << AddCanvasEdit(menu, tr("Select &All"), QKeySequence::SelectAll, &CCanvas::SelectAll);
+    m_CompoundActions << AddCanvasEdit(menu, tr("Select &All"), QKeySequence::SelectAll,
+                                       &CCanvas::SelectAll);
     menu->addSeparator();
     AddAction(menu, tr("&Find in Node Browser"), QKeySequence::Find, &CMainWindow::FocusSearch);
 }
@@ -112,9 +111,8 @@ void CMainWindow::CreateCreateMenu()
                               CNodeBrowser::eMenuNewLoopCompound})
         AddPanelAction(menu, command);
     menu->addSeparator();
-    m_CompoundActions
-        << AddCanvasAction(menu, tr("&Input..."), QKeySequence(), &CCanvas::AddInput)
-        << AddCanvasAction(menu, tr("&Output..."), QKeySequence(), &CCanvas::AddOutput);
+    m_ChangeActions << AddCanvasAction(menu, tr("&Input..."), QKeySequence(), &CCanvas::AddInput)
+                    << AddCanvasAction(menu, tr("&Output..."), QKeySequence(), &CCanvas::AddOutput);
 }
 
 void CMainWindow::CreateViewMenu()
@@ -138,15 +136,15 @@ void CMainWindow::CreateViewMenu()
     QAction* const zoomIn =
         AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn);
     // The same key without Shift on many keyboards.
-    zoomIn->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Plus),
-                          QKeySequence(Qt::CTRL | Qt::Key_Equal)});
-    m_CompoundActions
-        << zoomIn
-        << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut, &CCanvas::ZoomOut)
-        << AddCanvasAction(menu, tr("Zoom to &100%"), QKeySequence(Qt::CTRL | Qt::Key_0),
-                           &CCanvas::ResetZoom)
-        << AddCanvasAction(menu, tr("Zoom to &Fit"), QKeySequence(Qt::CTRL | Qt::Key_9),
-                           &CCanvas::Fit);
+    zoomIn->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)});
+    m_CompoundActions << zoomIn
+                      << AddCanvasAction(menu, tr("Zoom &Out"), QKeySequence::ZoomOut,
+                                         &CCanvas::ZoomOut)
+                      << AddCanvasAction(menu, tr("Zoom to &100%"),
+                                         QKeySequence(Qt::CTRL | Qt::Key_0), &CCanvas::ResetZoom)
+                      << AddCanvasAction(menu, tr("Zoom to &Fit"),
+                                         QKeySequence(Qt::CTRL | Qt::Key_9), &CCanvas::Fit);
 }
 
 void CMainWindow::CreateHelpMenu()
@@ -165,8 +163,11 @@ void CMainWindow::UpdateActions()
     bool const hasCompound = m_Host.GetCompoundTarget().Revalidate();
     enable(m_LibraryActions, m_Host.GetLibrary().IsValid());
     enable(m_CompoundActions, hasCompound);
-    enable(m_SelectionActions, hasCompound && m_Canvas->HasSelection());
-    enable(m_NodeActions, hasCompound && m_Canvas->CanCopy());
+    bool const canChange = hasCompound && m_Canvas->CanChange();
+    enable(m_ChangeActions, canChange);
+    enable(m_SelectionActions, canChange && m_Canvas->HasSelection());
+    enable(m_NodeActions, canChange && m_Canvas->CanCopy());
+    m_CopyAction->setEnabled(hasCompound && m_Canvas->CanCopy());
     m_PasteAction->setEnabled(m_Canvas->CanPaste());
     m_UpAction->setEnabled(m_TrailBar->CanGoUp());
 }

@@ -37,6 +37,8 @@ public:
     /// Nodes or connections.
     bool HasSelection() const;
     bool CanCopy() const;
+    /// There is a compound, and it is not read-only.
+    bool CanChange() const;
     bool CanPaste() const;
 
 public Q_SLOTS:

@@ -86,9 +86,14 @@ bool CCanvas::CanCopy() const
     return !m_Scene.GetSelectedNodes().empty();
 }
 
+bool CCanvas::CanChange() const
+{
+    return !m_Compound.IsNull() && !m_Host.GetLibrary().ItemIsReadOnly(m_Compound);
+}
+
 bool CCanvas::CanPaste() const
 {
-    return !m_Compound.IsNull()
+    return CanChange()
            && !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty();
 }
 

@@ -19,12 +19,13 @@ void CCanvas::contextMenuEvent(QContextMenuEvent* event)
     auto const connection = m_Scene.FindConnectionAt(scenePoint, GetConnectionReach());
     if (port && (port->node == kInputsNode || port->node == kOutputsNode)) {
         menu.addAction(port->isOutput ? tr("Remove Input") : tr("Remove Output"), this,
-                       [this, port] { RemovePort(*port); });
+                       [this, port] { RemovePort(*port); })
+            ->setEnabled(CanChange());
     } else if (node && node->item.size()) {
         FillNodeMenu(menu, *node);
     } else if (!node && connection) {
         m_Scene.SelectConnection(*connection, false);
-        menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection);
+        menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection)->setEnabled(CanChange());
     } else {
         FillGraphMenu(menu, scenePoint);
     }
@@ -39,10 +40,11 @@ void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)
         menu.addAction(tr("Open"), this, [this, node] { OpenNode(node); });
         menu.addSeparator();
     }
-    menu.addAction(tr("Cut"), this, &CCanvas::Cut);
+    bool const canChange = CanChange();
+    menu.addAction(tr("Cut"), this, &CCanvas::Cut)->setEnabled(canChange);
     menu.addAction(tr("Copy"), this, &CCanvas::Copy);
-    menu.addAction(tr("Duplicate"), this, &CCanvas::Duplicate);
-    menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection);
+    menu.addAction(tr("Duplicate"), this, &CCanvas::Duplicate)->setEnabled(canChange);
+    menu.addAction(tr("Delete"), this, &CCanvas::DeleteSelection)->setEnabled(canChange);
 }
 
 void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
@@ -52,8 +54,8 @@ void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
     paste->setEnabled(CanPaste());
     menu.addAction(tr("Select All"), this, &CCanvas::SelectAll)->setEnabled(!m_Body.nodes.empty());
     menu.addSeparator();
-    menu.addAction(tr("Add Input..."), this, &CCanvas::AddInput);
-    menu.addAction(tr("Add Output..."), this, &CCanvas::AddOutput);
+    menu.addAction(tr("Add Input..."), this, &CCanvas::AddInput)->setEnabled(CanChange());
+    menu.addAction(tr("Add Output..."), this, &CCanvas::AddOutput)->setEnabled(CanChange());
     menu.addSeparator();
     menu.addAction(tr("Fit"), this, &CCanvas::Fit);
 }

@@ -250,6 +250,21 @@ private Q_SLOTS:
         QCOMPARE(Stack().undoText(), QStringLiteral("Remove Input"));
     }
 
+    void readOnlyCompoundsOfferNoChanges()
+    {
+        QVERIFY(m_Canvas->CanChange());
+        Click(HeaderOf("one"));
+        m_Canvas->Copy();
+        QVERIFY(m_Canvas->CanPaste());
+        Open(kLocked);
+        QVERIFY(!m_Canvas->CanChange());
+        QVERIFY(!m_Canvas->CanPaste());
+        m_Host->GetMessages().ClearLog();
+        ChooseInContextMenu(QPoint(50, 50), QStringLiteral("Paste"));
+        QCOMPARE(Stack().count(), 0);
+        QVERIFY(GetMessages(*m_Host).isEmpty());
+    }
+
     void contextMenusActOnWhatIsUnderTheMouse()
     {
         ChooseInContextMenu(HeaderOf("one"), QStringLiteral("Duplicate"));
