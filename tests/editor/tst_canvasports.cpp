@@ -65,7 +65,7 @@ bool ChooseInMenu(QString const& text)
     if (!menu)
         return false;
     for (QAction* const action : menu->actions())
-        if (action->text() == text)
+        if (action->text() == text && action->isEnabled())
             action->trigger();
     menu->close();
     return true;
