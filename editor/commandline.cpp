@@ -120,13 +120,12 @@ void ParseRender(QCommandLineParser const& parser, CommandLine& line)
     line.searchText = parser.value(QStringLiteral("search"));
 }
 
-void ParseCreate(QCommandLineParser const& parser, CommandLine& line)
+void ParseNew(QCommandLineParser const& parser, CommandLine& line)
 {
-    RefuseOptions(parser, {QStringLiteral("render")}, QStringLiteral("does not go with --new"));
     if (!line.libraryFolder.isEmpty())
         throw SFault{QStringLiteral("One library at a time; \"%1\" is too much.")
                          .arg(line.libraryFolder)};
-    line.action = eAction::kCreate;
+    line.isNew = true;
     line.libraryFolder = parser.value(QStringLiteral("new"));
     if (line.libraryFolder.isEmpty())
         throw SFault{QStringLiteral("--new needs the name of a folder.")};
@@ -142,7 +141,7 @@ void ParseEdit(QCommandLineParser const& parser, CommandLine& line)
         line.libraryFolder = positional.first();
     line.isDark = parser.isSet(QStringLiteral("dark"));
     if (parser.isSet(QStringLiteral("new")))
-        ParseCreate(parser, line);
+        ParseNew(parser, line);
     if (parser.isSet(QStringLiteral("render")))
         ParseRender(parser, line);
     else

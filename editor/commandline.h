@@ -8,7 +8,6 @@
 enum class eAction
 {
     kEdit,
-    kCreate,
     kRender,
     kGenerate,
     kShowHelp,
@@ -23,8 +22,10 @@ struct CommandLine
     eAction action = eAction::kEdit;
 
     /// The library to open, empty for the user's last one or the sample library; the one to make
-    /// for kCreate and kGenerate.
+    /// for kGenerate.
     QString libraryFolder;
+    /// It has to be made first, an empty one.
+    bool isNew = false;
     unsigned long itemCount = 0;
     bool isDark = false;
 

@@ -158,7 +158,7 @@ int RunWindow(CommandLine const& line, int& argc, char** argv)
 /// Before there is a window: what cannot be opened at all is told where it was typed.
 void CheckLibrary(CommandLine const& line)
 {
-    if (line.action == eAction::kCreate)
+    if (line.isNew)
         MakeLibrary(line.libraryFolder);
     else if (!line.libraryFolder.isEmpty() && !IsLibrary(line.libraryFolder))
         throw std::runtime_error(
@@ -183,7 +183,6 @@ int Run(int argc, char** argv)
         return kSuccess;
     case eAction::kGenerate:
         return Generate(line);
-    case eAction::kCreate:
     case eAction::kRender:
     case eAction::kEdit:
         break;

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void wrongArguments_data();
     void wrongArguments();
     void generatesAndRenders();
+    void rendersANewLibrary();
     void reportsWhatCannotBeDone();
     void leavesNoTraceOfPictures();
     void startsOnACopyOfTheSampleLibrary();
@@ -98,8 +99,8 @@ void TestNodeEditor::wrongArguments_data()
                                           << "new";
     QTest::newRow("new and another one") << "--new out other"
                                          << "other";
-    QTest::newRow("new and render") << "--new out --render a.png"
-                                    << "--render";
+    QTest::newRow("new and generate") << "--new out --generate more 5"
+                                      << "--new";
     QTest::newRow("size without a picture") << "--size 20x20"
                                             << "--size";
     QTest::newRow("size of one number") << "--render a.png --size 20"
@@ -133,6 +134,14 @@ void TestNodeEditor::generatesAndRenders()
     QCOMPARE(picture.size(), QSize(1000, 600));
     // The canvas, near the right edge, is dark.
     QVERIFY(picture.pixelColor(950, 400).lightness() < 100);
+}
+
+void TestNodeEditor::rendersANewLibrary()
+{
+    Outcome const outcome = Run({"--new", "empty", "--render", "empty.png"});
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.errors));
+    QVERIFY(QFile::exists(m_Folder.filePath(QStringLiteral("empty/library.json"))));
+    QVERIFY(QFile::exists(m_Folder.filePath(QStringLiteral("empty.png"))));
 }
 
 void TestNodeEditor::reportsWhatCannotBeDone()
