@@ -12,6 +12,8 @@ install(TARGETS nodebrowser EXPORT ${NODEBROWSER_PACKAGE}Targets
         PUBLIC_HEADER DESTINATION ${package_headers})
 install(TARGETS embeddedhost EXPORT ${NODEBROWSER_PACKAGE}Targets
         PUBLIC_HEADER DESTINATION ${package_headers}/embeddedhost)
+install(TARGETS icons EXPORT ${NODEBROWSER_PACKAGE}Targets
+        OBJECTS DESTINATION ${CMAKE_INSTALL_LIBDIR}/${NODEBROWSER_PACKAGE})
 install(EXPORT ${NODEBROWSER_PACKAGE}Targets
         NAMESPACE nodebrowser::
         DESTINATION ${package_config})

@@ -2,6 +2,7 @@
 #include <nodebrowser.h>
 
 #include <QApplication>
+#include <QFile>
 
 int main(int argc, char** argv)
 {
@@ -10,5 +11,5 @@ int main(int argc, char** argv)
     CNodeBrowser browser(CNodeBrowser::eConfigNodes);
     browser.SetCommandManager(&host.GetCommandManager());
     browser.grab();
-    return browser.GetSelection().IsNull() ? 0 : 1;
+    return browser.GetSelection().IsNull() && QFile::exists(":solver.png") ? 0 : 1;
 }
