@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QElapsedTimer>
+#include <QIODevice>
 #include <QPainter>
 
 #include <cmath>
