@@ -47,8 +47,10 @@ int main(int argc, char** argv)
     window.resize(720, 420);
     AddPanel(window, *work);
 
-    if (argc > 1)
-        return window.grab().save(QString::fromLocal8Bit(argv[1])) ? 0 : 1;
     window.show();
+    if (argc > 1) {
+        QApplication::processEvents();
+        return window.grab().save(QString::fromLocal8Bit(argv[1])) ? 0 : 1;
+    }
     return QApplication::exec();
 }
