@@ -12,7 +12,21 @@ namespace {
 
 // In pixels.
 int const kColumnGap = 32;
+int const kRowGap = 6;
 int const kSectionGap = 10;
+int const kSideGap = 40;
+
+QGridLayout& AddSide(QHBoxLayout& sides)
+{
+    auto* const side = new QVBoxLayout;
+    auto* const grid = new QGridLayout;
+    grid->setHorizontalSpacing(kColumnGap);
+    grid->setVerticalSpacing(kRowGap);
+    side->addLayout(grid);
+    side->addStretch();
+    sides.addLayout(side);
+    return *grid;
+}
 
 void CollectActions(QList<QAction*> const& actions, QVector<QPair<QString, QString>>& lines)
 {
@@ -20,8 +34,8 @@ void CollectActions(QList<QAction*> const& actions, QVector<QPair<QString, QStri
         if (action->menu())
             CollectActions(action->menu()->actions(), lines);
         else if (!action->shortcut().isEmpty())
-            lines.append({action->iconText(),
-                          action->shortcut().toString(QKeySequence::NativeText)});
+            lines.append(
+                {action->iconText(), action->shortcut().toString(QKeySequence::NativeText)});
     }
 }
 
@@ -31,17 +45,18 @@ CShortcutList::CShortcutList(QMenuBar const& menuBar, QWidget* parent)
     : QDialog(parent)
 {
     setWindowTitle(tr("Shortcuts"));
-    auto* const grid = new QGridLayout;
-    grid->setHorizontalSpacing(kColumnGap);
-    AddSection(*grid, tr("Menus"), CollectMenuShortcuts(menuBar));
-    AddSection(*grid, tr("Node browser"), GetPanelLines());
-    AddSection(*grid, tr("Canvas"), GetCanvasLines());
+    // Side by side, since one below the other they would be higher than small screens.
+    auto* const sides = new QHBoxLayout;
+    sides->setSpacing(kSideGap);
+    AddSection(AddSide(*sides), tr("Menus"), CollectMenuShortcuts(menuBar));
+    QGridLayout& mouse = AddSide(*sides);
+    AddSection(mouse, tr("Node browser"), GetPanelLines());
+    AddSection(mouse, tr("Canvas"), GetCanvasLines());
 
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* const layout = new QVBoxLayout(this);
-    layout->addLayout(grid);
-    layout->addStretch();
+    layout->addLayout(sides);
     layout->addWidget(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
@@ -64,7 +79,10 @@ CShortcutList::Lines CShortcutList::GetPanelLines()
 CShortcutList::Lines CShortcutList::GetCanvasLines()
 {
     return {{tr("Connect"), tr("Drag from an output to an input")},
-            {tr("Open a compound"), tr("Double click")},
+            {tr("Move or remove a connection"), tr("Drag it off its input")},
+            {tr("Move nodes"), tr("Drag them, or press the arrow keys")},
+            {tr("Open a compound"), tr("Double click its node")},
+            {tr("Add inputs and outputs"), tr("Right click")},
             {tr("Select several"), tr("Drag around them, or click with Shift")},
             {tr("Zoom"), tr("Wheel")},
             {tr("Move the view"), tr("Drag with Space or the middle button")},
