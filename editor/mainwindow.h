@@ -73,6 +73,7 @@ private:
 
     // mainwindow_library.cpp
     void ChooseLibrary();
+    void CreateLibrary();
     /// As the user asks for it: unsaved changes are asked about, and a failure is told.
     void SwitchLibrary(QString const& folder);
     void ShowLibrary();

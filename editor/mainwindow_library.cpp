@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "libraryfiles.h"
 #include "loadprogress.h"
 #include "questions.h"
 #include "recentmenu.h"
@@ -15,6 +16,8 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QStatusBar>
+
+#include <stdexcept>
 
 using namespace tarno::datamodel;
 
@@ -62,6 +65,24 @@ void CMainWindow::ChooseLibrary()
         QFileDialog::getExistingDirectory(this, tr("Open Library"), m_Host.GetLibraryFolder());
     if (!folder.isEmpty())
         SwitchLibrary(folder);
+}
+
+void CMainWindow::CreateLibrary()
+{
+    QString const folder = QFileDialog::getExistingDirectory(
+        this, tr("New Library: Choose or Make an Empty Folder"),
+        QFileInfo(m_Host.GetLibraryFolder()).path());
+    if (folder.isEmpty())
+        return;
+    try {
+        MakeLibrary(folder);
+    } catch (std::runtime_error const& error) {
+        QMessageBox::warning(this, tr("New Library"),
+                             tr("A library needs an empty folder. %1.")
+                                 .arg(QString::fromUtf8(error.what())));
+        return;
+    }
+    SwitchLibrary(folder);
 }
 
 void CMainWindow::SwitchLibrary(QString const& folder)

@@ -62,6 +62,7 @@ void CMainWindow::CreateFileMenu()
 {
     QMenu* const menu = menuBar()->addMenu(tr("&File"));
     AddAction(menu, tr("&Open Library..."), QKeySequence::Open, &CMainWindow::ChooseLibrary);
+    AddAction(menu, tr("&New Library..."), QKeySequence(), &CMainWindow::CreateLibrary);
     m_RecentMenu = new CRecentMenu(menu);
     menu->addMenu(m_RecentMenu);
     // From the event loop: opening a library fills the menu anew.
