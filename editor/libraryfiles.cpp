@@ -60,6 +60,8 @@ void MakeLibrary(QString const& folder)
     MakeFolder(folder + QStringLiteral("/project"));
     std::string const uid =
         QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
-    WriteManifest(folder, QDir(folder).dirName().toStdString(),
+    // The folder may be given as ".".
+    QString const name = QDir(QDir::cleanPath(QDir(folder).absolutePath())).dirName();
+    WriteManifest(folder, name.toStdString(),
                   ordered_json::array({MakeDataSource(uid, "Project", "project", "read-write")}));
 }
