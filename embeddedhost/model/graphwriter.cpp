@@ -3,6 +3,8 @@
 #include "model/objectchange.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <string>
 
 namespace embeddedhost {
@@ -11,11 +13,14 @@ using nlohmann::ordered_json;
 
 namespace {
 
+/// Up to here every whole number has a double of its own.
+constexpr double kMostExact = 9007199254740992.0;
+
 /// A number without a fraction where it has none, as people write positions.
 ordered_json MakeNumber(double value)
 {
-    auto const whole = static_cast<std::int64_t>(value);
-    return double(whole) == value ? ordered_json(whole) : ordered_json(value);
+    bool const isWhole = std::abs(value) <= kMostExact && std::floor(value) == value;
+    return isWhole ? ordered_json(static_cast<std::int64_t>(value)) : ordered_json(value);
 }
 
 ordered_json MakeEnd(GraphEnd const& end)
