@@ -33,8 +33,8 @@ public:
     /// Offers what the journal has of libraries that are opened from now on.
     void UseJournal(CJournal& journal);
 
-    /// False when nothing could be opened; why stands among the host's messages. Unsaved changes
-    /// of the library that is open are lost.
+    /// False when nothing could be opened; why stands among the host's messages, and the library
+    /// that is open stays so. Otherwise its unsaved changes are lost.
     bool OpenLibrary(QString const& folder);
     /// As if typed into the panel.
     void Search(QString const& text);

@@ -97,7 +97,9 @@ void CMainWindow::SwitchLibrary(QString const& folder)
         RememberLibrary();
         return;
     }
-    if (!MayCloseLibrary() || OpenLibrary(folder))
+    // Before anything is asked about the one that is open.
+    bool const canOpen = m_Host.CanOpenLibrary(folder);
+    if (canOpen && (!MayCloseLibrary() || OpenLibrary(folder)))
         return;
     auto const& messages = m_Host.GetMessages().GetLog();
     QMessageBox::warning(this, tr("Open Library"),

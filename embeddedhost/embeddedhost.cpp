@@ -92,6 +92,11 @@ CEmbeddedHost* CEmbeddedHost::GetInstance()
     return gInstance;
 }
 
+bool CEmbeddedHost::CanOpenLibrary(QString const& folder)
+{
+    return CheckLibrary(folder, m_Private->messages);
+}
+
 bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
     if (gInstance != this || m_Private->isReading) {
@@ -99,8 +104,11 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
                                  QStringLiteral("Another library is being opened; try again."));
         return false;
     }
+    if (!CanOpenLibrary(folder))
+        return false;
     {
         QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+        // Before the other one is read: its items may have the same uids.
         CloseLibrary();
         m_Private->library = ReadLibrary(folder, m_Private->messages, progress);
     }

@@ -38,10 +38,12 @@ public:
     static CEmbeddedHost* GetInstance();
 
     /// Opens the library in the folder in place of the one that is open. What is wrong in it is
-    /// reported on the message channel, and the rest is opened. False when nothing could be
-    /// opened; no library is open then. `progress` is called while files are read; an attempt to
-    /// open another library meanwhile is refused.
+    /// reported on the message channel, and the rest is opened. False when nothing can be
+    /// opened; what is open stays so then. `progress` is called while files are read; an attempt
+    /// to open another library meanwhile is refused.
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
+    /// Whether it would be opened; otherwise the message channel says why not.
+    bool CanOpenLibrary(QString const& folder);
     void CloseLibrary();
 
     /// Invalid when none is open.

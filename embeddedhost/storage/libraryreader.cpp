@@ -167,23 +167,40 @@ private:
     int m_ObjectNumber = 0;
 };
 
+std::optional<Manifest> FindManifest(QString const& folder, FaultReporter const& faults)
+{
+    QFileInfo const info(folder);
+    if (info.isDir())
+        return ReadManifest(info.canonicalFilePath(), faults);
+    faults.ReportFatal(folder, QStringLiteral("there is no such folder."));
+    return std::nullopt;
+}
+
 } // namespace
+
+bool CheckLibrary(QString const& folder, CMessageChannel& messages)
+{
+    CMessageChannel found;
+    FaultReporter const faults(found);
+    if (FindManifest(folder, faults))
+        return true;
+    for (CMessageChannel::Message const& message : found.GetLog()) {
+        if (message.severity == eSeverity::kError)
+            messages.Post(message.severity, message.text);
+    }
+    return false;
+}
 
 std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& messages,
                                       ReadProgress const& progress)
 {
     FaultReporter const faults(messages);
-    QFileInfo const info(folder);
-    if (!info.isDir()) {
-        faults.ReportFatal(folder, QStringLiteral("there is no such folder."));
-        return nullptr;
-    }
-    QString const canonical = info.canonicalFilePath();
-    std::optional<Manifest> const manifest = ReadManifest(canonical, faults);
+    std::optional<Manifest> const manifest = FindManifest(folder, faults);
     if (!manifest)
         return nullptr;
 
-    auto library = std::make_shared<CLibrary>(canonical, manifest->name, messages);
+    auto library = std::make_shared<CLibrary>(QFileInfo(folder).canonicalFilePath(),
+                                              manifest->name, messages);
     LibraryReader reader(*library, faults);
     reader.AddSources(manifest->sources);
     reader.ListFiles();

@@ -13,6 +13,10 @@ class CLibrary;
 /// Told how much of the whole has been read.
 typedef std::function<void(int done, int total)> ReadProgress;
 
+/// Whether there is a folder with a manifest that can be read, so that ReadLibrary will open it.
+/// What keeps it from that is reported, and nothing else.
+bool CheckLibrary(QString const& folder, CMessageChannel& messages);
+
 /// Reads a library folder. What is wrong in it is reported and left out; null when nothing can
 /// be opened at all.
 std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& messages,
