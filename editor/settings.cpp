@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QStandardPaths>
+#include <QUrl>
 
 namespace {
 
@@ -14,9 +15,12 @@ QString const kState = QStringLiteral("window/state");
 QString const kDark = QStringLiteral("view/dark");
 QString const kMarks = QStringLiteral("view/sourceControlMarks");
 QString const kLibraries = QStringLiteral("libraries/recent");
-/// Of the library that was open last.
-QString const kCompoundLibrary = QStringLiteral("compound/library");
-QString const kCompoundUid = QStringLiteral("compound/uid");
+
+/// Of the compound that was worked on last in the library. A slash would part groups of keys.
+QString GetCompoundKey(QString const& library)
+{
+    return QStringLiteral("compounds/") + QString::fromLatin1(QUrl::toPercentEncoding(library));
+}
 
 QString GetFile()
 {
@@ -75,7 +79,9 @@ void CSettings::AddRecentLibrary(QString const& folder)
     QStringList libraries = GetRecentLibraries();
     libraries.removeAll(folder);
     libraries.prepend(folder);
-    m_Settings.setValue(kLibraries, QStringList(libraries.mid(0, kMostLibraries)));
+    while (libraries.size() > kMostLibraries)
+        m_Settings.remove(GetCompoundKey(libraries.takeLast()));
+    m_Settings.setValue(kLibraries, libraries);
 }
 
 void CSettings::RemoveRecentLibrary(QString const& folder)
@@ -83,17 +89,15 @@ void CSettings::RemoveRecentLibrary(QString const& folder)
     QStringList libraries = GetRecentLibraries();
     libraries.removeAll(folder);
     m_Settings.setValue(kLibraries, libraries);
+    m_Settings.remove(GetCompoundKey(folder));
 }
 
 std::string CSettings::GetCompound(QString const& library) const
 {
-    return m_Settings.value(kCompoundLibrary).toString() == library
-               ? m_Settings.value(kCompoundUid).toString().toStdString()
-               : std::string();
+    return m_Settings.value(GetCompoundKey(library)).toString().toStdString();
 }
 
 void CSettings::SetCompound(QString const& library, std::string const& uid)
 {
-    m_Settings.setValue(kCompoundLibrary, library);
-    m_Settings.setValue(kCompoundUid, QString::fromStdString(uid));
+    m_Settings.setValue(GetCompoundKey(library), QString::fromStdString(uid));
 }

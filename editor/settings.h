@@ -33,7 +33,8 @@ public:
     void AddRecentLibrary(QString const& folder);
     void RemoveRecentLibrary(QString const& folder);
 
-    /// The uid (UTF-8) of the compound last worked on in the library; empty for none.
+    /// The uid (UTF-8) of the compound last worked on in the library, one of the recent ones;
+    /// empty for none.
     std::string GetCompound(QString const& library) const;
     void SetCompound(QString const& library, std::string const& uid);
 

@@ -210,6 +210,26 @@ private Q_SLOTS:
         QVERIFY(Content().contains("Soft Glow"));
     }
 
+    void brokenLibraryLeavesTheOpenOneAlone()
+    {
+        LibraryFolder const broken;
+        broken.Write(QStringLiteral("library.json"), "{");
+        Start();
+        m_Run->settings.AddRecentLibrary(broken.GetPath());
+        Open();
+        Rename();
+        QTRY_COMPARE(CountJournals(), 1);
+        BoxAnswer const answer({QStringLiteral("OK")});
+        FindAction(QStringLiteral("2  ") + broken.GetPath())->trigger();
+        QTRY_VERIFY(answer.IsDone());
+        QVERIFY2(answer.GetText().contains(QStringLiteral("library.json")),
+                 qPrintable(answer.GetText()));
+        QCOMPARE(m_Run->host.GetLibraryFolder(), m_Folder->GetPath());
+        QCOMPARE(CountJournals(), 1);
+        FindAction(QStringLiteral("Undo Rename Glow"))->trigger();
+        QCOMPARE(m_Run->user.NameOf(Item(1)), std::string("Glow"));
+    }
+
     void unsavedWindowStaysOpen()
     {
         Open();
@@ -294,6 +314,14 @@ private Q_SLOTS:
         QVERIFY(!FindAction(QStringLiteral("Source-Control Marks"))->isChecked());
         QVERIFY(!m_Run->host.IsRevisionControlEnabled());
         QCOMPARE(m_Run->settings.GetRecentLibraries(), QStringList(m_Folder->GetPath()));
+        Open();
+        QVERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
+
+        // Each library has a compound of its own to come back to.
+        LibraryFolder const other;
+        other.Write(kGlowFile, Object(3, "compound", "Other"));
+        QVERIFY(m_Run->window.OpenLibrary(other.GetPath()));
+        ShowCompound(3);
         Open();
         QVERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
     }
