@@ -1,4 +1,7 @@
-// Renders the pictures of the documentation: docspictures LIBRARY FOLDER.
+// Renders the pictures of the documentation: docspictures LIBRARY FOLDER [KEPT]. With the folder
+// where they are kept it tells whether these still look like that.
+
+#include "comparison.h"
 
 #include <mainwindow.h>
 #include <windowpicture.h>
@@ -18,6 +21,15 @@ using namespace tarno::datamodel;
 
 namespace {
 
+enum eExitCode
+{
+    kSuccess = 0,
+    kFailure = 1,
+    kSkipped = 77
+};
+
+char const* const kPictures[] = {"editor", "search", "menu"};
+
 // The compound that is worked on, one with a body worth showing, and what the panel shows.
 char const kCompoundUid[] = "810C1EF4-3E28-4110-90A2-12AA9BC26148";
 QString const kSearchText = QStringLiteral("light");
@@ -30,6 +42,11 @@ QSize const kPanelSize(720, 360);
 /// Where the panel's first row begins, and in it, pixels.
 int const kHeaderHeight = 43;
 QPoint const kInFirstRow(60, kHeaderHeight + 12);
+
+QString GetFile(QString const& folder, char const* name)
+{
+    return folder + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".png");
+}
 
 class Pictures
 {
@@ -67,7 +84,7 @@ public:
 private:
     QString File(char const* name) const
     {
-        return m_Folder + QLatin1Char('/') + QLatin1String(name) + QStringLiteral(".png");
+        return GetFile(m_Folder, name);
     }
 
     static void ClickFirstRow(CNodeBrowser& panel)
@@ -110,17 +127,49 @@ void OpenLibrary(CEmbeddedHost& host, QString const& folder)
     host.SetCompoundTarget(compound);
 }
 
-void Render(QStringList const& arguments)
+void Render(QString const& library, QString const& folder)
 {
-    if (arguments.size() != 3)
-        throw std::runtime_error("a library and a folder for the pictures are needed");
     PrepareForPictures();
     CEmbeddedHost host;
-    OpenLibrary(host, arguments[1]);
-    Pictures const pictures(host, arguments[2]);
+    OpenLibrary(host, library);
+    Pictures const pictures(host, folder);
     pictures.RenderEditor();
     pictures.RenderSearch();
     pictures.RenderMenu();
+    for (char const* name : kPictures)
+        SignPicture(GetFile(folder, name));
+}
+
+eExitCode Compare(QString const& rendered, QString const& kept)
+{
+    eExitCode result = kSuccess;
+    for (char const* name : kPictures) {
+        QString const file = GetFile(kept, name);
+        switch (ComparePictures(GetFile(rendered, name), file)) {
+        case eComparison::kAlike:
+            break;
+        case eComparison::kDifferent:
+            std::fprintf(stderr, "%s does not show the editor as it is; build docs-pictures\n",
+                         qPrintable(file));
+            result = kFailure;
+            break;
+        case eComparison::kNotComparable:
+            std::fprintf(stderr, "%s was rendered with another toolkit or font\n",
+                         qPrintable(file));
+            if (result == kSuccess)
+                result = kSkipped;
+            break;
+        }
+    }
+    return result;
+}
+
+eExitCode Run(QStringList const& arguments)
+{
+    if (arguments.size() != 3 && arguments.size() != 4)
+        throw std::runtime_error("a library and a folder for the pictures are needed");
+    Render(arguments[1], arguments[2]);
+    return arguments.size() == 4 ? Compare(arguments[2], arguments[3]) : kSuccess;
 }
 
 } // namespace
@@ -129,10 +178,9 @@ int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     try {
-        Render(QApplication::arguments());
+        return Run(QApplication::arguments());
     } catch (std::exception const& error) {
         std::fprintf(stderr, "docspictures: %s\n", error.what());
-        return 1;
+        return kFailure;
     }
-    return 0;
 }
