@@ -123,8 +123,8 @@ void ParseRender(QCommandLineParser const& parser, CommandLine& line)
 void ParseNew(QCommandLineParser const& parser, CommandLine& line)
 {
     if (!line.libraryFolder.isEmpty())
-        throw SFault{QStringLiteral("One library at a time; \"%1\" is too much.")
-                         .arg(line.libraryFolder)};
+        throw SFault{
+            QStringLiteral("One library at a time; \"%1\" is too much.").arg(line.libraryFolder)};
     line.isNew = true;
     line.libraryFolder = parser.value(QStringLiteral("new"));
     if (line.libraryFolder.isEmpty())

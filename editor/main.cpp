@@ -111,9 +111,9 @@ void OpenSampleLibrary(CMainWindow& window, CMessageChannel& messages)
     }
     window.OpenLibrary(copy);
     if (!fault.isEmpty())
-        messages.Post(eSeverity::kWarning,
-                      QStringLiteral("The sample library is not under source control: %1.")
-                          .arg(fault));
+        messages.Post(
+            eSeverity::kWarning,
+            QStringLiteral("The sample library is not under source control: %1.").arg(fault));
 }
 
 void OpenAtStart(CommandLine const& line, CSettings const& settings, CMainWindow& window,
