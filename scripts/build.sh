@@ -41,6 +41,13 @@ need_packages() {
     install_packages "${missing[@]}"
 }
 
+need_programs() {
+    local program
+    for program in "$@"; do
+        command -v "$program" >/dev/null || { echo "There is no $program." >&2; return 1; }
+    done
+}
+
 # build_preset PRESET [TARGET...]: configures once, in large units if `build_whole` is set, then
 # builds what has changed. Shows how far it is on a terminal, otherwise only what went wrong.
 build_preset() {

@@ -4,8 +4,12 @@
 #
 #     withdisplay.sh FOLDER COMMAND...
 #
-# What display and window manager have to say is kept in the folder.
+# What display and window manager have to say is kept in the folder. Ends with 77 when a program is
+# missing that this takes.
 set -euo pipefail
+for program in Xvfb openbox xdotool import; do
+    command -v "$program" >/dev/null || { echo "Left out: there is no $program"; exit 77; }
+done
 folder=$1
 shift
 mkdir -p "$folder"
