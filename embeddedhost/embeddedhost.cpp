@@ -10,7 +10,7 @@
 #include "sourcecontrol/revisioncontrolhelper.h"
 #include "sourcecontrol/sourcecontrolservice.h"
 #include "storage/filedigest.h"
-#include "storage/filereconciler.h"
+#include "storage/fileconflict.h"
 #include "storage/libraryreader.h"
 #include "storage/librarywatcher.h"
 #include "storage/unsavedchanges.h"

@@ -78,7 +78,9 @@ public:
     /// shortly.
     void CheckFolder();
     /// For a file that another program has changed while it has unsaved changes: takes what is
-    /// on disk, undoably, or lets the next save replace it. The path is absolute.
+    /// on disk, undoably, or lets the next save replace it. The path is absolute. Where the file
+    /// is gone, what it held goes with it. False when that cannot be done; the message channel
+    /// says why.
     bool TakeFileFromDisk(QString const& path);
     bool OverwriteFileOnDisk(QString const& path);
 

@@ -1,6 +1,5 @@
 #include "storage/filereconciler.h"
 
-#include "model/librarycommands.h"
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
 #include "storage/folderscan.h"
@@ -18,19 +17,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// The objects of a file by uid; what makes no item is left out.
 typedef std::map<std::string, ordered_json> ObjectsByUid;
-
-ObjectsByUid CollectObjects(ordered_json const& content)
-{
-    ObjectsByUid objects;
-    ordered_json const all = content.is_array() ? content : ordered_json::array({content});
-    for (ordered_json const& object : all) {
-        if (object.is_object() && CheckObject(object, [](QString const&, QString const&) {}))
-            objects.emplace(object["uid"].get<std::string>(), object);
-    }
-    return objects;
-}
 
 /// Brings one file's items up to what is on disk. The library stays in memory meanwhile, but a
 /// listener may close it.
@@ -157,44 +144,6 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     file->digest = json.digest;
     Reorder(*library, *file, exists ? json.content : ordered_json::array());
     return eReconciled::kUpToDate;
-}
-
-bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& path,
-                      wek::fwk::ICommandManager* manager)
-{
-    LibraryFile* const file = library->FindFile(path);
-    JsonFile const json = ReadJsonFile(path);
-    if (!file || !json.fault.isEmpty()) {
-        library->GetMessages().Post(
-            eSeverity::kError,
-            QStringLiteral("%1 cannot be taken from disk: %2")
-                .arg(GetShownPath(library->GetFolder(), path),
-                     file ? json.fault : QStringLiteral("the library has no such file.")));
-        return false;
-    }
-    for (auto const& [uid, object] : CollectObjects(json.content)) {
-        CLibraryItem* const item = library->FindItem(uid.c_str());
-        if (!item || &item->GetFile() != file)
-            continue;
-        RunCommand(new CChangeObjectCommand(*library, *item, object,
-                                            std::string("Take from disk ") + item->GetName()),
-                   manager);
-        if (!library->GetAccessor().Revalidate())
-            return true;
-        item->SetSavedObject(object);
-    }
-    QString fault;
-    ReconcileFile(library, file->source, path, &fault);
-    return true;
-}
-
-bool OverwriteFileOnDisk(CLibrary& library, QString const& path)
-{
-    LibraryFile* const file = library.FindFile(path);
-    if (!file)
-        return false;
-    file->digest = GetDigestOnDisk(path);
-    return true;
 }
 
 } // namespace embeddedhost

@@ -3,8 +3,6 @@
 
 #include "model/library.h"
 
-#include <framework.h>
-
 #include <QString>
 
 #include <memory>
@@ -24,13 +22,6 @@ enum class eReconciled
 /// `fault`, which is not null, says why a file is unreadable.
 eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
                           QString const& path, QString* fault);
-
-/// Resolves a conflict for what is on disk; our changes of objects that are there can be brought
-/// back by undo. False when the file cannot be read.
-bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& path,
-                      wek::fwk::ICommandManager* manager);
-/// Resolves a conflict for the library: the next save replaces what is on disk.
-bool OverwriteFileOnDisk(CLibrary& library, QString const& path);
 
 } // namespace embeddedhost
 

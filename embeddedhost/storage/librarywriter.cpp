@@ -33,7 +33,8 @@ QByteArray MakeContent(LibraryFile const& file)
     ordered_json content = ordered_json::array();
     for (LibraryFile::Entry const& entry : file.entries)
         content.push_back(GetObject(entry));
-    if (!file.isArray)
+    // There are more than one when another program has put its object in place of ours.
+    if (!file.isArray && content.size() == 1)
         content = ordered_json(content.front());
     std::string const text =
         content.dump(2, ' ', false, ordered_json::error_handler_t::replace) + '\n';
@@ -56,8 +57,8 @@ public:
     bool Prepare()
     {
         if (GetDigestOnDisk(m_File.path) != m_File.digest)
-            return Fail(QStringLiteral("it was changed by another program since it was read. "
-                                       "Take that version, or overwrite it"));
+            return Fail(QStringLiteral("it was changed or removed by another program since it "
+                                       "was read. Take what is on disk, or overwrite it"));
         if (m_IsRemoval)
             return true;
         if (!QDir().mkpath(QFileInfo(m_File.path).path()))

@@ -152,7 +152,6 @@ private Q_SLOTS:
         QVERIFY(Content("project/two.json").contains("Slope"));
     }
 
-    /// Both sides changed the object: nothing is lost, and the user decides.
     void SavesMoreFilesThanMayBeOpen()
     {
         int const first = 100;
@@ -176,6 +175,7 @@ private Q_SLOTS:
         QCOMPARE(after.rlim_cur, tight.rlim_cur);
     }
 
+    /// Both sides changed the object: nothing is lost, and the user decides.
     void ConflictsAreKeptApart_data()
     {
         QTest::addColumn<bool>("takesTheirs");
@@ -208,6 +208,56 @@ private Q_SLOTS:
         }
         QVERIFY(m_User->Save());
         QVERIFY(Content(kGlowFile).contains("Ours"));
+    }
+
+    void TakesWhatIsGone_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("isThere");
+        QTest::newRow("the object") << "project/two.json" << QByteArray("[7]") << false;
+        QTest::newRow("the file") << QString() << QByteArray() << false;
+        QTest::newRow("for another object")
+            << "project/two.json" << Object(9, "compound", "Theirs") << false;
+        QTest::newRow("for another kind")
+            << "project/two.json" << Object(2, "solver", "Theirs") << true;
+        QTest::newRow("to another file")
+            << "project/moved.json" << Object(2, "compound", "Theirs") << true;
+    }
+
+    /// What we changed is no longer on disk, or no longer there.
+    void TakesWhatIsGone()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(bool, isThere);
+        m_User->Rename(Item(2), "Ours");
+        m_User->Rename(Item(3), "Ours As Well");
+        QString const path = m_Folder->GetPath("project/two.json");
+        QFile::remove(path);
+        if (!file.isEmpty())
+            m_Folder->Write(file, content);
+        m_Host->CheckFolder();
+        QVERIFY(!m_User->Save());
+        QVERIFY(m_Host->TakeFileFromDisk(path));
+        QVERIFY2(!m_Host->IsModified(), qPrintable(Log()));
+        QVERIFY(Item(3).IsNull());
+        QCOMPARE(Item(2).IsNull(), !isThere);
+        QVERIFY(!isThere || m_User->NameOf(Item(2)) == "Theirs");
+
+        QUndoStack& stack = m_Host->GetCommandManager().GetUndoStack();
+        stack.undo();
+        QCOMPARE(m_User->NameOf(Item(2)), std::string("Ours"));
+        stack.redo();
+        QCOMPARE(Item(2).IsNull(), !isThere);
+        stack.setIndex(0);
+        stack.setIndex(stack.count());
+        stack.setIndex(2);
+        QVERIFY(m_User->Save());
+        Open();
+        QVERIFY2(Log().isEmpty(), qPrintable(Log()));
+        QCOMPARE(m_User->NameOf(Item(2)), std::string("Ours"));
+        QCOMPARE(m_User->NameOf(Item(3)), std::string("Ours As Well"));
     }
 
     /// As a pull does it: changed, renamed and removed files, and new ones.
