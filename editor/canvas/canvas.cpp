@@ -52,6 +52,8 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setViewportUpdateMode(SmartViewportUpdate);
+    // Items set what they need and leave the hints as they were.
+    setOptimizationFlag(DontSavePainterState);
     setTransformationAnchor(NoAnchor);
     setResizeAnchor(NoAnchor);
     setAcceptDrops(true);

@@ -12,7 +12,7 @@ namespace {
 int const kBytesPerPixel = 4;
 int const kMostBytes = 96 << 20;
 /// For making pictures in a frame, which has 16 ms in all.
-qint64 const kBudgetNanoseconds = 4000000;
+qint64 const kBudgetNanoseconds = 2500000;
 /// Beyond this zoom few nodes are in view, and their pictures would be large.
 double const kLargestZoom = 2;
 
@@ -113,6 +113,7 @@ void NodePictures::Paint(QPainter& painter, NodeLook const& look, QByteArray con
         m_IsFrameCoarse = true;
         painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
         painter.drawPixmap(GetPictureRect(look), known->pixmap, QRectF(known->pixmap.rect()));
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
     } else {
         PaintNew(painter, look, isSelected, key);
     }
