@@ -87,6 +87,7 @@ private:
     /// Whatever the user chooses; false when something is still not saved.
     bool SaveOrDiscard();
     void ResolveConflicts();
+    void TakeFromDisk(QStringList const& files);
 
     void ShowTitle();
     void ShowSummary();

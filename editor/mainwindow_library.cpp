@@ -39,6 +39,12 @@ public:
     WaitCursor& operator=(WaitCursor const&) = delete;
 };
 
+QString GetLastMessage(CEmbeddedHost& host)
+{
+    auto const& messages = host.GetMessages().GetLog();
+    return messages.empty() ? QString() : messages.back().text;
+}
+
 } // namespace
 
 bool CMainWindow::OpenLibrary(QString const& folder)
@@ -101,9 +107,7 @@ void CMainWindow::SwitchLibrary(QString const& folder)
     bool const canOpen = m_Host.CanOpenLibrary(folder);
     if (canOpen && (!MayCloseLibrary() || OpenLibrary(folder)))
         return;
-    auto const& messages = m_Host.GetMessages().GetLog();
-    QMessageBox::warning(this, tr("Open Library"),
-                         messages.empty() ? folder : messages.back().text);
+    QMessageBox::warning(this, tr("Open Library"), GetLastMessage(m_Host));
 }
 
 void CMainWindow::ShowLibrary()
@@ -198,12 +202,22 @@ void CMainWindow::ResolveConflicts()
     eConflictAnswer const answer = AskAboutConflicts(this, shown);
     if (answer == eConflictAnswer::kCancel)
         return;
-    for (QString const& file : files) {
-        if (answer == eConflictAnswer::kTakeTheirs)
-            m_Host.TakeFileFromDisk(file);
-        else
-            m_Host.OverwriteFileOnDisk(file);
+    if (answer == eConflictAnswer::kTakeTheirs) {
+        TakeFromDisk(files);
+        return;
     }
-    if (answer == eConflictAnswer::kOverwrite)
-        m_SaveAction->trigger();
+    for (QString const& file : files)
+        m_Host.OverwriteFileOnDisk(file);
+    m_SaveAction->trigger();
+}
+
+void CMainWindow::TakeFromDisk(QStringList const& files)
+{
+    QStringList faults;
+    for (QString const& file : files) {
+        if (!m_Host.TakeFileFromDisk(file))
+            faults << GetLastMessage(m_Host);
+    }
+    if (!faults.isEmpty())
+        QMessageBox::warning(this, tr("Take from Disk"), faults.join(QLatin1Char('\n')));
 }

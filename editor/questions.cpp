@@ -35,14 +35,15 @@ eConflictAnswer AskAboutConflicts(QWidget* parent, QStringList const& files)
 {
     QString const text =
         files.size() == 1
-            ? Translate("%1 was not saved: another program has changed it as well.")
+            ? Translate("%1 was not saved: another program has changed or removed it.")
                   .arg(files.front())
-            : Translate("%1 files were not saved: other programs have changed them as well.")
+            : Translate("%1 files were not saved: other programs have changed or removed them.")
                   .arg(files.size());
     QMessageBox box(QMessageBox::Warning, Translate("Files Changed on Disk"), text,
                     QMessageBox::Cancel, parent);
-    box.setInformativeText(Translate("Take what is on disk, which can be undone, or overwrite it "
-                                     "with what is here?"));
+    box.setInformativeText(Translate("Take what is on disk, or overwrite it with what is here? "
+                                     "Taking it can be undone. What is not on disk any more goes "
+                                     "from the library, too."));
     if (files.size() > 1)
         box.setDetailedText(files.join(QLatin1Char('\n')));
     QPushButton const* const take =

@@ -265,6 +265,25 @@ private Q_SLOTS:
         QVERIFY(!m_Run->host.IsModified());
     }
 
+    void takingFromDiskClosesOrSaysWhyNot()
+    {
+        Open();
+        Rename();
+        m_Folder->Write(kGlowFile, "{");
+        {
+            BoxAnswer const refused({QStringLiteral("Save"), QStringLiteral("Take from Disk"),
+                                     QStringLiteral("OK")});
+            QVERIFY(!m_Run->window.close());
+            QVERIFY(refused.IsDone());
+            QVERIFY2(refused.GetText().contains(QStringLiteral("not JSON")),
+                     qPrintable(refused.GetText()));
+        }
+        QFile::remove(m_Folder->GetPath(kGlowFile));
+        BoxAnswer const taken({QStringLiteral("Save"), QStringLiteral("Take from Disk")});
+        QVERIFY(m_Run->window.close());
+        QVERIFY(taken.IsDone());
+    }
+
     void changesOfAKilledEditorAreOffered_data()
     {
         QTest::addColumn<QString>("button");
