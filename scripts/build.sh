@@ -5,7 +5,6 @@ build_packages=(g++ cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
                 nlohmann-json3-dev libgit2-dev fonts-dejavu-core)
 test_packages=(git python3-jsonschema)
 window_packages=(xvfb openbox xdotool imagemagick)
-benchmark_packages=(libbenchmark-dev)
 qt6_packages=(qt6-base-dev qt6-qpa-plugins libgl-dev)
 
 as_root() {
