@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QDockWidget>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -40,6 +41,27 @@ struct SRun
     CJournal journal;
     CMainWindow window;
     LibraryUser user;
+};
+
+/// Chooses a folder in the file dialog that comes up.
+class DialogAnswer
+{
+public:
+    explicit DialogAnswer(QString const& folder)
+    {
+        QObject::connect(&m_Timer, &QTimer::timeout, &m_Timer, [this, folder] {
+            auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            m_Timer.stop();
+            dialog->selectFile(folder);
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        m_Timer.start(1);
+    }
+
+private:
+    QTimer m_Timer;
 };
 
 void CollectActions(QList<QAction*> const& actions, QList<QAction*>& all)
@@ -208,6 +230,21 @@ private Q_SLOTS:
         entry->trigger();
         QTRY_COMPARE(m_Run->host.GetLibraryFolder(), other.GetPath());
         QVERIFY(Content().contains("Soft Glow"));
+    }
+
+    void newLibraryNeedsAnEmptyFolder()
+    {
+        Open();
+        QTemporaryDir const empty;
+        DialogAnswer const chosen(empty.path());
+        FindAction(QStringLiteral("New Library..."))->trigger();
+        QCOMPARE(m_Run->host.GetLibraryFolder(), QFileInfo(empty.path()).canonicalFilePath());
+
+        DialogAnswer const again(m_Folder->GetPath());
+        BoxAnswer const told({QStringLiteral("OK")});
+        FindAction(QStringLiteral("New Library..."))->trigger();
+        QVERIFY2(told.GetText().contains(QStringLiteral("not empty")), qPrintable(told.GetText()));
+        QCOMPARE(m_Run->host.GetLibraryFolder(), QFileInfo(empty.path()).canonicalFilePath());
     }
 
     void brokenLibraryLeavesTheOpenOneAlone()

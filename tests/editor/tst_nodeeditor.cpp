@@ -187,6 +187,12 @@ void TestNodeEditor::startsOnANewLibrary()
     // What was open last comes without being named.
     StartAndKill({}, made);
 
+    QVERIFY(QDir(m_Folder.path()).mkdir(QStringLiteral("here")));
+    StartAndKill({"--new", "here/."}, m_Folder.filePath(QStringLiteral("here")));
+    QFile manifest(m_Folder.filePath(QStringLiteral("here/library.json")));
+    QVERIFY(manifest.open(QIODevice::ReadOnly));
+    QVERIFY(manifest.readAll().contains("\"name\": \"here\""));
+
     Outcome const again = Run({"--new", "fresh"});
     QCOMPARE(again.exitCode, 1);
     QVERIFY2(again.errors.contains(QStringLiteral("not empty")), qPrintable(again.errors));

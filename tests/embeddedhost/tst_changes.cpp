@@ -140,6 +140,10 @@ private Q_SLOTS:
         body.nodes.push_back({"n1", Uid(2), QPointF(20, 40.5)});
         QVERIFY(m_Host->SetBody(m_Glow, body, "Add node"));
         QCOMPARE(m_Host->GetBody(m_Glow).nodes.at(0).position, QPointF(20, 40.5));
+        body.nodes[0].position = QPointF(1e300, -1e300);
+        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
+        QCOMPARE(m_Host->GetBody(m_Glow).nodes.at(0).position, QPointF(1e300, -1e300));
+        Stack().undo();
         Stack().undo();
         QVERIFY(m_Host->GetBody(m_Glow).nodes.empty());
         QVERIFY(!m_User->IsModified(m_Glow));
