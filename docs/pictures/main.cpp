@@ -131,6 +131,8 @@ void Render(QString const& library, QString const& folder)
 {
     PrepareForPictures();
     CEmbeddedHost host;
+    // What git has to say comes later, and depends on what was done to the work tree.
+    host.SetRevisionControlEnabled(false);
     OpenLibrary(host, library);
     Pictures const pictures(host, folder);
     pictures.RenderEditor();
