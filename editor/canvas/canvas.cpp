@@ -4,6 +4,8 @@
 
 #include <embeddedhost.h>
 
+#include <QApplication>
+#include <QClipboard>
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
@@ -61,6 +63,8 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
     viewport()->setMouseTracking(true);
     CreateLabels();
     ConnectHost();
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &CCanvas::LookAtClipboard);
+    LookAtClipboard();
     Refresh();
 }
 

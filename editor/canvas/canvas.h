@@ -143,7 +143,7 @@ private:
     void FadeUnsuitablePorts();
     /// The graph was changed while a connection is being drawn.
     void FollowPressedPort();
-    void DropConnection();
+    void StopConnecting();
     void DrawConnection(QPointF const& scenePoint);
     void FinishConnection(QPointF const& scenePoint);
     void ShowHover(QPointF const& scenePoint);
@@ -164,6 +164,8 @@ private:
     /// Makes the body that of the compound; false when it is refused.
     bool Commit(GraphBody const& body, char const* text);
     void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
+    /// Asked once for each change: it may belong to another program, which may be slow to answer.
+    void LookAtClipboard();
     void PasteAt(std::optional<QPointF> const& scenePoint);
     /// Adds the nodes with their top left at the point, or beside where others are already.
     void AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text);
@@ -187,6 +189,8 @@ private:
 
     tarno::datamodel::ItemID m_Compound;
     GraphBody m_Body;
+    /// The clipboard holds nodes.
+    bool m_IsNodeCopied = false;
     /// The graph is brought into view whenever the size changes, until the user zooms or pans.
     bool m_IsFitted = true;
     /// How compounds were left, by uid; those that were fitted are fitted again.

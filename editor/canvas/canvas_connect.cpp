@@ -40,6 +40,7 @@ void CCanvas::TakeOffConnection(GraphEnd const& input)
         m_PressedPort = output;
         m_TakenOff = connection;
         m_Scene.SetConnectionVisible(connection, false);
+        return;
     }
 }
 
@@ -74,7 +75,7 @@ void CCanvas::FollowPressedPort()
         CancelGesture();
 }
 
-void CCanvas::DropConnection()
+void CCanvas::StopConnecting()
 {
     m_PressedPort.reset();
     if (m_TakenOff)

@@ -93,8 +93,12 @@ bool CCanvas::CanChange() const
 
 bool CCanvas::CanPaste() const
 {
-    return CanChange()
-           && !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty();
+    return CanChange() && m_IsNodeCopied;
+}
+
+void CCanvas::LookAtClipboard()
+{
+    m_IsNodeCopied = !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty();
 }
 
 void CCanvas::Paste()
@@ -127,9 +131,11 @@ void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
 void CCanvas::AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text)
 {
     QPointF offset = SnapToGrid(scenePoint - GetTopLeft(copy.nodes));
-    // Nodes right on top of others would not be seen.
-    while (IsTaken(m_Body, copy.nodes.front().position + offset))
-        offset += kPasteShift;
+    // Nodes right on top of others would not be seen. Positions in files may be so large that no
+    // shift moves them.
+    for (std::size_t tries = 0; tries < m_Body.nodes.size(); ++tries)
+        if (IsTaken(m_Body, copy.nodes.front().position + offset))
+            offset += kPasteShift;
     GraphBody body = m_Body;
     std::set<std::string> const ids = PasteNodes(body, copy, offset);
     CommitNewNodes(body, ids, text);

@@ -3,10 +3,7 @@
 
 #include "canvas.h"
 
-#include "graphedits.h"
-
 #include <QApplication>
-#include <QCursor>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -107,7 +104,7 @@ void CCanvas::CancelGesture()
     m_Gesture = eGesture::kNone;
     m_RubberBand->hide();
     if (gesture == eGesture::kConnect)
-        DropConnection();
+        StopConnecting();
     if (gesture == eGesture::kMoveNodes)
         m_Scene.ShowNodesAt(m_MovedFrom);
     if (m_IsSpaceHeld)

@@ -1,10 +1,7 @@
 #include "canvas.h"
 
-#include "graphclipboard.h"
 #include "graphedits.h"
 
-#include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QMenu>
 

@@ -192,6 +192,10 @@ private Q_SLOTS:
         m_Canvas->Fit();
         QRectF const view = m_Canvas->mapToScene(m_Canvas->viewport()->rect()).boundingRect();
         QVERIFY(view.contains(PositionOf("gone")));
+        // A copy has nowhere to go.
+        m_Canvas->SelectAll();
+        m_Canvas->Duplicate();
+        QCOMPARE(Body().nodes.size(), std::size_t(8));
     }
 
     void pastingIntoAPartOfItselfIsRefused()

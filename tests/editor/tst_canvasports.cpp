@@ -174,6 +174,18 @@ private Q_SLOTS:
         QCOMPARE(Stack().count(), 1);
     }
 
+    void connectionsThatShareAnInputStay()
+    {
+        // Files made by other means may have them.
+        GraphBody body = Body();
+        body.connections = {{{"one", "sum"}, {"two", "a"}}, {{"gone", "sum"}, {"two", "a"}}};
+        QVERIFY(m_Host->SetBody(m_Host->FindItem(Uid(kMain)), body, "Fill"));
+        QImage const before = m_Canvas->viewport()->grab().toImage();
+        Drag(PortOf("two", 0, false), PortOf("two", 0, false));
+        MoveMouse(QPoint(5, 5));
+        QCOMPARE(m_Canvas->viewport()->grab().toImage(), before);
+    }
+
     void loopsFeedValuesBack()
     {
         GraphBody body;
