@@ -1,47 +1,12 @@
 #include "boxanswer.h"
-#include "libraryfolder.h"
-#include "libraryuser.h"
-#include "loggedtest.h"
+#include "mainwindowtest.h"
 
-#include <embeddedhost.h>
-#include <journal.h>
-#include <mainwindow.h>
-#include <settings.h>
-
-#include <QDir>
 #include <QDockWidget>
 #include <QFileDialog>
-#include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
-#include <QTest>
 
 using namespace tarno::datamodel;
 
 namespace {
-
-QString const kGlowFile = QStringLiteral("project/glow.json");
-
-/// One run of the editor: everything that ends with the process.
-struct SRun
-{
-    explicit SRun(QString const& journalFolder)
-        : journal(host, journalFolder)
-        , window(host)
-        , user(host)
-    {
-        journal.SetPause(10);
-        window.UseSettings(settings);
-        window.UseJournal(journal);
-        window.show();
-    }
-
-    CEmbeddedHost host;
-    CSettings settings;
-    CJournal journal;
-    CMainWindow window;
-    LibraryUser user;
-};
 
 /// Chooses a folder in the file dialog that comes up.
 class DialogAnswer
@@ -64,103 +29,12 @@ private:
     QTimer m_Timer;
 };
 
-void CollectActions(QList<QAction*> const& actions, QList<QAction*>& all)
-{
-    for (QAction* const action : actions) {
-        all << action;
-        if (action->menu())
-            CollectActions(action->menu()->actions(), all);
-    }
-}
-
 } // namespace
 
-/// The window as a user has it, with settings and a journal in folders of its own.
-class TestMainWindow : public LoggedTest
+/// Libraries in the window: opened, closed, saved and recovered.
+class TestMainWindow : public MainWindowTest
 {
     Q_OBJECT
-
-protected:
-    void SetUp() override
-    {
-        m_Home = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_Home->path()));
-        m_Folder = std::make_unique<LibraryFolder>();
-        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "nodes": [
-            {"id": "ramp", "item": "BBBBBBBB-0000-0000-0000-000000000002", "position": [0, 0]}])"));
-        m_Folder->Write(QStringLiteral("project/ramp.json"), Object(2, "compound", "Ramp"));
-        Start();
-    }
-
-    void TearDown() override
-    {
-        m_Run.reset();
-        m_Folder.reset();
-        m_Home.reset();
-    }
-
-private:
-    void Start()
-    {
-        // There is one host at a time.
-        m_Run.reset();
-        m_Run = std::make_unique<SRun>(m_Home->filePath(QStringLiteral("journal")));
-    }
-
-    void Open()
-    {
-        QVERIFY(m_Run->window.OpenLibrary(m_Folder->GetPath()));
-    }
-
-    ItemID Item(int number)
-    {
-        return m_Run->host.FindItem(Uid(number));
-    }
-
-    void Rename()
-    {
-        m_Run->user.Rename(Item(1), "Soft Glow");
-    }
-
-    QByteArray Content()
-    {
-        return m_Folder->Read().value(m_Folder->GetPath(kGlowFile));
-    }
-
-    int CountJournals()
-    {
-        return int(QDir(m_Home->filePath(QStringLiteral("journal")))
-                       .entryList({QStringLiteral("*.json")})
-                       .size());
-    }
-
-    QAction* FindAction(QString const& text)
-    {
-        QList<QAction*> all;
-        CollectActions(m_Run->window.menuBar()->actions(), all);
-        for (QAction* const action : all) {
-            if (action->text().remove(QLatin1Char('&')) == text)
-                return action;
-        }
-        qFatal("There is no menu entry %s.", qPrintable(text));
-        return nullptr;
-    }
-
-    std::size_t CountNodes()
-    {
-        return m_Run->host.GetBody(Item(1)).nodes.size();
-    }
-
-    void ShowCompound(int number)
-    {
-        CompoundAccessor compound;
-        compound.SetFrom(m_Run->host.GetLibrary().GetModel(Item(number), nullptr));
-        m_Run->host.SetCompoundTarget(compound);
-    }
-
-    std::unique_ptr<QTemporaryDir> m_Home;
-    std::unique_ptr<LibraryFolder> m_Folder;
-    std::unique_ptr<SRun> m_Run;
 
 private Q_SLOTS:
     void titleTellsWhatIsOpen()
@@ -283,8 +157,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("name");
-        QTest::newRow("theirs") << "Take from Disk" << "Theirs";
-        QTest::newRow("ours") << "Overwrite" << "Soft Glow";
+        QTest::newRow("theirs") << "Take from Disk"
+                                << "Theirs";
+        QTest::newRow("ours") << "Overwrite"
+                              << "Soft Glow";
     }
 
     void conflictsAreResolved()
@@ -308,8 +184,8 @@ private Q_SLOTS:
         Rename();
         m_Folder->Write(kGlowFile, "{");
         {
-            BoxAnswer const refused({QStringLiteral("Save"), QStringLiteral("Take from Disk"),
-                                     QStringLiteral("OK")});
+            BoxAnswer const refused(
+                {QStringLiteral("Save"), QStringLiteral("Take from Disk"), QStringLiteral("OK")});
             QVERIFY(!m_Run->window.close());
             QVERIFY(refused.IsDone());
             QVERIFY2(refused.GetText().contains(QStringLiteral("not JSON")),
@@ -380,74 +256,6 @@ private Q_SLOTS:
         ShowCompound(3);
         Open();
         QVERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
-    }
-
-    void shortcutsAreTheirOwn()
-    {
-        Open();
-        QMap<QString, QString> owners;
-        for (QAction const* const action : m_Run->window.findChildren<QAction*>()) {
-            for (QKeySequence const& key : action->shortcuts()) {
-                QString& owner = owners[key.toString()];
-                QVERIFY2(owner.isEmpty(), qPrintable(key.toString() + ": " + owner + ", "
-                                                     + action->text()));
-                owner = action->text();
-            }
-        }
-        QVERIFY(owners.size() > 10);
-    }
-
-    /// What is typed into the search field is no command for the graph.
-    void searchFieldKeepsItsKeys()
-    {
-        Open();
-        Rename();
-        ShowCompound(1);
-        FindAction(QStringLiteral("Select All"))->trigger();
-        QTRY_VERIFY(FindAction(QStringLiteral("Delete"))->isEnabled());
-        QApplication::setActiveWindow(&m_Run->window);
-        auto* const field = m_Run->window.findChild<QLineEdit*>();
-        field->setFocus();
-        QTRY_VERIFY(field->hasFocus());
-        QTest::keyClicks(field, QStringLiteral("ramp"));
-        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
-        QCOMPARE(field->text(), QString());
-        QCOMPARE(m_Run->user.NameOf(Item(1)), std::string("Soft Glow"));
-        QTest::keyClicks(field, QStringLiteral("ramp"));
-        QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(field, Qt::Key_Delete);
-        QCOMPARE(field->text(), QString());
-        QCOMPARE(CountNodes(), std::size_t(1));
-    }
-
-    void editMenuActsOnTheGraph()
-    {
-        Open();
-        ShowCompound(1);
-        FindAction(QStringLiteral("Select All"))->trigger();
-        QTRY_VERIFY(FindAction(QStringLiteral("Copy"))->isEnabled());
-        FindAction(QStringLiteral("Copy"))->trigger();
-        FindAction(QStringLiteral("Paste"))->trigger();
-        QCOMPARE(CountNodes(), std::size_t(2));
-        QTRY_VERIFY(m_Run->window.isWindowModified());
-        FindAction(QStringLiteral("Delete"))->trigger();
-        QCOMPARE(CountNodes(), std::size_t(1));
-        m_Run->host.GetCommandManager().GetUndoStack().undo();
-        QCOMPARE(CountNodes(), std::size_t(2));
-    }
-
-    void withoutALibraryNothingIsOffered()
-    {
-        for (QString const& text : {QStringLiteral("Save graph library"),
-                                    QStringLiteral("Public compound"), QStringLiteral("Paste"),
-                                    QStringLiteral("Input...")})
-            QVERIFY2(!FindAction(text)->isEnabled(), qPrintable(text));
-        Open();
-        QVERIFY(FindAction(QStringLiteral("Save graph library"))->isEnabled());
-        QVERIFY(!FindAction(QStringLiteral("Paste"))->isEnabled());
-        ShowCompound(1);
-        QVERIFY(FindAction(QStringLiteral("Paste"))->isEnabled());
-        QVERIFY(!FindAction(QStringLiteral("Copy"))->isEnabled());
     }
 };
 

@@ -3,9 +3,8 @@
 #include "model/accessorcontext.h"
 #include "model/library.h"
 #include "sourcecontrol/statebits.h"
+#include "sourcecontroltask.h"
 #include "testbrowser.h"
-
-#include <sourcecontrol.h>
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -22,20 +21,6 @@ using namespace embeddedhost::StateBits;
 using namespace tarno::datamodel;
 
 namespace {
-
-struct DeleteTask
-{
-    void operator()(ScsTask* task) const
-    {
-        task->DeleteMe();
-    }
-};
-typedef std::unique_ptr<ScsTask, DeleteTask> TaskPtr;
-
-TaskPtr MakeTask()
-{
-    return TaskPtr(new ScsTask(QStringLiteral("Test")));
-}
 
 embeddedhost::CLibraryNotifier& GetNotifier(CEmbeddedHost const& host)
 {
@@ -72,10 +57,6 @@ private Q_SLOTS:
     void saveIsSeen();
     void panelKeepsMarksWhenItRebuilds();
     void activeInsideAWorkTreeOnly();
-    void checkOut();
-    void checkOutSaysWhyNot();
-    void makeWritable();
-    void showFiles();
     void thousandsArriveWithoutHoldingTheThread();
 
 private:
@@ -402,90 +383,6 @@ void TestSourceControl::activeInsideAWorkTreeOnly()
     QTRY_COMPARE(recorder.count, 1);
     library.host->CloseLibrary();
     QVERIFY(!ScsUtils::IsFileVersionControlActive());
-}
-
-void TestSourceControl::checkOut()
-{
-    GitLibrary const library(2);
-    QString const file = library.folder.GetPath(GitLibrary::GetFile(0));
-    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.count, 2);
-
-    auto* const service = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    bool isCheckedOut = false;
-    service->CheckOut(library.GetObject(0), isCheckedOut, true);
-    QVERIFY(isCheckedOut);
-    QVERIFY(QFile::permissions(file).testFlag(QFile::WriteOwner));
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean | kCheckedOut);
-    QCOMPARE(library.folder.Git({"status", "--porcelain"}), QString());
-
-    library.Change(0);
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified | kCheckedOut);
-    library.folder.Commit("second");
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
-}
-
-void TestSourceControl::checkOutSaysWhyNot()
-{
-    GitLibrary const library(2);
-    auto* const service = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    auto const isRefused = [&](QString const& reason) {
-        library.host->GetMessages().ClearLog();
-        bool isCheckedOut = true;
-        service->CheckOut(library.GetObject(0), isCheckedOut, true);
-        auto const& log = library.host->GetMessages().GetLog();
-        return !isCheckedOut && std::any_of(log.begin(), log.end(), [&](auto const& message) {
-            return message.text.contains(reason);
-        });
-    };
-    // Nothing of the git folder is known any more.
-    library.folder.Write(".git/config", "[broken");
-    QVERIFY(isRefused("it cannot be checked out: git cannot read the work tree "
-                      + library.folder.GetPath()));
-    QVERIFY(QDir(library.folder.GetPath()).rename(".git", ".gone"));
-    QVERIFY(isRefused("it is not in a git work tree"));
-    QFile::remove(library.folder.GetPath(GitLibrary::GetFile(0)));
-    QVERIFY(isRefused("has no file on disk"));
-
-    bool isCheckedOut = true;
-    service->CheckOut(qorm::QormHandle<qorm::IDbObject>(), isCheckedOut, true);
-    QVERIFY(!isCheckedOut);
-}
-
-void TestSourceControl::makeWritable()
-{
-    GitLibrary const library(1);
-    QString const file = library.folder.GetPath(GitLibrary::GetFile(0));
-    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup));
-    auto* const service = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    service->MakeWritable(library.GetObject(0), true);
-    QFile::Permissions const permissions = QFile::permissions(file);
-    QVERIFY(permissions.testFlag(QFile::WriteOwner));
-    QVERIFY(!permissions.testFlag(QFile::WriteGroup));
-    QVERIFY(!QFileInfo::exists(library.folder.GetPath(".git/checkedout.json")));
-    QVERIFY(library.host->GetMessages().GetLog().empty());
-}
-
-void TestSourceControl::showFiles()
-{
-    GitLibrary const library(2);
-    QSignalSpy const shown(library.host.get(), &CEmbeddedHost::ShowFilesRequested);
-    auto* const service = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    service->ShowFiles(library.GetObject(1), false);
-    QCOMPARE(shown.count(), 1);
-    QCOMPARE(shown.front().front().toStringList(),
-             QStringList(library.folder.GetPath(GitLibrary::GetFile(1))));
-    service->ShowFiles(qorm::QormHandle<qorm::IDbObject>(), false);
-    QCOMPARE(shown.count(), 1);
 }
 
 void TestSourceControl::thousandsArriveWithoutHoldingTheThread()
