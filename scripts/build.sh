@@ -1,7 +1,7 @@
 # What ./run, ./test and .ci/run share: the packages of this system, and building a preset.
 # Sourced with `root` set to the source folder.
 
-build_packages=(g++ cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
+build_packages=(g++ lld cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
                 nlohmann-json3-dev libgit2-dev fonts-dejavu-core)
 test_packages=(git python3-jsonschema)
 window_packages=(xvfb openbox xdotool imagemagick)
@@ -18,9 +18,11 @@ as_root() {
     fi
 }
 
+# Waits for another process that holds the package lock, as there often is on a fresh machine.
 install_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends "$@" </dev/null >/dev/null
+        apt-get -o DPkg::Lock::Timeout=600 install -y -qq --no-install-recommends "$@" \
+        </dev/null >/dev/null
 }
 
 # Installs those of the packages that are missing, and says which first. Where there is no
@@ -36,7 +38,7 @@ need_packages() {
     echo "Installing with apt-get: ${missing[*]}"
     # The package lists may be missing or too old; fetching them takes a while.
     install_packages "${missing[@]}" 2>/dev/null && return
-    as_root apt-get update -qq
+    as_root apt-get -o DPkg::Lock::Timeout=600 update -qq
     install_packages "${missing[@]}"
 }
 
