@@ -41,7 +41,6 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     , m_ScrollOffset(0)
     , m_BrowserConfig(config)
     , m_IsDragging(false)
-    , m_AreRowsShifted(false)
 {
     CreateChildren();
     ConnectChildren();
@@ -74,9 +73,6 @@ void CNodeBrowser::CreateChildren()
 {
     m_ScrollBar = new QScrollBar(Qt::Vertical, this);
     m_ScrollBar->hide();
-    // Styles paint all of it, so nothing changes but that the rows under it need not be painted
-    // each time that it moves.
-    m_ScrollBar->setAutoFillBackground(true);
     m_SearchEdit = new QLineEdit(this);
     m_ClearButton =
         new QPushButton(style()->standardIcon(QStyle::SP_TitleBarCloseButton), QString(), this);

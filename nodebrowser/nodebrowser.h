@@ -8,7 +8,6 @@
 #include "itempositions.h"
 #include "itemtagsregistry.h"
 #include "searchindex.h"
-#include "shownrows.h"
 
 #include <QPixmap>
 #include <QPoint>
@@ -236,26 +235,15 @@ private:
 
     void ConsumeDirtyFlags();
     void RebuildItemList();
-    /// Without what child widgets cover.
-    QRect GetRowArea() const;
     QRect GetRowRect(int row) const;
-    RowLook GetRowLook(int row, Item const& item) const;
-    bool CanShiftRows() const;
-    void ShiftRows(int shift);
-    void PaintRows(QPainter& painter, QRegion const& exposed);
-    void PaintRow(QPainter& painter, RowLook const& look, QRect const& rect);
-    /// All that can be seen of the row looks like that once the exposed part is painted.
-    bool IsRowShown(int row, RowLook const& look, QRegion const& exposed,
-                    ShownRows const& before) const;
+    void PaintRows(QPainter& painter);
+    void PaintRow(QPainter& painter, int row, Item const& item);
 
     /// The event loop of a drag is running.
     bool m_IsDragging;
     ItemIcons m_ItemIcons;
     ItemPositions m_ItemPositions;
     SearchIndex m_SearchIndex;
-    ShownRows m_ShownRows;
-    /// Rows were moved on the screen since the last paint.
-    bool m_AreRowsShifted;
 };
 
 /// One item of the list, kept by value; lives until the next rebuild.

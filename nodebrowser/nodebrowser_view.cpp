@@ -27,17 +27,6 @@ int const kBadgedIconLeft = 2;
 int const kIconLeft = 9;
 int const kIconHeight = 20;
 
-QPoint GetIconPosition(RowLook const& look, QRect const& rowRect)
-{
-    return QPoint(look.iconLeft, rowRect.top() + (rowRect.height() - kIconHeight) / 2);
-}
-
-/// In pixels of the widget, however sharp the icon is.
-QRect GetIconRect(RowLook const& look, QRect const& rowRect)
-{
-    return QRect(GetIconPosition(look, rowRect), qtcompat::LogicalSize(look.icon));
-}
-
 } // namespace
 
 void CNodeBrowser::resizeEvent(QResizeEvent* event)
@@ -71,40 +60,8 @@ void CNodeBrowser::UpdateScrollbar()
 
 void CNodeBrowser::SliderValueChanged(int /*value*/)
 {
-    int const shift = m_ScrollOffset - m_ScrollBar->value();
     m_ScrollOffset = m_ScrollBar->value();
-    if (CanShiftRows())
-        ShiftRows(shift);
-    else
-        update();
-}
-
-bool CNodeBrowser::CanShiftRows() const
-{
-    bool const isDirty = m_ItemListDirty || m_ScStatesStale || m_VisibleListDirty;
-    // Any other background would be moved along.
-    bool const isPlain = palette().brush(backgroundRole()).style() == Qt::SolidPattern;
-    return !isDirty && isPlain && !m_ShownRows.empty();
-}
-
-/// Moves the rows on the screen, so that only those that come into view are painted. The next
-/// paint takes care of those that have changed since they were painted.
-void CNodeBrowser::ShiftRows(int shift)
-{
-    QRect const area = GetRowArea();
-    // A tab bar may reach below the header.
-    int const top =
-        m_TabBar ? std::max(area.top(), m_TabBar->geometry().bottom() + 1) : area.top();
-    scroll(0, shift, QRect(QPoint(area.left(), top), area.bottomRight()));
-    // The row above the first one in sight reaches a pixel over it.
-    update(area.left(), area.top(), area.width(), top - area.top() + std::max(0, shift) + 1);
-    m_AreRowsShifted = true;
-}
-
-QRect CNodeBrowser::GetRowArea() const
-{
-    int const right = m_ScrollBar->isVisible() ? m_ScrollBar->x() : width();
-    return QRect(0, m_HeaderHeight, right, height() - m_HeaderHeight);
+    update();
 }
 
 QRect CNodeBrowser::GetRowRect(int row) const
@@ -125,7 +82,7 @@ unsigned long CNodeBrowser::GetItemIndexAt(QPoint const& point) const
     return static_cast<unsigned long>(row);
 }
 
-void CNodeBrowser::paintEvent(QPaintEvent* event)
+void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
 {
     ConsumeDirtyFlags();
 
@@ -133,7 +90,7 @@ void CNodeBrowser::paintEvent(QPaintEvent* event)
     Qt::BGMode const backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
     painter.setClipRect(QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1)));
-    PaintRows(painter, event->region());
+    PaintRows(painter);
     painter.setBackgroundMode(backgroundMode);
 }
 
@@ -159,68 +116,34 @@ void CNodeBrowser::RebuildItemList()
     m_ScsTask->RequestObjectStates(stateRequests);
 }
 
-RowLook CNodeBrowser::GetRowLook(int row, Item const& item) const
+/// Only the rows of which something lies between the header and the lower edge.
+void CNodeBrowser::PaintRows(QPainter& painter)
 {
-    ItemID const id = item.GetItemID();
-    bool const hasBadge = item.m_IsFactory || (m_SourceControlEnabled && item.m_HasScState);
-    RowLook look;
-    look.text = qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
-    if (m_ItemLibrary.ItemIsModified(id))
-        look.text += QLatin1Char('*');
-    look.icon = item.m_DisplayIcon;
-    look.iconLeft = hasBadge ? kBadgedIconLeft : kIconLeft;
-    look.isHighlighted = static_cast<unsigned long>(row) == m_SelectedIndex;
-    return look;
-}
-
-void CNodeBrowser::PaintRows(QPainter& painter, QRegion const& exposed)
-{
-    ShownRows before;
-    before.swap(m_ShownRows);
-    ShownRows shown;
-    bool areIconsInRows = true;
-    // Only the rows of which something lies between the header and the lower edge.
     int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
     int const rowCount = static_cast<int>(m_VisibleItems.size());
     for (int row = firstRow; row < rowCount && GetRowRect(row).top() < height(); ++row) {
-        Item const* const item = ItemAtRow(static_cast<unsigned long>(row));
-        if (!item)
-            continue;
-        RowLook const look = GetRowLook(row, *item);
-        QRect const rect = GetRowRect(row);
-        QRect const iconRect = GetIconRect(look, rect);
-        QRect const bounds = rect | iconRect;
-        if (exposed.intersects(bounds))
-            PaintRow(painter, look, rect);
-        if (IsRowShown(row, look, exposed, before))
-            shown[row] = look;
-        else if (m_AreRowsShifted)
-            update(bounds);
-        areIconsInRows = areIconsInRows && bounds == rect;
+        if (Item const* const item = ItemAtRow(static_cast<unsigned long>(row)))
+            PaintRow(painter, row, *item);
     }
-    m_AreRowsShifted = false;
-    if (areIconsInRows)
-        m_ShownRows.swap(shown);
 }
 
-bool CNodeBrowser::IsRowShown(int row, RowLook const& look, QRegion const& exposed,
-                              ShownRows const& before) const
+void CNodeBrowser::PaintRow(QPainter& painter, int row, Item const& item)
 {
-    ShownRows::const_iterator const found = before.find(row);
-    if (found != before.end() && found->second == look)
-        return true;
-    QRegion const inSight = GetRowRect(row) & GetRowArea();
-    return inSight.subtracted(exposed).isEmpty();
-}
-
-void CNodeBrowser::PaintRow(QPainter& painter, RowLook const& look, QRect const& rect)
-{
+    QRect const rect = GetRowRect(row);
+    ItemID const id = item.GetItemID();
+    QString text = qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
     // The highlight is the style's own, whatever palette the widget has.
-    if (look.isHighlighted)
+    if (static_cast<unsigned long>(row) == m_SelectedIndex)
         painter.fillRect(rect,
                          style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));
-    if (!look.icon.isNull())
-        painter.drawPixmap(GetIconPosition(look, rect), look.icon);
+    if (!item.m_DisplayIcon.isNull()) {
+        bool const hasBadge = item.m_IsFactory || (m_SourceControlEnabled && item.m_HasScState);
+        int const inset = (rect.height() - kIconHeight) / 2;
+        painter.drawPixmap(hasBadge ? kBadgedIconLeft : kIconLeft, rect.top() + inset,
+                           item.m_DisplayIcon);
+    }
+    if (m_ItemLibrary.ItemIsModified(id))
+        text += QLatin1Char('*');
     QRect const textRect(QPoint(kTextLeft, rect.top()), rect.bottomRight());
-    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter, look.text);
+    painter.drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter, text);
 }
