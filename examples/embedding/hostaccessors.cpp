@@ -30,6 +30,8 @@ bool Supports(UnspecifiedAccessor const& accessor, eInterfaceID interfaceID)
 {
     if (Part const* const part = PartOf(accessor))
         return PartSupports(*part, interfaceID);
+    if (interfaceID == kUnspecifiedInterface)
+        return accessor.IsValid();
     if (accessor.GetHandle() == kTOCHandle)
         return interfaceID == kItemTOCInterface;
     return accessor.GetHandle() == kLibraryHandle

@@ -2,6 +2,8 @@
 
 #include "parts.h"
 
+#include <strings.h>
+
 namespace tarno {
 namespace datamodel {
 
@@ -109,12 +111,12 @@ ItemLibraryAccessor::ItemLibraryAccessor(AccessorContext* context, ItemHandle ha
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*) const
 {
     Part const* const part = ItemIDUnlock::GetIdentity(id);
-    return part ? part->name : std::string();
+    return IsValid() && part ? part->name : std::string();
 }
 
 bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& /*id*/) const
 {
-    return true;
+    return IsValid();
 }
 bool ItemLibraryAccessor::ItemIsModified(ItemID const& /*id*/) const
 {
@@ -135,7 +137,8 @@ UnspecifiedAccessor ItemLibraryAccessor::GetModel(ItemID const& id, std::string*
 std::string ItemLibraryAccessor::GetItemTags(ItemID const& id, char const* category) const
 {
     Part const* const part = ItemIDUnlock::GetIdentity(id);
-    return part && std::string(category) == "ApplicationTags" ? part->tags : std::string();
+    bool const isKnown = IsValid() && part && std::string(category) == "ApplicationTags";
+    return isKnown ? part->tags : std::string();
 }
 
 ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library)
@@ -144,18 +147,18 @@ ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library)
                              : ItemTOCAccessor();
 }
 
-bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& /*library*/, char const* name)
+bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const* name)
 {
-    for (Part const& part : GetParts()) {
-        if (part.name == name)
+    for (std::size_t i = 0; library.IsValid() && i < GetParts().size(); ++i) {
+        if (strcasecmp(GetParts()[i].name.c_str(), name) == 0)
             return true;
     }
     return false;
 }
 
-bool Helpers::IsValidGraphItemType(char const* /*kind*/, ItemAccessor& /*item*/)
+bool Helpers::IsValidGraphItemType(char const* /*kind*/, ItemAccessor& item)
 {
-    return true;
+    return item.IsValid();
 }
 bool Helpers::IsAbstractFunction(ItemAccessor& /*item*/)
 {

@@ -23,7 +23,7 @@ void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::s
                                                qorm::UID const&)
 {
     // There is never anything to write.
-    succeeded = true;
+    succeeded = IsValid();
 }
 
 CompoundModifierAccessor::CompoundModifierAccessor()

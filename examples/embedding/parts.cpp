@@ -23,6 +23,8 @@ std::vector<Part> const& GetParts()
         {TarnoType::gPolymorphicSolver, "choose", "Choose", "logic"},
         {TarnoType::gCompound, "soft-light", "Soft Light", "image;light"},
         {TarnoType::gCompound, "wave", "Wave", "motion"},
+        // Texts are Latin-1.
+        {TarnoType::gCompound, "moire", "Moir\xE9", "image;pattern"},
         {TarnoType::gGlobalConstant, "pi", "Pi", "maths"},
         {LibType::gType, "number", "Number", ""},
         {LibType::gType, "image", "Image", ""},

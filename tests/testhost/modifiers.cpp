@@ -2,6 +2,7 @@
 #include "testtext.h"
 
 #include <algorithm>
+#include <strings.h>
 
 namespace {
 
@@ -53,7 +54,7 @@ void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::s
     TestHost::Get().Record("CommitToDisk", {TextOf(LibraryOf(*this)),
                                             messages && messages->empty() ? "empty list" : "null",
                                             TextOf(onlyChecked), item.GetStr()});
-    succeeded = !TestHost::Get().m_RefusesChanges;
+    succeeded = LibraryOf(*this) && !TestHost::Get().m_RefusesChanges;
 }
 
 CompoundModifierAccessor::CompoundModifierAccessor()
@@ -67,7 +68,7 @@ ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     TestHost::Get().Record("CreateAndSetFromNewCompound",
                            {TextOf(LibraryOf(library)), Quoted(name), TextOf(isSignature),
                             Quoted(signatureUid), Quoted(category), TextOf(commandManager)});
-    if (TestHost::Get().m_RefusesChanges)
+    if (!LibraryOf(library) || TestHost::Get().m_RefusesChanges)
         return ItemID();
     TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
     item.isAbstract = isSignature;
@@ -114,7 +115,7 @@ ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     TestHost::Get().Record("CreateAndSetFromNewLoopCompound",
                            {TextOf(LibraryOf(library)), Quoted(name), Quoted(signatureUid),
                             Quoted(category), TextOf(commandManager)});
-    if (TestHost::Get().m_RefusesChanges)
+    if (!LibraryOf(library) || TestHost::Get().m_RefusesChanges)
         return ItemID();
     TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
     item.isLoop = true;
@@ -135,9 +136,13 @@ bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const
     TestLibrary const* const items = LibraryOf(library);
     if (!items)
         return false;
-    return items->m_InheritedNames.count(name) != 0
+    auto const isSame = [name](std::string const& taken) {
+        return strcasecmp(taken.c_str(), name) == 0;
+    };
+    auto const& inherited = items->m_InheritedNames;
+    return std::any_of(inherited.begin(), inherited.end(), isSame)
            || std::any_of(items->m_Listed.begin(), items->m_Listed.end(),
-                          [name](TestItem const* item) { return item->name == name; });
+                          [&](TestItem const* item) { return isSame(item->name); });
 }
 
 wek::fwk::ICommandManager* GetApplicationCommandManager()

@@ -1,0 +1,26 @@
+#include "contractlibrary.h"
+
+#include <testhost.h>
+
+using namespace tarno::datamodel;
+
+struct ContractLibrary::Private
+{
+    TestHost host;
+    TestLibrary library;
+};
+
+ContractLibrary::ContractLibrary()
+    : m_Private(new Private)
+{
+    m_Private->library.Add(TarnoType::gCompound, "Wave");
+    m_Private->library.Add(TarnoType::gCompound, "Moir\xE9");
+    m_Private->library.Add(LibType::gType, "Number");
+}
+
+ContractLibrary::~ContractLibrary() = default;
+
+ItemLibraryAccessor ContractLibrary::GetAccessor() const
+{
+    return m_Private->library.GetAccessor();
+}

@@ -1,0 +1,129 @@
+#include "contractlibrary.h"
+#include "loggedtest.h"
+
+#include <QTest>
+
+using namespace tarno::datamodel;
+
+class TestContract : public LoggedTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void NamesAreComparedWithoutCase_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("same") << QByteArray("Wave") << true;
+        QTest::newRow("other case") << QByteArray("wAVE") << true;
+        QTest::newRow("of another kind") << QByteArray("NUMBER") << true;
+        QTest::newRow("beginning") << QByteArray("Wav") << false;
+        QTest::newRow("longer") << QByteArray("Waves") << false;
+        QTest::newRow("empty") << QByteArray("") << false;
+        QTest::newRow("Latin-1") << QByteArray("MOIR\xE9") << true;
+        QTest::newRow("UTF-8") << QByteArray("Moiré") << false;
+        QTest::newRow("letters past ASCII keep their case") << QByteArray("MOIR\xC9") << false;
+    }
+
+    void NamesAreComparedWithoutCase()
+    {
+        QFETCH(QByteArray, name);
+        QTEST(IsNameInNodeLibraryHierarchy(m_Library->GetAccessor(), name.constData()), "isTaken");
+    }
+
+    void InvalidAccessorsAnswerEmpty()
+    {
+        ItemLibraryAccessor const library;
+        ItemAccessor item;
+        ItemID const id = FindItem(TarnoType::gCompound, "Wave").GetItemID();
+        QVERIFY(!library.IsValid() && !library.Revalidate() && library.GetItemID().IsNull());
+        QCOMPARE(library.GetContextID(), ContextID(0));
+        QVERIFY(library.GetItemName(id, true, nullptr).empty());
+        QVERIFY(library.GetItemTags(id, "ApplicationTags").empty());
+        QVERIFY(!library.ItemIsReadOnly(id) && !library.ItemIsModified(id));
+        QVERIFY(!library.GetModel(id, nullptr).IsValid());
+        QVERIFY(!IsNameInNodeLibraryHierarchy(library, "Wave"));
+        QVERIFY(!GetTOC(library).IsValid());
+        QVERIFY(ItemTOCAccessor().GetItems(TarnoType::gCompound).IsDone());
+        QVERIFY(item.GetName(true, nullptr).empty() && !item.GetValue("Parent").IsValid());
+        QVERIFY(!Helpers::IsAbstractFunction(item));
+        QVERIFY(!Helpers::IsValidGraphItemType(TarnoType::gCompound, item));
+    }
+
+    void InvalidAccessorsChangeNothing()
+    {
+        ItemLibraryAccessor const library;
+        ItemID const id = FindItem(TarnoType::gCompound, "Wave").GetItemID();
+        CompoundModifierAccessor compound;
+        QVERIFY(!compound.CanModifyCompound(true) && !compound.Initialize());
+        QVERIFY(!compound.RenameCompound("Other", nullptr));
+        QVERIFY(compound.CreateAndSetFromNewCompound(library, "New", true, nullptr, "", nullptr)
+                    .IsNull());
+        QVERIFY(!compound.IsValid());
+        LoopCompoundModifierAccessor loop;
+        QVERIFY(loop.CreateAndSetFromNewLoopCompound(library, "New", "", "", nullptr).IsNull());
+        QVERIFY(!loop.IsValid());
+        QVERIFY(!ItemLibraryModifierAccessor().SetItemTags(id, "ApplicationTags", "x", nullptr));
+        bool isWritten = true;
+        ItemLibraryModifierAccessor().CommitToDisk(isWritten, nullptr, false, qorm::UID_Null());
+        QVERIFY(!isWritten);
+        LowLevelItemLibraryAccessor().PrepareForSave();
+        Helpers::SetGlobalTarnoCompoundTarget(CompoundAccessor(), CompoundAccessor());
+    }
+
+    void NullIdentifiers()
+    {
+        ItemLibraryAccessor const library = m_Library->GetAccessor();
+        ItemID const id = FindItem(TarnoType::gCompound, "Wave").GetItemID();
+        QVERIFY(ItemID().IsNull() && !ItemID().IsValid() && !ItemID().GetType());
+        QCOMPARE(ItemID().Serialize(), std::string());
+        QCOMPARE(ItemIDUnlock::GetItemIDUID(ItemID()), "");
+        QVERIFY(ItemID() < id && !(id < ItemID()) && !(ItemID() < ItemID()));
+        QVERIFY(library.GetItemName(ItemID(), true, nullptr).empty());
+        QVERIFY(library.GetItemTags(ItemID(), "ApplicationTags").empty());
+        QVERIFY(!library.GetModel(ItemID(), nullptr).IsValid());
+    }
+
+    void InvalidHandles()
+    {
+        qorm::QormHandle<qorm::IDbObject> const object;
+        qorm::QormHandle<qorm::IValueAsset> resource;
+        resource.AssignCast(object);
+        QVERIFY(!object.IsValid() && !resource.IsValid());
+        QCOMPARE(object.GetDbObjectId().GetStr(), "");
+        QVERIFY(object.GetDataSource().IsNull() && object.GetManager().IsNull());
+        QVERIFY(object.GetInstance().IsNull() && object.GetCacheIndex() == -1);
+        QVERIFY(qorm::IHelper::GetHelper(object.GetInstance()).IsNull());
+        QVERIFY(qorm::GetDataSourceFromResource(resource).IsNull());
+        QVERIFY(qorm::GetResourceExpandedURI(object).empty());
+        QVERIFY(!qorm::IsSameUri(object.GetDataSource(), resource));
+        QVERIFY(!qorm::DbObjectId::IsUID(nullptr) && !qorm::DbObjectId::IsUID(""));
+    }
+
+private:
+    /// Invalid when the library has no such item.
+    ItemAccessor FindItem(char const* kind, std::string const& name) const
+    {
+        auto items = GetTOC(m_Library->GetAccessor()).GetItems(kind);
+        while (!items.IsDone() && items.GetCurrent().GetName(true, nullptr) != name)
+            items.Next();
+        return items.IsDone() ? ItemAccessor() : items.GetCurrent();
+    }
+
+    void SetUp() override
+    {
+        m_Library.reset(new ContractLibrary);
+        QVERIFY(FindItem(TarnoType::gCompound, "Wave").IsValid());
+        QVERIFY(FindItem(LibType::gType, "Number").IsValid());
+    }
+
+    void TearDown() override
+    {
+        m_Library.reset();
+    }
+
+    std::unique_ptr<ContractLibrary> m_Library;
+};
+
+NODEBROWSER_TEST_MAIN(TestContract)
+#include "tst_contract.moc"
