@@ -13,6 +13,7 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 namespace tarno {
 namespace datamodel {
@@ -116,6 +117,14 @@ class UnspecifiedAccessor
 public:
     UnspecifiedAccessor();
     UnspecifiedAccessor(UnspecifiedAccessor const& other);
+    /// Bound to what the more specific accessor is bound to, whose interface stays behind: the copy
+    /// is seen through kUnspecifiedInterface again.
+    template <class Specific,
+              class = std::enable_if_t<std::is_base_of<UnspecifiedAccessor, Specific>::value> >
+    UnspecifiedAccessor(Specific const& other)
+        : UnspecifiedAccessor(other.GetContext(), other.GetHandle())
+    {
+    }
     /// For the host's library.
     UnspecifiedAccessor(AccessorContext* context, ItemHandle handle);
     /// Rebinds the context only when it or its identifier differs; always copies the handle.

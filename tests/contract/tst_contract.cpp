@@ -5,11 +5,64 @@
 
 using namespace tarno::datamodel;
 
+namespace {
+
+/// The accessor's number stays with its class, however the accessor is copied.
+template <class Accessor>
+void CheckInterface(int number)
+{
+    Accessor const accessor;
+    Accessor const copy(accessor);
+    UnspecifiedAccessor const plain(accessor);
+    UnspecifiedAccessor assigned;
+    assigned = accessor;
+    QCOMPARE(int(accessor.GetAccessorInterfaceID()), number);
+    QCOMPARE(int(copy.GetAccessorInterfaceID()), number);
+    QCOMPARE(int(plain.GetAccessorInterfaceID()), 0);
+    QCOMPARE(int(assigned.GetAccessorInterfaceID()), 0);
+}
+
+} // namespace
+
 class TestContract : public LoggedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void InterfacesBelongToTheClass()
+    {
+        CheckInterface<UnspecifiedAccessor>(0);
+        CheckInterface<CompoundAccessor>(4);
+        CheckInterface<CompoundModifierAccessor>(5);
+        CheckInterface<FunctionAccessor>(7);
+        CheckInterface<TypeDescriptorAccessor>(15);
+        CheckInterface<LoopCompoundModifierAccessor>(22);
+        CheckInterface<ItemLibraryAccessor>(32);
+        CheckInterface<ItemLibraryModifierAccessor>(33);
+        CheckInterface<LowLevelItemLibraryAccessor>(34);
+        CheckInterface<ItemAccessor>(36);
+        CheckInterface<ItemTOCAccessor>(38);
+        CheckInterface<LoopCompoundAccessor>(47);
+    }
+
+    void PlainCopiesTakeEverything()
+    {
+        ItemLibraryAccessor const library = m_Library->GetAccessor();
+        CompoundAccessor compound;
+        compound.SetFrom(FindItem(TarnoType::gCompound, "Wave"));
+        QVERIFY(compound.IsValid());
+        UnspecifiedAccessor plain(compound);
+        QVERIFY(plain.IsValid() && plain.GetItemID() == compound.GetItemID());
+        for (UnspecifiedAccessor const& other :
+             {UnspecifiedAccessor(library), UnspecifiedAccessor(GetTOC(library)),
+              UnspecifiedAccessor(FindItem(LibType::gType, "Number"))}) {
+            plain.SetFrom(other);
+            QVERIFY(plain.IsValid() && plain.GetHandle() == other.GetHandle());
+        }
+        compound.SetFrom(plain);
+        QVERIFY(!compound.IsValid());
+    }
+
     void NamesAreComparedWithoutCase_data()
     {
         QTest::addColumn<QByteArray>("name");
