@@ -2,9 +2,26 @@
 #define NODEBROWSER_HOSTAPI_DATAMODEL_H
 
 // The host's data model: the item library, its table of contents, its items, and what changes
-// them. Declarations only; the host's library defines them. Texts are 8-bit. Everything runs on
-// the GUI thread; reference counts of contexts are atomic. Questions run no event loop and change
-// nothing.
+// them. Declarations only; the host's library defines them, and the panel calls them. Unless a
+// declaration says otherwise:
+//
+// - Everything runs on the GUI thread; reference counts of contexts are atomic.
+// - Texts are 8-bit, in Latin-1, and end at the first zero byte. The panel shows each byte as one
+//   character and writes '?' for a character that Latin-1 lacks. With Qt 4, they are what
+//   QString::fromAscii() and toAscii() make of them: Latin-1, or the codec that the program sets
+//   with QTextCodec::setCodecForCStrings().
+// - A `char const*` is never null, neither as an argument nor as an answer.
+// - Whatever is bound to nothing, to something that is gone, or to a library that was closed
+//   answers with an empty text, false, a null identifier or an invalid accessor, and changes
+//   nothing. The panel does not always test before it asks.
+// - Changes are PrepareForSave, the functions of the modifiers that are not const, and
+//   SetGlobalTarnoCompoundTarget. They may run an event loop, to ask the user something, and the
+//   panel may be deleted and its library replaced or closed meanwhile.
+// - Everything else runs no event loop and sends no notifications: the panel asks most of it while
+//   it paints.
+// - A change that is refused is reported by the host. The panel shows no message, ignores what
+//   the change returns, and learns what has changed from notifications only.
+// - Exceptions pass through the panel.
 
 #include "framework.h"
 #include "qorm.h"
@@ -18,7 +35,8 @@
 namespace tarno {
 namespace datamodel {
 
-/// Item kinds, compared by identity and never by text.
+/// Item kinds, compared by identity and never by text: the panel passes these very pointers, and
+/// ItemID::GetType() must return them.
 namespace TarnoType {
 extern char const* const gSolver;
 extern char const* const gPolymorphicSolver;
@@ -29,7 +47,11 @@ namespace LibType {
 extern char const* const gType;
 }
 
-/// What GetAccessorInterfaceID() answers.
+/// What GetAccessorInterfaceID() answers. The host's data model numbers its interfaces, these and
+/// others, so the numbers have gaps and stay as they are; only those of the two modifiers, 5 and
+/// 33, are chosen here. Each accessor class has one: its default constructor, which the host
+/// defines, passes it to the protected constructor of UnspecifiedAccessor, and SetFrom tests for
+/// it. The two notification interfaces go with registrations. The panel compares no numbers.
 enum eInterfaceID
 {
     kUnspecifiedInterface = 0,
@@ -48,6 +70,7 @@ enum eInterfaceID
     kLoopCompoundInterface = 47
 };
 
+/// Defined by the host as it likes; the panel only passes pointers on.
 struct ItemIdentity;
 
 /// Identifier of one library item: a small value that stays valid, and unequal to all others,
@@ -61,11 +84,12 @@ public:
     explicit ItemID(ItemIdentity const* identity);
 
     bool IsNull() const;
-    /// Not null, and of a kind that the data model knows.
+    /// Not null, and of a kind that the data model knows. Asked for the selection.
     bool IsValid() const;
     /// One of the kind constants; null for a null identifier.
     char const* GetType() const;
-    /// A text from which the identifier can be told again; empty for a null identifier.
+    /// A text from which the identifier can be told again; empty for a null identifier. Asked when
+    /// a drag begins: it is what the drop target gets.
     std::string Serialize() const;
 
     bool operator==(ItemID const& other) const;
@@ -83,8 +107,11 @@ class ItemIDUnlock
 {
 public:
     /// The item's UID text, valid for the whole process; empty, never null, for a null
-    /// identifier. Not every item's text is a database UID.
+    /// identifier. Not every item's text is a database UID: the panel looks up the database
+    /// objects of those that DbObjectId::IsUID() accepts. The create dialogs hand the text of the
+    /// signature chosen to the create functions below.
     static char const* GetItemIDUID(ItemID const& id);
+    /// For the host; null for a null identifier.
     static ItemIdentity const* GetIdentity(ItemID const& id);
 };
 
@@ -105,13 +132,14 @@ private:
     std::string m_Text;
 };
 
+/// What the accessors of one library share; defined by the host as it likes.
 class AccessorContext;
 typedef std::uintptr_t ItemHandle;
 typedef std::uintptr_t ContextID;
 
 /// A small value bound to one item, library or table of contents: a counted reference to the
-/// context, the interface it is seen through, and the item's handle (0 is none). An invalid
-/// accessor answers every question with empty or false.
+/// context, the interface it is seen through, and the item's handle (0 is none). The panel keeps
+/// accessors for as long as it likes, also past the end of what they are bound to.
 class UnspecifiedAccessor
 {
 public:
@@ -127,24 +155,30 @@ public:
     }
     /// For the host's library.
     UnspecifiedAccessor(AccessorContext* context, ItemHandle handle);
-    /// Rebinds the context only when it or its identifier differs; always copies the handle.
+    /// Rebinds the context only when it or its identifier differs; always copies the handle. The
+    /// interface stays: it belongs to the class.
     UnspecifiedAccessor& operator=(UnspecifiedAccessor const& other);
     ~UnspecifiedAccessor();
 
     /// Binds to what the other one is bound to; invalid afterwards when that does not support
-    /// this accessor's interface.
+    /// this accessor's interface. Everything that is alive supports kUnspecifiedInterface.
     void SetFrom(UnspecifiedAccessor const& other);
 
-    /// Has a context and an item handle.
+    /// Has a context and an item handle; says nothing about whether they still stand for
+    /// something.
     bool IsValid() const;
-    /// Makes sure that the handle still names a living item; to be called before each use.
-    /// False when it does not.
+    /// Makes sure that the handle still names a living item, library or table of contents; false
+    /// when it does not. The panel calls it before it asks an item something and after each event
+    /// loop.
     bool Revalidate() const;
 
+    /// The number of the accessor's class, bound or not.
     eInterfaceID GetAccessorInterfaceID() const;
-    /// Identifies the context; 0 for none.
+    /// Identifies the context, for as long as anybody holds it; 0 for none. The panel tells by it
+    /// and by the handle whether its library was replaced.
     ContextID GetContextID() const;
-    /// Null when the accessor is invalid or bound to something that is not an item.
+    /// Null when the accessor is invalid or bound to something that is not an item. For an item
+    /// that was removed, either null or the identifier that it had.
     ItemID GetItemID() const;
 
     /// For the host's library.
@@ -161,12 +195,14 @@ private:
     ItemHandle m_Handle;
 };
 
+/// An item that computes something; the panel does not use it.
 class FunctionAccessor : public UnspecifiedAccessor
 {
 public:
     FunctionAccessor();
 };
 
+/// An item of kind gCompound; signatures and loop compounds are compounds, too.
 class CompoundAccessor : public UnspecifiedAccessor
 {
 public:
@@ -179,6 +215,7 @@ public:
     LoopCompoundAccessor();
 };
 
+/// An item of kind gType. The panel takes an item that can be seen so for a type.
 class TypeDescriptorAccessor : public UnspecifiedAccessor
 {
 public:
@@ -192,10 +229,12 @@ public:
     ItemAccessor();
     ItemAccessor(AccessorContext* context, ItemHandle handle);
 
-    /// A value that the item carries under the name; the panel asks for "Parent" and
-    /// "Specializes", and hides items that have either.
+    /// A value that the item carries under the name; no value for a name that it does not have.
+    /// At each rebuild of its list the panel asks for "Parent" and, without one, for
+    /// "Specializes", and leaves out items that have either, whatever the value says.
     CSimpleValue GetValue(char const* name) const;
-    /// The display name; the panel passes true and null.
+    /// The display name. Asked for the signatures in the create dialogs. The panel passes true
+    /// and null.
     std::string GetName(bool display, char const* reserved) const;
 };
 
@@ -212,7 +251,7 @@ public:
     Iterator(Iterator const& other);
     ~Iterator();
 
-    /// No more items; GetCurrent() may not be called any more.
+    /// No more items; neither GetCurrent() nor Next() may be called any more.
     bool IsDone() const;
     void Next();
     /// Valid until Next().
@@ -224,11 +263,13 @@ private:
 
 class ItemLibraryAccessor;
 
-/// Told by a table of contents. Listeners are not owned; they unregister before they die, and
-/// may do so, or register others, while being called.
+/// Told by a table of contents: the host calls, the panel listens from SetItemLibrary until the
+/// next one or its end. Listeners are not owned; they unregister before they die, and may do so,
+/// or register others, while being called. Arguments need be valid during the call only.
 class IItemTOCNotification
 {
 public:
+    /// The panel makes its list anew with the next paint, here and in ItemRemoved.
     virtual void ItemAdded(ItemAccessor& item) = 0;
     virtual void ItemRemoved(ItemAccessor& item) = 0;
 
@@ -236,22 +277,30 @@ protected:
     ~IItemTOCNotification() {}
 };
 
-/// Told by an item library, under the same rules.
+/// Told by an item library, under the same rules, whoever made the change. The panel searches the
+/// names, kinds and tags that it read at its last rebuild or in ItemTagsChanged: a change that is
+/// not announced is not found. LibraryInvalidated announces everything.
 class IItemLibraryNotification
 {
 public:
+    /// The panel does nothing at these two: it waits for the next paint anyway.
     virtual void OnBeginChanges(ItemLibraryAccessor& library) = 0;
     virtual void OnEndChanges(ItemLibraryAccessor& library) = 0;
-    /// Anything may have changed.
+    /// Anything may have changed. The panel makes its list anew with the next paint.
     virtual void LibraryInvalidated(ItemLibraryAccessor& library) = 0;
+    /// Likewise.
     virtual void ItemNameChanged(ItemLibraryAccessor& library, ItemID const& id) = 0;
+    /// The panel reads the tags of an item that it lists at once, for the next search, and does
+    /// not paint. Categories other than "ApplicationTags", and null, mean nothing to it.
     virtual void ItemTagsChanged(ItemLibraryAccessor& library, ItemID const& id,
                                  char const* category) = 0;
-    /// `state` holds source-control state bits.
+    /// `state` holds source-control state bits, of which the panel keeps 32; see
+    /// ScsUtils::getAssetStateIcon.
     virtual void ItemAccessStateChanged(ItemLibraryAccessor& library, ItemID const& id,
                                         long state) = 0;
-    /// Setting `*cancel` stops the commit.
+    /// Setting `*cancel`, which is false at first, stops the commit. The panel leaves it alone.
     virtual void OnPreCommit(ItemLibraryAccessor& library, bool* cancel) = 0;
+    /// The panel does nothing.
     virtual void OnPostCommit(ItemLibraryAccessor& library) = 0;
 
 protected:
@@ -265,10 +314,12 @@ public:
     ItemTOCAccessor();
     ItemTOCAccessor(AccessorContext* context, ItemHandle handle);
 
-    /// The items of one kind, in the order of the table of contents.
+    /// The items of one kind, in the order of the table of contents; none for another text. Asked
+    /// at each rebuild for the five kinds, and by the create dialogs for compounds.
     Iterator<ItemAccessor> GetItems(char const* kind) const;
 
-    /// The interface goes with kItemTOCNotificationInterface and this accessor's context.
+    /// The interface goes with kItemTOCNotificationInterface and this accessor's context. A table
+    /// of contents that is gone has to bear RemoveNotification.
     void AddNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
                          ContextID contextID) const;
     void RemoveNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
@@ -282,18 +333,23 @@ public:
     ItemLibraryAccessor();
     ItemLibraryAccessor(AccessorContext* context, ItemHandle handle);
 
-    /// The display name, empty for an unknown item; the panel passes true and null.
+    /// The display name, empty for an unknown item. Asked for each item of a rebuild, for each row
+    /// in sight at each paint, for menus and dialogs. The panel passes true and null.
     std::string GetItemName(ItemID const& id, bool display, char const* reserved) const;
+    /// True disables the tags entry in the menus of solvers and constants.
     bool ItemIsReadOnly(ItemID const& id) const;
-    /// The item has changes that are not saved.
+    /// The item has changes that are not saved. Asked for each row in sight at each paint.
     bool ItemIsModified(ItemID const& id) const;
     /// The item's model, to be narrowed with SetFrom; invalid for an unknown item, with the
-    /// reason in `error` unless that is null.
+    /// reason in `error` unless that is null. The panel passes null.
     UnspecifiedAccessor GetModel(ItemID const& id, std::string* error) const;
-    /// The tag string stored under the category, empty when there is none.
+    /// The tag string stored under the category, "tag;other tag"; empty when there is none. Asked
+    /// for "ApplicationTags" only: for each item of a rebuild, in ItemTagsChanged, and for the tags
+    /// dialog.
     std::string GetItemTags(ItemID const& id, char const* category) const;
 
-    /// The interface goes with kItemLibraryNotificationInterface and this accessor's context.
+    /// The interface goes with kItemLibraryNotificationInterface and this accessor's context. A
+    /// library that is gone has to bear RemoveNotification.
     void AddNotification(IItemLibraryNotification* notification, eInterfaceID interfaceID,
                          ContextID contextID) const;
     void RemoveNotification(IItemLibraryNotification* notification, eInterfaceID interfaceID,
@@ -306,23 +362,27 @@ class LowLevelItemLibraryAccessor : public UnspecifiedAccessor
 public:
     LowLevelItemLibraryAccessor();
 
-    /// Brings everything that is to be written into its final form; called before CommitToDisk.
+    /// Brings everything that is to be written into its final form. The panel's save command calls
+    /// it, then CommitToDisk, without a test: there may be no library, or none that supports this.
     void PrepareForSave() const;
 };
 
-/// Changes to a library and its items. Refusals are reported by the host.
+/// Changes to a library and its items.
 class ItemLibraryModifierAccessor : public UnspecifiedAccessor
 {
 public:
     ItemLibraryModifierAccessor();
 
-    /// False when the change is refused. A null manager makes the change without recording it.
+    /// Called when the tags dialog is accepted and the tags differ, with "ApplicationTags" and
+    /// `tags` sorted, without blanks around them and joined with ";"; empty removes all. False when
+    /// the change is refused. A null manager makes the change without recording it.
     bool SetItemTags(ItemID const& id, char const* category, char const* tags,
                      wek::fwk::ICommandManager* commandManager);
 
-    /// Writes what has changed. `succeeded` tells whether all of it was written; `messages`
-    /// takes a line for each thing that was not. The panel passes false for `onlyChecked` and
-    /// UID_Null() for `item`, which stands for the whole library.
+    /// Writes what has changed. `succeeded` is set in any case, and tells whether all of it was
+    /// written; `messages`, unless it is null, takes a line for each thing that was not. The panel
+    /// passes an empty list, false for `onlyChecked` and UID_Null() for `item`, which stands for
+    /// the whole library, and looks at neither outcome.
     void CommitToDisk(bool& succeeded, std::list<std::string>* messages, bool onlyChecked,
                       qorm::UID const& item);
 };
@@ -334,17 +394,27 @@ public:
     CompoundModifierAccessor();
 
     /// Makes a compound, or with `isSignature` a compound signature, and binds to it; stays
-    /// invalid, and returns a null identifier, when the host refuses. A null `signatureUid`
-    /// goes with a signature, an empty one with a compound that implements none.
+    /// invalid, and returns a null identifier, when the host refuses. Called after a create dialog:
+    /// `library` may be invalid or closed by now, `name` may be taken, and consists of letters,
+    /// digits and underscores, or '?' where the encoding has no such letter; `category` is what was
+    /// typed, or empty. A null `signatureUid` goes with a signature, an empty one with a compound
+    /// that implements none. A null manager makes the change without recording it, here and below.
     ItemID CreateAndSetFromNewCompound(ItemLibraryAccessor const& library, char const* name,
                                        bool isSignature, char const* signatureUid,
                                        char const* category,
                                        wek::fwk::ICommandManager* commandManager);
 
-    /// Readies the compound for changes.
+    /// Readies the compound for changes, by checking it out for example; called before
+    /// RenameCompound. False when it cannot be changed. The panel ignores that and calls
+    /// RenameCompound all the same, which then refuses.
     bool Initialize();
-    /// Whether the compound may be changed at all; the panel passes true for `askHost`.
+    /// Whether the compound may be changed at all; asked when its menu opens. False disables the
+    /// entries that rename and tag it. The panel passes true for `askHost`. It is a question: it
+    /// must not prompt.
     bool CanModifyCompound(bool askHost) const;
+    /// Called when the rename dialog is accepted and the name differs. The name was free when it
+    /// was typed and may be taken by now; blanks at its end are kept. False when the change is
+    /// refused.
     bool RenameCompound(char const* newName, wek::fwk::ICommandManager* commandManager);
 };
 
@@ -360,22 +430,28 @@ public:
                                            wek::fwk::ICommandManager* commandManager);
 };
 
-/// The table of contents of the library; invalid for an invalid library.
+/// The table of contents of the library; invalid for an invalid library. A library that is given
+/// to SetItemLibrary must have one. Asked there, and by the create dialogs.
 ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library);
 
-/// Whether an item of the library, or of one it builds on, has the name already.
+/// Whether an item of the library, or of one it builds on, has the name already. Names that
+/// differ in the case of ASCII letters only are the same. Asked at each key in the rename dialog,
+/// except for the compound's own name in whatever case.
 bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const* name);
 
-/// The application's command manager; may be null.
+/// The application's command manager; may be null. Asked by the type selector.
 wek::fwk::ICommandManager* GetApplicationCommandManager();
 
 namespace Helpers {
 
-/// False keeps the item out of graphs, and so out of the panel.
+/// False keeps the item out of graphs, and so out of the panel. `kind` is the one that the table
+/// of contents lists it under.
 bool IsValidGraphItemType(char const* kind, ItemAccessor& item);
-/// True for a compound that only states a signature.
+/// True for a compound that only states a signature; asked for compounds only.
 bool IsAbstractFunction(ItemAccessor& item);
-/// Makes the compound the one that the editor works on; the panel leaves `context` empty.
+/// Makes the compound the one that the editor works on: called at a double click on a compound,
+/// and after one was created. Nobody has tested `compound`: it is invalid when the item is gone or
+/// cannot be seen as a compound. The panel leaves `context` empty.
 void SetGlobalTarnoCompoundTarget(CompoundAccessor compound, CompoundAccessor context);
 
 } // namespace Helpers

@@ -3,7 +3,8 @@
 
 // The host's application framework: the system object with its named services, commands, and
 // slots whose connections are tracked. Declarations only; the host's library defines them.
-// Everything runs on the GUI thread.
+// Everything runs on the GUI thread. Of what is declared here, only commands may run an event
+// loop. Texts are 8-bit, in the encoding that datamodel.h tells, and never null.
 
 #include <string>
 #include <vector>
@@ -16,7 +17,8 @@ class ItemLibraryAccessor;
 
 namespace wek {
 
-/// Root of everything the system object can hand out. The panel narrows it with dynamic_cast.
+/// Root of everything the system object can hand out. The panel narrows it with dynamic_cast, so
+/// services derive from it publicly and are compiled with type information.
 class IBase
 {
 public:
@@ -31,13 +33,15 @@ class ISystem
 public:
     virtual ~ISystem();
 
-    /// The service registered under the name, or null. A missing service is never an error.
-    /// The panel asks at each use and keeps nothing. Names it asks for:
-    /// "RevisionControlUIHelper", "RevisionControlPropertiesMgr", "QormDBProxy".
+    /// The service registered under the name, or null. A missing service is never an error, and
+    /// one of another type than its name says counts as missing. The panel asks at each use and
+    /// keeps nothing. Names it asks for: "RevisionControlUIHelper" (qorm.h),
+    /// "RevisionControlPropertiesMgr" (sourcecontrol.h), "QormDBProxy".
     virtual IBase* GetService(char const* name) = 0;
 };
 
-/// One change of the library, reference-counted intrusively.
+/// One change of the library, reference-counted intrusively. It is between the host's modifiers
+/// and its command manager; the panel never sees one.
 class ICommand
 {
 public:
@@ -46,7 +50,7 @@ public:
 
     /// Makes the change; called once when the command is run and again at each redo.
     virtual void Do() = 0;
-    /// Takes the change back.
+    /// Takes the change back. What Do() and Undo() change they announce, as any change.
     virtual void Undo() = 0;
     /// What the change is called in an undo menu; valid as long as the command.
     virtual char const* GetText() const = 0;
@@ -75,8 +79,9 @@ private:
     T* m_Object;
 };
 
-/// Runs commands and remembers them for undo. The panel passes it through to the data model's
-/// modifiers and never calls it; a null manager means that changes are made unrecorded.
+/// Runs commands and remembers them for undo. The panel passes the one that it got with
+/// SetCommandManager through to the data model's modifiers and never calls it; a null manager
+/// means that changes are made unrecorded. It is not owned and has to outlive the panel.
 class ICommandManager
 {
 public:
@@ -101,10 +106,12 @@ protected:
 class IQormDBProxy : public IBase
 {
 public:
-    /// The current item library; an invalid accessor when none is open.
+    /// The current item library; an invalid accessor when none is open. Asked when a type selector
+    /// is made, which stays empty without one.
     virtual tarno::datamodel::ItemLibraryAccessor GetItemLibrary() = 0;
 
-    /// Listeners are not owned and must be removed before they die.
+    /// For the host's own use: the panel gets its library with SetItemLibrary. Listeners are not
+    /// owned and must be removed before they die.
     virtual void AddListener(IQormDBProxy_Signal* listener) = 0;
     virtual void RemoveListener(IQormDBProxy_Signal* listener) = 0;
 };
@@ -112,7 +119,7 @@ public:
 } // namespace fwk
 } // namespace wek
 
-/// The system object of the process; never null.
+/// The system object of the process; never null, from the first panel to the last.
 wek::fwk::ISystem* wekGetSystem();
 
 class KvTrackedSlot;
@@ -128,8 +135,9 @@ protected:
     ~IKvTrackedSignal();
 };
 
-/// One connection of a slot. Either end may go first: the destructor tells the sender, and a
-/// sender that goes calls Reset() on the entries it still has.
+/// One connection of a slot. The panel makes the entry and hands it to the sender, which connects
+/// it. Either end may go first: the destructor tells the sender, and a sender that goes calls
+/// Reset() on the entries it still has.
 class KvTrackedSlot
 {
 public:

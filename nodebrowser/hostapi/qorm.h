@@ -3,8 +3,19 @@
 
 // The host's object database: identified objects in data sources, reached through handles that
 // outlive the objects they name. Declarations only; the host's library defines them and
-// instantiates the templates for the types named at each. Everything runs on the GUI thread;
-// questions run no event loop and change nothing.
+// instantiates the templates for the types named at each. The panel calls them, on the GUI thread.
+// Unless a declaration says otherwise:
+//
+// - Texts are 8-bit, in the encoding that datamodel.h tells, and never null.
+// - Nothing runs an event loop, sends notifications or changes anything, except
+//   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may prompt;
+//   the panel may be deleted and its library replaced or closed meanwhile. They report their
+//   outcome themselves; the panel ignores it.
+// - An invalid handle and a null pointer raise ExBase::NullPtr when they are followed, and answer
+//   everything else with nothing: an empty text, false, a null pointer, an invalid handle. The
+//   panel does not catch what is raised.
+// - Handles live longer than the panel: it keeps those of the application's two components until
+//   the process ends, and lets go of them after main().
 
 #include "framework.h"
 
@@ -36,23 +47,25 @@ private:
     std::string m_Text;
 };
 
-/// The UID that names nothing, all digits 0.
+/// The UID that names nothing, all digits 0. Passed to CommitToDisk.
 UID const& UID_Null();
-/// The type that every resource is of; used in queries.
+/// The type that every resource is of; any UID that the host's queries know. Used in the query
+/// for "Compound source".
 UID const& UID_Resource();
 
 /// Identifier of a database object.
 class DbObjectId
 {
 public:
-    /// Takes the text as it is; it is not tested with IsUID.
+    /// Takes the text as it is; it is not tested with IsUID, and may be empty.
     explicit DbObjectId(char const* text);
 
     /// The text given, zero-terminated; valid as long as the object.
     char const* GetStr() const;
     bool operator==(DbObjectId const& other) const;
 
-    /// True for 8-4-4-4-12 hexadecimal digits in either case; false for null.
+    /// True for 8-4-4-4-12 hexadecimal digits in either case; false for null. The panel asks for
+    /// the UID text of each item and leaves those without alone.
     static bool IsUID(char const* text);
 
 private:
@@ -102,12 +115,15 @@ public:
     bool IsValid() const;
     /// Raises ExBase::NullPtr when the object is gone.
     T* operator->() const;
-    /// Takes over the other handle; invalid afterwards when the object is not of kind T.
+    /// Takes over the other handle; invalid afterwards when the object is not of kind T, or the
+    /// other handle is invalid. Nothing is raised.
     template <class U>
     QormHandle& AssignCast(QormHandle<U> const& other);
 
-    /// Null when the object has none.
+    /// Where the object lives; null for an invalid handle. An object that the panel finds for one
+    /// of its items must have one: the rebuild of the list breaks off otherwise.
     QormPtr<IDataSource> GetDataSource() const;
+    /// With the empty text for an invalid handle.
     DbObjectId GetDbObjectId() const;
     /// Null for an invalid handle.
     QormPtr<IDataModelMgr> GetManager() const;
@@ -141,6 +157,7 @@ public:
     /// The access mode that means read-only.
     enum { kReadOnlyAccess = 1 };
 
+    /// kReadOnlyAccess, or any other value for a data source that can be written.
     virtual int GetAccessMode() const = 0;
 };
 
@@ -148,7 +165,8 @@ public:
 class IDbObject : public IRefCounted
 {
 public:
-    /// Null when the object belongs to no manager.
+    /// Null when the object belongs to no manager. The panel follows it when a compound's menu
+    /// opens and when its data source changes; null breaks these off.
     virtual QormPtr<IDataModelMgr> GetDataModelMgr() const = 0;
 };
 
@@ -156,7 +174,8 @@ public:
 class ITypeAsset : public IRefCounted
 {
 public:
-    /// True when the asset is locked against changes.
+    /// True when the asset is locked against changes: the panel shows it like an item that comes
+    /// with the application. Asked for assets that are loaded.
     virtual bool IsReadOnly() const = 0;
 };
 
@@ -164,9 +183,11 @@ public:
 class IValueAsset : public IRefCounted
 {
 public:
-    /// Zero-terminated, valid as long as the asset; never null.
+    /// The entry's text in the menu; valid as long as the asset.
     virtual char const* GetName() const = 0;
+    /// The resource's own handle, which goes to GetDataSourceFromResource.
     virtual QormHandle<IValueAsset> GetAssetHandle() const = 0;
+    /// By which FindObject of the manager finds the resource again.
     virtual DbObjectId GetDbObjectId() const = 0;
 };
 
@@ -194,12 +215,13 @@ using Vector = std::vector<T>;
 class IDataModelMgr : public IRefCounted
 {
 public:
-    /// Appends the rows found. The panel asks one thing only, all objects of a type:
-    /// "select object where IS_OF_TYPE_VERSION( {<uid> } )". False for a query that cannot be
-    /// run; nothing is appended then.
+    /// Appends the rows found, which must be resources. The panel asks one thing only, all objects
+    /// of a type: "select object where IS_OF_TYPE_VERSION( {<uid> } )", with UID_Resource(). False
+    /// for a query that cannot be run; nothing is appended then. The panel ignores the answer.
     virtual bool RunQuery(char const* query, Vector<CQueryResult>& results) = 0;
     /// An invalid handle when there is no such object.
     virtual QormHandle<IDbObject> FindObject(DbObjectId const& objectId) = 0;
+    /// Goes to IHelper::GetHelper; never null for a database that is open.
     virtual QormPtr<IQormInstance> GetInstance() = 0;
 };
 
@@ -207,32 +229,38 @@ public:
 class IHelper : public IRefCounted
 {
 public:
-    /// The helper of the instance; null when the instance is null.
+    /// The helper of the instance; null when the instance is null. The panel follows it untested.
     static QormPtr<IHelper> GetHelper(QormPtr<IQormInstance> const& instance);
 
-    /// Moves the object into the data source. Refusing a read-only or null target, and saying
-    /// so, is the helper's business. `withFiles` moves what is stored of it as well; the panel
-    /// passes true.
+    /// Moves the object into the data source. Called for the entry of "Compound source" that was
+    /// chosen. Refusing a read-only or null target, and saying so, is the helper's business.
+    /// `withFiles` moves what is stored of it as well; the panel passes true.
     virtual void MoveToDataSource(QormHandle<IDbObject> const& object,
                                   QormPtr<IDataSource> const& target, bool withFiles) = 0;
 };
 
-/// The data source that the resource stands for, or null.
+/// The data source that the resource stands for, or null: the menu leaves out the entry then.
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource);
-/// Where the resource lies, with every variable filled in.
+/// Where the resource lies, with every variable filled in; the tool tip of its entry. Empty for
+/// what is no resource.
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource);
-/// True when the data source is what the resource stands for.
+/// True when the data source is what the resource stands for; false for a null data source and for
+/// an invalid resource.
 bool IsSameUri(QormPtr<IDataSource> const& source, QormHandle<IValueAsset> const& resource);
 
-/// The service "RevisionControlUIHelper": source control as a user meets it.
+/// The service "RevisionControlUIHelper": source control as a user meets it. Without it no item
+/// has a database object. The commands get valid objects.
 class IRevisionControlUIHelper : public wek::IBase
 {
 public:
-    /// An invalid handle when there is no such object.
+    /// An invalid handle when there is no such object, whatever the text of the identifier. Asked
+    /// for each item of a rebuild, in menus, commands and tool tips, and once a process for the two
+    /// components of the application.
     virtual QormHandle<IDbObject> FindObject(DbObjectId const& objectId) = 0;
 
-    /// `checkedOut` tells whether it worked; the panel passes true for `askUser` and ignores
-    /// the outcome, which the service reports itself.
+    /// `checkedOut` tells whether it worked, and is false at first; the panel passes true for
+    /// `askUser`. In no menu of the panel: a host invokes the slot OnCheckOutItem(), and below
+    /// OnMakeItemWritable().
     virtual void CheckOut(QormHandle<IDbObject> const& object, bool& checkedOut, bool askUser) = 0;
     /// Lifts the read-only permission of the object's files; the panel passes true.
     virtual void MakeWritable(QormHandle<IDbObject> const& object, bool askUser) = 0;

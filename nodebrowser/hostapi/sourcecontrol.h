@@ -3,7 +3,8 @@
 
 // The host's source-control utilities: states of objects, their icons and tool tips, and the
 // switch that turns the display of states on. Declarations only; the host's library defines
-// them. Everything is called on the GUI thread.
+// them. Everything is called on the GUI thread, most of it while the panel paints, and must not
+// run an event loop. The texts are the toolkit's own, so there is no encoding to mind.
 
 #include "framework.h"
 #include "qorm.h"
@@ -14,15 +15,20 @@
 #include <list>
 
 /// Asks for source-control states in the background. The answers arrive later, on the GUI
-/// thread, as ItemAccessStateChanged notifications of the item library.
+/// thread, as ItemAccessStateChanged notifications of the item library. Each panel has a task.
 class ScsTask
 {
 public:
+    /// `name` tells who asks: "NodeBrowser".
     explicit ScsTask(QString const& name);
 
-    /// A request for no objects is allowed.
+    /// The compounds whose states are wanted: all that the panel lists, except those from
+    /// read-only data sources. Called by the first paint after a library was set or states were
+    /// switched on, also while no states are shown. The list may be empty, and handles in it may be
+    /// invalid. Returns at once. Items that get no answer keep the waiting state.
     void RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject> > const& objects);
-    /// Instead of delete: the task frees itself when it is safe to, and delivers nothing more.
+    /// Instead of delete, when the panel dies: the task frees itself when it is safe to, and
+    /// delivers nothing more.
     void DeleteMe();
 
 private:
@@ -37,26 +43,45 @@ private:
 
 namespace ScsUtils {
 
-/// True when the files of the library are under version control at all.
+/// True when the files of the library are under version control at all. Asked for each icon while
+/// states are switched on, and when that is about to happen; false shows no states.
 bool IsFileVersionControlActive();
 
-/// The base pixmap with the overlay of the state bits. `active` tells whether states are shown;
-/// `plain` is true for a plain icon and false for a factory composite, which already carries a
-/// 7-pixel strip at its left. Sizes are device-independent pixels.
+/// The base pixmap with the overlay of the state bits, as it is painted in a row. `active` tells
+/// whether states are shown; without, the answer is the base. `plain` is true for a plain icon and
+/// false for a factory composite, which already carries a 7-pixel strip at its left. Sizes are
+/// device-independent pixels. `base` is null when the program lacks the image; it may be painted
+/// on, for the panel uses the answer only. The panel keeps the answer for all items with the same
+/// arguments, until its next rebuild.
+///
+/// The bits are the host's, those that it sent with ItemAccessStateChanged, with two exceptions:
+/// - 0 is no state. All items have it after a rebuild of the panel's list and after states are
+///   switched off. A state such as "up to date" needs a bit, therefore, and after a rebuild that
+///   did not ask RequestObjectStates the host announces the states again.
+/// - 0x400000 stands for "asked for, no answer yet": the panel sets it on the items that it asks
+///   RequestObjectStates for. The host leaves the bit free, and may mark such icons or not.
+///
+/// While states are shown, the panel paints the icon of a compound 7 pixels further left, unless
+/// its data source is read-only. So the answer for a state other than 0 has the strip at its left,
+/// with the mark in it, to keep the icons of all rows in one column. For 0 the answer is the base:
+/// items that take no part in source control have that state, too.
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain);
 
-/// Tool-tip text for the object; `icon` is the resource name of an icon it may show.
+/// Tool-tip text for the object, plain or rich; empty shows none. Asked when the mouse rests on a
+/// compound whose object is valid. `icon` is the resource name of an icon that it may show,
+/// ":compound.png".
 QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon);
 
 } // namespace ScsUtils
 
 class IRevisionControlPropertiesMgr;
 
-/// A listener for changes of the revision-control properties.
+/// A listener for changes of the revision-control properties; each panel is one.
 class IRevisionControlPropertiesMgr_Slot
 {
 public:
-    /// `manager` is null when the manager goes away.
+    /// `manager` is null when the manager goes away. The panel asks it the two questions below and
+    /// switches the states on or off.
     virtual void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* manager) = 0;
 
 protected:
@@ -67,17 +92,19 @@ protected:
     KvTrackedSlotList m_TrackedSlots;
 };
 
-/// The service "RevisionControlPropertiesMgr": whether the user wants to see source control.
+/// The service "RevisionControlPropertiesMgr": whether the user wants to see source control. It is
+/// looked up once, when a panel is made.
 class IRevisionControlPropertiesMgr : public wek::IBase
 {
 public:
-    /// Connects the slot through an entry of its own list. Calls follow at each change until
-    /// either end goes away.
+    /// Connects the slot through an entry of its own list; neither is null. Calls follow at each
+    /// change until either end goes away. The panel asks for the present values by itself.
     virtual void Connect(IRevisionControlPropertiesMgr_Slot* slot, KvTrackedSlot* entry) = 0;
 
     /// Whether the property below has a value at all.
     virtual bool HasRevisionControlEnabled() = 0;
-    /// Writes whether revision control is switched on.
+    /// Writes whether revision control is switched on; called only when there is a value, and never
+    /// with null. `*enabled` is false at first.
     virtual void GetRevisionControlEnabled(bool* enabled) = 0;
 };
 

@@ -253,7 +253,7 @@ QormPtr<IQormInstance> QormHandle<T>::GetInstance() const
 template <class T>
 int QormHandle<T>::GetCacheIndex() const
 {
-    return m_CacheIndex;
+    return IsValid() ? m_CacheIndex : -1;
 }
 
 template <class T>
