@@ -9,6 +9,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
+#include <QTabBar>
 
 using namespace tarno::datamodel;
 
@@ -21,6 +22,8 @@ void AddPanel(QMainWindow& window, QLabel& work)
 {
     auto* const panel = new CNodeBrowser(CNodeBrowser::eConfigNodes);
     panel->SetItemLibrary(GetPartsLibrary());
+    // The panel has room for that height; most styles have higher tabs, over the first row.
+    panel->findChild<QTabBar*>()->setStyleSheet(QStringLiteral("QTabBar::tab { height: 23px; }"));
     QObject::connect(panel, &CNodeBrowser::SelectionChanged, &work, [panel, &work] {
         Part const* const part = ItemIDUnlock::GetIdentity(panel->GetSelection());
         work.setText(part ? QString::fromLatin1(part->name.c_str()) : QString());

@@ -15,8 +15,8 @@
 //   answers with an empty text, false, a null identifier or an invalid accessor, and changes
 //   nothing. The panel does not always test before it asks.
 // - Changes are PrepareForSave, the functions of the modifiers that are not const, and
-//   SetGlobalTarnoCompoundTarget. They may run an event loop, to ask the user something, and the
-//   panel may be deleted and its library replaced or closed meanwhile.
+//   SetGlobalTarnoCompoundTarget. They may run an event loop, to ask the user something. The host
+//   may delete the panel, or replace or close its library, meanwhile: the panel bears that.
 // - Everything else runs no event loop and sends no notifications: the panel asks most of it while
 //   it paints.
 // - A change that is refused is reported by the host. The panel shows no message, ignores what
@@ -148,11 +148,10 @@ public:
     /// Bound to what the more specific accessor is bound to, whose interface stays behind: the copy
     /// is seen through kUnspecifiedInterface again.
     template <class Specific,
-              class = std::enable_if_t<std::is_base_of<UnspecifiedAccessor, Specific>::value> >
+              class = std::enable_if_t<std::is_base_of<UnspecifiedAccessor, Specific>::value>>
     UnspecifiedAccessor(Specific const& other)
         : UnspecifiedAccessor(other.GetContext(), other.GetHandle())
-    {
-    }
+    {}
     /// For the host's library.
     UnspecifiedAccessor(AccessorContext* context, ItemHandle handle);
     /// Rebinds the context only when it or its identifier differs; always copies the handle. The

@@ -8,9 +8,9 @@
 //
 // - Texts are 8-bit, in the encoding that datamodel.h tells, and never null.
 // - Nothing runs an event loop, sends notifications or changes anything, except
-//   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may prompt;
-//   the panel may be deleted and its library replaced or closed meanwhile. They report their
-//   outcome themselves; the panel ignores it.
+//   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may prompt,
+//   and the host may delete the panel, or replace or close its library, meanwhile: the panel bears
+//   that. They report their outcome themselves; the panel ignores it.
 // - An invalid handle and a null pointer raise ExBase::NullPtr when they are followed, and answer
 //   everything else with nothing: an empty text, false, a null pointer, an invalid handle. The
 //   panel does not catch what is raised.

@@ -101,7 +101,7 @@ public:
     /// change until either end goes away. The panel asks for the present values by itself.
     virtual void Connect(IRevisionControlPropertiesMgr_Slot* slot, KvTrackedSlot* entry) = 0;
 
-    /// Whether the property below has a value at all.
+    /// Whether the property below has a value at all; false shows no states.
     virtual bool HasRevisionControlEnabled() = 0;
     /// Writes whether revision control is switched on; called only when there is a value, and never
     /// with null. `*enabled` is false at first.
