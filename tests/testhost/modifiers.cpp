@@ -68,7 +68,7 @@ ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     TestHost::Get().Record("CreateAndSetFromNewCompound",
                            {TextOf(LibraryOf(library)), Quoted(name), TextOf(isSignature),
                             Quoted(signatureUid), Quoted(category), TextOf(commandManager)});
-    if (!LibraryOf(library) || TestHost::Get().m_RefusesChanges)
+    if (TestHost::Get().m_RefusesChanges || !LibraryOf(library))
         return ItemID();
     TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
     item.isAbstract = isSignature;
@@ -115,7 +115,7 @@ ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     TestHost::Get().Record("CreateAndSetFromNewLoopCompound",
                            {TextOf(LibraryOf(library)), Quoted(name), Quoted(signatureUid),
                             Quoted(category), TextOf(commandManager)});
-    if (!LibraryOf(library) || TestHost::Get().m_RefusesChanges)
+    if (TestHost::Get().m_RefusesChanges || !LibraryOf(library))
         return ItemID();
     TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
     item.isLoop = true;
