@@ -121,7 +121,6 @@ private Q_SLOTS:
         QVERIFY(Find(Uid(2)).GetDataSource() == project);
         QVERIFY2(Find(kFactoryComponent).GetDataSource() == factory, "where the component lives");
         QVERIFY(!Find("34F315D3-58CF-4019-9BE3-381FCED0E983").IsValid());
-        QVERIFY(QormHandle<IDbObject>().GetDataSource().IsNull());
     }
 
     void Resources()
@@ -142,8 +141,6 @@ private Q_SLOTS:
         QVERIFY(!IsSameUri(QormPtr<IDataSource>(), project));
         QCOMPARE(QString::fromStdString(GetResourceExpandedURI(Find(kProjectUid))),
                  m_Folder->GetPath("project"));
-        QVERIFY(GetDataSourceFromResource(QormHandle<IValueAsset>()).IsNull());
-        QVERIFY(GetResourceExpandedURI(QormHandle<IDbObject>()).empty());
     }
 
     void Queries_data()
@@ -263,7 +260,6 @@ private Q_SLOTS:
 
     void FollowingNullIsPrintedAndRaised()
     {
-        QVERIFY(IHelper::GetHelper(QormPtr<IQormInstance>()).IsNull());
         QormPtr<IDataSource> const null;
         QormHandle<ITypeAsset> const invalid;
         gPrinted.clear();
