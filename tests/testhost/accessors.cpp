@@ -192,6 +192,7 @@ UnspecifiedAccessor::~UnspecifiedAccessor()
 
 void UnspecifiedAccessor::SetFrom(UnspecifiedAccessor const& other)
 {
+    TestHost::Get().Count("SetFrom");
     *this = Supports(other, m_InterfaceID) ? other : UnspecifiedAccessor();
 }
 

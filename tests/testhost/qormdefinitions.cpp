@@ -217,6 +217,7 @@ template <class T>
 template <class U>
 QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
 {
+    TestHost::Get().Count("AssignCast");
     *this = QormHandle(other.GetInstance(), other.GetCacheIndex());
     if (!IsValid())
         *this = QormHandle();
@@ -226,6 +227,7 @@ QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
 template <class T>
 QormPtr<IDataSource> QormHandle<T>::GetDataSource() const
 {
+    TestHost::Get().Count("GetDataSource");
     TestObject* const object = Object(*this);
     return QormPtr<IDataSource>(object ? object->m_Source : nullptr);
 }
@@ -240,6 +242,7 @@ DbObjectId QormHandle<T>::GetDbObjectId() const
 template <class T>
 QormPtr<IDataModelMgr> QormHandle<T>::GetManager() const
 {
+    TestHost::Get().Count("GetManager");
     TestObject* const object = Object(*this);
     return object ? object->GetDataModelMgr() : QormPtr<IDataModelMgr>();
 }
@@ -293,18 +296,21 @@ DbObjectId CQueryResult::GetObjectId() const
 
 QormPtr<IHelper> IHelper::GetHelper(QormPtr<IQormInstance> const& instance)
 {
+    TestHost::Get().Count("GetHelper");
     static TestHelper* const helper = new TestHelper;
     return instance.IsNull() ? QormPtr<IHelper>() : QormPtr<IHelper>(helper);
 }
 
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource)
 {
+    TestHost::Get().Count("GetDataSourceFromResource");
     TestObject* const object = Object(resource);
     return QormPtr<IDataSource>(object ? object->m_Represents : nullptr);
 }
 
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource)
 {
+    TestHost::Get().Count("GetResourceExpandedURI");
     TestObject* const object = Object(resource);
     return object && object->m_Represents ? object->m_Represents->m_Uri : std::string();
 }

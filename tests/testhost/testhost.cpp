@@ -170,22 +170,38 @@ void TestHost::ThrowAt(char const* operation, int call)
     m_CallsUntilThrow[operation] = call;
 }
 
+void TestHost::RunAt(int call, std::function<void()> const& action)
+{
+    m_CallsUntilAction = call;
+    m_Action = action;
+}
+
+bool TestHost::HasRun() const
+{
+    return !m_Action;
+}
+
 void TestHost::Record(char const* operation, QStringList const& arguments)
 {
     m_Calls << (QStringList(operation) + arguments).join(" ");
-    CountCall(operation);
+    Count(operation);
 }
 
 void TestHost::Query(char const* operation, QStringList const& arguments)
 {
     if (m_ListsQueries)
         m_Calls << (QStringList(operation) + arguments).join(" ");
-    CountCall(operation);
+    Count(operation);
 }
 
-void TestHost::CountCall(QString const& operation)
+void TestHost::Count(char const* operation)
 {
     ++m_Counts[operation];
+    if (m_Action && --m_CallsUntilAction == 0) {
+        std::function<void()> action;
+        action.swap(m_Action);
+        action();
+    }
     auto const due = m_CallsUntilThrow.find(operation);
     if (due == m_CallsUntilThrow.end() || --*due > 0)
         return;

@@ -19,6 +19,7 @@
 #include <QMap>
 #include <QStringList>
 
+#include <functional>
 #include <stdexcept>
 #include <vector>
 
@@ -108,10 +109,17 @@ public:
     int TakeCount(char const* operation);
     /// The n-th call of the operation from now on throws a HostError, once.
     void ThrowAt(char const* operation, int call);
+    /// The n-th call of whatever operation from now on runs the action, once, before it does
+    /// anything else.
+    void RunAt(int call, std::function<void()> const& action);
+    /// The action has been run.
+    bool HasRun() const;
 
     // For the definitions of the contract.
     void Record(char const* operation, QStringList const& arguments = QStringList());
     void Query(char const* operation, QStringList const& arguments = QStringList());
+    /// For what is never listed.
+    void Count(char const* operation);
 
     TestDatabase& m_Database;
     TestCommandManager m_CommandManager;
@@ -129,12 +137,12 @@ public:
     int m_LiveTasks = 0;
 
 private:
-    void CountCall(QString const& operation);
-
     QMap<QString, wek::IBase*> m_Services;
     QStringList m_Calls;
     QMap<QString, int> m_Counts;
     QMap<QString, int> m_CallsUntilThrow;
+    int m_CallsUntilAction = 0;
+    std::function<void()> m_Action;
 };
 
 #endif
