@@ -108,6 +108,10 @@ void CNodeBrowser::SearchTextChange(const QString& text)
 
 void CNodeBrowser::EnterPressed()
 {
+    // Enter is about the rows for the text that was typed, painted already or not.
+    bool const isListDue = m_ItemListDirty || m_ScStatesStale;
+    if (m_VisibleListDirty && !isListDue)
+        UpdateVisibleItems();
     if (m_SelectedIndex >= m_VisibleItems.size())
         m_SelectedIndex = 0;
     Q_EMIT SelectionChanged();

@@ -223,6 +223,18 @@ void TestFilter::confirmsWithEnter()
     QCOMPARE(browser.m_SelectedIndex, 0ul);
     QCOMPARE(confirmed.count(), 3);
     QVERIFY(browser.GetSelection() == (*m_Library)["compound"].id);
+
+    // No paint has come between the text and Enter.
+    QTest::keyClicks(browser.m_SearchEdit, "sol");
+    QTest::keyClick(browser.m_SearchEdit, Qt::Key_Return);
+    QVERIFY(browser.GetSelection() == (*m_Library)["solver"].id);
+    QVERIFY(!browser.m_VisibleListDirty);
+    // A rebuild of the items waits for the paint, and the rows wait with it.
+    browser.LibraryInvalidated(browser.m_ItemLibrary);
+    QTest::keyClicks(browser.m_SearchEdit, "nothing");
+    QTest::keyClick(browser.m_SearchEdit, Qt::Key_Return);
+    QVERIFY(browser.m_VisibleListDirty);
+    QVERIFY(browser.GetSelection() == (*m_Library)["solver"].id);
 }
 
 void TestFilter::keepsTheSelectedPosition()
