@@ -43,7 +43,7 @@ void NarrowToFit(QLabel* label)
 {
     int const room = kFieldLeft - kLabelLeft;
     QFont font = label->font();
-    for (int stretch = 100; label->sizeHint().width() > room && stretch > 50; --stretch) {
+    for (int stretch = 100; label->sizeHint().width() > room && stretch > 0; --stretch) {
         font.setStretch(stretch);
         label->setFont(font);
     }
@@ -142,11 +142,13 @@ void CTarnoCompoundCreateDialog::CreateSignatureRow(ItemLibraryAccessor const& l
 void CTarnoCompoundCreateDialog::PlaceWidgets()
 {
     NarrowToFit(m_NameLabel);
+    NarrowToFit(m_CategoryLabel);
     PlaceLabel(m_NameLabel, 0);
     PlaceLabel(m_CategoryLabel, 1);
     PlaceField(m_NameEdit, 0);
     PlaceField(m_CategoryEdit, 1);
     if (m_ShowSignature) {
+        NarrowToFit(m_SignatureLabel);
         PlaceLabel(m_SignatureLabel, 2);
         PlaceField(m_SignatureCombo, 2);
     }
@@ -179,6 +181,7 @@ void CTarnoCompoundCreateDialog::OnOk()
         QMessageBox box(QMessageBox::Critical, QLatin1String("Invalid Name"),
                         QString::fromLatin1("The %1 name is invalid.").arg(m_ItemKind),
                         QMessageBox::Ok);
+        connect(this, SIGNAL(finished(int)), &box, SLOT(reject()));
         box.exec();
         return;
     }

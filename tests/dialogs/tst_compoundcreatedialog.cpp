@@ -2,6 +2,7 @@
 #include "paneltest.h"
 #include "tarnodialog.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void collectsSignatures();
     void placesItsRows_data();
     void placesItsRows();
+    void narrowsWideLabels();
     void listsSignaturesByName();
     void handsOutWhatWasEntered_data();
     void handsOutWhatWasEntered();
@@ -123,6 +125,27 @@ void TestCompoundCreateDialog::placesItsRows()
     QVERIFY(user.HasClosed());
 }
 
+/// No label reaches under its field, however large the font of the application is.
+void TestCompoundCreateDialog::narrowsWideLabels()
+{
+    QFont const standard = QApplication::font();
+    QStringList wrong;
+    for (int size : {9, 14, 18, 72}) {
+        QFont font = standard;
+        font.setPointSize(size);
+        QApplication::setFont(font);
+        CTarnoCompoundCreateDialog dialog(m_Library->GetAccessor(), "loop compound", "", true);
+        for (QLabel* const label : dialog.findChildren<QLabel*>()) {
+            int const natural = QLabel(label->text()).sizeHint().width();
+            int const width = label->sizeHint().width();
+            if (natural <= 110 ? width != natural : width > 110 || width < 95)
+                wrong << QString("%1%2 at %3").arg(label->text()).arg(width).arg(size);
+        }
+    }
+    QApplication::setFont(standard);
+    QCOMPARE(wrong, QStringList());
+}
+
 void TestCompoundCreateDialog::listsSignaturesByName()
 {
     CTarnoCompoundCreateDialog dialog(m_Library->GetAccessor(), "compound", "compound", true);
@@ -210,6 +233,15 @@ void TestCompoundCreateDialog::refusesAnEmptyName()
     QCOMPARE(created.exec(), int(QDialog::Accepted));
     QVERIFY(user.HasClosed());
     QCOMPARE(created.GetName(), QString("second"));
+
+    // The message goes with its dialog.
+    DialogUser other([](QDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->clear();
+        DialogUser boxUser([&](QDialog&) { dialog.reject(); });
+        ClickButton(dialog, "Ok");
+        QVERIFY(boxUser.HasClosed());
+    });
+    QCOMPARE(created.exec(), int(QDialog::Rejected));
 }
 
 void TestCompoundCreateDialog::handsOutNothingOnceCancelled_data()
