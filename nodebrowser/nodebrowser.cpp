@@ -60,7 +60,7 @@ CNodeBrowser::~CNodeBrowser()
     Unregister();
     // The drag belongs to the browser and would go in the middle of its event loop.
     if (m_IsDragging)
-        qtcompat::CancelDrag();
+        qtcompat::CancelDrag(this);
     delete m_ScrollBar;
     delete m_TabBar;
     delete m_SearchEdit;

@@ -7,13 +7,16 @@
 #include <QByteArray>
 #include <QDrag>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QList>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QSize>
 #include <QString>
 #include <QWheelEvent>
+#include <QWidget>
 
 #if QT_VERSION >= 0x060000
 #include <QRegularExpression>
@@ -123,11 +126,20 @@ inline int WheelDelta(QWheelEvent const* event)
 #endif
 }
 
-/// Ends the drag that is going on; the oldest generation has no means to.
-inline void CancelDrag()
+/// Ends the drag that the widget, which is about to go, has started and that is still going on.
+inline void CancelDrag(QWidget* source)
 {
 #if QT_VERSION >= 0x050700
+    (void)source;
     QDrag::cancel();
+#else
+    // Deleting the drag with its source leaves its event loop running on freed memory. The loop
+    // ends for the Escape key, which is all that can be had here, and deletes the drag later.
+    QList<QDrag*> const drags = source->findChildren<QDrag*>();
+    for (int i = 0; i < drags.size(); ++i)
+        drags.at(i)->setParent(nullptr);
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(source, &escape);
 #endif
 }
 
