@@ -205,6 +205,10 @@ private:
     /// The item of a row, null for a row that does not exist or whose item is gone since a
     /// rebuild broke off.
     Item const* ItemAtRow(unsigned long row) const;
+    /// A copy, which outlives the list; invalid where ItemAtRow is null.
+    tarno::datamodel::ItemAccessor AccessorAtRow(unsigned long row) const;
+    /// Null for an invalid accessor, of which the host is not asked.
+    static tarno::datamodel::ItemID AskItemID(tarno::datamodel::ItemAccessor const& item);
     ItemPositions const& Positions();
 
     std::set<std::string> GetSearchWords() const;
@@ -215,20 +219,23 @@ private:
     bool ScrollByWheel(QWheelEvent* event);
 
     QAction* AddMenuEntry(QMenu* menu, QString const& text, char const* slot);
-    void FillContextMenu(QMenu& menu, tarno::datamodel::ItemID const& id);
-    bool CanModifyCompound(tarno::datamodel::ItemID const& id) const;
-    void AddSourceMenu(QMenu& menu, qorm::QormHandle<qorm::IDbObject> const& compound);
-    void AddSourceEntry(QMenu* menu, qorm::QormHandle<qorm::IDbObject> const& compound,
-                        qorm::QormHandle<qorm::IDbObject> const& object);
+    class ContextMenu;
+    struct SMenuFacts;
+    void FillContextMenu(QMenu& menu, SMenuFacts const& facts);
+    void AddSourceMenu(QMenu& menu, SMenuFacts const& facts);
+    /// The context menu of which an entry sent the signal that called the running slot.
+    ContextMenu* ChosenMenu() const;
+    /// The item that the menu names, wherever it stands now; invalid when it is gone, or its
+    /// library is not the one shown any more.
+    tarno::datamodel::ItemAccessor FindMenuItem(ContextMenu const& menu) const;
 
     struct SNewItem;
     bool AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
                        SNewItem& item);
-    /// The library is alive and still the one shown: dialogs run event loops in which it may be
-    /// replaced or closed.
-    bool IsStillShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
-    qorm::QormHandle<qorm::IDbObject>
-    FindSelectedObject(qorm::IRevisionControlUIHelper*& helper) const;
+    bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
+    class ItemCommand;
+    static qorm::QormHandle<qorm::IDbObject> FindObject(ItemCommand const& command,
+                                                        qorm::IRevisionControlUIHelper*& helper);
 
     void MarkItemListDirty();
     void IndexTags(tarno::datamodel::ItemID const& id);

@@ -1,5 +1,7 @@
 #include "nodebrowser.h"
 
+#include "contextmenu.h"
+#include "itemcommand.h"
 #include "qtcompat.h"
 #include "renamedialog.h"
 #include "revisioncontrol.h"
@@ -7,6 +9,7 @@
 #include "tarnodialog.h"
 
 #include <QAction>
+#include <QDialog>
 #include <QPointer>
 #include <QStringList>
 
@@ -14,12 +17,13 @@
 
 using namespace tarno::datamodel;
 
-/// What the create dialog asks for, in the form the data model takes.
+/// What the create dialog asks for, in the form the data model takes, and where it goes.
 struct CNodeBrowser::SNewItem
 {
     std::string name;
     std::string category;
     std::string signature;
+    ItemLibraryAccessor library;
 };
 
 namespace {
@@ -31,29 +35,40 @@ void MakeCurrent(UnspecifiedAccessor const& item)
     Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
 }
 
-} // namespace
-
-bool CNodeBrowser::IsStillShown(ItemLibraryAccessor const& library) const
+/// Runs the dialog, which ends with the panel. False when it was rejected.
+bool Run(QDialog& dialog, QPointer<CNodeBrowser> const& browser)
 {
-    return m_ItemLibrary.GetContextID() == library.GetContextID()
-           && m_ItemLibrary.GetHandle() == library.GetHandle() && m_ItemLibrary.Revalidate();
+    if (!browser)
+        return false;
+    QObject::connect(browser, SIGNAL(destroyed()), &dialog, SLOT(reject()));
+    return dialog.exec() != QDialog::Rejected;
 }
 
-/// False when there is nothing to create: the dialog was cancelled, or what it was opened for is
-/// gone. The browser itself may be gone then.
+} // namespace
+
+bool CNodeBrowser::IsShown(ItemLibraryAccessor const& library) const
+{
+    return m_ItemLibrary.GetContextID() == library.GetContextID()
+           && m_ItemLibrary.GetHandle() == library.GetHandle();
+}
+
+/// False when there is nothing to create: the dialog was cancelled, or the library that it was
+/// opened for has been replaced. The browser itself may be gone then.
 bool CNodeBrowser::AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
                                  SNewItem& item)
 {
     QPointer<CNodeBrowser> const self(this);
     ItemLibraryAccessor const library(m_ItemLibrary);
     CTarnoCompoundCreateDialog dialog(library, kind, defaultName, showSignature);
-    dialog.exec();
+    Run(dialog, self);
     // Cancelling shows as an empty name, whatever way the dialog was closed.
-    if (dialog.GetName().isEmpty() || !self || !IsStillShown(library))
+    if (dialog.GetName().isEmpty() || !self || !IsShown(library))
         return false;
     item.name = QStringToStdString(dialog.GetName());
     item.category = QStringToStdString(dialog.GetCategory());
     item.signature = QStringToStdString(dialog.GetSignature());
+    // A library that is missing or closed is the host's to refuse.
+    item.library = m_ItemLibrary;
     return true;
 }
 
@@ -63,7 +78,7 @@ void CNodeBrowser::OnNewSignature()
     if (!AskForNewItem("signature", "signature", false, item))
         return;
     CompoundModifierAccessor modifier;
-    modifier.CreateAndSetFromNewCompound(m_ItemLibrary, item.name.c_str(), true, nullptr,
+    modifier.CreateAndSetFromNewCompound(item.library, item.name.c_str(), true, nullptr,
                                          item.category.c_str(), m_CommandManager);
     if (modifier.IsValid())
         MakeCurrent(modifier);
@@ -75,7 +90,7 @@ void CNodeBrowser::OnNewCompound()
     if (!AskForNewItem("compound", "compound", true, item))
         return;
     CompoundModifierAccessor modifier;
-    modifier.CreateAndSetFromNewCompound(m_ItemLibrary, item.name.c_str(), false,
+    modifier.CreateAndSetFromNewCompound(item.library, item.name.c_str(), false,
                                          item.signature.c_str(), item.category.c_str(),
                                          m_CommandManager);
     if (modifier.IsValid())
@@ -89,7 +104,7 @@ void CNodeBrowser::OnNewLoopCompound()
     if (!AskForNewItem("loop compound", "loopcompound", true, item))
         return;
     LoopCompoundModifierAccessor modifier;
-    modifier.CreateAndSetFromNewLoopCompound(m_ItemLibrary, item.name.c_str(),
+    modifier.CreateAndSetFromNewLoopCompound(item.library, item.name.c_str(),
                                              item.signature.c_str(), item.category.c_str(),
                                              m_CommandManager);
     if (!modifier.IsValid())
@@ -101,12 +116,14 @@ void CNodeBrowser::OnNewLoopCompound()
 
 void CNodeBrowser::OnSaveGraphLibrary()
 {
+    // The host may replace the library, or delete the panel, while it readies the one to save.
+    ItemLibraryAccessor const library(m_ItemLibrary);
     LowLevelItemLibraryAccessor lowLevel;
-    lowLevel.SetFrom(m_ItemLibrary);
+    lowLevel.SetFrom(library);
     lowLevel.PrepareForSave();
 
     ItemLibraryModifierAccessor modifier;
-    modifier.SetFrom(m_ItemLibrary);
+    modifier.SetFrom(library);
     // The host reports the outcome itself.
     bool succeeded = false;
     std::list<std::string> messages;
@@ -115,46 +132,45 @@ void CNodeBrowser::OnSaveGraphLibrary()
 
 void CNodeBrowser::OnRenameItem()
 {
-    Item const* const item = ItemAtRow(m_SelectedIndex);
-    if (!item)
+    ItemCommand const command(this);
+    if (!command.HasItem())
         return;
-    ItemID const id = item->GetItemID();
     CompoundAccessor compound;
-    compound.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
-    QString const oldName =
-        qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
-
-    QPointer<CNodeBrowser> const self(this);
-    ItemLibraryAccessor const library(m_ItemLibrary);
-    CRenameCompoundDialog dialog(library, compound);
-    dialog.SetOldName(oldName);
-    if (!dialog.exec() || !self || !IsStillShown(library) || !compound.Revalidate())
+    compound.SetFrom(command.m_ItemLibrary.GetModel(command.m_ItemID, nullptr));
+    QString const oldName = qtcompat::FromAscii(
+        command.m_ItemLibrary.GetItemName(command.m_ItemID, true, nullptr).c_str());
+    if (!command.IsStillDue())
         return;
-    if (dialog.GetNewName() == oldName)
+
+    CRenameCompoundDialog dialog(command.m_ItemLibrary, compound);
+    dialog.SetOldName(oldName);
+    if (!Run(dialog, command.m_Browser) || dialog.GetNewName() == oldName || !compound.Revalidate()
+        || !command.IsStillDue())
         return;
     CompoundModifierAccessor modifier;
     modifier.SetFrom(compound);
     modifier.Initialize();
-    modifier.RenameCompound(QStringToStdString(dialog.GetNewName()).c_str(), m_CommandManager);
+    if (command.IsStillDue())
+        modifier.RenameCompound(QStringToStdString(dialog.GetNewName()).c_str(), m_CommandManager);
 }
 
 /// Does nothing: the menu shows the entry and never lets it be chosen.
 void CNodeBrowser::OnDeleteItem() {}
 
-/// The database object of the selected row, together with the service that knows it; invalid
-/// when there is no such row, service or object.
-qorm::QormHandle<qorm::IDbObject>
-CNodeBrowser::FindSelectedObject(qorm::IRevisionControlUIHelper*& helper) const
+/// The database object of the command's item, together with the service that knows it; invalid
+/// when there is no such item, service or object.
+qorm::QormHandle<qorm::IDbObject> CNodeBrowser::FindObject(ItemCommand const& command,
+                                                           qorm::IRevisionControlUIHelper*& helper)
 {
-    Item const* const item = ItemAtRow(m_SelectedIndex);
-    helper = item ? FindRevisionControlHelper() : nullptr;
-    return helper ? FindDbObject(helper, item->GetItemID()) : qorm::QormHandle<qorm::IDbObject>();
+    helper = command.HasItem() ? FindRevisionControlHelper() : nullptr;
+    return FindDbObject(helper, command.m_ItemID);
 }
 
 void CNodeBrowser::OnCheckOutItem()
 {
+    ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
+    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
     bool isCheckedOut = false;
     if (object.IsValid())
         helper->CheckOut(object, isCheckedOut, true);
@@ -162,40 +178,40 @@ void CNodeBrowser::OnCheckOutItem()
 
 void CNodeBrowser::OnMakeItemWritable()
 {
+    ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
+    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
     if (object.IsValid())
         helper->MakeWritable(object, true);
 }
 
 void CNodeBrowser::OnShowItemFiles()
 {
+    ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindSelectedObject(helper);
+    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
     if (object.IsValid())
         helper->ShowFiles(object, false);
 }
 
 void CNodeBrowser::OnEditItemTags()
 {
-    Item const* const item = ItemAtRow(m_SelectedIndex);
-    if (!item)
+    ItemCommand const command(this);
+    if (!command.HasItem())
         return;
-    ItemID const id = item->GetItemID();
-    ItemAccessor const accessor(item->m_Accessor);
-    std::string const name = m_ItemLibrary.GetItemName(id, true, nullptr);
-    std::string const tags = m_ItemLibrary.GetItemTags(id, kAppTagsCategory);
+    std::string const name = command.m_ItemLibrary.GetItemName(command.m_ItemID, true, nullptr);
+    std::string const tags = command.m_ItemLibrary.GetItemTags(command.m_ItemID, kAppTagsCategory);
+    if (!command.IsStillDue())
+        return;
 
-    QPointer<CNodeBrowser> const self(this);
-    ItemLibraryAccessor const library(m_ItemLibrary);
     CItemTagsEditorDialog dialog(name.c_str(), tags.c_str());
-    if (!dialog.exec() || !self || !IsStillShown(library) || !accessor.Revalidate())
-        return;
-    if (dialog.GetTags() == tags)
+    if (!Run(dialog, command.m_Browser) || dialog.GetTags() == tags)
         return;
     ItemLibraryModifierAccessor modifier;
-    modifier.SetFrom(m_ItemLibrary);
-    modifier.SetItemTags(id, kAppTagsCategory, dialog.GetTags().c_str(), m_CommandManager);
+    modifier.SetFrom(command.m_ItemLibrary);
+    if (command.IsStillDue())
+        modifier.SetItemTags(command.m_ItemID, kAppTagsCategory, dialog.GetTags().c_str(),
+                             m_CommandManager);
 }
 
 void CNodeBrowser::OnDatasourceChange()
@@ -205,6 +221,9 @@ void CNodeBrowser::OnDatasourceChange()
     Q_ASSERT_X(ids.size() >= 2, "CNodeBrowser::OnDatasourceChange",
                "the action must name the compound and the resource");
     if (ids.size() < 2)
+        return;
+    ContextMenu const* const menu = ChosenMenu();
+    if (menu && !FindMenuItem(*menu).IsValid())
         return;
 
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();

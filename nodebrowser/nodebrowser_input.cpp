@@ -58,20 +58,22 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* event)
 
 void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
 {
-    Item const* const item = ItemAtRow(m_SelectedIndex);
-    if (!item || m_IsDragging || !(event->buttons() & Qt::LeftButton))
+    ItemAccessor const item = AccessorAtRow(m_SelectedIndex);
+    if (!item.IsValid() || m_IsDragging || !(event->buttons() & Qt::LeftButton))
         return;
     QPoint const distance = qtcompat::Position(event) - m_PressPos;
     if (distance.manhattanLength() < QApplication::startDragDistance())
         return;
 
-    QByteArray const payload = EncodeDragPayload(item->GetItemID());
-    QMimeData* const data = new QMimeData;
-    data->setData(QLatin1String("tarno/toc.key"), payload);
-    QDrag* const drag = new QDrag(this);
-    drag->setMimeData(data);
-    // Runs an event loop: neither the item nor the browser need be there afterwards.
     QPointer<CNodeBrowser> const self(this);
+    QByteArray const payload = EncodeDragPayload(AskItemID(item));
+    if (!self)
+        return;
+    QMimeData* const mimeData = new QMimeData;
+    mimeData->setData(QLatin1String("tarno/toc.key"), payload);
+    QDrag* const drag = new QDrag(this);
+    drag->setMimeData(mimeData);
+    // Runs an event loop: neither the item nor the browser need be there afterwards.
     m_IsDragging = true;
     drag->exec(Qt::CopyAction);
     if (self)
@@ -80,14 +82,13 @@ void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
 
 void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    Item const* const item = ItemAtRow(GetItemIndexAt(qtcompat::Position(event)));
-    if (!item)
-        return;
-    ItemID const id = item->GetItemID();
+    ItemAccessor const item = AccessorAtRow(GetItemIndexAt(qtcompat::Position(event)));
+    ItemLibraryAccessor const library(m_ItemLibrary);
+    ItemID const id = AskItemID(item);
     if (id.GetType() != TarnoType::gCompound)
         return;
     CompoundAccessor compound;
-    compound.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
+    compound.SetFrom(library.GetModel(id, nullptr));
     Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
 }
 
@@ -104,9 +105,8 @@ bool CNodeBrowser::event(QEvent* event)
 
 void CNodeBrowser::ShowRowToolTip(QHelpEvent* event)
 {
-    Item const* const item = ItemAtRow(GetItemIndexAt(event->pos()));
-    ItemID const id = item ? item->GetItemID() : ItemID();
-    if (!item || id.GetType() != TarnoType::gCompound) {
+    ItemID const id = AskItemID(AccessorAtRow(GetItemIndexAt(event->pos())));
+    if (id.GetType() != TarnoType::gCompound) {
         QToolTip::showText(QPoint(0, 0), QString());
         event->ignore();
         return;
@@ -132,18 +132,18 @@ bool CNodeBrowser::ScrollByWheel(QWheelEvent* event)
 
 ItemID CNodeBrowser::GetSelection()
 {
-    Item const* const item = ItemAtRow(m_SelectedIndex);
-    return item ? item->GetItemID() : ItemID();
+    return AskItemID(AccessorAtRow(m_SelectedIndex));
 }
 
 bool CNodeBrowser::IsSelectionType()
 {
-    if (!m_ItemLibrary.IsValid())
+    ItemLibraryAccessor const library(m_ItemLibrary);
+    if (!library.IsValid())
         return false;
     ItemID const id = GetSelection();
     if (!id.IsValid())
         return false;
     TypeDescriptorAccessor descriptor;
-    descriptor.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
+    descriptor.SetFrom(library.GetModel(id, nullptr));
     return descriptor.IsValid();
 }

@@ -150,8 +150,7 @@ void CNodeBrowser::Item::UpdateIcon()
 
 ItemID CNodeBrowser::Item::GetItemID() const
 {
-    m_Accessor.Revalidate();
-    return m_Accessor.GetItemID();
+    return AskItemID(m_Accessor);
 }
 
 void CNodeBrowser::BuildAllItemList(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests)
@@ -254,6 +253,20 @@ CNodeBrowser::Item const* CNodeBrowser::ItemAtRow(unsigned long row) const
     if (row >= m_VisibleItems.size() || m_VisibleItems[row] >= m_Items.size())
         return nullptr;
     return &m_Items[m_VisibleItems[row]];
+}
+
+ItemAccessor CNodeBrowser::AccessorAtRow(unsigned long row) const
+{
+    Item const* const item = ItemAtRow(row);
+    return item ? item->m_Accessor : ItemAccessor();
+}
+
+ItemID CNodeBrowser::AskItemID(ItemAccessor const& item)
+{
+    if (!item.IsValid())
+        return ItemID();
+    item.Revalidate();
+    return item.GetItemID();
 }
 
 ItemPositions const& CNodeBrowser::Positions()

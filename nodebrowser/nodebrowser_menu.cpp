@@ -1,16 +1,32 @@
 #include "nodebrowser.h"
 
+#include "contextmenu.h"
 #include "qtcompat.h"
 #include "revisioncontrol.h"
 
 #include <QAction>
-#include <QMenu>
+#include <QPointer>
 #include <QStringList>
 #include <QVariant>
+
+#include <string>
+#include <vector>
 
 using namespace tarno::datamodel;
 
 namespace {
+
+/// An entry of the menu of data sources.
+struct SSourceEntry
+{
+    QString label;
+    QString toolTip;
+    bool isEnabled;
+    /// The texts of the identifiers of the compound and of the resource to move it to.
+    QStringList ids;
+};
+
+typedef std::vector<SSourceEntry> SourceEntries;
 
 /// All resources of the database.
 std::string ResourceQuery()
@@ -29,7 +45,89 @@ QString TextOf(qorm::DbObjectId const& id)
     return qtcompat::FromAscii(id.GetStr());
 }
 
+SSourceEntry MakeSourceEntry(qorm::QormHandle<qorm::IDbObject> const& compound,
+                             qorm::QormHandle<qorm::IDbObject> const& object,
+                             qorm::QormHandle<qorm::IValueAsset> const& resource,
+                             qorm::QormPtr<qorm::IDataSource> const& target)
+{
+    qorm::QormPtr<qorm::IDataSource> const current = compound.GetDataSource();
+    SSourceEntry entry;
+    entry.isEnabled = !IsReadOnly(current);
+    entry.label = qtcompat::FromAscii(resource->GetName());
+    if (qorm::IsSameUri(current, resource)) {
+        // Glued to the name, unlike the other suffix.
+        entry.label += QLatin1String("[Current]");
+        entry.isEnabled = false;
+    }
+    if (IsReadOnly(target)) {
+        entry.label += QLatin1String(" [Read-Only]");
+        entry.isEnabled = false;
+    }
+    entry.toolTip = QLatin1String("Move compound to this data source\n")
+                    + qtcompat::FromAscii(qorm::GetResourceExpandedURI(object).c_str());
+    entry.ids << TextOf(compound.GetDbObjectId()) << TextOf(resource->GetDbObjectId());
+    return entry;
+}
+
+/// The data sources that resources of the database stand for.
+SourceEntries ListSources(qorm::QormHandle<qorm::IDbObject> const& compound)
+{
+    qorm::QormPtr<qorm::IDataModelMgr> const manager = compound->GetDataModelMgr();
+    qorm::Vector<qorm::CQueryResult> results;
+    manager->RunQuery(ResourceQuery().c_str(), results);
+    SourceEntries entries;
+    for (qorm::CQueryResult const& result : results) {
+        qorm::QormHandle<qorm::IDbObject> const object = manager->FindObject(result.GetObjectId());
+        qorm::QormHandle<qorm::IValueAsset> resource;
+        resource.AssignCast(object);
+        qorm::QormPtr<qorm::IDataSource> const target =
+            qorm::GetDataSourceFromResource(resource->GetAssetHandle());
+        if (!target.IsNull())
+            entries.push_back(MakeSourceEntry(compound, object, resource, target));
+    }
+    return entries;
+}
+
+bool CanModifyCompound(ItemLibraryAccessor const& library, ItemID const& id)
+{
+    CompoundAccessor compound;
+    compound.SetFrom(library.GetModel(id, nullptr));
+    CompoundModifierAccessor modifier;
+    modifier.SetFrom(compound);
+    return modifier.CanModifyCompound(true);
+}
+
 } // namespace
+
+/// What the host says about the item of a context menu.
+struct CNodeBrowser::SMenuFacts
+{
+    SMenuFacts(ItemLibraryAccessor const& library, ItemID const& id);
+
+    QString name;
+    bool isCompound;
+    bool isEditable;
+    bool hasTags;
+    bool hasObject;
+    SourceEntries sources;
+};
+
+CNodeBrowser::SMenuFacts::SMenuFacts(ItemLibraryAccessor const& library, ItemID const& id)
+    : name(qtcompat::FromAscii(library.GetItemName(id, true, nullptr).c_str()))
+{
+    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    isEditable = !library.ItemIsReadOnly(id);
+    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(helper, id);
+    hasObject = object.IsValid();
+    char const* const type = id.GetType();
+    isCompound = type == TarnoType::gCompound;
+    hasTags = isCompound || type == TarnoType::gSolver || type == TarnoType::gGlobalConstant;
+    // A compound is asked whether it can be modified, the others whether they are read-only.
+    if (isCompound)
+        isEditable = CanModifyCompound(library, id);
+    if (isCompound && hasObject)
+        sources = ListSources(object);
+}
 
 void CNodeBrowser::CreateMenuCommand(eMenuCommand command, QMenu* menu)
 {
@@ -59,96 +157,75 @@ QAction* CNodeBrowser::AddMenuEntry(QMenu* menu, QString const& text, char const
 void CNodeBrowser::PopContexMenu(QPoint const& globalPos, unsigned long index)
 {
     m_SelectedIndex = index;
-    Item const* const item = ItemAtRow(index);
-    if (!item)
+    ItemAccessor const item = AccessorAtRow(index);
+    if (!item.IsValid())
         return;
 
-    QMenu menu;
-    FillContextMenu(menu, item->GetItemID());
+    // All is asked before anything is built: the host may delete the panel, or replace its
+    // library, when it is asked.
+    QPointer<CNodeBrowser> const self(this);
+    ItemLibraryAccessor const library(m_ItemLibrary);
+    ItemID const id = AskItemID(item);
+    SMenuFacts const facts(library, id);
+    if (!self || !IsShown(library))
+        return;
+    ContextMenu menu(library, id);
+    FillContextMenu(menu, facts);
     // The menu must not outlast the browser that its entries belong to.
     connect(this, SIGNAL(destroyed()), &menu, SLOT(close()));
     // Runs an event loop and the chosen command: nothing here may be used afterwards.
     menu.exec(globalPos, nullptr);
 }
 
-void CNodeBrowser::FillContextMenu(QMenu& menu, ItemID const& id)
+void CNodeBrowser::FillContextMenu(QMenu& menu, SMenuFacts const& facts)
 {
-    QString const name =
-        qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
-    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    bool isEditable = !m_ItemLibrary.ItemIsReadOnly(id);
-    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(helper, id);
-    char const* const type = id.GetType();
-
-    if (object.IsValid())
-        AddMenuEntry(&menu, QString::fromLatin1("Show Files for %1").arg(name),
+    if (facts.hasObject)
+        AddMenuEntry(&menu, QString::fromLatin1("Show Files for %1").arg(facts.name),
                      SLOT(OnShowItemFiles()));
-    if (type == TarnoType::gCompound) {
-        isEditable = CanModifyCompound(id);
-        AddMenuEntry(&menu, QString::fromLatin1("Rename %1").arg(name), SLOT(OnRenameItem()))
-            ->setEnabled(isEditable);
+    if (facts.isCompound) {
+        AddMenuEntry(&menu, QString::fromLatin1("Rename %1").arg(facts.name), SLOT(OnRenameItem()))
+            ->setEnabled(facts.isEditable);
         // Shown for every compound and never available.
-        AddMenuEntry(&menu, QString::fromLatin1("Delete %1").arg(name), SLOT(OnDeleteItem()))
+        AddMenuEntry(&menu, QString::fromLatin1("Delete %1").arg(facts.name), SLOT(OnDeleteItem()))
             ->setEnabled(false);
-        if (object.IsValid())
-            AddSourceMenu(menu, object);
+        if (facts.hasObject)
+            AddSourceMenu(menu, facts);
     }
-    // A compound is asked whether it can be modified, the others whether they are read-only.
-    if (type == TarnoType::gCompound || type == TarnoType::gSolver
-        || type == TarnoType::gGlobalConstant)
-        AddMenuEntry(&menu, QString::fromLatin1("Edit Tags for %1").arg(name),
+    if (facts.hasTags)
+        AddMenuEntry(&menu, QString::fromLatin1("Edit Tags for %1").arg(facts.name),
                      SLOT(OnEditItemTags()))
-            ->setEnabled(isEditable);
+            ->setEnabled(facts.isEditable);
 }
 
-bool CNodeBrowser::CanModifyCompound(ItemID const& id) const
-{
-    CompoundAccessor compound;
-    compound.SetFrom(m_ItemLibrary.GetModel(id, nullptr));
-    CompoundModifierAccessor modifier;
-    modifier.SetFrom(compound);
-    return modifier.CanModifyCompound(true);
-}
-
-void CNodeBrowser::AddSourceMenu(QMenu& menu, qorm::QormHandle<qorm::IDbObject> const& compound)
+void CNodeBrowser::AddSourceMenu(QMenu& menu, SMenuFacts const& facts)
 {
     QMenu* const sources = menu.addMenu(QLatin1String("Compound source"));
     qtcompat::ShowActionToolTips(sources);
-    qorm::QormPtr<qorm::IDataModelMgr> const manager = compound->GetDataModelMgr();
-    qorm::Vector<qorm::CQueryResult> results;
-    manager->RunQuery(ResourceQuery().c_str(), results);
-    for (qorm::CQueryResult const& result : results)
-        AddSourceEntry(sources, compound, manager->FindObject(result.GetObjectId()));
+    for (SSourceEntry const& entry : facts.sources) {
+        QAction* const action = AddMenuEntry(sources, entry.label, SLOT(OnDatasourceChange()));
+        action->setEnabled(entry.isEnabled);
+        action->setToolTip(entry.toolTip);
+        action->setData(entry.ids);
+    }
 }
 
-void CNodeBrowser::AddSourceEntry(QMenu* menu, qorm::QormHandle<qorm::IDbObject> const& compound,
-                                  qorm::QormHandle<qorm::IDbObject> const& object)
+CNodeBrowser::ContextMenu* CNodeBrowser::ChosenMenu() const
 {
-    qorm::QormHandle<qorm::IValueAsset> resource;
-    resource.AssignCast(object);
-    qorm::QormPtr<qorm::IDataSource> const target =
-        qorm::GetDataSourceFromResource(resource->GetAssetHandle());
-    if (target.IsNull())
-        return;
+    ContextMenu* const menu = ContextMenu::FindAbove(sender());
+    return menu && !menu->m_IsCommandRunning ? menu : nullptr;
+}
 
-    qorm::QormPtr<qorm::IDataSource> const current = compound.GetDataSource();
-    bool isEnabled = !IsReadOnly(current);
-    QString label = qtcompat::FromAscii(resource->GetName());
-    if (qorm::IsSameUri(current, resource)) {
-        // Glued to the name, unlike the other suffix.
-        label += QLatin1String("[Current]");
-        isEnabled = false;
+ItemAccessor CNodeBrowser::FindMenuItem(ContextMenu const& menu) const
+{
+    std::vector<ItemAccessor> items;
+    if (IsShown(menu.m_ItemLibrary)) {
+        for (Item const& item : m_Items)
+            items.push_back(item.m_Accessor);
     }
-    if (IsReadOnly(target)) {
-        label += QLatin1String(" [Read-Only]");
-        isEnabled = false;
+    // Copies, because the host may have the list rebuilt when it is asked.
+    for (ItemAccessor const& item : items) {
+        if (item.Revalidate() && item.GetItemID() == menu.m_ItemID)
+            return item;
     }
-
-    QAction* const action = AddMenuEntry(menu, label, SLOT(OnDatasourceChange()));
-    action->setEnabled(isEnabled);
-    action->setToolTip(
-        QLatin1String("Move compound to this data source\n")
-        + qtcompat::FromAscii(qorm::GetResourceExpandedURI(object).c_str()));
-    action->setData(QStringList() << TextOf(compound.GetDbObjectId())
-                                  << TextOf(resource->GetDbObjectId()));
+    return ItemAccessor();
 }

@@ -52,6 +52,7 @@ class TestDrag : public BrowserTest
 private Q_SLOTS:
     void startsDragAtDistance();
     void dragsTheIdentifier();
+    void startsNoDragWithoutPanel();
     void survivesWhatHappensDuringDrag_data();
     void survivesWhatHappensDuringDrag();
 
@@ -113,6 +114,17 @@ void TestDrag::dragsTheIdentifier()
     // "item:A" and a letter outside ASCII: the number of bytes, then UTF-16, big end first.
     QCOMPARE(drags.payload.toHex(), QByteArray("0000000e"
                                                "006900740065006d003a004100e4"));
+}
+
+void TestDrag::startsNoDragWithoutPanel()
+{
+    QPoint const start = m_Browser->GetRowCenter(0);
+    Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+    // With the first thing that the host is asked.
+    m_Host->RunAt(1, [this] { m_Browser.reset(); });
+    Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
+    QVERIFY(!m_Browser);
+    QCOMPARE(drags.count, 0);
 }
 
 void TestDrag::survivesWhatHappensDuringDrag_data()

@@ -24,8 +24,6 @@ private Q_SLOTS:
     void raisesForObjectWithoutManager();
     void runsTheChosenCommandBeforeItReturns();
     void signalsSelectionAfterTheMenu();
-    void survivesWhatHappensWhileOpen_data();
-    void survivesWhatHappensWhileOpen();
     void addsCommandsToMenusOfTheHost_data();
     void addsCommandsToMenusOfTheHost();
 
@@ -226,50 +224,6 @@ void TestMenu::signalsSelectionAfterTheMenu()
     QTest::mousePress(m_Browser.get(), Qt::RightButton, Qt::NoModifier, m_Browser->GetRowCenter(0));
     QCOMPARE(signalsWhileOpen, 0);
     QCOMPARE(selections.count(), 1);
-}
-
-void TestMenu::survivesWhatHappensWhileOpen_data()
-{
-    QTest::addColumn<int>("event");
-    QTest::newRow("panel deleted") << 0;
-    QTest::newRow("library closed") << 1;
-    QTest::newRow("library replaced") << 2;
-    QTest::newRow("list rebuilt") << 3;
-}
-
-void TestMenu::survivesWhatHappensWhileOpen()
-{
-    QFETCH(int, event);
-    m_Host->AddRevisionControl();
-    TestItem& item = Add(TarnoType::gCompound, "x");
-    m_Library->AddObject(item, m_Source);
-    TestLibrary other("B");
-    bool wasClosed = false;
-    WhenOpen([&](QMenu& menu) {
-        QAction* const showFiles = menu.actions().at(0);
-        if (event == 0) {
-            m_Browser.reset();
-            wasClosed = !menu.isVisible();
-            return;
-        }
-        if (event == 1)
-            m_Library.reset();
-        if (event == 2)
-            m_Browser->SetItemLibrary(other.GetAccessor());
-        if (event == 3)
-            m_Library->Remove(item);
-        m_Browser->m_ItemListDirty = true;
-        m_Browser->Paint();
-        m_Host->TakeCalls();
-        showFiles->trigger();
-        // What the menu was about is not there any more.
-        QVERIFY(m_Host->TakeCalls().isEmpty());
-    });
-    QTest::mousePress(m_Browser.get(), Qt::RightButton, Qt::NoModifier, m_Browser->GetRowCenter(0));
-    QCOMPARE(m_OpenCount, 1);
-    QCOMPARE(wasClosed, event == 0);
-    if (m_Browser)
-        m_Browser->Paint();
 }
 
 void TestMenu::addsCommandsToMenusOfTheHost_data()

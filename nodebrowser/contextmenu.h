@@ -1,0 +1,34 @@
+#ifndef NODEBROWSER_CONTEXTMENU_H
+#define NODEBROWSER_CONTEXTMENU_H
+
+#include "nodebrowser.h"
+
+#include <QMenu>
+
+/// The context menu of one item. It keeps the item that its entries name, because the row may
+/// show another one by the time that an entry is chosen.
+class CNodeBrowser::ContextMenu : public QMenu
+{
+public:
+    ContextMenu(tarno::datamodel::ItemLibraryAccessor const& library,
+                tarno::datamodel::ItemID const& id)
+        : m_ItemLibrary(library)
+        , m_ItemID(id)
+        , m_IsCommandRunning(false)
+    {}
+
+    /// The menu that the object is an entry of, at any depth; null when there is none.
+    static ContextMenu* FindAbove(QObject* object)
+    {
+        while (object && !dynamic_cast<ContextMenu*>(object))
+            object = object->parent();
+        return static_cast<ContextMenu*>(object);
+    }
+
+    tarno::datamodel::ItemLibraryAccessor const m_ItemLibrary;
+    tarno::datamodel::ItemID const m_ItemID;
+    /// An entry was chosen, and its command has not returned yet.
+    bool m_IsCommandRunning;
+};
+
+#endif

@@ -1,0 +1,319 @@
+#include "browsertest.h"
+#include "dialoguser.h"
+
+#include <QAction>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+
+using namespace tarno::datamodel;
+
+/// Which item commands act on, whatever happens between the choice and the end of the command.
+class TestCommandTarget : public BrowserTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void actsOnTheItemThatTheEntryNames_data();
+    void actsOnTheItemThatTheEntryNames();
+    void actsOnTheSelectedRowWhenTheHostCalls();
+    void survivesEveryCallOfTheHost_data();
+    void survivesEveryCallOfTheHost();
+
+protected:
+    void SetUp() override
+    {
+        BrowserTest::SetUp();
+        m_Other.reset(new TestLibrary("B"));
+        MakePanel();
+    }
+
+    void TearDown() override
+    {
+        BrowserTest::TearDown();
+        m_Other.reset();
+    }
+
+private:
+    void MakePanel();
+    void Happen(QString const& event);
+    /// Chooses the entry of the menu, or of a submenu, that begins like that.
+    static void Choose(QMenu& menu, QString const& entry);
+    /// Opens the context menu of "Soft Glow" and chooses the entry after that happened.
+    void ChooseInContextMenu(QString const& entry, std::function<void()> const& meanwhile);
+    void ChooseInMenuOfHost(QString const& entry);
+    void Run(QString const& scenario);
+
+    std::unique_ptr<TestLibrary> m_Other;
+};
+
+namespace {
+
+char const kClipUid[] = "AAAAAAAA-0000-4000-8000-000000000000";
+char const kGlowUid[] = "AAAAAAAA-0000-4000-8000-000000000001";
+char const kResourceUid[] = "EEEEEEEE-0000-4000-8000-000000000001";
+
+} // namespace
+
+/// Three rows, the second of which is "Soft Glow", and as many in the library that is not shown.
+void TestCommandTarget::MakePanel()
+{
+    m_Browser.reset();
+    m_Library.reset(new TestLibrary("A"));
+    m_Other.reset(new TestLibrary("B"));
+    m_Host->m_Database.Clear();
+    m_Host->AddRevisionControl();
+    TestDatabase& database = m_Host->m_Database;
+    TestDataSource* const source = database.AddSource("project");
+    database.AddResource(kResourceUid, "elsewhere", database.AddSource("elsewhere"));
+    m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "Soft Clip", "x", kClipUid), source);
+    m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "Soft Glow", "x", kGlowUid), source);
+    m_Library->Add(TarnoType::gSolver, "Tone");
+    for (char const* uid :
+         {"BBBBBBBB-0000-4000-8000-000000000001", "BBBBBBBB-0000-4000-8000-000000000002",
+          "BBBBBBBB-0000-4000-8000-000000000003"})
+        m_Other->AddObject(m_Other->Add(TarnoType::gCompound, "B", "x", uid), source);
+    m_Browser.reset(new TestBrowser);
+    m_Browser->SetItemLibrary(m_Library->GetAccessor());
+    m_Browser->SetCommandManager(&m_Host->m_CommandManager);
+    m_Browser->Paint();
+    m_Browser->m_SelectedIndex = 1;
+    m_Host->TakeCalls();
+}
+
+void TestCommandTarget::Happen(QString const& event)
+{
+    if (event == "item added before")
+        m_Library->Add(TarnoType::gCompound, "Soft Fade");
+    else if (event == "item removed")
+        m_Library->Remove((*m_Library)["Soft Glow"]);
+    else if (event == "item renamed")
+        (*m_Library)["Soft Glow"].name = "A Glow";
+    else if (event == "library replaced")
+        m_Browser->SetItemLibrary(m_Other->GetAccessor());
+    else if (event == "library closed")
+        m_Library.reset();
+    else if (event == "panel deleted")
+        m_Browser.reset();
+    else if (event == "service withdrawn")
+        m_Host->SetService("RevisionControlUIHelper", nullptr);
+    if (m_Browser) {
+        m_Browser->m_ItemListDirty = true;
+        m_Browser->Paint();
+    }
+    m_Host->TakeCalls();
+}
+
+void TestCommandTarget::Choose(QMenu& menu, QString const& entry)
+{
+    // The menu is closed before the command runs, as it is for a click.
+    menu.close();
+    for (QAction* const action : menu.findChildren<QAction*>()) {
+        if (action->text().startsWith(entry)) {
+            action->trigger();
+            return;
+        }
+    }
+    QFAIL(qPrintable("no entry " + entry));
+}
+
+void TestCommandTarget::ChooseInContextMenu(QString const& entry,
+                                            std::function<void()> const& meanwhile)
+{
+    QObject untilReturn;
+    QTimer::singleShot(0, &untilReturn, [&] {
+        QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        meanwhile();
+        QCOMPARE(menu->isVisible(), m_Browser != nullptr);
+        Choose(*menu, entry);
+    });
+    Send(QEvent::MouseButtonPress, m_Browser->GetRowCenter(1), Qt::RightButton, Qt::RightButton);
+}
+
+void TestCommandTarget::ChooseInMenuOfHost(QString const& entry)
+{
+    QMenu menu;
+    for (int command = 0; command < 4; ++command)
+        m_Browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+    Choose(menu, entry);
+}
+
+void TestCommandTarget::actsOnTheItemThatTheEntryNames_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("event");
+    QTest::addColumn<bool>("isInDialog");
+    QTest::addColumn<bool>("hasDialog");
+    QTest::addColumn<QStringList>("calls");
+
+    struct SEntry
+    {
+        char const* text;
+        bool isOfItem;
+        bool hasDialog;
+        QString calls;
+    };
+    QString const uid = kGlowUid;
+    QString const create = "Create%1 A 'Halo' %2'' manager|SetGlobalTarnoCompoundTarget Halo -";
+    SEntry const entries[] = {
+        {"Show Files", true, false, "ShowFiles " + uid + " false"},
+        {"elsewhere", true, false, "MoveToDataSource " + uid + " 'elsewhere' true"},
+        {"Rename", true, true, "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager"},
+        {"Edit Tags", true, true, "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager"},
+        {"Delete", true, false, ""},
+        {"Compound sig", false, true, create.arg("AndSetFromNewCompound", "true null ")},
+        {"Public compound", false, true, create.arg("AndSetFromNewCompound", "false '' ")},
+        {"Public looping", false, true, create.arg("AndSetFromNewLoopCompound", "'' ")},
+    };
+    for (SEntry const& entry : entries) {
+        for (char const* eventText :
+             {"item added before", "item removed", "item renamed", "library replaced",
+              "library closed", "panel deleted", "service withdrawn"}) {
+            QString const event = eventText;
+            bool const isLost = event == "library replaced" || event == "panel deleted";
+            bool const isItemLost = isLost || event == "item removed" || event == "library closed";
+            bool const isOfService = entry.isOfItem && !entry.hasDialog;
+            QString calls = entry.calls;
+            if ((entry.isOfItem ? isItemLost : isLost)
+                || (isOfService && event == "service withdrawn"))
+                calls.clear();
+            if (event == "item renamed")
+                calls.replace("Soft Glow", "A Glow");
+            // A library that is not there is the host's to refuse.
+            if (event == "library closed")
+                calls = calls.section('|', 0, 0).replace(" A ", " - ");
+            for (bool const isInDialog : {false, true}) {
+                if (isInDialog ? !entry.hasDialog : !entry.isOfItem)
+                    continue;
+                QString const row = QString("%1, %2%3")
+                                        .arg(entry.text, event)
+                                        .arg(isInDialog ? " in its dialog" : "");
+                QTest::newRow(qPrintable(row))
+                    << entry.text << event << isInDialog
+                    << (entry.hasDialog && (isInDialog || !isItemLost))
+                    << (calls.isEmpty() ? QStringList() : calls.split('|'));
+            }
+        }
+    }
+}
+
+void TestCommandTarget::actsOnTheItemThatTheEntryNames()
+{
+    QFETCH(QString, entry);
+    QFETCH(QString, event);
+    QFETCH(bool, isInDialog);
+    DialogUser user([&](QDialog& dialog) {
+        TypeText(dialog, "Hal");
+        if (isInDialog)
+            Happen(event);
+        QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
+        TypeText(dialog, "o");
+        PressKey(dialog, Qt::Key_Return);
+    });
+    if (entry.startsWith("Public") || entry.startsWith("Compound"))
+        ChooseInMenuOfHost(entry);
+    else
+        ChooseInContextMenu(entry, [&] {
+            if (!isInDialog)
+                Happen(event);
+        });
+    QTEST(m_Host->TakeCalls(), "calls");
+    QTEST(user.HasClosed(), "hasDialog");
+    if (m_Browser)
+        QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
+}
+
+/// Whatever menu or dialog is open at the time.
+void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
+{
+    auto const call = [this] {
+        m_Browser->m_SelectedIndex = 0;
+        QMetaObject::invokeMethod(m_Browser.get(), "OnShowItemFiles");
+    };
+    DialogUser user([&](QDialog& dialog) {
+        call();
+        TypeText(dialog, "Halo");
+        PressKey(dialog, Qt::Key_Return);
+    });
+    ChooseInContextMenu("Rename", [&] {
+        m_Host->TakeCalls();
+        call();
+    });
+    QString const show = QString("ShowFiles %1 false").arg(kClipUid);
+    QCOMPARE(m_Host->TakeCalls(), (QStringList{show, show, "Initialize Soft Glow",
+                                               "RenameCompound Soft Glow 'Halo' manager"}));
+
+    // An item that is gone has no dialog.
+    m_Library->Remove((*m_Library)["Soft Clip"]);
+    for (char const* command : {"OnRenameItem", "OnEditItemTags"}) {
+        DialogUser none([](QDialog&) { QFAIL("a dialog"); });
+        QMetaObject::invokeMethod(m_Browser.get(), command);
+    }
+}
+
+void TestCommandTarget::survivesEveryCallOfTheHost_data()
+{
+    QTest::addColumn<QString>("scenario");
+
+    for (char const* scenario :
+         {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound", "OnSaveGraphLibrary",
+          "OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable", "OnShowItemFiles",
+          "OnEditItemTags", "Show Files", "Rename", "elsewhere", "Edit Tags", "double click",
+          "tool tip", "selection"})
+        QTest::newRow(scenario) << scenario;
+}
+
+void TestCommandTarget::Run(QString const& scenario)
+{
+    QPoint const point = m_Browser->GetRowCenter(1);
+    DialogUser user([](QDialog& dialog) {
+        TypeText(dialog, "Halo");
+        PressKey(dialog, Qt::Key_Return);
+    });
+    if (scenario == "double click") {
+        Send(QEvent::MouseButtonDblClick, point, Qt::LeftButton, Qt::LeftButton);
+    } else if (scenario == "tool tip") {
+        QHelpEvent event(QEvent::ToolTip, point, m_Browser->mapToGlobal(point));
+        QApplication::sendEvent(m_Browser.get(), &event);
+    } else if (scenario == "selection") {
+        m_Browser->IsSelectionType();
+    } else if (scenario.startsWith("On")) {
+        QMetaObject::invokeMethod(m_Browser.get(), qPrintable(scenario));
+    } else {
+        ChooseInContextMenu(scenario, [] {});
+    }
+}
+
+/// The host deletes the panel, or replaces its library, inside each call in turn: questions that
+/// are asked on the way, and what is done in the end.
+void TestCommandTarget::survivesEveryCallOfTheHost()
+{
+    QFETCH(QString, scenario);
+    for (char const* event : {"panel deleted", "library replaced"}) {
+        int call = 0;
+        do {
+            MakePanel();
+            // What the panel asks when it is told of a change is a question of the list: none of
+            // those may have such an effect.
+            m_Host->m_RefusesChanges = scenario.contains("Tags");
+            m_Host->RunAt(++call, [&] { Happen(event); });
+            Run(scenario);
+            // The other library is not what the user meant.
+            QStringList const wrong = m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
+            QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join('|')));
+        } while (m_Host->HasRun());
+        QVERIFY(call > 1);
+        m_Host->RunAt(0, nullptr);
+    }
+}
+
+NODEBROWSER_TEST_MAIN(TestCommandTarget)
+
+#include "tst_commandtarget.moc"
