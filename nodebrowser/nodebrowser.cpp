@@ -5,6 +5,7 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTabBar>
@@ -41,6 +42,7 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     , m_ScrollOffset(0)
     , m_BrowserConfig(config)
     , m_IsDragging(false)
+    , m_IsListInUse(false)
 {
     CreateChildren();
     ConnectChildren();
@@ -151,6 +153,8 @@ void CNodeBrowser::SetSourceControlEnabled(bool enabled)
         m_ScStatesStale = true;
         update();
     } else {
+        QScopedValueRollback<bool> const use(m_IsListInUse);
+        m_IsListInUse = true;
         for (Item& item : m_Items)
             item.setScState(0);
     }

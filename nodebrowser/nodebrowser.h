@@ -248,6 +248,8 @@ private:
 
     /// The event loop of a drag is running.
     bool m_IsDragging;
+    /// The host is being asked about the items of the list, which is not rebuilt meanwhile.
+    bool m_IsListInUse;
     ItemIcons m_ItemIcons;
     ItemPositions m_ItemPositions;
     SearchIndex m_SearchIndex;

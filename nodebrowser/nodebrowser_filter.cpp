@@ -4,6 +4,7 @@
 #include "stringutils.h"
 
 #include <QLineEdit>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -74,6 +75,8 @@ void CNodeBrowser::UpdateVisibleItems()
         return;
 
     // A rebuild that broke off leaves items that are not indexed.
+    QScopedValueRollback<bool> const use(m_IsListInUse);
+    m_IsListInUse = true;
     if (m_SearchIndex.GetCount() != m_Items.size())
         IndexItems(FetchNames());
     m_VisibleItems = MatchItems();

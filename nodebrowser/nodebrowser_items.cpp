@@ -3,6 +3,8 @@
 #include "itemkinds.h"
 #include "revisioncontrol.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <numeric>
 #include <strings.h>
@@ -155,6 +157,13 @@ ItemID CNodeBrowser::Item::GetItemID() const
 
 void CNodeBrowser::BuildAllItemList(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests)
 {
+    if (m_IsListInUse) {
+        // The host replaced the library when it was asked about an item.
+        MarkItemListDirty();
+        return;
+    }
+    QScopedValueRollback<bool> const use(m_IsListInUse);
+    m_IsListInUse = true;
     m_Items.clear();
     m_TagsRegistry.Clear();
     m_ItemIcons.Clear();

@@ -3,6 +3,8 @@
 #include "hostapi/sourcecontrol.h"
 #include "itemkinds.h"
 
+#include <QScopedValueRollback>
+
 #include <string.h>
 
 using namespace tarno::datamodel;
@@ -38,6 +40,8 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID cons
 {
     if (!category || strcmp(category, kAppTagsCategory) != 0 || !m_TagsRegistry.HasItem(id))
         return;
+    QScopedValueRollback<bool> const use(m_IsListInUse);
+    m_IsListInUse = true;
     // Neither the rows nor the screen follow: the tags count from the next filtering on.
     m_TagsRegistry.RemoveItem(id);
     // Reading the tags may raise: the index must not keep what the registry dropped.
@@ -60,6 +64,8 @@ void CNodeBrowser::IndexTags(ItemID const& id)
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor& /*library*/, ItemID const& id,
                                           long state)
 {
+    QScopedValueRollback<bool> const use(m_IsListInUse);
+    m_IsListInUse = true;
     auto const positions = Positions().Find(id);
     if (positions.first != positions.second)
         m_Items[positions.first->second].setScState(static_cast<int>(state));

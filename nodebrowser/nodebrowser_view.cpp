@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPaintEvent>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTabBar>
@@ -119,6 +120,8 @@ void CNodeBrowser::RebuildItemList()
 /// Only the rows of which something lies between the header and the lower edge.
 void CNodeBrowser::PaintRows(QPainter& painter)
 {
+    QScopedValueRollback<bool> const use(m_IsListInUse);
+    m_IsListInUse = true;
     int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
     int const rowCount = static_cast<int>(m_VisibleItems.size());
     for (int row = firstRow; row < rowCount && GetRowRect(row).top() < height(); ++row) {

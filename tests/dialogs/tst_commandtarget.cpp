@@ -102,7 +102,7 @@ void TestCommandTarget::Happen(QString const& event)
         m_Browser.reset();
     else if (event == "service withdrawn")
         m_Host->SetService("RevisionControlUIHelper", nullptr);
-    if (m_Browser) {
+    if (m_Browser && !m_Browser->testAttribute(Qt::WA_WState_InPaintEvent)) {
         m_Browser->m_ItemListDirty = true;
         m_Browser->Paint();
     }
@@ -266,7 +266,7 @@ void TestCommandTarget::survivesEveryCallOfTheHost_data()
          {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound", "OnSaveGraphLibrary",
           "OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable", "OnShowItemFiles",
           "OnEditItemTags", "Show Files", "Rename", "elsewhere", "Edit Tags", "double click",
-          "tool tip", "selection"})
+          "tool tip", "selection", "list: paint", "list: tags told", "list: state told"})
         QTest::newRow(scenario) << scenario;
 }
 
@@ -286,31 +286,47 @@ void TestCommandTarget::Run(QString const& scenario)
         m_Browser->IsSelectionType();
     } else if (scenario.startsWith("On")) {
         QMetaObject::invokeMethod(m_Browser.get(), qPrintable(scenario));
+    } else if (scenario == "list: paint") {
+        m_Browser->m_ScStatesStale = true;
+        m_Browser->Paint();
+    } else if (scenario.startsWith("list: ")) {
+        ItemID const id = (*m_Library)["Soft Glow"].id;
+        ItemLibraryAccessor library = m_Library->GetAccessor();
+        if (scenario == "list: tags told")
+            m_Browser->ItemTagsChanged(library, id, "ApplicationTags");
+        else
+            m_Browser->ItemAccessStateChanged(library, id, 5);
     } else {
         ChooseInContextMenu(scenario, [] {});
     }
 }
 
 /// The host deletes the panel, or replaces its library, inside each call in turn: questions that
-/// are asked on the way, and what is done in the end.
+/// are asked on the way, and what is done in the end. No toolkit survives a widget that is deleted
+/// while it is painted, so questions about the list must not do that.
 void TestCommandTarget::survivesEveryCallOfTheHost()
 {
     QFETCH(QString, scenario);
-    for (char const* event : {"panel deleted", "library replaced"}) {
+    bool const isOfList = scenario.startsWith("list: ");
+    for (QString const event : {"panel deleted", "library replaced"}) {
+        bool const isDeleted = event == "panel deleted";
+        if (isDeleted && isOfList)
+            continue;
         int call = 0;
         do {
             MakePanel();
-            // What the panel asks when it is told of a change is a question of the list: none of
-            // those may have such an effect.
-            m_Host->m_RefusesChanges = scenario.contains("Tags");
+            // Nothing is told of a change that is refused.
+            m_Host->m_RefusesChanges = isDeleted && scenario.contains("Tags");
             m_Host->RunAt(++call, [&] { Happen(event); });
             Run(scenario);
             // The other library is not what the user meant.
             QStringList const wrong = m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
-            QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join('|')));
+            QVERIFY2(isOfList || wrong.isEmpty(), qPrintable(wrong.join('|')));
+            if (m_Browser && m_Host->HasRun())
+                QCOMPARE(m_Browser->GetRows().join(' '), QString("B B B"));
         } while (m_Host->HasRun());
-        QVERIFY(call > 1);
         m_Host->RunAt(0, nullptr);
+        QVERIFY(call > 1);
     }
 }
 
