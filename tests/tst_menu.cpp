@@ -22,8 +22,7 @@ private Q_SLOTS:
     void listsDataSources();
     void disablesSourcesOfReadOnlyCompound();
     void raisesForObjectWithoutManager();
-    void runsTheChosenCommandBeforeItReturns();
-    void signalsSelectionAfterTheMenu();
+    void runsTheChosenCommandAndSignalsThen();
     void addsCommandsToMenusOfTheHost_data();
     void addsCommandsToMenusOfTheHost();
 
@@ -201,27 +200,21 @@ void TestMenu::raisesForObjectWithoutManager()
     QVERIFY_EXCEPTION_THROWN(m_Browser->PopContexMenu(QPoint(50, 50), 0), qorm::ExBase::NullPtr);
 }
 
-void TestMenu::runsTheChosenCommandBeforeItReturns()
+void TestMenu::runsTheChosenCommandAndSignalsThen()
 {
     m_Host->AddRevisionControl();
     TestObject const& object = m_Library->AddObject(Add(TarnoType::gSolver, "x"), m_Source);
+    QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
+    int signalsWhileOpen = -1;
     WhenOpen([&](QMenu& menu) {
         QTest::mouseClick(&menu, Qt::LeftButton, Qt::NoModifier,
                           menu.actionGeometry(menu.actions().at(0)).center());
+        signalsWhileOpen = selections.count();
     });
     m_Host->TakeCalls();
-    m_Browser->PopContexMenu(QPoint(50, 50), 0);
+    QTest::mousePress(m_Browser.get(), Qt::RightButton, Qt::NoModifier, m_Browser->GetRowCenter(0));
     QCOMPARE(m_Host->TakeCalls(),
              QStringList("ShowFiles " + QString::fromStdString(object.m_Uid) + " false"));
-}
-
-void TestMenu::signalsSelectionAfterTheMenu()
-{
-    Add(TarnoType::gSolver, "x");
-    QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
-    int signalsWhileOpen = -1;
-    WhenOpen([&](QMenu&) { signalsWhileOpen = selections.count(); });
-    QTest::mousePress(m_Browser.get(), Qt::RightButton, Qt::NoModifier, m_Browser->GetRowCenter(0));
     QCOMPARE(signalsWhileOpen, 0);
     QCOMPARE(selections.count(), 1);
 }

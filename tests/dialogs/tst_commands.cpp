@@ -25,9 +25,7 @@ private Q_SLOTS:
     void editsTags();
     void usesRevisionControl_data();
     void usesRevisionControl();
-    void needsASelectedRow_data();
     void needsASelectedRow();
-    void neverDeletes();
     void leavesMissingObjectsToTheDatabase_data();
     void leavesMissingObjectsToTheDatabase();
 
@@ -264,11 +262,6 @@ void TestCommands::usesRevisionControl()
     Run(command);
     QCOMPARE(m_Host->TakeCalls(), QStringList(call.arg(kCompoundUid)));
 
-    m_Host->SetService("RevisionControlUIHelper", nullptr);
-    Run(command);
-    QVERIFY2(m_Host->TakeCalls().isEmpty(), "no service");
-
-    m_Host->AddRevisionControl();
     Select("Glow");
     m_Host->TakeCount("FindObject");
     Run(command);
@@ -276,33 +269,20 @@ void TestCommands::usesRevisionControl()
     QCOMPARE(m_Host->TakeCount("FindObject"), 0);
 }
 
-void TestCommands::needsASelectedRow_data()
-{
-    QTest::addColumn<QString>("command");
-
-    for (char const* command : {"OnRenameItem", "OnDeleteItem", "OnCheckOutItem",
-                                "OnMakeItemWritable", "OnShowItemFiles", "OnEditItemTags"})
-        QTest::newRow(command) << command;
-}
-
 void TestCommands::needsASelectedRow()
 {
-    QFETCH(QString, command);
     unsigned long const rows = static_cast<unsigned long>(m_Browser->m_VisibleItems.size());
     m_Host->m_ListsQueries = true;
+    DialogUser user([](QDialog&) { QFAIL("a dialog"); });
     for (unsigned long index : {0xFFFFFFFFUL, rows}) {
         m_Browser->m_SelectedIndex = index;
-        DialogUser user([](QDialog&) { QFAIL("a dialog"); });
-        Run(command);
-        QCOMPARE(m_Host->TakeCalls(), QStringList());
+        for (char const* command : {"OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable",
+                                    "OnShowItemFiles", "OnEditItemTags"})
+            Run(command);
     }
-}
-
-/// Kept on purpose: the menu shows the entry and never lets it be chosen.
-void TestCommands::neverDeletes()
-{
+    QCOMPARE(m_Host->TakeCalls(), QStringList());
+    // Deleting does nothing on purpose: the menu shows the entry and never lets it be chosen.
     Select("Blur");
-    m_Host->m_ListsQueries = true;
     m_Host->TakeCalls();
     Run("OnDeleteItem");
     QCOMPARE(m_Host->TakeCalls(), QStringList());
