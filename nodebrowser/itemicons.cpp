@@ -5,6 +5,8 @@
 
 #include <QPainter>
 
+namespace nodebrowser {
+
 namespace {
 
 /// Width of the strip at the left of an icon that carries a badge, in pixels.
@@ -12,28 +14,36 @@ int const kBadgeMargin = 7;
 
 } // namespace
 
+ItemIcons::ItemIcons()
+    : m_Last(m_DisplayIcons.end())
+{
+}
+
 void ItemIcons::Clear()
 {
     m_Resources.clear();
     m_DisplayIcons.clear();
+    m_Last = m_DisplayIcons.end();
 }
 
-QPixmap ItemIcons::GetResource(QString const& name)
+QPixmap const& ItemIcons::GetResource(char const* name)
 {
     auto const known = m_Resources.find(name);
     if (known != m_Resources.end())
         return known->second;
-    return m_Resources[name] = qtcompat::LoadPixmap(name);
+    return m_Resources[name] = qtcompat::LoadPixmap(QLatin1String(name));
 }
 
-QPixmap ItemIcons::GetDisplayIcon(QPixmap const& base, Marks const& marks)
+QPixmap const& ItemIcons::GetDisplayIcon(QPixmap const& base, Marks const& marks)
 {
     Key const key(base.cacheKey(), marks.isFactory, marks.isReadOnlySource, marks.scState,
                   marks.isStateShown);
-    auto const known = m_DisplayIcons.find(key);
-    if (known != m_DisplayIcons.end())
-        return known->second;
-    return m_DisplayIcons[key] = Compose(base, marks);
+    if (m_Last == m_DisplayIcons.end() || m_Last->first != key) {
+        m_Last = m_DisplayIcons.find(key);
+        if (m_Last == m_DisplayIcons.end())
+            m_Last = m_DisplayIcons.insert(std::make_pair(key, Compose(base, marks))).first;
+    }
+    return m_Last->second;
 }
 
 QPixmap ItemIcons::Compose(QPixmap const& base, Marks const& marks)
@@ -52,10 +62,12 @@ QPixmap ItemIcons::AddBadge(QPixmap const& base)
         QSize(size.width() + kBadgeMargin, size.height()), base);
     if (composite.isNull()) // the host supplies no images
         return composite;
-    QPixmap const badge = GetResource(QLatin1String(":./res/projectbrowser/PB_Factory.png"));
+    QPixmap const& badge = GetResource(":./res/projectbrowser/PB_Factory.png");
 
     QPainter painter(&composite);
     painter.drawPixmap(kBadgeMargin, 0, base);
     painter.drawPixmap(0, size.height() - qtcompat::LogicalSize(badge).height(), badge);
     return composite;
 }
+
+} // namespace nodebrowser

@@ -2,16 +2,19 @@
 #define NODEBROWSER_ITEMICONS_H
 
 #include <QPixmap>
-#include <QString>
 
 #include <map>
 #include <tuple>
+
+namespace nodebrowser {
 
 /// The pixmaps of one item list: each resource is loaded once and each composite made once, and
 /// all rows that look the same share them.
 class ItemIcons
 {
 public:
+    ItemIcons();
+
     /// What a display icon shows besides its base.
     struct Marks
     {
@@ -25,9 +28,9 @@ public:
     };
 
     void Clear();
-    /// Null when there is no such resource.
-    QPixmap GetResource(QString const& name);
-    QPixmap GetDisplayIcon(QPixmap const& base, Marks const& marks);
+    /// Null when there is no such resource. The name is a literal, and known by its address.
+    QPixmap const& GetResource(char const* name);
+    QPixmap const& GetDisplayIcon(QPixmap const& base, Marks const& marks);
 
 private:
     typedef std::tuple<qint64, bool, bool, int, bool> Key;
@@ -35,8 +38,12 @@ private:
     QPixmap Compose(QPixmap const& base, Marks const& marks);
     QPixmap AddBadge(QPixmap const& base);
 
-    std::map<QString, QPixmap> m_Resources;
+    std::map<char const*, QPixmap> m_Resources;
     std::map<Key, QPixmap> m_DisplayIcons;
+    /// The one that was asked for last: most rows look like the row before.
+    std::map<Key, QPixmap>::const_iterator m_Last;
 };
+
+} // namespace nodebrowser
 
 #endif

@@ -4,57 +4,47 @@
 
 using namespace tarno::datamodel;
 
+namespace nodebrowser {
+
 namespace {
 
-bool IsNodeType(char const* type)
-{
-    return type == TarnoType::gPolymorphicSolver || type == TarnoType::gSolver
-           || type == TarnoType::gCompound;
-}
+unsigned char const kAll = 1 << CNodeBrowser::eConfigAll;
+unsigned char const kNode = kAll | 1 << CNodeBrowser::eConfigNodes;
+unsigned char const kType = kAll | 1 << CNodeBrowser::eConfigTypes;
+unsigned char const kSignature = kAll | 1 << CNodeBrowser::eConfigSignatures;
+unsigned char const kConstant = kAll | 1 << CNodeBrowser::eConfigConstants;
 
-unsigned char FilterBit(CNodeBrowser::eConfigType filter)
-{
-    return static_cast<unsigned char>(1 << filter);
-}
+SItemKind const kUnknownKind = {nullptr, false, "", nullptr, kAll};
 
 } // namespace
 
-char const* GetKindTag(char const* type)
+std::vector<SItemKind> const& GetItemKinds()
 {
-    if (IsNodeType(type))
-        return "node";
-    if (type == TarnoType::gGlobalConstant)
-        return "constant";
-    return type == LibType::gType ? "type" : "";
+    // Made when it is needed first: the host's constants may be set after this library's.
+    static std::vector<SItemKind> const kinds = {
+        {TarnoType::gPolymorphicSolver, false, "node", ":solver.png", kNode},
+        {TarnoType::gCompound, false, "node", ":compound.png", kNode},
+        {TarnoType::gCompound, true, "node", ":signature.png", kSignature},
+        {TarnoType::gGlobalConstant, false, "constant", ":constant.png", kConstant},
+        {TarnoType::gSolver, false, "node", ":solver.png", kNode},
+        {LibType::gType, false, "type", ":type.png", kType},
+    };
+    return kinds;
 }
 
-char const* GetKindIcon(char const* type, bool isSignature)
+SItemKind const& FindItemKind(char const* type, bool isSignature)
 {
-    if (type == TarnoType::gSolver || type == TarnoType::gPolymorphicSolver)
-        return ":solver.png";
-    if (type == TarnoType::gCompound)
-        return isSignature ? ":signature.png" : ":compound.png";
-    if (type == TarnoType::gGlobalConstant)
-        return ":constant.png";
-    return type == LibType::gType ? ":type.png" : nullptr;
+    for (SItemKind const& kind : GetItemKinds()) {
+        if (kind.type == type && kind.isSignature == isSignature)
+            return kind;
+    }
+    return kUnknownKind;
 }
 
-unsigned char GetKindFilters(ItemAccessor& item)
-{
-    item.Revalidate();
-    char const* const type = item.GetItemID().GetType();
-    unsigned char const all = FilterBit(CNodeBrowser::eConfigAll);
-    if (type == TarnoType::gCompound && Helpers::IsAbstractFunction(item))
-        return all | FilterBit(CNodeBrowser::eConfigSignatures);
-    if (IsNodeType(type))
-        return all | FilterBit(CNodeBrowser::eConfigNodes);
-    if (type == TarnoType::gGlobalConstant)
-        return all | FilterBit(CNodeBrowser::eConfigConstants);
-    return type == LibType::gType ? all | FilterBit(CNodeBrowser::eConfigTypes) : all;
-}
-
-bool PassesKindFilter(unsigned char kindFilters, int filter)
+bool PassesKindFilter(SItemKind const& kind, int filter)
 {
     return filter >= CNodeBrowser::eConfigNodes && filter <= CNodeBrowser::eConfigConstants
-           && (kindFilters >> filter & 1) != 0;
+           && (kind.filters >> filter & 1) != 0;
 }
+
+} // namespace nodebrowser

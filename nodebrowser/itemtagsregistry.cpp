@@ -7,7 +7,10 @@
 using tarno::datamodel::ItemID;
 using tarno::datamodel::ItemLibraryAccessor;
 
-ItemTagsRegistry::ItemTagsRegistry() {}
+ItemTagsRegistry::ItemTagsRegistry()
+    : m_Revision(0)
+{
+}
 
 ItemTagsRegistry::~ItemTagsRegistry() {}
 
@@ -24,11 +27,17 @@ void ItemTagsRegistry::AddItem(ItemID const& id, char const* category)
     if (text.empty())
         return;
 
+    ++m_Revision;
     std::set<std::string> tags;
     SplitString(text, ";", tags);
     // Tags that the item had before keep listing it: callers remove an item first.
-    std::set<std::string> const& stored = m_ItemToTags[id] = std::move(tags);
-    for (std::string const& tag : stored)
+    Register(id, tags);
+}
+
+void ItemTagsRegistry::Register(ItemID const& id, std::set<std::string> const& tags)
+{
+    m_ItemToTags[id] = tags;
+    for (std::string const& tag : tags)
         m_TagToItems[tag].insert(id);
 }
 
@@ -37,12 +46,14 @@ void ItemTagsRegistry::AddItemTag(ItemID const& id, char const* tag)
     std::string const text = tag;
     if (text.empty())
         return;
+    ++m_Revision;
     m_ItemToTags[id].insert(text);
     m_TagToItems[text].insert(id);
 }
 
 void ItemTagsRegistry::RemoveItemTag(ItemID const& id, char const* tag)
 {
+    ++m_Revision;
     std::string const text = tag;
     auto const item = m_ItemToTags.find(id);
     if (item != m_ItemToTags.end()) {
@@ -54,6 +65,12 @@ void ItemTagsRegistry::RemoveItemTag(ItemID const& id, char const* tag)
 }
 
 void ItemTagsRegistry::RemoveItem(ItemID const& id)
+{
+    ++m_Revision;
+    Withdraw(id);
+}
+
+void ItemTagsRegistry::Withdraw(ItemID const& id)
 {
     auto const item = m_ItemToTags.find(id);
     if (item == m_ItemToTags.end())
@@ -101,6 +118,7 @@ std::set<ItemID> const& ItemTagsRegistry::GetTagItems(char const* tag) const
 
 void ItemTagsRegistry::Clear()
 {
+    ++m_Revision;
     m_ItemToTags.clear();
     m_TagToItems.clear();
 }

@@ -7,6 +7,10 @@
 #include <set>
 #include <string>
 
+namespace nodebrowser {
+class ItemList;
+}
+
 /// Two-way index between library items and their tags. An item carries a tag exactly when the
 /// tag lists the item, as long as an item is removed before it is added again.
 class ItemTagsRegistry
@@ -38,11 +42,19 @@ public:
     void Clear();
 
 private:
+    friend class nodebrowser::ItemList;
+
+    // For the panel's list, which knows the tags already. The revision stays.
+    void Register(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags);
+    void Withdraw(tarno::datamodel::ItemID const& id);
     void WithdrawFromTag(tarno::datamodel::ItemID const& id, std::string const& tag);
 
     tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
     std::map<tarno::datamodel::ItemID, std::set<std::string> > m_ItemToTags;
     std::map<std::string, std::set<tarno::datamodel::ItemID> > m_TagToItems;
+    /// Counts the changes through the public operations, by which the list notices that the
+    /// registry is not as it left it.
+    unsigned long m_Revision;
 };
 
 #endif

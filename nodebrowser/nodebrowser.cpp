@@ -1,4 +1,4 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
 #include "hostservices.h"
 #include "qtcompat.h"
@@ -41,8 +41,7 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     , m_ContentHeight(0)
     , m_ScrollOffset(0)
     , m_BrowserConfig(config)
-    , m_IsDragging(false)
-    , m_IsListInUse(false)
+    , m_Private(new Private(m_TagsRegistry))
 {
     CreateChildren();
     ConnectChildren();
@@ -61,7 +60,7 @@ CNodeBrowser::~CNodeBrowser()
     // First of all, so that no notification reaches a browser that is half gone.
     Unregister();
     // The drag belongs to the browser and would go in the middle of its event loop.
-    if (m_IsDragging)
+    if (m_Private->isDragging)
         qtcompat::CancelDrag(this);
     delete m_ScrollBar;
     delete m_TabBar;
@@ -134,9 +133,10 @@ void CNodeBrowser::SetItemLibrary(ItemLibraryAccessor const& library)
     m_ItemTOC = GetTOC(m_ItemLibrary);
     m_ItemTOC.AddNotification(this, kItemTOCNotificationInterface, m_ItemTOC.GetContextID());
     m_TagsRegistry.SetItemLibrary(m_ItemLibrary);
-    // The list is there at once; the next paint makes it again and asks for the states.
+    // The list is there at once; the next paint asks for the states.
     m_ScStatesStale = true;
     BuildAllItemList(nullptr);
+    m_Private->isFresh = !m_ItemListDirty;
 }
 
 void CNodeBrowser::SetCommandManager(wek::fwk::ICommandManager* commandManager)
@@ -149,12 +149,13 @@ void CNodeBrowser::SetSourceControlEnabled(bool enabled)
     if (enabled == m_SourceControlEnabled)
         return;
     m_SourceControlEnabled = enabled;
+    m_Private->isFresh = false;
     if (enabled) {
         m_ScStatesStale = true;
         update();
     } else {
-        QScopedValueRollback<bool> const use(m_IsListInUse);
-        m_IsListInUse = true;
+        QScopedValueRollback<bool> const use(m_Private->isListInUse);
+        m_Private->isListInUse = true;
         for (Item& item : m_Items)
             item.setScState(0);
     }

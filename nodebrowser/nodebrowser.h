@@ -4,10 +4,7 @@
 #include "hostapi/datamodel.h"
 #include "hostapi/qorm.h"
 #include "hostapi/sourcecontrol.h"
-#include "itemicons.h"
-#include "itempositions.h"
 #include "itemtagsregistry.h"
-#include "searchindex.h"
 
 #include <QPixmap>
 #include <QPoint>
@@ -15,7 +12,9 @@
 #include <QString>
 #include <QWidget>
 
+#include <cstdint>
 #include <list>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,6 +26,10 @@ class QMenu;
 class QPushButton;
 class QScrollBar;
 class QTabBar;
+
+namespace nodebrowser {
+struct SItemKind;
+}
 
 /// The node browser: lists, searches and manages the items of an item library.
 ///
@@ -189,19 +192,23 @@ protected:
     eConfigType m_BrowserConfig;
 
 private:
+    typedef std::list<qorm::QormHandle<qorm::IDbObject> > StateRequests;
+
     void CreateChildren();
     void CreateTabs();
     void ConnectChildren();
     void ConnectRevisionControl();
     void Unregister();
 
-    void CollectItems(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests);
-    void AddItem(tarno::datamodel::ItemAccessor& accessor);
+    void CollectItems(StateRequests* stateRequests);
+    void CollectItem(tarno::datamodel::ItemAccessor& accessor,
+                     qorm::IRevisionControlUIHelper* helper);
+    void CollectNames();
+    void SortItems(std::vector<std::uint32_t> const& order);
+    bool CanRequestStates() const;
+    void RequestStates(StateRequests& stateRequests);
     void RequestState(Item& item, qorm::IRevisionControlUIHelper* helper,
-                      std::list<qorm::QormHandle<qorm::IDbObject> >& stateRequests);
-    std::vector<std::string> FetchNames() const;
-    void SortItems(std::vector<std::string>& names);
-    void IndexItems(std::vector<std::string> const& names);
+                      StateRequests& stateRequests);
     /// The item of a row, null for a row that does not exist or whose item is gone since a
     /// rebuild broke off.
     Item const* ItemAtRow(unsigned long row) const;
@@ -209,10 +216,10 @@ private:
     tarno::datamodel::ItemAccessor AccessorAtRow(unsigned long row) const;
     /// Null for an invalid accessor, of which the host is not asked.
     static tarno::datamodel::ItemID AskItemID(tarno::datamodel::ItemAccessor const& item);
-    ItemPositions const& Positions();
 
     std::set<std::string> GetSearchWords() const;
-    std::vector<unsigned long> MatchItems() const;
+    std::vector<unsigned long> MatchItems();
+    std::vector<unsigned long> MatchList();
 
     void ShowRowToolTip(QHelpEvent* event);
     /// False when the wheel is not over the rows.
@@ -238,7 +245,7 @@ private:
                                                         qorm::IRevisionControlUIHelper*& helper);
 
     void MarkItemListDirty();
-    void IndexTags(tarno::datamodel::ItemID const& id);
+    Item* FindItem(tarno::datamodel::ItemID const& id);
 
     void ConsumeDirtyFlags();
     void RebuildItemList();
@@ -246,13 +253,8 @@ private:
     void PaintRows(QPainter& painter);
     void PaintRow(QPainter& painter, int row, Item const& item);
 
-    /// The event loop of a drag is running.
-    bool m_IsDragging;
-    /// The host is being asked about the items of the list, which is not rebuilt meanwhile.
-    bool m_IsListInUse;
-    ItemIcons m_ItemIcons;
-    ItemPositions m_ItemPositions;
-    SearchIndex m_SearchIndex;
+    struct Private;
+    std::unique_ptr<Private> const m_Private;
 };
 
 /// One item of the list, kept by value; lives until the next rebuild.
@@ -286,9 +288,17 @@ public:
     tarno::datamodel::ItemID m_ExtraID;
 
 private:
-    void ReadSourceFlags(tarno::datamodel::ItemID const& id);
+    friend class CNodeBrowser;
+
+    /// Without icons and flags.
+    Item(CNodeBrowser* browser, tarno::datamodel::ItemAccessor& item,
+         tarno::datamodel::ItemID const& extraID);
+    nodebrowser::SItemKind const& Describe(tarno::datamodel::ItemID const& id, int scState,
+                                           qorm::IRevisionControlUIHelper* helper);
+    void ReadSourceFlags(tarno::datamodel::ItemID const& id,
+                         qorm::IRevisionControlUIHelper* helper);
     void ReadTypeAssetFlags(qorm::QormHandle<qorm::IDbObject> const& object);
-    void ChooseIcon(char const* type, int scState);
+    void ComposeIcon();
 };
 
 #endif

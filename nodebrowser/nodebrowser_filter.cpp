@@ -1,6 +1,5 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
-#include "itemkinds.h"
 #include "stringutils.h"
 
 #include <QLineEdit>
@@ -8,6 +7,7 @@
 
 #include <algorithm>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
@@ -49,18 +49,19 @@ std::set<std::string> CNodeBrowser::GetSearchWords() const
 
 bool CNodeBrowser::CompareToFilter(ItemAccessor& item, unsigned long* score) const
 {
-    if (!PassesKindFilter(GetKindFilters(item), m_ConfigType))
+    item.Revalidate();
+    ItemID const id = item.GetItemID();
+    bool const isSignature =
+        id.GetType() == TarnoType::gCompound && Helpers::IsAbstractFunction(item);
+    if (!PassesKindFilter(FindItemKind(id.GetType(), isSignature), m_ConfigType))
         return false;
     std::set<std::string> const words = GetSearchWords();
     unsigned long value = 0;
-    if (!words.empty()) {
-        ItemID const id = item.GetItemID();
-        SearchIndex index;
-        index.Append(SearchIndex::ToSearchName(m_ItemLibrary.GetItemName(id, true, nullptr)),
-                     m_TagsRegistry.GetItemTags(id), 0);
-        value = index.Score(words).front();
-    }
-    if (value == SearchIndex::kNoMatch)
+    if (!words.empty())
+        value = ItemList::Score(
+            words, ItemList::ToSearchName(m_ItemLibrary.GetItemName(id, true, nullptr)),
+            m_TagsRegistry.GetItemTags(id));
+    if (value == ItemList::kNoMatch)
         return false;
     *score = value;
     return true;
@@ -74,29 +75,44 @@ void CNodeBrowser::UpdateVisibleItems()
     if (!m_ItemTOC.IsValid())
         return;
 
-    // A rebuild that broke off leaves items that are not indexed.
-    QScopedValueRollback<bool> const use(m_IsListInUse);
-    m_IsListInUse = true;
-    if (m_SearchIndex.GetCount() != m_Items.size())
-        IndexItems(FetchNames());
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
     m_VisibleItems = MatchItems();
     m_ContentHeight = static_cast<int>(m_VisibleItems.size()) * kRowHeight;
     UpdateScrollbar();
 }
 
-std::vector<unsigned long> CNodeBrowser::MatchItems() const
+std::vector<unsigned long> CNodeBrowser::MatchItems()
 {
-    std::set<std::string> const words = GetSearchWords();
-    std::vector<unsigned long> scores;
-    if (!words.empty())
-        scores = m_SearchIndex.Score(words);
-
+    ItemList const& list = m_Private->list;
+    // A rebuild that broke off left items without names, and a subclass may change the items.
+    if (list.HasNames() && list.GetCount() == m_Items.size())
+        return MatchList();
     std::vector<SMatchingItem> matches;
     for (unsigned long index = 0; index < m_Items.size(); ++index) {
-        unsigned long const score = words.empty() ? 0 : scores[index];
-        if (score != SearchIndex::kNoMatch
-            && PassesKindFilter(m_SearchIndex.GetKinds(index), m_ConfigType))
+        unsigned long score = 0;
+        if (CompareToFilter(m_Items[index].m_Accessor, &score))
             matches.push_back(SMatchingItem{index, score});
+    }
+    return OrderByScore(matches);
+}
+
+/// The same for all items at once, with names, kinds and tags as the host told them last.
+std::vector<unsigned long> CNodeBrowser::MatchList()
+{
+    ItemList& list = m_Private->list;
+    std::vector<SMatchingItem> matches;
+    auto const add = [&](ItemList::Row row, unsigned long score) {
+        if (PassesKindFilter(list.GetKind(row), m_ConfigType))
+            matches.push_back(SMatchingItem{row, score});
+    };
+    std::set<std::string> const words = GetSearchWords();
+    if (words.empty()) {
+        for (ItemList::Row row = 0; row < list.GetCount(); ++row)
+            add(row, 0);
+    } else {
+        for (ItemList::SMatch const& match : list.Search(words))
+            add(match.row, match.score);
     }
     return OrderByScore(matches);
 }

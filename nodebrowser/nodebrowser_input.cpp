@@ -1,4 +1,4 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
 #include "qtcompat.h"
 #include "revisioncontrol.h"
@@ -59,7 +59,7 @@ void CNodeBrowser::mousePressEvent(QMouseEvent* event)
 void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
 {
     ItemAccessor const item = AccessorAtRow(m_SelectedIndex);
-    if (!item.IsValid() || m_IsDragging || !(event->buttons() & Qt::LeftButton))
+    if (!item.IsValid() || m_Private->isDragging || !(event->buttons() & Qt::LeftButton))
         return;
     QPoint const distance = qtcompat::Position(event) - m_PressPos;
     if (distance.manhattanLength() < QApplication::startDragDistance())
@@ -74,10 +74,10 @@ void CNodeBrowser::mouseMoveEvent(QMouseEvent* event)
     QDrag* const drag = new QDrag(this);
     drag->setMimeData(mimeData);
     // Runs an event loop: neither the item nor the browser need be there afterwards.
-    m_IsDragging = true;
+    m_Private->isDragging = true;
     drag->exec(Qt::CopyAction);
     if (self)
-        m_IsDragging = false;
+        m_Private->isDragging = false;
 }
 
 void CNodeBrowser::mouseDoubleClickEvent(QMouseEvent* event)

@@ -1,14 +1,12 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
-#include "itemkinds.h"
 #include "revisioncontrol.h"
 
 #include <QScopedValueRollback>
 
-#include <algorithm>
-#include <numeric>
-#include <strings.h>
+#include <utility>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
@@ -42,18 +40,6 @@ SComponents const& GetComponents(qorm::IRevisionControlUIHelper& helper)
     return components;
 }
 
-/// Orders positions of the item list by name, ignoring ASCII case. Items whose names differ in
-/// nothing else have no order.
-struct SItemAccessorPredicate
-{
-    std::vector<std::string> const& names;
-
-    bool operator()(std::size_t a, std::size_t b) const
-    {
-        return strcasecmp(names[a].c_str(), names[b].c_str()) < 0;
-    }
-};
-
 bool HasValue(ItemAccessor& item, char const* name)
 {
     item.Revalidate();
@@ -71,6 +57,13 @@ bool IsListed(char const* kind, ItemAccessor& item)
 
 CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, int scState,
                          ItemID const& extraID)
+    : Item(browser, item, extraID)
+{
+    if (Describe(GetItemID(), scState, FindRevisionControlHelper()).icon)
+        m_Browser->update();
+}
+
+CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, ItemID const& extraID)
     : m_Browser(browser)
     , m_Accessor(item)
     , m_ScState(0)
@@ -79,18 +72,33 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, int scState,
     , m_IsReadOnlySource(false)
     , m_ExtraID(extraID)
 {
-    ItemID const id = GetItemID();
-    ReadSourceFlags(id);
-    ChooseIcon(id.GetType(), scState);
 }
 
-void CNodeBrowser::Item::ReadSourceFlags(ItemID const& id)
+/// Asks the host what the row shows. Returns the item's kind.
+SItemKind const& CNodeBrowser::Item::Describe(ItemID const& id, int scState,
+                                              qorm::IRevisionControlUIHelper* helper)
 {
-    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    if (!helper || !qorm::DbObjectId::IsUID(ItemIDUnlock::GetItemIDUID(id)))
+    ReadSourceFlags(id, helper);
+    bool const isCompound = id.GetType() == TarnoType::gCompound;
+    SItemKind const& kind =
+        FindItemKind(id.GetType(), isCompound && Helpers::IsAbstractFunction(m_Accessor));
+    if (isCompound)
+        m_ScState = scState;
+    if (kind.icon) {
+        m_Icon = m_Browser->m_Private->icons.GetResource(kind.icon);
+        ComposeIcon();
+    }
+    m_HasScState = isCompound && !m_IsReadOnlySource;
+    return kind;
+}
+
+void CNodeBrowser::Item::ReadSourceFlags(ItemID const& id, qorm::IRevisionControlUIHelper* helper)
+{
+    char const* const uid = ItemIDUnlock::GetItemIDUID(id);
+    if (!helper || !qorm::DbObjectId::IsUID(uid))
         return;
     SComponents const& components = GetComponents(*helper);
-    qorm::QormHandle<qorm::IDbObject> const object = FindDbObject(helper, id);
+    qorm::QormHandle<qorm::IDbObject> const object = helper->FindObject(qorm::DbObjectId(uid));
     if (!object.IsValid())
         return;
 
@@ -113,17 +121,6 @@ void CNodeBrowser::Item::ReadTypeAssetFlags(qorm::QormHandle<qorm::IDbObject> co
     m_IsFactory = m_IsFactory || isLocked;
 }
 
-void CNodeBrowser::Item::ChooseIcon(char const* type, int scState)
-{
-    bool const isCompound = type == TarnoType::gCompound;
-    bool const isSignature = isCompound && Helpers::IsAbstractFunction(m_Accessor);
-    if (isCompound)
-        m_ScState = scState;
-    if (char const* const resource = GetKindIcon(type, isSignature))
-        setIcon(m_Browser->m_ItemIcons.GetResource(QLatin1String(resource)));
-    m_HasScState = isCompound && !m_IsReadOnlySource;
-}
-
 void CNodeBrowser::Item::setIcon(QPixmap const& icon)
 {
     m_Icon = icon;
@@ -140,14 +137,19 @@ void CNodeBrowser::Item::setScState(int state)
 
 void CNodeBrowser::Item::UpdateIcon()
 {
+    ComposeIcon();
+    m_Browser->update();
+}
+
+void CNodeBrowser::Item::ComposeIcon()
+{
     ItemIcons::Marks marks;
     marks.isFactory = m_IsFactory;
     marks.isReadOnlySource = m_IsReadOnlySource;
     marks.scState = m_ScState;
     marks.isStateShown =
         m_Browser->m_SourceControlEnabled && ScsUtils::IsFileVersionControlActive();
-    m_DisplayIcon = m_Browser->m_ItemIcons.GetDisplayIcon(m_Icon, marks);
-    m_Browser->update();
+    m_DisplayIcon = m_Browser->m_Private->icons.GetDisplayIcon(m_Icon, marks);
 }
 
 ItemID CNodeBrowser::Item::GetItemID() const
@@ -155,106 +157,113 @@ ItemID CNodeBrowser::Item::GetItemID() const
     return AskItemID(m_Accessor);
 }
 
-void CNodeBrowser::BuildAllItemList(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests)
+void CNodeBrowser::BuildAllItemList(StateRequests* stateRequests)
 {
-    if (m_IsListInUse) {
+    if (m_Private->isListInUse) {
         // The host replaced the library when it was asked about an item.
         MarkItemListDirty();
         return;
     }
-    QScopedValueRollback<bool> const use(m_IsListInUse);
-    m_IsListInUse = true;
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
+    ItemList& list = m_Private->list;
+    list.BeginCollecting();
+    m_Private->isFresh = false;
+    m_Private->icons.Clear();
     m_Items.clear();
-    m_TagsRegistry.Clear();
-    m_ItemIcons.Clear();
-    m_ItemPositions.Clear();
-    m_SearchIndex.Clear();
     if (!m_ItemTOC.IsValid()) {
+        list.Commit();
         m_VisibleListDirty = true;
         return;
     }
 
-    // An exception of the host leaves the items made so far; rows know how to do without.
-    CollectItems(stateRequests);
-    std::vector<std::string> names = FetchNames();
-    SortItems(names);
-    IndexItems(names);
+    try {
+        CollectItems(stateRequests);
+        CollectNames();
+    } catch (...) {
+        // The items made so far stay; rows know how to do without the others.
+        list.CommitUnfinished();
+        update();
+        throw;
+    }
+    SortItems(list.Commit());
     m_VisibleListDirty = true;
     update();
 }
 
-void CNodeBrowser::CollectItems(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests)
+void CNodeBrowser::CollectItems(StateRequests* stateRequests)
 {
-    char const* const kinds[] = {TarnoType::gPolymorphicSolver, TarnoType::gCompound,
-                                 TarnoType::gGlobalConstant, TarnoType::gSolver, LibType::gType};
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
-    for (char const* const kind : kinds) {
-        Iterator<ItemAccessor> items = m_ItemTOC.GetItems(kind);
+    m_Private->builtWith = helper;
+    for (SItemKind const& kind : GetItemKinds()) {
+        if (kind.isSignature) // listed with the other compounds
+            continue;
+        Iterator<ItemAccessor> items = m_ItemTOC.GetItems(kind.type);
         for (; !items.IsDone(); items.Next()) {
-            if (!IsListed(kind, items.GetCurrent()))
+            if (!IsListed(kind.type, items.GetCurrent()))
                 continue;
-            AddItem(items.GetCurrent());
+            CollectItem(items.GetCurrent(), helper);
             if (helper && stateRequests && m_Items.back().m_HasScState)
                 RequestState(m_Items.back(), helper, *stateRequests);
         }
     }
 }
 
-void CNodeBrowser::AddItem(ItemAccessor& accessor)
+void CNodeBrowser::CollectItem(ItemAccessor& accessor, qorm::IRevisionControlUIHelper* helper)
 {
-    m_Items.push_back(Item(this, accessor, 0, ItemID()));
-    ItemID const id = m_Items.back().GetItemID();
-    m_TagsRegistry.AddItem(id, kAppTagsCategory);
-    m_TagsRegistry.AddItemTag(id, GetKindTag(id.GetType()));
+    ItemList& list = m_Private->list;
+    Item item(this, accessor, ItemID());
+    ItemID const id = item.GetItemID();
+    SItemKind const& kind = item.Describe(id, 0, helper);
+    m_Items.push_back(std::move(item));
+    list.Collect(id, kind);
+    list.CollectTags(m_ItemLibrary.GetItemTags(id, kAppTagsCategory));
+}
+
+void CNodeBrowser::CollectNames()
+{
+    ItemList& list = m_Private->list;
+    for (std::size_t position = 0; position < m_Items.size(); ++position)
+        list.CollectName(m_ItemLibrary.GetItemName(list.GetCollected(position), true, nullptr));
+}
+
+/// `order` gives for each row the item that comes there.
+void CNodeBrowser::SortItems(std::vector<ItemList::Row> const& order)
+{
+    std::vector<Item> sorted;
+    sorted.reserve(order.size());
+    for (ItemList::Row const position : order)
+        sorted.push_back(std::move(m_Items[position]));
+    m_Items.swap(sorted);
+}
+
+/// The list need not be made again for the states: nothing was heard of since it was made.
+bool CNodeBrowser::CanRequestStates() const
+{
+    return m_Private->isFresh && m_Private->list.GetCount() == m_Items.size()
+           && m_Private->builtWith == FindRevisionControlHelper();
+}
+
+/// In the order of the table of contents, as while the list is made.
+void CNodeBrowser::RequestStates(StateRequests& stateRequests)
+{
+    m_Private->isFresh = false;
+    qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
+    for (std::size_t position = 0; helper && position < m_Items.size(); ++position) {
+        Item& item = m_Items[m_Private->list.GetRowOfCollected(position)];
+        if (item.m_HasScState)
+            RequestState(item, helper, stateRequests);
+    }
 }
 
 void CNodeBrowser::RequestState(Item& item, qorm::IRevisionControlUIHelper* helper,
-                                std::list<qorm::QormHandle<qorm::IDbObject> >& stateRequests)
+                                StateRequests& stateRequests)
 {
-    ItemID const id = item.GetItemID();
-    if (!qorm::DbObjectId::IsUID(ItemIDUnlock::GetItemIDUID(id)))
+    char const* const uid = ItemIDUnlock::GetItemIDUID(item.GetItemID());
+    if (!qorm::DbObjectId::IsUID(uid))
         return;
     item.setScState(kWaitingForState);
-    stateRequests.push_back(FindDbObject(helper, id));
-}
-
-std::vector<std::string> CNodeBrowser::FetchNames() const
-{
-    std::vector<std::string> names;
-    names.reserve(m_Items.size());
-    for (Item const& item : m_Items)
-        names.push_back(m_ItemLibrary.GetItemName(item.GetItemID(), true, nullptr));
-    return names;
-}
-
-void CNodeBrowser::SortItems(std::vector<std::string>& names)
-{
-    std::vector<std::size_t> order(m_Items.size());
-    std::iota(order.begin(), order.end(), std::size_t(0));
-    std::sort(order.begin(), order.end(), SItemAccessorPredicate{names});
-
-    std::vector<Item> sortedItems;
-    std::vector<std::string> sortedNames;
-    sortedItems.reserve(order.size());
-    sortedNames.reserve(order.size());
-    for (std::size_t const position : order) {
-        sortedItems.push_back(std::move(m_Items[position]));
-        sortedNames.push_back(std::move(names[position]));
-    }
-    m_Items.swap(sortedItems);
-    names.swap(sortedNames);
-    m_ItemPositions.Clear();
-}
-
-void CNodeBrowser::IndexItems(std::vector<std::string> const& names)
-{
-    m_SearchIndex.Clear();
-    for (std::size_t position = 0; position < m_Items.size(); ++position) {
-        Item& item = m_Items[position];
-        m_SearchIndex.Append(SearchIndex::ToSearchName(names[position]),
-                             m_TagsRegistry.GetItemTags(item.GetItemID()),
-                             GetKindFilters(item.m_Accessor));
-    }
+    stateRequests.push_back(helper->FindObject(qorm::DbObjectId(uid)));
 }
 
 CNodeBrowser::Item const* CNodeBrowser::ItemAtRow(unsigned long row) const
@@ -276,16 +285,4 @@ ItemID CNodeBrowser::AskItemID(ItemAccessor const& item)
         return ItemID();
     item.Revalidate();
     return item.GetItemID();
-}
-
-ItemPositions const& CNodeBrowser::Positions()
-{
-    if (m_ItemPositions.GetCount() != m_Items.size()) {
-        std::vector<ItemID> ids;
-        ids.reserve(m_Items.size());
-        for (Item const& item : m_Items)
-            ids.push_back(item.GetItemID());
-        m_ItemPositions.Assign(ids);
-    }
-    return m_ItemPositions;
 }

@@ -1,16 +1,18 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
 #include "hostapi/sourcecontrol.h"
-#include "itemkinds.h"
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <string.h>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 void CNodeBrowser::MarkItemListDirty()
 {
+    m_Private->isFresh = false;
     m_ItemListDirty = true;
     update();
 }
@@ -35,40 +37,43 @@ void CNodeBrowser::LibraryInvalidated(ItemLibraryAccessor& /*library*/)
     MarkItemListDirty();
 }
 
-void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID const& id,
+void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID const& changed,
                                    char const* category)
 {
+    // A copy: the identifier given may live in one of the registry's sets.
+    ItemID const id = changed;
+    m_Private->isFresh = false;
     if (!category || strcmp(category, kAppTagsCategory) != 0 || !m_TagsRegistry.HasItem(id))
         return;
-    QScopedValueRollback<bool> const use(m_IsListInUse);
-    m_IsListInUse = true;
-    // Neither the rows nor the screen follow: the tags count from the next filtering on.
-    m_TagsRegistry.RemoveItem(id);
-    // Reading the tags may raise: the index must not keep what the registry dropped.
-    IndexTags(id);
-    m_TagsRegistry.AddItem(id, kAppTagsCategory);
-    m_TagsRegistry.AddItemTag(id, GetKindTag(id.GetType()));
-    IndexTags(id);
-}
-
-/// Brings the search index up to the registry for one item.
-void CNodeBrowser::IndexTags(ItemID const& id)
-{
-    if (m_SearchIndex.GetCount() != m_Items.size())
-        return;
-    auto const positions = Positions().Find(id);
-    for (auto position = positions.first; position != positions.second; ++position)
-        m_SearchIndex.SetTags(position->second, m_TagsRegistry.GetItemTags(id));
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
+    // Neither the rows nor the screen follow: the tags count from the next filtering on. Reading
+    // them may raise; the item has none then.
+    m_Private->list.ForgetTags(id);
+    m_Private->list.SetTags(id, m_ItemLibrary.GetItemTags(id, kAppTagsCategory));
 }
 
 void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor& /*library*/, ItemID const& id,
                                           long state)
 {
-    QScopedValueRollback<bool> const use(m_IsListInUse);
-    m_IsListInUse = true;
-    auto const positions = Positions().Find(id);
-    if (positions.first != positions.second)
-        m_Items[positions.first->second].setScState(static_cast<int>(state));
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
+    m_Private->isFresh = false;
+    if (Item* const item = FindItem(id))
+        item->setScState(static_cast<int>(state));
+}
+
+/// The first item that has the identifier now: one that is gone answers the null identifier,
+/// whatever it was listed under.
+CNodeBrowser::Item* CNodeBrowser::FindItem(ItemID const& id)
+{
+    auto const hasID = [&](Item const& item) { return item.GetItemID() == id; };
+    if (id.IsNull()) {
+        auto const found = std::find_if(m_Items.begin(), m_Items.end(), hasID);
+        return found == m_Items.end() ? nullptr : &*found;
+    }
+    ItemList::Row const row = m_Private->list.Find(id);
+    return row < m_Items.size() && hasID(m_Items[row]) ? &m_Items[row] : nullptr;
 }
 
 // The four sides of a transaction say nothing new: rebuilding waits for the next paint anyway.

@@ -1,4 +1,4 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
 #include "qtcompat.h"
 
@@ -98,6 +98,7 @@ void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
 void CNodeBrowser::ConsumeDirtyFlags()
 {
     if (m_ItemListDirty || m_ScStatesStale) {
+        m_Private->isFresh = m_Private->isFresh && !m_ItemListDirty;
         m_ItemListDirty = false;
         RebuildItemList();
     }
@@ -112,16 +113,19 @@ void CNodeBrowser::RebuildItemList()
         return;
     }
     m_ScStatesStale = false;
-    std::list<qorm::QormHandle<qorm::IDbObject> > stateRequests;
-    BuildAllItemList(&stateRequests);
+    StateRequests stateRequests;
+    if (CanRequestStates())
+        RequestStates(stateRequests);
+    else
+        BuildAllItemList(&stateRequests);
     m_ScsTask->RequestObjectStates(stateRequests);
 }
 
 /// Only the rows of which something lies between the header and the lower edge.
 void CNodeBrowser::PaintRows(QPainter& painter)
 {
-    QScopedValueRollback<bool> const use(m_IsListInUse);
-    m_IsListInUse = true;
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
     int const firstRow = std::max(0, m_ScrollOffset / kRowHeight);
     int const rowCount = static_cast<int>(m_VisibleItems.size());
     for (int row = firstRow; row < rowCount && GetRowRect(row).top() < height(); ++row) {

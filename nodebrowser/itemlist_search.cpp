@@ -1,0 +1,137 @@
+#include "itemlist.h"
+
+#include "qtcompat.h"
+#include "stringutils.h"
+
+#include <algorithm>
+
+namespace nodebrowser {
+
+namespace {
+
+bool IsAscii(char const* text)
+{
+    while (*text && static_cast<unsigned char>(*text) < 0x80)
+        ++text;
+    return !*text;
+}
+
+char ToLowerAscii(char character)
+{
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
+                                                : character;
+}
+
+/// `hasTag(number)` tells whether a tag contains the word of that number.
+template <class HasTag>
+unsigned long ScoreItem(std::set<std::string> const& words, char const* name, std::size_t length,
+                        HasTag hasTag)
+{
+    unsigned long score = ItemList::kNoMatch;
+    std::size_t number = 0;
+    for (std::string const& word : words) {
+        void const* const found = memmem(name, length, word.data(), word.size());
+        if (found == name)
+            return number;
+        if (found)
+            score = number + words.size();
+        else if (score == ItemList::kNoMatch && hasTag(number))
+            score = ItemList::kTagMatch;
+        ++number;
+    }
+    return score;
+}
+
+} // namespace
+
+std::string ItemList::ToSearchName(std::string const& name)
+{
+    // What the toolkit does, without its detour over 16-bit characters.
+    if (IsAscii(name.c_str())) {
+        std::string lower = name.c_str();
+        std::transform(lower.begin(), lower.end(), lower.begin(), ToLowerAscii);
+        return lower;
+    }
+    return QStringToStdString(qtcompat::FromAscii(name.c_str()).toLower());
+}
+
+unsigned long ItemList::Score(std::set<std::string> const& words, std::string const& searchName,
+                              std::set<std::string> const& tags)
+{
+    std::vector<std::string> const numbered(words.begin(), words.end());
+    return ScoreItem(words, searchName.data(), searchName.size(), [&](std::size_t number) {
+        return TagIndex::Match(tags, numbered[number]);
+    });
+}
+
+std::vector<ItemList::SMatch> ItemList::Search(std::set<std::string> const& words)
+{
+    TagMatches tagMatches;
+    for (std::string const& word : words)
+        tagMatches.push_back(m_Tags.Match(word));
+    std::vector<SMatch> matches;
+    if (IsNarrower(words))
+        SearchLastMatches(words, tagMatches, matches);
+    else
+        SearchAll(words, tagMatches, matches);
+
+    m_LastWords = words;
+    m_LastMatches.resize(matches.size());
+    std::transform(matches.begin(), matches.end(), m_LastMatches.begin(),
+                   [](SMatch const& match) { return match.row; });
+    return matches;
+}
+
+/// Whether only rows that the last search found can match: each word contains one of the last.
+bool ItemList::IsNarrower(std::set<std::string> const& words) const
+{
+    // A sweep over all names is faster than looking at most of them one by one.
+    if (m_LastWords.empty() || m_LastMatches.size() > m_Rows.size() / 2)
+        return false;
+    return std::all_of(words.begin(), words.end(), [&](std::string const& word) {
+        return std::any_of(m_LastWords.begin(), m_LastWords.end(), [&](std::string const& last) {
+            return word.find(last) != std::string::npos;
+        });
+    });
+}
+
+void ItemList::SearchLastMatches(std::set<std::string> const& words, TagMatches const& tagMatches,
+                                 std::vector<SMatch>& matches) const
+{
+    for (Row const row : m_LastMatches) {
+        unsigned long const score =
+            ScoreItem(words, m_SearchNames.Get(row), m_SearchNames.GetLength(row),
+                      [&](std::size_t number) { return m_Tags.HasAny(row, tagMatches[number]); });
+        if (score != kNoMatch)
+            matches.push_back(SMatch{row, score});
+    }
+}
+
+/// Word by word over all rows.
+void ItemList::SearchAll(std::set<std::string> const& words, TagMatches const& tagMatches,
+                         std::vector<SMatch>& matches) const
+{
+    std::vector<std::uint32_t> scores(m_Rows.size(), kNoMatch);
+    // A word at the start of the name ends the row's scan.
+    std::vector<char> settled(m_Rows.size(), 0);
+    std::size_t number = 0;
+    for (std::string const& word : words) {
+        m_SearchNames.ForEachEntryWith(word, [&](std::size_t row, bool isAtStart) {
+            if (!settled[row])
+                scores[row] =
+                    static_cast<std::uint32_t>(isAtStart ? number : number + words.size());
+            settled[row] |= isAtStart;
+        });
+        std::vector<char> const& hasTag = tagMatches[number++];
+        for (std::size_t row = 0; !hasTag.empty() && row < m_Rows.size(); ++row) {
+            if (scores[row] == kNoMatch && !settled[row] && m_Tags.HasAny(row, hasTag))
+                scores[row] = kTagMatch;
+        }
+    }
+    for (Row row = 0; row < m_Rows.size(); ++row) {
+        if (scores[row] != kNoMatch)
+            matches.push_back(SMatch{row, scores[row]});
+    }
+}
+
+} // namespace nodebrowser
