@@ -93,9 +93,21 @@ void CCanvas::ConnectHost()
         connect(&m_Host, change, this, &CCanvas::Refresh);
     connect(&m_Host.GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
             &CCanvas::Refresh);
+    connect(&m_Scene, &QGraphicsScene::selectionChanged, this, &CCanvas::AnnounceSelection);
+}
+
+void CCanvas::AnnounceSelection()
+{
+    // The scene tells of each item.
+    if (m_IsSelectionAnnounced)
+        return;
+    m_IsSelectionAnnounced = true;
+    auto const announce = [this] {
+        m_IsSelectionAnnounced = false;
+        Q_EMIT SelectionChanged();
+    };
     // Listeners may change the graph, which the scene does not expect while it selects.
-    connect(&m_Scene, &QGraphicsScene::selectionChanged, this, &CCanvas::SelectionChanged,
-            Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, announce, Qt::QueuedConnection);
 }
 
 void CCanvas::SetSummary(QString const& libraryName, QString const& itemCounts)
@@ -128,6 +140,7 @@ void CCanvas::Refresh()
         FollowPressedPort();
     if (isOther)
         EnterCompound();
+    m_IsFresh = true;
 }
 
 void CCanvas::LeaveCompound()

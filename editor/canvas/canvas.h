@@ -59,7 +59,7 @@ public Q_SLOTS:
     void AddOutput();
 
 Q_SIGNALS:
-    /// Sent from the event loop.
+    /// Sent from the event loop, once for a burst of changes.
     void SelectionChanged();
 
 protected:
@@ -108,6 +108,7 @@ private:
 
     void CreateLabels();
     void ConnectHost();
+    void AnnounceSelection();
     /// Shows the current compound as it is now.
     void Refresh();
     void LeaveCompound();
@@ -157,13 +158,15 @@ private:
     void AnswerDrag(QDragMoveEvent* event);
     QString GetItemName(tarno::datamodel::ItemID const& id) const;
     void AddDroppedNode(tarno::datamodel::ItemID const& id, QPointF const& scenePoint);
-    /// Posts a message and answers false when the item has the current compound in it.
-    bool CheckContainment(std::string const& item);
+    /// Posts a message and answers false when one of the items has the current compound in it.
+    bool CheckContainment(std::set<std::string> const& items);
 
     // canvas_edit.cpp
     /// Makes the body that of the compound; false when it is refused.
     bool Commit(GraphBody const& body, char const* text);
     void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
+    /// The selected nodes; false when there are none, or too many.
+    bool PutOnClipboard();
     /// Asked once for each change: it may belong to another program, which may be slow to answer.
     void LookAtClipboard();
     void PasteAt(std::optional<QPointF> const& scenePoint);
@@ -179,6 +182,8 @@ private:
 
     CEmbeddedHost& m_Host;
     NodeLooks m_Looks;
+    /// SelectionChanged is under way. The scene uses it until its own end.
+    bool m_IsSelectionAnnounced = false;
     CGraphScene m_Scene;
     /// Lies over the viewport while there is no graph to see.
     QWidget* m_Hint = nullptr;
@@ -189,6 +194,8 @@ private:
 
     tarno::datamodel::ItemID m_Compound;
     GraphBody m_Body;
+    /// The compound is shown as it is since its last change here.
+    bool m_IsFresh = false;
     /// The clipboard holds nodes.
     bool m_IsNodeCopied = false;
     /// The graph is brought into view whenever the size changes, until the user zooms or pans.

@@ -2,6 +2,7 @@
 
 #include "canvas.h"
 
+#include "containment.h"
 #include "graphedits.h"
 #include "itempayload.h"
 
@@ -84,7 +85,7 @@ QString CCanvas::GetItemName(ItemID const& id) const
 void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
 {
     std::string const item = ItemIDUnlock::GetItemIDUID(id);
-    if (!CheckContainment(item))
+    if (!CheckContainment({item}))
         return;
     GraphBody body = m_Body;
     // The header comes under the mouse.
@@ -94,15 +95,16 @@ void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
     CommitNewNodes(body, {node}, "Add Node");
 }
 
-bool CCanvas::CheckContainment(std::string const& item)
+bool CCanvas::CheckContainment(std::set<std::string> const& items)
 {
     auto const bodyOf = [this](std::string const& uid) {
         return m_Host.GetBody(m_Host.FindItem(uid));
     };
     std::string const compound = ItemIDUnlock::GetItemIDUID(m_Compound);
-    if (!ContainsItem(item, compound, bodyOf))
+    std::string const* const item = FindContainer(items, compound, bodyOf);
+    if (!item)
         return true;
-    ItemID const id = m_Host.FindItem(item);
+    ItemID const id = m_Host.FindItem(*item);
     m_Host.GetMessages().Post(eSeverity::kWarning,
                               id == m_Compound
                                   ? tr("\"%1\" cannot be put into itself.").arg(GetItemName(id))

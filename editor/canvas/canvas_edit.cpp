@@ -13,6 +13,7 @@
 #include <QInputDialog>
 
 #include <algorithm>
+#include <cmath>
 
 using namespace tarno::datamodel;
 
@@ -21,10 +22,20 @@ namespace {
 /// How far beside the originals copies are put.
 QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
 
-bool IsTaken(GraphBody const& body, QPointF const& position)
+/// How far from the point, in steps of the shift, there is no node.
+QPointF FindFreeShift(GraphBody const& body, QPointF const& point)
 {
-    return std::any_of(body.nodes.begin(), body.nodes.end(),
-                       [&position](GraphNode const& node) { return node.position == position; });
+    double const count = static_cast<double>(body.nodes.size());
+    std::set<int> taken;
+    for (GraphNode const& node : body.nodes) {
+        double const step = std::round((node.position - point).x() / kPasteShift.x());
+        if (step >= 0 && step <= count && node.position == point + step * kPasteShift)
+            taken.insert(static_cast<int>(step));
+    }
+    int step = 0;
+    while (taken.count(step))
+        ++step;
+    return step * kPasteShift;
 }
 
 QPointF GetTopLeft(std::vector<GraphNode> const& nodes)
@@ -41,9 +52,10 @@ QPointF GetTopLeft(std::vector<GraphNode> const& nodes)
 bool CCanvas::Commit(GraphBody const& body, char const* text)
 {
     QPointer<CCanvas> const guard(this);
+    m_IsFresh = false;
     bool const isDone = m_Host.SetBody(m_Compound, body, text);
-    // Also takes back what was shown of a change that is refused.
-    if (guard)
+    // Takes back what was shown of a change that is refused.
+    if (guard && !m_IsFresh)
         Refresh();
     return isDone && guard;
 }
@@ -57,18 +69,29 @@ void CCanvas::CommitNewNodes(GraphBody const& body, std::set<std::string> const&
 
 void CCanvas::Copy()
 {
+    PutOnClipboard();
+}
+
+bool CCanvas::PutOnClipboard()
+{
     GraphBody const copy = CopyNodes(m_Body, m_Scene.GetSelectedNodes());
     if (copy.nodes.empty())
-        return;
-    QApplication::clipboard()->setMimeData(MakeClipboardData(copy));
+        return false;
+    QMimeData* const data = MakeClipboardData(copy);
+    if (data)
+        QApplication::clipboard()->setMimeData(data);
+    else
+        m_Host.GetMessages().Post(
+            eSeverity::kWarning,
+            tr("%L1 nodes are too many for the clipboard.").arg(copy.nodes.size()));
+    return data;
 }
 
 void CCanvas::Cut()
 {
     std::set<std::string> const ids = m_Scene.GetSelectedNodes();
-    if (ids.empty())
+    if (!PutOnClipboard())
         return;
-    Copy();
     GraphBody body = m_Body;
     RemoveNodes(body, ids);
     Commit(body, "Cut");
@@ -83,7 +106,7 @@ void CCanvas::Duplicate()
 
 bool CCanvas::CanCopy() const
 {
-    return !m_Scene.GetSelectedNodes().empty();
+    return m_Scene.IsAnyNodeSelected();
 }
 
 bool CCanvas::CanChange() const
@@ -98,7 +121,7 @@ bool CCanvas::CanPaste() const
 
 void CCanvas::LookAtClipboard()
 {
-    m_IsNodeCopied = !ReadClipboardData(QApplication::clipboard()->mimeData()).nodes.empty();
+    m_IsNodeCopied = HasClipboardNodes(QApplication::clipboard()->mimeData());
 }
 
 void CCanvas::Paste()
@@ -110,14 +133,20 @@ void CCanvas::Paste()
 
 void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
 {
-    GraphBody const copy = ReadClipboardData(QApplication::clipboard()->mimeData());
-    if (m_Compound.IsNull() || copy.nodes.empty())
+    QString reason;
+    GraphBody const copy = ReadClipboardData(QApplication::clipboard()->mimeData(), &reason);
+    if (m_Compound.IsNull())
         return;
+    if (copy.nodes.empty()) {
+        m_Host.GetMessages().Post(
+            eSeverity::kWarning,
+            tr("No nodes can be pasted from the clipboard: %1.").arg(reason));
+        return;
+    }
     std::set<std::string> items;
     for (GraphNode const& node : copy.nodes)
         items.insert(node.item);
-    if (!std::all_of(items.begin(), items.end(),
-                     [this](std::string const& item) { return CheckContainment(item); }))
+    if (!CheckContainment(items))
         return;
     QRectF const view = mapToScene(viewport()->rect()).boundingRect();
     QPointF const topLeft = GetTopLeft(copy.nodes);
@@ -131,11 +160,8 @@ void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
 void CCanvas::AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text)
 {
     QPointF offset = SnapToGrid(scenePoint - GetTopLeft(copy.nodes));
-    // Nodes right on top of others would not be seen. Positions in files may be so large that no
-    // shift moves them.
-    for (std::size_t tries = 0; tries < m_Body.nodes.size(); ++tries)
-        if (IsTaken(m_Body, copy.nodes.front().position + offset))
-            offset += kPasteShift;
+    // Nodes right on top of others would not be seen.
+    offset += FindFreeShift(m_Body, copy.nodes.front().position + offset);
     GraphBody body = m_Body;
     std::set<std::string> const ids = PasteNodes(body, copy, offset);
     CommitNewNodes(body, ids, text);
@@ -146,8 +172,7 @@ void CCanvas::DeleteSelection()
     if (!HasSelection())
         return;
     GraphBody body = m_Body;
-    for (GraphConnection const& connection : m_Scene.GetSelectedConnections())
-        Disconnect(body, connection);
+    DisconnectAll(body, m_Scene.GetSelectedConnections());
     RemoveNodes(body, m_Scene.GetSelectedNodes());
     Commit(body, "Delete");
 }

@@ -140,6 +140,8 @@ QVector<QLineF> CConnectionItem::GetLines(QRectF const& rect, double zoom) const
 
 void CConnectionItem::SetColor(QColor const& color)
 {
+    if (color == m_Color)
+        return;
     m_Color = color;
     update();
 }

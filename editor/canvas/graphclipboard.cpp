@@ -4,12 +4,61 @@
 #include <graphwriter.h>
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QMimeData>
 #include <QString>
+
+#include <algorithm>
 
 namespace {
 
 QString const kNodesMimeType = QStringLiteral("application/x-nodeeditor-nodes+json");
+
+/// Some 100,000 nodes.
+int const kMostBytes = 16 << 20;
+/// Nodes need four levels. Each level costs whoever walks the document a piece of the stack.
+int const kMostLevels = 100;
+
+/// Counts brackets outside of texts.
+int CountLevels(std::string const& json)
+{
+    int level = 0;
+    int most = 0;
+    bool isText = false;
+    for (std::size_t at = 0; at < json.size(); ++at) {
+        char const letter = json[at];
+        if (letter == '"')
+            isText = !isText;
+        else if (isText && letter == '\\')
+            ++at;
+        else if (!isText && (letter == '[' || letter == '{'))
+            most = std::max(most, ++level);
+        else if (!isText && (letter == ']' || letter == '}'))
+            --level;
+    }
+    return most;
+}
+
+QString Translate(char const* text)
+{
+    return QCoreApplication::translate("GraphClipboard", text);
+}
+
+/// Null with a reason when it is not what the editor would put there.
+nlohmann::ordered_json ParseNodes(QByteArray const& bytes, QString* reason)
+{
+    std::string const text = bytes.size() > kMostBytes ? std::string() : bytes.toStdString();
+    if (bytes.size() > kMostBytes)
+        *reason = Translate("there is more than 16 MB of it");
+    else if (CountLevels(text) > kMostLevels)
+        *reason = Translate("it is nested deeper than 100 levels");
+    else if (auto document = nlohmann::ordered_json::parse(text, nullptr, false);
+             document.is_object())
+        return document;
+    else
+        *reason = Translate("it is no JSON object");
+    return nullptr;
+}
 
 } // namespace
 
@@ -18,21 +67,32 @@ QMimeData* MakeClipboardData(GraphBody const& nodes)
     nlohmann::ordered_json document = nlohmann::ordered_json::object();
     embeddedhost::WriteGraphBody(nodes, document);
     QByteArray const text = QByteArray::fromStdString(document.dump(2));
+    if (text.size() > kMostBytes)
+        return nullptr;
     QMimeData* const data = new QMimeData;
     data->setData(kNodesMimeType, text);
     data->setText(QString::fromUtf8(text));
     return data;
 }
 
-GraphBody ReadClipboardData(QMimeData const* data)
+bool HasClipboardNodes(QMimeData const* data)
 {
-    if (!data || !data->hasFormat(kNodesMimeType))
+    return data && data->hasFormat(kNodesMimeType);
+}
+
+GraphBody ReadClipboardData(QMimeData const* data, QString* reason)
+{
+    if (!HasClipboardNodes(data)) {
+        *reason = Translate("it holds something else");
         return GraphBody();
-    auto const document =
-        nlohmann::ordered_json::parse(data->data(kNodesMimeType).toStdString(), nullptr, false);
-    if (!document.is_object())
+    }
+    nlohmann::ordered_json const document = ParseNodes(data->data(kNodesMimeType), reason);
+    if (document.is_null())
         return GraphBody();
-    return embeddedhost::ReadGraphBody(document, [](std::string const&, std::string const&) {
+    GraphBody body = embeddedhost::ReadGraphBody(document, [](auto const&, auto const&) {
         // Another program's mistake; what is usable is pasted.
     });
+    if (body.nodes.empty())
+        *reason = Translate("none of them is complete");
+    return body;
 }

@@ -4,12 +4,17 @@
 #include <graphbody.h>
 
 class QMimeData;
+class QString;
 
-/// Copied nodes as they lie on the clipboard: JSON with the nodes and connections of a library
-/// file, under a format of the editor's own and as a text. The caller owns the data.
+// Copied nodes as they lie on the clipboard: JSON with the nodes and connections of a library
+// file, under a format of the editor's own and as a text.
+
+/// The caller owns the data. Null when there is more than is read again, which is 16 MB.
 QMimeData* MakeClipboardData(GraphBody const& nodes);
 
-/// Without nodes when the clipboard holds something else.
-GraphBody ReadClipboardData(QMimeData const* data);
+/// By the format alone: what is there may belong to a program that is slow to hand it over.
+bool HasClipboardNodes(QMimeData const* data);
+/// Without nodes when none can be read, for which `reason` is a clause then.
+GraphBody ReadClipboardData(QMimeData const* data, QString* reason);
 
 #endif

@@ -1,10 +1,11 @@
 #include "graphedits.h"
 
-#include <QString>
+#include "nodeids.h"
 
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <tuple>
 
 char const* const kInputsNode = "in";
 char const* const kOutputsNode = "out";
@@ -27,62 +28,6 @@ bool IsSameUid(std::string const& left, std::string const& right)
     });
 }
 
-std::string ToUpper(std::string text)
-{
-    for (char& character : text)
-        character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-    return text;
-}
-
-/// "Vector Length" -> "vector-length".
-std::string MakeIdStem(std::string const& name)
-{
-    QString stem;
-    for (QChar const character : QString::fromStdString(name).toLower()) {
-        if (character.isLetterOrNumber())
-            stem += character;
-        else if (!stem.isEmpty() && !stem.endsWith(QLatin1Char('-')))
-            stem += QLatin1Char('-');
-    }
-    while (stem.endsWith(QLatin1Char('-')))
-        stem.chop(1);
-    return stem.isEmpty() ? "node" : stem.toStdString();
-}
-
-template <class IsTaken>
-std::string MakeUnique(std::string const& stem, std::string const& separator,
-                       IsTaken const& isTaken)
-{
-    std::string text = stem;
-    for (int number = 2; isTaken(text); ++number)
-        text = stem + separator + std::to_string(number);
-    return text;
-}
-
-std::set<std::string> GetTakenIds(GraphBody const& body)
-{
-    std::set<std::string> ids{kInputsNode, kOutputsNode};
-    for (GraphNode const& node : body.nodes)
-        ids.insert(node.id);
-    return ids;
-}
-
-std::string MakeNodeId(std::set<std::string> const& taken, std::string const& stem)
-{
-    return MakeUnique(stem, "-", [&taken](std::string const& id) { return taken.count(id); });
-}
-
-/// Without the number that an earlier copy got.
-std::string StripNumber(std::string const& id)
-{
-    std::size_t const dash = id.find_last_of('-');
-    bool const isNumbered =
-        dash != std::string::npos && dash > 0 && dash + 1 < id.size()
-        && std::all_of(id.begin() + static_cast<std::ptrdiff_t>(dash) + 1, id.end(),
-                       [](unsigned char digit) { return std::isdigit(digit); });
-    return isNumbered ? id.substr(0, dash) : id;
-}
-
 template <class Remove>
 void RemoveConnections(GraphBody& body, Remove const& remove)
 {
@@ -97,20 +42,6 @@ void RemovePort(std::vector<GraphPort>& ports, std::string const& name)
                 ports.end());
 }
 
-bool ContainsItem(std::string const& uid, std::string const& other, BodyOf const& bodyOf,
-                  std::set<std::string>& visited)
-{
-    if (IsSameUid(uid, other))
-        return true;
-    // Libraries made by other means may hold compounds that contain themselves already.
-    if (!visited.insert(ToUpper(uid)).second)
-        return false;
-    GraphBody const body = bodyOf(uid);
-    return std::any_of(body.nodes.begin(), body.nodes.end(), [&](GraphNode const& node) {
-        return ContainsItem(node.item, other, bodyOf, visited);
-    });
-}
-
 } // namespace
 
 bool operator==(GraphEnd const& left, GraphEnd const& right)
@@ -121,6 +52,16 @@ bool operator==(GraphEnd const& left, GraphEnd const& right)
 bool operator==(GraphConnection const& left, GraphConnection const& right)
 {
     return left.from == right.from && left.to == right.to;
+}
+
+bool operator<(GraphEnd const& left, GraphEnd const& right)
+{
+    return std::tie(left.node, left.port) < std::tie(right.node, right.port);
+}
+
+bool operator<(GraphConnection const& left, GraphConnection const& right)
+{
+    return std::tie(left.from, left.to) < std::tie(right.from, right.to);
 }
 
 bool AreTypesCompatible(std::string const& fromType, std::string const& fromName,
@@ -140,18 +81,20 @@ GraphNode const* FindNode(GraphBody const& body, std::string const& id)
 std::string AddNode(GraphBody& body, std::string const& item, std::string const& itemName,
                     QPointF const& position)
 {
-    std::string const id = MakeNodeId(GetTakenIds(body), MakeIdStem(itemName));
+    std::string const id = CNodeIds(body).TakeFor(itemName);
     body.nodes.push_back(GraphNode{id, item, position});
     return id;
 }
 
 void AddPort(std::vector<GraphPort>& ports, std::string const& name, std::string const& type)
 {
-    auto const isTaken = [&ports](std::string const& text) {
-        return std::any_of(ports.begin(), ports.end(),
-                           [&text](GraphPort const& port) { return port.name == text; });
-    };
-    ports.push_back(GraphPort{MakeUnique(name, " ", isTaken), type});
+    std::set<std::string> taken;
+    for (GraphPort const& port : ports)
+        taken.insert(port.name);
+    std::string unique = name;
+    for (int number = 2; taken.count(unique); ++number)
+        unique = name + ' ' + std::to_string(number);
+    ports.push_back(GraphPort{unique, type});
 }
 
 void RemoveInput(GraphBody& body, std::string const& name)
@@ -172,15 +115,32 @@ void RemoveOutput(GraphBody& body, std::string const& name)
 
 void Connect(GraphBody& body, GraphConnection const& connection)
 {
+    ConnectAll(body, {connection});
+}
+
+void ConnectAll(GraphBody& body, std::vector<GraphConnection> const& connections)
+{
+    std::set<GraphEnd> inputs;
+    std::vector<GraphConnection> kept;
+    // The last one into an input takes the place of those before it.
+    for (auto connection = connections.rbegin(); connection != connections.rend(); ++connection)
+        if (inputs.insert(connection->to).second)
+            kept.push_back(*connection);
     RemoveConnections(
-        body, [&connection](GraphConnection const& other) { return other.to == connection.to; });
-    body.connections.push_back(connection);
+        body, [&inputs](GraphConnection const& other) { return inputs.count(other.to) > 0; });
+    body.connections.insert(body.connections.end(), kept.rbegin(), kept.rend());
 }
 
 void Disconnect(GraphBody& body, GraphConnection const& connection)
 {
-    RemoveConnections(body,
-                      [&connection](GraphConnection const& other) { return other == connection; });
+    DisconnectAll(body, {connection});
+}
+
+void DisconnectAll(GraphBody& body, std::vector<GraphConnection> const& connections)
+{
+    std::set<GraphConnection> const gone(connections.begin(), connections.end());
+    RemoveConnections(
+        body, [&gone](GraphConnection const& other) { return gone.count(other) > 0; });
 }
 
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids)
@@ -215,12 +175,6 @@ std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, boo
     return reached;
 }
 
-bool ContainsItem(std::string const& uid, std::string const& other, BodyOf const& bodyOf)
-{
-    std::set<std::string> visited;
-    return ContainsItem(uid, other, bodyOf, visited);
-}
-
 GraphBody CopyNodes(GraphBody const& body, std::set<std::string> const& ids)
 {
     GraphBody copy;
@@ -228,28 +182,30 @@ GraphBody CopyNodes(GraphBody const& body, std::set<std::string> const& ids)
         if (ids.count(node.id))
             copy.nodes.push_back(node);
     for (GraphConnection const& connection : body.connections)
-        if (FindNode(copy, connection.from.node) && FindNode(copy, connection.to.node))
+        if (ids.count(connection.from.node) && ids.count(connection.to.node))
             copy.connections.push_back(connection);
     return copy;
 }
 
 std::set<std::string> PasteNodes(GraphBody& body, GraphBody const& copy, QPointF const& offset)
 {
+    CNodeIds ids(body);
     std::map<std::string, std::string> newIds;
-    std::set<std::string> taken = GetTakenIds(body);
     std::set<std::string> pasted;
     for (GraphNode const& node : copy.nodes) {
-        std::string const id = MakeNodeId(taken, StripNumber(node.id));
-        taken.insert(id);
+        std::string const id = ids.TakeLike(node.id);
         body.nodes.push_back(GraphNode{id, node.item, node.position + offset});
         newIds[node.id] = id;
         pasted.insert(id);
     }
+    std::vector<GraphConnection> connections;
     for (GraphConnection const& connection : copy.connections) {
         auto const from = newIds.find(connection.from.node);
         auto const to = newIds.find(connection.to.node);
         if (from != newIds.end() && to != newIds.end())
-            Connect(body, {{from->second, connection.from.port}, {to->second, connection.to.port}});
+            connections.push_back(
+                {{from->second, connection.from.port}, {to->second, connection.to.port}});
     }
+    ConnectAll(body, connections);
     return pasted;
 }

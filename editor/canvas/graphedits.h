@@ -3,7 +3,6 @@
 
 #include <graphbody.h>
 
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,6 +15,8 @@ extern char const* const kOutputsNode;
 
 bool operator==(GraphEnd const& left, GraphEnd const& right);
 bool operator==(GraphConnection const& left, GraphConnection const& right);
+bool operator<(GraphEnd const& left, GraphEnd const& right);
+bool operator<(GraphConnection const& left, GraphConnection const& right);
 
 /// Whether values of one type may flow into an input of another. The name of a type counts too:
 /// what is untyped or of a type "Any" goes with everything.
@@ -25,7 +26,7 @@ bool AreTypesCompatible(std::string const& fromType, std::string const& fromName
 /// Null when there is none.
 GraphNode const* FindNode(GraphBody const& body, std::string const& id);
 
-/// Adds a node and returns its id, made from the item's name so that files stay readable.
+/// Adds a node and returns its id, made from the item's name.
 std::string AddNode(GraphBody& body, std::string const& item, std::string const& itemName,
                     QPointF const& position);
 
@@ -38,17 +39,15 @@ void RemoveOutput(GraphBody& body, std::string const& name);
 
 /// An input takes one connection: one that is there already makes room.
 void Connect(GraphBody& body, GraphConnection const& connection);
+/// One after the other.
+void ConnectAll(GraphBody& body, std::vector<GraphConnection> const& connections);
 void Disconnect(GraphBody& body, GraphConnection const& connection);
+void DisconnectAll(GraphBody& body, std::vector<GraphConnection> const& connections);
 /// Takes the nodes out, and with them their connections.
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids);
 
 /// The nodes into which values of the node flow, or those from which its own come, itself included.
 std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, bool isDownstream);
-
-/// Answers with the body of the item that has the uid.
-typedef std::function<GraphBody(std::string const& uid)> BodyOf;
-/// The item is the other one, or has it among its nodes or in the nodes of these.
-bool ContainsItem(std::string const& uid, std::string const& other, BodyOf const& bodyOf);
 
 /// The nodes and the connections among them, without ports.
 GraphBody CopyNodes(GraphBody const& body, std::set<std::string> const& ids);

@@ -2,6 +2,8 @@
 
 #include "connectionitem.h"
 
+#include <algorithm>
+
 namespace {
 
 double const kPreviewLayer = 2;
@@ -39,49 +41,61 @@ NodePictures& CGraphScene::GetPictures()
 void CGraphScene::Show(std::vector<NodeLook> const& looks,
                        std::vector<GraphConnection> const& connections)
 {
-    ShowNodes(looks);
+    bool const areNodesChanged = ShowNodes(looks);
+    if (!areNodesChanged && connections == m_ShownConnections)
+        return;
     ShowConnections(connections);
+    m_ShownConnections = connections;
 }
 
-void CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
+bool CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
 {
     std::map<std::string, CNodeItem*> previous;
     previous.swap(m_Nodes);
-    for (NodeLook const& look : looks) {
-        auto const found = previous.find(look.id);
-        CNodeItem* item = found == previous.end() ? nullptr : found->second;
-        if (!item) {
-            item = new CNodeItem(look, m_Pictures);
-            addItem(item);
-        } else {
-            previous.erase(found);
-            // The item may have been moved on the screen alone.
-            if (!(item->GetLook() == look) || item->pos() != look.position)
-                item->SetLook(look);
-        }
-        m_Nodes[look.id] = item;
-    }
+    bool isChanged = false;
+    for (NodeLook const& look : looks)
+        if (ShowNode(look, previous))
+            isChanged = true;
     for (auto const& gone : previous)
         delete gone.second;
+    return isChanged || !previous.empty();
+}
+
+bool CGraphScene::ShowNode(NodeLook const& look, std::map<std::string, CNodeItem*>& previous)
+{
+    auto known = previous.extract(look.id);
+    if (known.empty()) {
+        CNodeItem* const item = new CNodeItem(look, m_Pictures);
+        addItem(item);
+        m_Nodes[look.id] = item;
+        return true;
+    }
+    CNodeItem* const item = known.mapped();
+    m_Nodes.insert(std::move(known));
+    // The item may have been moved on the screen alone.
+    bool const isChanged = !(item->GetLook() == look) || item->pos() != look.position;
+    if (isChanged)
+        item->SetLook(look);
+    return isChanged;
 }
 
 void CGraphScene::ShowConnections(std::vector<GraphConnection> const& connections)
 {
-    std::map<ConnectionKey, CConnectionItem*> previous;
+    std::map<GraphConnection, CConnectionItem*> previous;
     previous.swap(m_Connections);
     for (GraphConnection const& connection : connections) {
-        ConnectionKey const key = MakeKey(connection);
-        auto const found = previous.find(key);
-        CConnectionItem* item = found == previous.end() ? nullptr : found->second;
-        if (item)
-            previous.erase(found);
-        else if (m_Connections.count(key) || !GetPort(connection.from, true)
-                 || !GetPort(connection.to, false))
+        if (!FindPort(connection.from, true) || !FindPort(connection.to, false))
             continue;
-        else
-            addItem(item = new CConnectionItem(connection, GetColors()));
-        UpdateEnds(*item);
-        m_Connections[key] = item;
+        auto known = previous.extract(connection);
+        if (!known.empty()) {
+            UpdateEnds(*known.mapped());
+            m_Connections.insert(std::move(known));
+        } else if (!m_Connections.count(connection)) {
+            CConnectionItem* const item = new CConnectionItem(connection, GetColors());
+            UpdateEnds(*item);
+            addItem(item);
+            m_Connections[connection] = item;
+        }
     }
     for (auto const& gone : previous)
         delete gone.second;
@@ -89,13 +103,14 @@ void CGraphScene::ShowConnections(std::vector<GraphConnection> const& connection
 
 void CGraphScene::UpdateEnds(CConnectionItem& item)
 {
-    auto const from = GetPort(item.GetConnection().from, true);
-    auto const to = GetPort(item.GetConnection().to, false);
+    GraphConnection const& connection = item.GetConnection();
+    PortLook const* const from = FindPort(connection.from, true);
+    PortLook const* const to = FindPort(connection.to, false);
     if (!from || !to)
         return;
-    item.SetEnds(from->position, to->position);
-    PortLook const& typed =
-        from->port.typeName.empty() || from->port.typeName == "Any" ? to->port : from->port;
+    item.SetEnds(FindNode(connection.from.node)->GetPortPoint(*from, true),
+                 FindNode(connection.to.node)->GetPortPoint(*to, false));
+    PortLook const& typed = from->typeName.empty() || from->typeName == "Any" ? *to : *from;
     item.SetColor(GetTypeColor(typed.type, typed.typeName, GetColors().isDark));
 }
 
@@ -116,6 +131,12 @@ CNodeItem* CGraphScene::FindNode(std::string const& id) const
 {
     auto const found = m_Nodes.find(id);
     return found == m_Nodes.end() ? nullptr : found->second;
+}
+
+PortLook const* CGraphScene::FindPort(GraphEnd const& end, bool isOutput) const
+{
+    CNodeItem const* const node = FindNode(end.node);
+    return node ? node->FindPort(end.port, isOutput) : nullptr;
 }
 
 QList<CNodeItem*> CGraphScene::GetNodesNear(QPointF const& point) const
@@ -178,6 +199,12 @@ std::set<std::string> CGraphScene::GetSelectedNodes() const
     return ids;
 }
 
+bool CGraphScene::IsAnyNodeSelected() const
+{
+    return std::any_of(m_Nodes.begin(), m_Nodes.end(),
+                       [](auto const& node) { return node.second->isSelected(); });
+}
+
 std::vector<GraphConnection> CGraphScene::GetSelectedConnections() const
 {
     std::vector<GraphConnection> connections;
@@ -211,7 +238,7 @@ void CGraphScene::SelectConnection(GraphConnection const& connection, bool isAdd
 {
     if (!isAdded)
         clearSelection();
-    auto const found = m_Connections.find(MakeKey(connection));
+    auto const found = m_Connections.find(connection);
     if (found != m_Connections.end())
         found->second->setSelected(true);
 }
@@ -240,7 +267,7 @@ void CGraphScene::ShowNodesAt(std::map<std::string, QPointF> const& positions)
 
 void CGraphScene::SetConnectionVisible(GraphConnection const& connection, bool isVisible)
 {
-    auto const found = m_Connections.find(MakeKey(connection));
+    auto const found = m_Connections.find(connection);
     if (found != m_Connections.end())
         found->second->setVisible(isVisible);
 }
@@ -279,9 +306,4 @@ void CGraphScene::UnmarkPort()
     if (CNodeItem* const node = FindNode(m_MarkedNode))
         node->UnmarkPort();
     m_MarkedNode.clear();
-}
-
-CGraphScene::ConnectionKey CGraphScene::MakeKey(GraphConnection const& connection)
-{
-    return {{connection.from.node, connection.from.port}, {connection.to.node, connection.to.port}};
 }

@@ -2,6 +2,7 @@
 #define EDITOR_CANVAS_GRAPHSCENE_H
 
 #include "canvascolors.h"
+#include "graphedits.h"
 #include "nodeitem.h"
 #include "nodelook.h"
 
@@ -47,6 +48,7 @@ public:
     std::optional<PortPick> GetPort(GraphEnd const& end, bool isOutput) const;
 
     std::set<std::string> GetSelectedNodes() const;
+    bool IsAnyNodeSelected() const;
     std::vector<GraphConnection> GetSelectedConnections() const;
     bool IsNodeSelected(std::string const& id) const;
     void SelectNodes(std::set<std::string> const& ids);
@@ -67,20 +69,22 @@ public:
     void FadePorts(std::function<bool(PortPick const&)> const& isFaded);
 
 private:
-    void ShowNodes(std::vector<NodeLook> const& looks);
+    /// False when they are shown already.
+    bool ShowNodes(std::vector<NodeLook> const& looks);
+    /// Adds it, or takes it over from the nodes that were shown; answers whether that is a change.
+    bool ShowNode(NodeLook const& look, std::map<std::string, CNodeItem*>& previous);
     void ShowConnections(std::vector<GraphConnection> const& connections);
     void UpdateEnds(CConnectionItem& item);
     CNodeItem* FindNode(std::string const& id) const;
+    PortLook const* FindPort(GraphEnd const& end, bool isOutput) const;
     QList<CNodeItem*> GetNodesNear(QPointF const& point) const;
-
-    typedef std::pair<std::pair<std::string, std::string>, std::pair<std::string, std::string>>
-        ConnectionKey;
-    static ConnectionKey MakeKey(GraphConnection const& connection);
 
     NodePictures m_Pictures;
     // Owned by the scene.
     std::map<std::string, CNodeItem*> m_Nodes;
-    std::map<ConnectionKey, CConnectionItem*> m_Connections;
+    std::map<GraphConnection, CConnectionItem*> m_Connections;
+    /// What Show was given, also what cannot be seen.
+    std::vector<GraphConnection> m_ShownConnections;
     CConnectionItem* m_Preview;
     std::string m_MarkedNode;
 };

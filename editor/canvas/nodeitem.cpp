@@ -4,6 +4,9 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
+#include <numeric>
+
 namespace {
 
 /// Selection rings, shadows and port marks reach no further beyond the node.
@@ -42,9 +45,23 @@ void CNodeItem::SetLook(NodeLook const& look)
 {
     prepareGeometryChange();
     m_Look = look;
+    SortPorts(false);
+    SortPorts(true);
     m_Face = MakeFace(look);
     setPos(look.position);
     update();
+}
+
+void CNodeItem::SortPorts(bool isOutput)
+{
+    std::vector<PortLook> const& ports = GetPorts(isOutput);
+    std::vector<std::size_t>& sorted = isOutput ? m_SortedOutputs : m_SortedInputs;
+    sorted.resize(ports.size());
+    std::iota(sorted.begin(), sorted.end(), std::size_t(0));
+    // Of ports with the same name the first one is meant.
+    std::stable_sort(sorted.begin(), sorted.end(), [&ports](std::size_t left, std::size_t right) {
+        return ports[left].name < ports[right].name;
+    });
 }
 
 void CNodeItem::FadePorts(std::function<bool(PortPick const&)> const& isFaded)
@@ -79,12 +96,28 @@ std::optional<PortPick> CNodeItem::FindPort(QPointF const& scenePoint) const
     return std::nullopt;
 }
 
+PortLook const* CNodeItem::FindPort(std::string const& name, bool isOutput) const
+{
+    std::vector<PortLook> const& ports = GetPorts(isOutput);
+    std::vector<std::size_t> const& sorted = isOutput ? m_SortedOutputs : m_SortedInputs;
+    auto const found = std::lower_bound(
+        sorted.begin(), sorted.end(), name,
+        [&ports](std::size_t port, std::string const& text) { return ports[port].name < text; });
+    return found != sorted.end() && ports[*found].name == name ? &ports[*found] : nullptr;
+}
+
+QPointF CNodeItem::GetPortPoint(PortLook const& port, bool isOutput) const
+{
+    std::size_t const row = static_cast<std::size_t>(&port - GetPorts(isOutput).data());
+    return pos() + GetPortPosition(m_Look, row, isOutput);
+}
+
 std::optional<PortPick> CNodeItem::GetPort(std::string const& name, bool isOutput) const
 {
-    for (std::size_t port = 0; port < GetPorts(isOutput).size(); ++port)
-        if (GetPorts(isOutput)[port].name == name)
-            return MakePick(port, isOutput);
-    return std::nullopt;
+    PortLook const* const port = FindPort(name, isOutput);
+    return port ? std::make_optional(
+                      PortPick{m_Look.id, isOutput, *port, GetPortPoint(*port, isOutput)})
+                : std::nullopt;
 }
 
 void CNodeItem::MarkPort(std::string const& name, bool isOutput, ePortMark mark)

@@ -9,6 +9,8 @@
 
 #include <functional>
 #include <optional>
+#include <string>
+#include <vector>
 
 /// A port as it is pointed at.
 struct PortPick
@@ -46,8 +48,11 @@ public:
 
     /// The port within reach of a point of the scene.
     std::optional<PortPick> FindPort(QPointF const& scenePoint) const;
-    /// Where connections of the port end, in the scene; null for a port that is not there.
+    /// Null for a port that is not there.
     std::optional<PortPick> GetPort(std::string const& name, bool isOutput) const;
+    PortLook const* FindPort(std::string const& name, bool isOutput) const;
+    /// Where connections of a port that is there end, in the scene.
+    QPointF GetPortPoint(PortLook const& port, bool isOutput) const;
     void MarkPort(std::string const& name, bool isOutput, ePortMark mark);
     void UnmarkPort();
 
@@ -67,10 +72,14 @@ private:
     };
 
     std::vector<PortLook> const& GetPorts(bool isOutput) const;
+    void SortPorts(bool isOutput);
     PortPick MakePick(std::size_t port, bool isOutput) const;
     void PaintMark(QPainter& painter) const;
 
     NodeLook m_Look;
+    /// Where ports are in the look, by their names, for nodes that have very many.
+    std::vector<std::size_t> m_SortedInputs;
+    std::vector<std::size_t> m_SortedOutputs;
     QByteArray m_Face;
     NodePictures& m_Pictures;
     std::optional<Mark> m_Mark;

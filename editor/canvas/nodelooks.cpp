@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 
 using namespace tarno::datamodel;
 
@@ -36,35 +38,51 @@ eNodeKind GetKind(ItemID const& id)
     return id.GetType() == TarnoType::gGlobalConstant ? eNodeKind::kConstant : eNodeKind::kSolver;
 }
 
-/// Ports that the item lacks are added, so that their connections are seen too.
-void MarkConnected(NodeLook& look, std::vector<PortLook> NodeLook::*side, std::string const& name)
+/// Marks what connections name on one side of a node. Ports that the item lacks are added, so
+/// that their connections are seen too.
+void MarkConnected(NodeLook& look, std::vector<PortLook> NodeLook::*side,
+                   std::vector<std::string_view> const& names)
 {
     std::vector<PortLook>& ports = look.*side;
-    auto const found = std::find_if(ports.begin(), ports.end(),
-                                    [&name](PortLook const& port) { return port.name == name; });
-    if (found != ports.end()) {
-        found->isConnected = true;
+    std::unordered_set<std::string_view> missing(names.begin(), names.end());
+    for (PortLook& port : ports)
+        port.isConnected = missing.erase(port.name) > 0;
+    if (missing.empty())
         return;
+    for (std::string_view const name : names) {
+        if (missing.erase(name) == 0)
+            continue;
+        ports.emplace_back();
+        ports.back().name = name;
+        ports.back().isConnected = true;
     }
-    PortLook port;
-    port.name = name;
-    port.isConnected = true;
-    ports.push_back(port);
     look.width = MeasureNodeWidth(look);
 }
 
 void MarkConnections(std::vector<GraphConnection> const& connections, std::vector<NodeLook>& looks)
 {
-    std::unordered_map<std::string, NodeLook*> byId;
-    for (NodeLook& look : looks)
-        byId[look.id] = &look;
+    struct Names
+    {
+        std::vector<std::string_view> inputs;
+        std::vector<std::string_view> outputs;
+    };
+    std::unordered_map<std::string_view, Names> byId;
+    for (NodeLook const& look : looks)
+        byId[look.id];
     for (GraphConnection const& connection : connections) {
         auto const from = byId.find(connection.from.node);
         auto const to = byId.find(connection.to.node);
         if (from == byId.end() || to == byId.end())
             continue;
-        MarkConnected(*from->second, &NodeLook::outputs, connection.from.port);
-        MarkConnected(*to->second, &NodeLook::inputs, connection.to.port);
+        from->second.outputs.push_back(connection.from.port);
+        to->second.inputs.push_back(connection.to.port);
+    }
+    for (NodeLook& look : looks) {
+        Names const& names = byId[look.id];
+        if (!names.inputs.empty())
+            MarkConnected(look, &NodeLook::inputs, names.inputs);
+        if (!names.outputs.empty())
+            MarkConnected(look, &NodeLook::outputs, names.outputs);
     }
 }
 

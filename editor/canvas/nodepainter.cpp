@@ -164,8 +164,12 @@ void NodePainter::PaintContents(QPainter& painter, NodeLook const& look)
     if (zoom < kTitleFrom)
         return;
     PaintHeader(painter, look);
+    QRectF const seen = painter.worldTransform().inverted().mapRect(QRectF(painter.viewport()));
     for (bool const isOutput : {false, true})
         for (std::size_t row = 0; row < GetPorts(look, isOutput).size(); ++row) {
+            double const y = GetPortPosition(look, row, isOutput).y();
+            if (y + kPortRowHeight < seen.top() || y - kPortRowHeight > seen.bottom())
+                continue;
             if (zoom >= kPortNamesFrom)
                 PaintName(painter, look, row, isOutput);
             PaintDot(painter, look, row, isOutput);

@@ -15,6 +15,8 @@ int const kMostBytes = 96 << 20;
 qint64 const kBudgetNanoseconds = 2500000;
 /// Beyond this zoom few nodes are in view, and their pictures would be large.
 double const kLargestZoom = 2;
+/// In pixels. Of a taller node, which has very many ports, most is out of view.
+double const kTallestPicture = 4096;
 
 void WritePorts(QDataStream& stream, std::vector<PortLook> const& ports)
 {
@@ -28,6 +30,14 @@ QRectF GetPictureRect(NodeLook const& look)
 {
     int const margin = kNodePaintMargin;
     return GetNodeRect(look).adjusted(-margin, -margin, margin, margin);
+}
+
+bool IsPaintedFromPicture(QPainter const& painter, NodeLook const& look)
+{
+    double const zoom = painter.worldTransform().m11();
+    double const height =
+        GetPictureRect(look).height() * zoom * painter.device()->devicePixelRatioF();
+    return zoom >= kFrameFrom && zoom <= kLargestZoom && height <= kTallestPicture;
 }
 
 /// Puts the picture onto whole pixels, where it is copied and not resampled.
@@ -98,12 +108,12 @@ void NodePictures::UseScale(double zoom, double sharpness)
 void NodePictures::Paint(QPainter& painter, NodeLook const& look, QByteArray const& face,
                          bool isSelected)
 {
-    double const zoom = painter.worldTransform().m11();
-    if (zoom < kFrameFrom || zoom > kLargestZoom) {
+    if (!IsPaintedFromPicture(painter, look)) {
         m_Painter.PaintFrame(painter, look, isSelected);
         m_Painter.PaintContents(painter, look);
         return;
     }
+    double const zoom = painter.worldTransform().m11();
     UseScale(zoom, painter.device()->devicePixelRatioF());
     QByteArray const key = face + (isSelected ? 's' : '-');
     Picture const* const known = m_Pictures.object(key);

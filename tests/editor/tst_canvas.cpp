@@ -232,6 +232,12 @@ private Q_SLOTS:
         m_Canvas->DeleteSelection();
         QVERIFY(!FindNode(Body(), "two"));
         QVERIFY(FindNode(Body(), "say"));
+        QApplication::processEvents();
+        changed.clear();
+        m_Canvas->SelectAll();
+        QApplication::processEvents();
+        // Not of each node: whoever listens may look at all of them.
+        QCOMPARE(changed.count(), 1);
     }
 
     void nodesWithoutItemAreKept()

@@ -1,5 +1,6 @@
 #include "loggedtest.h"
 
+#include <containment.h>
 #include <graphclipboard.h>
 #include <graphedits.h>
 #include <itempayload.h>
@@ -77,7 +78,8 @@ private Q_SLOTS:
         QVERIFY(!Has(body, {{"b", "y"}, {"c", "x"}}));
         QVERIFY(Has(body, {{"a", "y"}, {"c", "x"}}));
         QVERIFY(Has(body, {{"a", "y"}, {"b", "x"}}));
-        Connect(body, {{"a", "y"}, {"c", "x"}});
+        ConnectAll(body, {{{"a", "x"}, {"c", "x"}}, {{"a", "y"}, {"c", "x"}}});
+        QVERIFY(Has(body, {{"a", "y"}, {"c", "x"}}));
         QCOMPARE(body.connections.size(), std::size_t(4));
     }
 
@@ -153,17 +155,29 @@ private Q_SLOTS:
     void containedItemsAreFoundAtAnyDepth()
     {
         std::map<std::string, GraphBody> bodies;
-        bodies["OUTER"].nodes = {{"1", "MIDDLE", {}}, {"2", "LEAF", {}}};
-        bodies["MIDDLE"].nodes = {{"1", "inner", {}}};
         // A library from elsewhere that is wrong already.
         bodies["LOOP"].nodes = {{"1", "LOOP", {}}};
-        auto const bodyOf = [&bodies](std::string const& uid) {
-            return bodies[uid];
+        bodies["OTHER"].nodes = {{"1", "loop", {}}, {"2", "0", {}}};
+        int const depth = 40000;
+        for (int level = 0; level < depth; ++level)
+            bodies[std::to_string(level)].nodes = {{"1", std::to_string(level + 1), {}}};
+        bodies[std::to_string(depth)].nodes = {{"1", "inner", {}}};
+        int askedCount = 0;
+        auto const find = [&](std::string const& other) {
+            auto const bodyOf = [&](std::string const& uid) {
+                ++askedCount;
+                return bodies[uid];
+            };
+            std::string const* const found =
+                FindContainer({"0", "1", "LOOP", "OTHER"}, other, bodyOf);
+            return found ? *found : std::string();
         };
-        QVERIFY(ContainsItem("OUTER", "INNER", bodyOf));
-        QVERIFY(ContainsItem("OUTER", "OUTER", bodyOf));
-        QVERIFY(!ContainsItem("MIDDLE", "OUTER", bodyOf));
-        QVERIFY(!ContainsItem("LOOP", "OUTER", bodyOf));
+        QCOMPARE(find("INNER"), std::string("0"));
+        QCOMPARE(find("other"), std::string("OTHER"));
+        QCOMPARE(find("LOOP"), std::string("LOOP"));
+        askedCount = 0;
+        QCOMPARE(find("ABSENT"), std::string());
+        QCOMPARE(askedCount, depth + 4);
     }
 
     void pastedNodesAreNewAndKeepTheirConnections()
@@ -191,18 +205,46 @@ private Q_SLOTS:
     {
         std::unique_ptr<QMimeData> const data(
             MakeClipboardData(CopyNodes(MakeChain(), {"a", "b"})));
-        GraphBody const read = ReadClipboardData(data.get());
+        QString reason;
+        GraphBody const read = ReadClipboardData(data.get(), &reason);
         QCOMPARE(read.nodes.size(), std::size_t(2));
         QCOMPARE(read.nodes[1].position, QPointF(200, 0));
         QVERIFY(Has(read, {{"a", "y"}, {"b", "x"}}));
+        QVERIFY(reason.isEmpty());
+        GraphBody tooLarge;
+        tooLarge.nodes = {{std::string(16 << 20, 'a'), "ITEM", {}}};
+        QVERIFY(!MakeClipboardData(tooLarge));
     }
 
-    void clipboardOfOthersIsEmpty()
+    void clipboardOfOthersIsExplained_data()
     {
-        char const* const format = "application/x-nodeeditor-nodes+json";
-        for (QByteArray const bytes : {"", "[]", "{", "{\"nodes\": 3}", "{\"nodes\": [{}]}"})
-            QVERIFY(ReadClipboardData(MakeData(format, bytes).get()).nodes.empty());
-        QVERIFY(ReadClipboardData(nullptr).nodes.empty());
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("reason");
+        QString const noObject = QStringLiteral("it is no JSON object");
+        QString const incomplete = QStringLiteral("none of them is complete");
+        QString const deep = QStringLiteral("it is nested deeper than 100 levels");
+        QByteArray const levels = QByteArray("{\"a\":").repeated(100000);
+        QTest::newRow("nothing") << QByteArray("") << noObject;
+        QTest::newRow("array") << QByteArray("[]") << noObject;
+        QTest::newRow("cut short") << QByteArray("{") << noObject;
+        QTest::newRow("number") << QByteArray("{\"nodes\": 3}") << incomplete;
+        QTest::newRow("empty") << QByteArray("{\"nodes\": [{}]}") << incomplete;
+        QTest::newRow("brackets in a text")
+            << "{\"\\\"" + QByteArray(200, '[') + "\": []}" << incomplete;
+        QTest::newRow("deep") << "{\"nodes\": [{\"id\": " + levels + '1' + QByteArray(100002, '}')
+                              << deep;
+        QTest::newRow("large") << QByteArray((16 << 20) + 1, ' ')
+                               << QStringLiteral("there is more than 16 MB of it");
+    }
+
+    void clipboardOfOthersIsExplained()
+    {
+        QFETCH(QByteArray, bytes);
+        QString reason;
+        auto const data = MakeData("application/x-nodeeditor-nodes+json", bytes);
+        QVERIFY(HasClipboardNodes(data.get()) && !HasClipboardNodes(nullptr));
+        QVERIFY(ReadClipboardData(data.get(), &reason).nodes.empty());
+        QTEST(reason, "reason");
     }
 
     void payloads_data()

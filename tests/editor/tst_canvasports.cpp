@@ -186,6 +186,20 @@ private Q_SLOTS:
         QCOMPARE(m_Canvas->viewport()->grab().toImage(), before);
     }
 
+    void connectionsAreNotSeenWithoutTheirNodes()
+    {
+        GraphBody body = Body();
+        RemoveNodes(body, {"gone"});
+        GraphBody torn = body;
+        torn.connections = Body().connections;
+        auto const show = [this](GraphBody const& shown) {
+            m_Host->SetBody(m_Host->FindItem(Uid(kMain)), shown, "Elsewhere");
+            return m_Canvas->viewport()->grab().toImage();
+        };
+        QImage const seen = show(torn);
+        QCOMPARE(seen, show(body));
+    }
+
     void loopsFeedValuesBack()
     {
         GraphBody body;

@@ -1,5 +1,6 @@
 #include "canvastest.h"
 
+#include <QMimeData>
 #include <QRandomGenerator>
 
 #include <functional>
@@ -55,6 +56,22 @@ private:
         QTest::keyClick(m_Canvas.get(), Qt::Key(keys[m_Random.bounded(5)]));
     }
 
+    /// Of a node that lies far away and one without an item, with connections that share an input
+    /// and one to a node that is not there.
+    void CopyElsewhere()
+    {
+        QByteArray const nodes =
+            R"({"nodes": [{"id": "one", "item": "nothing", "position": [1e300, -7.5]},
+                          {"id": 2, "item": "", "position": [0, 0]}],
+                "connections": [{"from": ["one", ""], "to": [2, "x"]},
+                                {"from": [2, "y"], "to": [2, "x"]},
+                                {"from": ["in", "value"], "to": ["gone", "x"]}]})";
+        QMimeData* const data = new QMimeData;
+        data->setData(QStringLiteral("application/x-nodeeditor-nodes+json"),
+                      nodes.left(Chance() ? nodes.size() : m_Random.bounded(nodes.size())));
+        QApplication::clipboard()->setMimeData(data);
+    }
+
     void ChangeFromOutside()
     {
         GraphBody body = Body();
@@ -92,6 +109,7 @@ private:
                 [this] { Chance() ? Stack().undo() : Stack().redo(); },
                 [this] { Chance() ? m_Canvas->ZoomIn() : m_Canvas->Fit(); },
                 [this] { Open(Chance() ? kMain : kLoop); },
+                [this] { CopyElsewhere(); },
                 [this] { ChangeFromOutside(); },
                 [this] { QApplication::processEvents(); },
                 [this] {
