@@ -44,8 +44,15 @@ CEditorApplication::CEditorApplication(int& argc, char** argv)
 
 void CEditorApplication::ReportTo(CMessageChannel& messages)
 {
-    connect(this, &CEditorApplication::ExceptionCaught, &messages,
-            [&messages](QString const& text) { messages.Post(eSeverity::kError, text); });
+    auto const post = [&messages](QString const& text) {
+        try {
+            messages.Post(eSeverity::kError, text);
+        } catch (...) {
+            // Posted as well, this would fail again, and so on for ever.
+            qCCritical(lcEditor, "A listener to the messages failed.");
+        }
+    };
+    connect(this, &CEditorApplication::ExceptionCaught, &messages, post);
 }
 
 bool CEditorApplication::notify(QObject* receiver, QEvent* event)
@@ -60,5 +67,7 @@ bool CEditorApplication::notify(QObject* receiver, QEvent* event)
     } catch (...) {
         Report(this, type, receiverClass, "unknown reason");
     }
+    // Else a window would close although it failed to save, say.
+    event->ignore();
     return false;
 }

@@ -201,6 +201,8 @@ int main(int argc, char** argv)
         return Run(argc, argv);
     } catch (std::exception const& exception) {
         Print(stderr, QStringLiteral("nodeeditor: %1").arg(QString::fromUtf8(exception.what())));
-        return kFailure;
+    } catch (...) {
+        Print(stderr, QStringLiteral("nodeeditor: unknown reason"));
     }
+    return kFailure;
 }

@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Throws in the middle of painting, as long as it is told to.
+/// Throws in the middle of painting, and when it is closed, as long as it is told to.
 class FailingPainter : public QWidget
 {
 public:
@@ -32,6 +32,12 @@ protected:
         if (isFailing)
             throw std::runtime_error("the brush broke");
         painter.fillRect(rect(), Qt::green);
+    }
+
+    void closeEvent(QCloseEvent*) override
+    {
+        if (isFailing)
+            throw std::runtime_error("the brush broke");
     }
 };
 
@@ -68,6 +74,9 @@ void TestEditorApplication::survivesFailingPaint()
     widget.show();
     QTRY_VERIFY(widget.paintCount > 0);
     QTRY_COMPARE(failures.count(), widget.paintCount);
+    // It may have something that is not saved.
+    QVERIFY(!widget.close() && widget.isVisible());
+    QTRY_COMPARE(failures.count(), widget.paintCount + 1);
 
     widget.isFailing = false;
     QCOMPARE(widget.grab().toImage().pixelColor(20, 20), QColor(Qt::green));
@@ -104,15 +113,21 @@ void TestEditorApplication::survivesInNestedLoops()
 void TestEditorApplication::tellsTheUser()
 {
     Expect(QStringLiteral("out of paper"));
+    Expect(QStringLiteral("A listener to the messages failed."));
     CEmbeddedHost host;
     static_cast<CEditorApplication*>(qApp)->ReportTo(host.GetMessages());
     CMainWindow window(host);
+    connect(&host.GetMessages(), &CMessageChannel::MessagePosted, &window, [] { throw 42; });
+    QSignalSpy failures(qApp, SIGNAL(ExceptionCaught(QString)));
     QObject failing;
     QTimer::singleShot(0, &failing, [] { throw std::runtime_error("out of paper"); });
 
     QTRY_VERIFY(window.statusBar()->currentMessage().contains(QStringLiteral("out of paper")));
     CMessageLog const* const log = window.findChild<CMessageLog*>();
     QVERIFY(log && log->toPlainText().contains(QStringLiteral("out of paper")));
+    // What the listener threw was not posted to it in its turn.
+    QCoreApplication::processEvents();
+    QCOMPARE(failures.count(), 1);
 }
 
 int main(int argc, char** argv)
