@@ -4,6 +4,7 @@
 #include "librarysummary.h"
 #include "messagelog.h"
 #include "settings.h"
+#include "shorttext.h"
 #include "trailbar.h"
 
 #include <embeddedhost.h>
@@ -80,6 +81,9 @@ void CMainWindow::CreatePanel()
 
 void CMainWindow::CreateLog()
 {
+    connect(m_Log, &CMessageLog::Shown, this, [this](QString const& text) {
+        statusBar()->showMessage(ShortenText(text), kMessageMilliseconds);
+    });
     m_LogDock = AddDock(tr("Messages"), m_Log, Qt::BottomDockWidgetArea);
     resizeDocks({m_LogDock}, {kLogHeight}, Qt::Vertical);
     m_LogDock->hide();
@@ -210,7 +214,6 @@ void CMainWindow::ShowFiles(QStringList const& paths)
 
 void CMainWindow::ShowMessage(eSeverity severity, QString const& text)
 {
-    statusBar()->showMessage(text, kMessageMilliseconds);
     m_Log->Append(severity, text);
     if (severity == eSeverity::kInformation || m_IsLogOffered)
         return;

@@ -5,6 +5,7 @@
 #include "questions.h"
 #include "recentmenu.h"
 #include "settings.h"
+#include "shorttext.h"
 
 #include <embeddedhost.h>
 #include <journal.h>
@@ -42,7 +43,7 @@ public:
 QString GetLastMessage(CEmbeddedHost& host)
 {
     auto const& messages = host.GetMessages().GetLog();
-    return messages.empty() ? QString() : messages.back().text;
+    return messages.empty() ? QString() : ShortenText(messages.back().text);
 }
 
 } // namespace
@@ -219,5 +220,5 @@ void CMainWindow::TakeFromDisk(QStringList const& files)
             faults << GetLastMessage(m_Host);
     }
     if (!faults.isEmpty())
-        QMessageBox::warning(this, tr("Take from Disk"), faults.join(QLatin1Char('\n')));
+        QMessageBox::warning(this, tr("Take from Disk"), ListSome(faults));
 }

@@ -4,16 +4,46 @@
 #include <messagechannel.h>
 
 #include <QPlainTextEdit>
+#include <QTime>
+#include <QTimer>
 
-/// Shows what the host had to say, the newest last.
+#include <deque>
+
+/// Shows what the host had to say, the newest last. A library can have hundreds of thousands of
+/// faults: what comes in together is shown together, long texts are cut, and the newest 1000
+/// messages are kept, below a line that says how many there were before.
 class CMessageLog : public QPlainTextEdit
 {
     Q_OBJECT
 
 public:
+    static constexpr int kMostMessages = 1000;
+
     explicit CMessageLog(QWidget* parent = nullptr);
 
+    /// The message is shown from the event loop.
     void Append(eSeverity severity, QString const& text);
+
+Q_SIGNALS:
+    /// Messages were shown, of which this is the newest.
+    void Shown(QString const& text);
+
+private:
+    struct Message
+    {
+        QTime time;
+        eSeverity severity;
+        QString text;
+    };
+
+    void ShowPending();
+    void DropOldest();
+
+    QTimer m_Timer;
+    std::deque<Message> m_Pending;
+    /// Of all times, and whether the first line tells of them already.
+    int m_DroppedCount = 0;
+    bool m_HasNotice = false;
 };
 
 #endif

@@ -1,5 +1,7 @@
 #include "questions.h"
 
+#include "shorttext.h"
+
 #include <QCoreApplication>
 #include <QLocale>
 #include <QMessageBox>
@@ -45,7 +47,7 @@ eConflictAnswer AskAboutConflicts(QWidget* parent, QStringList const& files)
                                      "Taking it can be undone. What is not on disk any more goes "
                                      "from the library, too."));
     if (files.size() > 1)
-        box.setDetailedText(files.join(QLatin1Char('\n')));
+        box.setDetailedText(ListSome(files));
     QPushButton const* const take =
         box.addButton(Translate("&Take from Disk"), QMessageBox::AcceptRole);
     QPushButton const* const overwrite =

@@ -71,7 +71,7 @@ void CSettings::SetMarksShown(bool areShown)
 
 QStringList CSettings::GetRecentLibraries() const
 {
-    return m_Settings.value(kLibraries).toStringList();
+    return m_Settings.value(kLibraries).toStringList().mid(0, kMostLibraries);
 }
 
 void CSettings::AddRecentLibrary(QString const& folder)

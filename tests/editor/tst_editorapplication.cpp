@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 
 #include <stdexcept>
@@ -63,6 +64,7 @@ private Q_SLOTS:
     void survivesReceiverThatIsGone();
     void survivesInNestedLoops();
     void tellsTheUser();
+    void survivesManyMessages();
 };
 
 void TestEditorApplication::survivesFailingPaint()
@@ -128,6 +130,31 @@ void TestEditorApplication::tellsTheUser()
     // What the listener threw was not posted to it in its turn.
     QCoreApplication::processEvents();
     QCOMPARE(failures.count(), 1);
+}
+
+void TestEditorApplication::survivesManyMessages()
+{
+    CEmbeddedHost host;
+    CMainWindow window(host);
+    CMessageLog const* const log = window.findChild<CMessageLog*>();
+    QSignalSpy shown(log, &CMessageLog::Shown);
+    auto const post = [&](int count) {
+        for (int number = 1; number <= count; ++number)
+            host.GetMessages().Post(eSeverity::kWarning, QString::number(number));
+        host.GetMessages().Post(eSeverity::kError, QString(1000000, QLatin1Char('\n')));
+    };
+    int dropped = 0;
+    for (int const count : {5000, 10}) {
+        post(count);
+        int const shownCount = shown.count();
+        QTRY_COMPARE(shown.count(), shownCount + 1);
+        dropped += shownCount == 0 ? count + 1 - CMessageLog::kMostMessages : count + 1;
+        QCOMPARE(log->blockCount(), CMessageLog::kMostMessages + 1);
+        QCOMPARE(log->document()->firstBlock().text(),
+                 QStringLiteral("%L1 earlier messages are not shown any more.").arg(dropped));
+    }
+    QVERIFY(log->toPlainText().endsWith(QStringLiteral("(%L1 more letters)").arg(998000)));
+    QVERIFY(window.statusBar()->currentMessage().size() < 3000);
 }
 
 int main(int argc, char** argv)
