@@ -77,8 +77,7 @@ void CMessageLog::DropOldest()
         return;
     QTextCursor cursor(document());
     cursor.beginEditBlock();
-    cursor.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor,
-                        over + noticeCount);
+    cursor.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor, over + noticeCount);
     cursor.insertText(tr("%L1 earlier messages are not shown any more.").arg(m_DroppedCount)
                       + QLatin1Char('\n'));
     cursor.endEditBlock();

@@ -138,9 +138,8 @@ void CCanvas::PasteAt(std::optional<QPointF> const& scenePoint)
     if (m_Compound.IsNull())
         return;
     if (copy.nodes.empty()) {
-        m_Host.GetMessages().Post(
-            eSeverity::kWarning,
-            tr("No nodes can be pasted from the clipboard: %1.").arg(reason));
+        m_Host.GetMessages().Post(eSeverity::kWarning,
+                                  tr("No nodes can be pasted from the clipboard: %1.").arg(reason));
         return;
     }
     std::set<std::string> items;

@@ -139,8 +139,8 @@ void Disconnect(GraphBody& body, GraphConnection const& connection)
 void DisconnectAll(GraphBody& body, std::vector<GraphConnection> const& connections)
 {
     std::set<GraphConnection> const gone(connections.begin(), connections.end());
-    RemoveConnections(
-        body, [&gone](GraphConnection const& other) { return gone.count(other) > 0; });
+    RemoveConnections(body,
+                      [&gone](GraphConnection const& other) { return gone.count(other) > 0; });
 }
 
 void RemoveNodes(GraphBody& body, std::set<std::string> const& ids)

@@ -116,7 +116,7 @@ std::optional<PortPick> CNodeItem::GetPort(std::string const& name, bool isOutpu
 {
     PortLook const* const port = FindPort(name, isOutput);
     return port ? std::make_optional(
-                      PortPick{m_Look.id, isOutput, *port, GetPortPoint(*port, isOutput)})
+               PortPick{m_Look.id, isOutput, *port, GetPortPoint(*port, isOutput)})
                 : std::nullopt;
 }
 
