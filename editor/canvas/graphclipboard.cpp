@@ -82,6 +82,8 @@ bool HasClipboardNodes(QMimeData const* data)
 
 GraphBody ReadClipboardData(QMimeData const* data, QString* reason)
 {
+    QString unwanted;
+    reason = reason ? reason : &unwanted;
     if (!HasClipboardNodes(data)) {
         *reason = Translate("it holds something else");
         return GraphBody();

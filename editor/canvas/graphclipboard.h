@@ -14,7 +14,7 @@ QMimeData* MakeClipboardData(GraphBody const& nodes);
 
 /// By the format alone: what is there may belong to a program that is slow to hand it over.
 bool HasClipboardNodes(QMimeData const* data);
-/// Without nodes when none can be read, for which `reason` is a clause then.
-GraphBody ReadClipboardData(QMimeData const* data, QString* reason);
+/// Without nodes when none can be read; `reason` is a clause then that says why.
+GraphBody ReadClipboardData(QMimeData const* data, QString* reason = nullptr);
 
 #endif
