@@ -31,4 +31,30 @@ public:
     bool m_IsCommandRunning;
 };
 
+/// The time in which a command of the menu runs, if it was chosen there: commands that the host
+/// calls meanwhile are not those of the menu.
+class CNodeBrowser::MenuCommand
+{
+public:
+    /// Null for a command that was not chosen from the context menu. Outlives the command.
+    explicit MenuCommand(ContextMenu* menu)
+        : m_Menu(menu)
+    {
+        if (m_Menu)
+            m_Menu->m_IsCommandRunning = true;
+    }
+
+    ~MenuCommand()
+    {
+        if (m_Menu)
+            m_Menu->m_IsCommandRunning = false;
+    }
+
+    ContextMenu* const m_Menu;
+
+private:
+    MenuCommand(MenuCommand const&);
+    MenuCommand& operator=(MenuCommand const&);
+};
+
 #endif

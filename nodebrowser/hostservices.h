@@ -3,6 +3,8 @@
 
 #include "hostapi/framework.h"
 
+namespace nodebrowser {
+
 /// The host's service of that name and type, null when it is missing or of another type. Looked
 /// up at each use: services come and go.
 template <class Service>
@@ -10,5 +12,7 @@ Service* FindHostService(char const* name)
 {
     return dynamic_cast<Service*>(wekGetSystem()->GetService(name));
 }
+
+} // namespace nodebrowser
 
 #endif

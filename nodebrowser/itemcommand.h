@@ -1,7 +1,7 @@
 #ifndef NODEBROWSER_ITEMCOMMAND_H
 #define NODEBROWSER_ITEMCOMMAND_H
 
-#include "nodebrowser.h"
+#include "contextmenu.h"
 
 #include <QPointer>
 
@@ -12,7 +12,6 @@ class CNodeBrowser::ItemCommand
 {
 public:
     explicit ItemCommand(CNodeBrowser* browser);
-    ~ItemCommand();
 
     /// False when no row is selected, and when what the menu names is gone.
     bool HasItem() const;
@@ -22,16 +21,14 @@ public:
 
     QPointer<CNodeBrowser> const m_Browser;
     tarno::datamodel::ItemLibraryAccessor const m_ItemLibrary;
-    tarno::datamodel::ItemAccessor const m_Item;
-    tarno::datamodel::ItemID const m_ItemID;
 
 private:
-    ItemCommand(CNodeBrowser* browser, ContextMenu* menu);
-    ItemCommand(ItemCommand const&);
-    ItemCommand& operator=(ItemCommand const&);
+    // Before the item, of which the host is asked.
+    MenuCommand const m_MenuCommand;
 
-    /// Null for a command that was not chosen from the context menu.
-    ContextMenu* const m_Menu;
+public:
+    tarno::datamodel::ItemAccessor const m_Item;
+    tarno::datamodel::ItemID const m_ItemID;
 };
 
 #endif

@@ -10,6 +10,7 @@
 #include <QStyle>
 #include <QTabBar>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {

@@ -240,6 +240,7 @@ private:
     bool AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
                        SNewItem& item);
     bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
+    class MenuCommand;
     class ItemCommand;
     static qorm::QormHandle<qorm::IDbObject> FindObject(ItemCommand const& command,
                                                         qorm::IRevisionControlUIHelper*& helper);

@@ -1,6 +1,5 @@
 #include "nodebrowser.h"
 
-#include "contextmenu.h"
 #include "itemcommand.h"
 #include "qtcompat.h"
 #include "renamedialog.h"
@@ -15,6 +14,7 @@
 
 #include <list>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 /// What the create dialog asks for, in the form the data model takes, and where it goes.
@@ -163,7 +163,7 @@ qorm::QormHandle<qorm::IDbObject> CNodeBrowser::FindObject(ItemCommand const& co
                                                            qorm::IRevisionControlUIHelper*& helper)
 {
     helper = command.HasItem() ? FindRevisionControlHelper() : nullptr;
-    return FindDbObject(helper, command.m_ItemID);
+    return helper ? FindDbObject(helper, command.m_ItemID) : qorm::QormHandle<qorm::IDbObject>();
 }
 
 void CNodeBrowser::OnCheckOutItem()
@@ -222,8 +222,8 @@ void CNodeBrowser::OnDatasourceChange()
                "the action must name the compound and the resource");
     if (ids.size() < 2)
         return;
-    ContextMenu const* const menu = ChosenMenu();
-    if (menu && !FindMenuItem(*menu).IsValid())
+    MenuCommand const command(ChosenMenu());
+    if (command.m_Menu && !FindMenuItem(*command.m_Menu).IsValid())
         return;
 
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();

@@ -14,6 +14,7 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {

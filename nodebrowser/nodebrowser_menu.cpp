@@ -1,4 +1,4 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
 #include "contextmenu.h"
 #include "qtcompat.h"
@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
@@ -217,15 +218,10 @@ CNodeBrowser::ContextMenu* CNodeBrowser::ChosenMenu() const
 
 ItemAccessor CNodeBrowser::FindMenuItem(ContextMenu const& menu) const
 {
-    std::vector<ItemAccessor> items;
-    if (IsShown(menu.m_ItemLibrary)) {
-        for (Item const& item : m_Items)
-            items.push_back(item.m_Accessor);
-    }
-    // Copies, because the host may have the list rebuilt when it is asked.
-    for (ItemAccessor const& item : items) {
-        if (item.Revalidate() && item.GetItemID() == menu.m_ItemID)
-            return item;
-    }
-    return ItemAccessor();
+    unsigned long const row = m_Private->list.Find(menu.m_ItemID);
+    if (row >= m_Items.size() || !IsShown(menu.m_ItemLibrary))
+        return ItemAccessor();
+    // A copy: when the host is asked, it may have the list rebuilt or delete the panel.
+    ItemAccessor const item = m_Items[row].m_Accessor;
+    return item.Revalidate() && item.GetItemID() == menu.m_ItemID ? item : ItemAccessor();
 }

@@ -2,6 +2,8 @@
 
 #include "hostservices.h"
 
+namespace nodebrowser {
+
 qorm::IRevisionControlUIHelper* FindRevisionControlHelper()
 {
     return FindHostService<qorm::IRevisionControlUIHelper>("RevisionControlUIHelper");
@@ -15,3 +17,5 @@ qorm::QormHandle<qorm::IDbObject> FindDbObject(qorm::IRevisionControlUIHelper* h
         return qorm::QormHandle<qorm::IDbObject>();
     return helper->FindObject(qorm::DbObjectId(uid));
 }
+
+} // namespace nodebrowser

@@ -4,6 +4,8 @@
 #include "hostapi/datamodel.h"
 #include "hostapi/qorm.h"
 
+namespace nodebrowser {
+
 /// The host's source-control service, or null.
 qorm::IRevisionControlUIHelper* FindRevisionControlHelper();
 
@@ -11,5 +13,7 @@ qorm::IRevisionControlUIHelper* FindRevisionControlHelper();
 /// without a database UID, and when there is no such object.
 qorm::QormHandle<qorm::IDbObject> FindDbObject(qorm::IRevisionControlUIHelper* helper,
                                                tarno::datamodel::ItemID const& id);
+
+} // namespace nodebrowser
 
 #endif

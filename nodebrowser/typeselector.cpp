@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 CTypeSelector::CTypeSelector(QWidget* parent)

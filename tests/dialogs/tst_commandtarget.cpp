@@ -233,18 +233,18 @@ void TestCommandTarget::actsOnTheItemThatTheEntryNames()
 /// Whatever menu or dialog is open at the time.
 void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
 {
-    auto const call = [this] {
+    auto const callTheHostsCommand = [this] {
         m_Browser->m_SelectedIndex = 0;
         QMetaObject::invokeMethod(m_Browser.get(), "OnShowItemFiles");
     };
     DialogUser user([&](QDialog& dialog) {
-        call();
+        callTheHostsCommand();
         TypeText(dialog, "Halo");
         PressKey(dialog, Qt::Key_Return);
     });
     ChooseInContextMenu("Rename", [&] {
         m_Host->TakeCalls();
-        call();
+        callTheHostsCommand();
     });
     QString const show = QString("ShowFiles %1 false").arg(kClipUid);
     QCOMPARE(m_Host->TakeCalls(), (QStringList{show, show, "Initialize Soft Glow",
@@ -255,6 +255,20 @@ void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
     for (char const* command : {"OnRenameItem", "OnEditItemTags"}) {
         DialogUser none([](QDialog&) { QFAIL("a dialog"); });
         QMetaObject::invokeMethod(m_Browser.get(), command);
+    }
+
+    // The selected row counts for one, too, that is called inside any call which the menu's command makes.
+    bool hasRun = true;
+    for (int call = 1; hasRun; ++call) {
+        MakePanel();
+        ChooseInContextMenu("elsewhere", [&] {
+            m_Host->TakeCalls();
+            m_Host->RunAt(call, callTheHostsCommand);
+        });
+        hasRun = m_Host->HasRun();
+        m_Host->RunAt(0, {});
+        QCOMPARE(m_Host->TakeCalls().contains(show), hasRun);
+        QVERIFY(hasRun || call > 1);
     }
 }
 
