@@ -220,7 +220,8 @@ QStringList CEmbeddedHost::FindConflicts() const
     if (!m_Private->library)
         return paths;
     for (auto const& file : m_Private->library->GetFiles()) {
-        if (file->IsModified() && GetDigestOnDisk(file->path) != file->digest)
+        if (file->IsModified()
+            && GetDigestOnDisk(file->path, GetLibraryFolder()) != file->digest)
             paths << file->path;
     }
     return paths;

@@ -212,7 +212,7 @@ bool OverwriteFileOnDisk(CLibrary& library, QString const& path)
     LibraryFile* const file = library.FindFile(path);
     if (!file)
         return false;
-    file->digest = GetDigestOnDisk(path);
+    file->digest = GetDigestOnDisk(path, library.GetFolder());
     return true;
 }
 

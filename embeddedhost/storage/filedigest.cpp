@@ -1,7 +1,8 @@
 #include "storage/filedigest.h"
 
+#include "storage/systemfiles.h"
+
 #include <QCryptographicHash>
-#include <QFile>
 
 namespace embeddedhost {
 
@@ -10,10 +11,12 @@ QByteArray GetDigest(QByteArray const& content)
     return QCryptographicHash::hash(content, QCryptographicHash::Sha1);
 }
 
-QByteArray GetDigestOnDisk(QString const& path)
+QByteArray GetDigestOnDisk(QString const& path, QString const& folder)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? GetDigest(file.readAll()) : QByteArray();
+    FileContent const content = ReadRegularFile(path, folder);
+    if (!content.exists)
+        return QByteArray();
+    return content.fault.isEmpty() ? GetDigest(content.bytes) : QByteArray("unreadable");
 }
 
 } // namespace embeddedhost

@@ -119,7 +119,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     LibraryFile* file = library->FindFile(path);
     bool const exists = QFileInfo::exists(path);
     QByteArray const digest = file ? file->digest : QByteArray();
-    if (GetDigestOnDisk(path) == digest)
+    if (GetDigestOnDisk(path, library->GetFolder()) == digest)
         return eReconciled::kUpToDate;
 
     JsonFile const json = exists ? ReadJsonFile(path) : JsonFile();

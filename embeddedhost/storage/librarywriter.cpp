@@ -47,6 +47,7 @@ class PendingFile
 public:
     PendingFile(CLibrary const& library, LibraryFile& file)
         : m_File(file)
+        , m_LibraryFolder(library.GetFolder())
         , m_ShownPath(GetShownPath(library.GetFolder(), file.path))
         , m_IsRemoval(file.entries.empty() && !file.isArray)
     {
@@ -56,7 +57,7 @@ public:
     /// possible or the old file is not the one that was read.
     bool Prepare()
     {
-        if (GetDigestOnDisk(m_File.path) != m_File.digest)
+        if (GetDigestOnDisk(m_File.path, m_LibraryFolder) != m_File.digest)
             return Fail(QStringLiteral("it was changed or removed by another program since it "
                                        "was read. Take what is on disk, or overwrite it"));
         if (m_IsRemoval)
@@ -110,6 +111,7 @@ private:
     }
 
     LibraryFile& m_File;
+    QString const m_LibraryFolder;
     QString const m_ShownPath;
     /// The last object of the file is gone, and the file goes with it.
     bool const m_IsRemoval;
