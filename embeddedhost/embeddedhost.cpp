@@ -13,6 +13,7 @@
 #include "storage/filedigest.h"
 #include "storage/libraryreader.h"
 #include "storage/librarywatcher.h"
+#include "storage/stagingfolders.h"
 #include "storage/unsavedchanges.h"
 
 #include <algorithm>
@@ -114,6 +115,7 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     }
     if (!m_Private->library)
         return false;
+    TidyUpStagingFolders(*m_Private->library);
     m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
     m_Private->sourceControl.Open(*m_Private->library);

@@ -53,6 +53,9 @@ bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
                                .arg(Shown(name)));
 }
 
+/// With a number and the ending it is a name that any file system takes, encrypted ones too.
+constexpr int kLongestFileName = 120;
+
 /// A file name made from the item's: lower case, letters and digits of ASCII, else "-".
 QString MakeFileName(char const* name)
 {
@@ -65,6 +68,7 @@ QString MakeFileName(char const* name)
                  && !fileName.endsWith(QLatin1Char('-')))
             fileName += QLatin1Char('-');
     }
+    fileName.truncate(kLongestFileName);
     while (fileName.endsWith(QLatin1Char('-')))
         fileName.chop(1);
     return fileName.isEmpty() ? QStringLiteral("item") : fileName;

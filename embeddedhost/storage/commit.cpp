@@ -31,6 +31,8 @@ void Report(CMessageChannel& channel, SaveResult const& result, std::list<std::s
         if (messages)
             messages->push_back(failure.toStdString());
     }
+    for (QString const& kept : result.keptFiles)
+        channel.Post(eSeverity::kWarning, kept);
     if (result.writtenFiles > 0)
         channel.Post(eSeverity::kInformation,
                      result.writtenFiles == 1

@@ -3,9 +3,9 @@
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
 #include "sourcecontrol/gitworktree.h"
+#include "storage/heldfolder.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace embeddedhost {
@@ -41,14 +41,35 @@ bool MoveThroughGit(QString const& from, QString const& to)
            && workTree.Move(source, target);
 }
 
-bool MoveOnDisk(QString const& from, QString const& to)
+/// The folder of a file below that of its data source, see CHeldFolder::Open.
+std::unique_ptr<CHeldFolder> OpenFolder(CDataSource const& source, QString const& path,
+                                        bool makesIt, QString* fault)
 {
+    return CHeldFolder::Open(source.GetDescription().folder, QFileInfo(path).path(), makesIt,
+                             fault);
+}
+
+/// Why the file was not moved; empty when it was.
+QString MoveOnDisk(CDataSource const& source, QString const& from, CDataSource const& target,
+                   QString const& to)
+{
+    QFileInfo const file(from);
     // An item that was never saved has no file yet.
-    if (!QFileInfo::exists(from))
-        return true;
-    if (QFileInfo::exists(to) || !QDir().mkpath(QFileInfo(to).path()))
-        return false;
-    return MoveThroughGit(from, to) || QFile::rename(from, to);
+    if (!file.exists() && !file.isSymLink())
+        return QString();
+    // It may lead elsewhere from there.
+    if (file.isSymLink())
+        return QStringLiteral("it is a link");
+    QString fault;
+    auto const fromFolder = OpenFolder(source, from, false, &fault);
+    auto const toFolder = fromFolder ? OpenFolder(target, to, true, &fault) : nullptr;
+    if (!toFolder)
+        return fault;
+    if (QFileInfo::exists(to))
+        return QStringLiteral("there is such a file already");
+    if (MoveThroughGit(from, to))
+        return QString();
+    return fromFolder->Rename(file.fileName(), *toFolder, QFileInfo(to).fileName()).reason;
 }
 
 /// Takes the file from one data source to another and back.
@@ -67,30 +88,30 @@ public:
 
     void Do() override
     {
-        Move(m_FromPath, m_To, m_ToPath);
+        Move(m_From, m_FromPath, m_To, m_ToPath);
     }
 
     void Undo() override
     {
-        Move(m_ToPath, m_From, m_FromPath);
+        Move(m_To, m_ToPath, m_From, m_FromPath);
     }
 
 private:
-    void Move(QString const& from, DataSourcePtr const& target, QString const& to)
+    void Move(DataSourcePtr const& source, QString const& from, DataSourcePtr const& target,
+              QString const& to)
     {
         CLibrary* const library = GetLibrary();
         CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
         if (!item || item->GetFile().path != from)
             return;
-        if (MoveOnDisk(from, to)) {
+        QString const fault = MoveOnDisk(*source, from, *target, to);
+        if (fault.isEmpty()) {
             library->MoveFile(*item, target, to);
         } else {
             library->GetMessages().Post(
                 eSeverity::kError,
-                QStringLiteral("%1 could not be moved to %2: see whether both folders may be "
-                               "written to, and whether there is such a file already. Nothing "
-                               "was changed.")
-                    .arg(from, to));
+                QStringLiteral("%1 could not be moved to %2: %3. Nothing was changed.")
+                    .arg(from, to, fault));
         }
     }
 

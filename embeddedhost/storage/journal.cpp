@@ -1,14 +1,15 @@
 #include "storage/journal.h"
 
 #include "embeddedhost.h"
+#include "storage/systemfiles.h"
 #include "storage/unsavedchanges.h"
+#include "storage/wholefile.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
 
 using namespace embeddedhost;
 
@@ -91,7 +92,7 @@ void CJournal::Write()
     }
     if (changes == m_Written)
         return;
-    if (ClaimFile() && MakeFile(changes)) {
+    if (ClaimFile() && WriteWholeFile(m_File, changes)) {
         m_Written = changes;
         m_HasFailed = false;
     } else if (!m_HasFailed) {
@@ -100,13 +101,6 @@ void CJournal::Write()
             eSeverity::kWarning,
             tr("Unsaved changes cannot be kept safe in %1; save often.").arg(m_Folder));
     }
-}
-
-bool CJournal::MakeFile(QByteArray const& content)
-{
-    QSaveFile file(m_File);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size()
-           && file.commit();
 }
 
 bool CJournal::ClaimFile()
@@ -163,11 +157,9 @@ std::vector<CJournal::Leftover> CJournal::FindLeftovers()
 
 QByteArray CJournal::ReadLeftover(QString const& file, QString* fault) const
 {
-    QFile opened(file);
-    if (opened.open(QIODevice::ReadOnly))
-        return opened.readAll();
-    *fault = opened.errorString();
-    return QByteArray();
+    FileContent const content = ReadRegularFile(file, QString());
+    *fault = content.exists ? content.fault : tr("it is gone");
+    return content.bytes;
 }
 
 void CJournal::SetAside(QString const& file, QString const& reason)

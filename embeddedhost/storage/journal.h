@@ -57,7 +57,6 @@ private:
     void FollowChanges();
     void Write();
     bool ClaimFile();
-    bool MakeFile(QByteArray const& content);
     void RemoveFile();
     QString GetFileStem() const;
     QByteArray ReadLeftover(QString const& file, QString* fault) const;

@@ -4,6 +4,7 @@
 #include "model/library.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -15,12 +16,17 @@ struct SaveResult
     int writtenFiles = 0;
     /// One sentence for each file that was not written: which, and why.
     std::vector<QString> failures;
+    /// One sentence for each file with another program's content that was kept beside.
+    QStringList keptFiles = QStringList();
 };
 
-/// Writes the files: all are prepared beside the old ones before the first is put in place, or as
-/// many at a time as the system lets a process open. A save that is interrupted leaves whole files
-/// only. A file that somebody else has changed is left alone, and so is one that cannot be
-/// written; what was to go into them stays modified.
+/// The text of the file: two blanks a level, one newline at the end, and texts as they are.
+QByteArray MakeContent(LibraryFile const& file);
+
+/// Writes the files: all are prepared in a staging folder and on the disk before the first is put
+/// in place. A save that is interrupted leaves whole files only. A file that somebody else has
+/// changed, be it in the last moment, is left as it is, and so is one that cannot be written; what
+/// was to go into them stays modified.
 SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files);
 
 } // namespace embeddedhost

@@ -150,7 +150,7 @@ private:
             QVERIFY(host.FindItem(Uid(object)) != tarno::datamodel::ItemID());
         LibraryUser user(host);
         QVERIFY(user.Tag(host.FindItem(Uid(1)), std::to_string(save).c_str()));
-        QVERIFY(user.Save());
+        QVERIFY2(user.Save(), user.GetSaveMessages().front().c_str());
         m_Saves[1] = save;
     }
 

@@ -1,0 +1,90 @@
+#ifndef EMBEDDEDHOST_DESCRIPTOR_H
+#define EMBEDDEDHOST_DESCRIPTOR_H
+
+#include "storage/systemfiles.h"
+
+#include <QFile>
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+/// Files by their descriptors, for the implementation for Linux.
+namespace embeddedhost {
+
+/// Closes a descriptor.
+class Descriptor
+{
+public:
+    explicit Descriptor(int number)
+        : m_Number(number)
+    {
+    }
+
+    ~Descriptor()
+    {
+        if (m_Number >= 0)
+            close(m_Number);
+    }
+
+    Descriptor(Descriptor const&) = delete;
+    Descriptor& operator=(Descriptor const&) = delete;
+
+    bool IsOpen() const
+    {
+        return m_Number >= 0;
+    }
+
+    int Get() const
+    {
+        return m_Number;
+    }
+
+    /// For whoever closes it.
+    int Release()
+    {
+        return std::exchange(m_Number, -1);
+    }
+
+private:
+    int m_Number;
+};
+
+/// A path as the system takes it.
+class Encode
+{
+public:
+    explicit Encode(QString const& path)
+        : m_Path(QFile::encodeName(path))
+    {
+    }
+
+    operator char const*() const
+    {
+        return m_Path.constData();
+    }
+
+private:
+    QByteArray const m_Path;
+};
+
+/// For reading what is a regular file, or a thing that became one the moment before.
+constexpr int kReadFlags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+
+/// What errno says.
+QString GetSystemError();
+
+/// The name under which an open file can be opened once more.
+QByteArray GetDescriptorPath(Descriptor const& file);
+/// Where an open file lies; empty when the system does not tell.
+QString GetRealPath(Descriptor const& file);
+
+/// Up to the end of the file, or one byte more than is allowed. Null, with errno, when it fails.
+QByteArray ReadAll(Descriptor const& file, qint64 expectedSize);
+/// What is at a place that was opened with O_PATH, or why that failed, after errno.
+FileContent ReadFileAt(Descriptor const& place);
+
+} // namespace embeddedhost
+
+#endif

@@ -1,0 +1,112 @@
+#include "storage/fileplacer.h"
+
+#include "storage/filedigest.h"
+
+namespace embeddedhost {
+
+namespace {
+
+/// How often others may come between before they are left alone.
+constexpr int kAttempts = 20;
+
+PlacingResult Explain(FileResult const& failure)
+{
+    bool const isOvertaken =
+        failure.error == eFileError::kExists || failure.error == eFileError::kMissing;
+    return isOvertaken ? PlacingResult{ePlacing::kOvertaken}
+                       : PlacingResult{ePlacing::kFailed, failure};
+}
+
+} // namespace
+
+CFilePlacer::CFilePlacer(CHeldFolder const& staging, CHeldFolder const& folder,
+                         QString const& name, int* patience)
+    : m_Staging(staging)
+    , m_Folder(folder)
+    , m_Name(name)
+    , m_Patience(patience)
+{
+}
+
+PlacingResult CFilePlacer::PlaceNew(QString const& staged) const
+{
+    FileResult const placed = m_Staging.Rename(staged, m_Folder, m_Name);
+    return placed.IsDone() ? PlacingResult{ePlacing::kDone} : Explain(placed);
+}
+
+PlacingResult CFilePlacer::Replace(QString const& staged, QByteArray const& oldDigest,
+                                   QByteArray const& newDigest) const
+{
+    FileResult const placed = m_Staging.Exchange(staged, m_Folder, m_Name);
+    if (placed.error == eFileError::kUnsupported)
+        return ReplaceAfterLook(staged, oldDigest);
+    if (!placed.IsDone())
+        return GiveUp(staged, placed);
+    if (m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience))
+        return {ePlacing::kDone};
+    return PutBack(staged, newDigest);
+}
+
+/// The weaker way, for file systems that cannot exchange files.
+PlacingResult CFilePlacer::ReplaceAfterLook(QString const& staged,
+                                            QByteArray const& oldDigest) const
+{
+    FileContent const found = m_Folder.Read(m_Name);
+    if (!found.exists || !found.fault.isEmpty() || GetDigest(found.bytes) != oldDigest)
+        return GiveUp(staged, {eFileError::kExists});
+    FileResult const placed = m_Staging.Replace(staged, m_Folder, m_Name);
+    return placed.IsDone() ? PlacingResult{ePlacing::kDone} : GiveUp(staged, placed);
+}
+
+PlacingResult CFilePlacer::Remove(QString const& staged, QByteArray const& oldDigest) const
+{
+    FileResult const taken = m_Folder.Rename(m_Name, m_Staging, staged);
+    if (!taken.IsDone())
+        return Explain(taken);
+    if (m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience))
+        return {ePlacing::kDone};
+    m_Staging.Rename(staged, m_Folder, m_Name);
+    return {ePlacing::kOvertaken};
+}
+
+/// Our version, which never was in place, is not needed any more.
+PlacingResult CFilePlacer::GiveUp(QString const& staged, FileResult const& failure) const
+{
+    m_Staging.Remove(staged);
+    return Explain(failure);
+}
+
+/// `staged` has what came out, which is not what was expected.
+PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newDigest) const
+{
+    QByteArray placedDigest = newDigest;
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        QByteArray const digest = GetStagedDigest(staged);
+        FileResult const back = m_Staging.Exchange(staged, m_Folder, m_Name);
+        if (back.error == eFileError::kMissing) {
+            // They removed ours, having no idea of it.
+            if (m_Staging.Rename(staged, m_Folder, m_Name).IsDone())
+                break;
+            continue;
+        }
+        if (!back.IsDone())
+            return {ePlacing::kFailed, back};
+        bool const wasOurs = placedDigest == newDigest;
+        if (wasOurs && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience))
+            break;
+        // Nobody came between: the newest is in place, the one before is kept.
+        if (!wasOurs && GetStagedDigest(staged) == placedDigest)
+            break;
+        placedDigest = digest;
+    }
+    return {ePlacing::kOvertaken};
+}
+
+/// Empty when it cannot be read.
+QByteArray CFilePlacer::GetStagedDigest(QString const& staged) const
+{
+    FileContent const content = m_Staging.Read(staged);
+    return content.fault.isEmpty() ? GetDigest(content.bytes) : QByteArray();
+}
+
+} // namespace embeddedhost

@@ -1,0 +1,94 @@
+#ifndef EMBEDDEDHOST_HELDFOLDER_H
+#define EMBEDDEDHOST_HELDFOLDER_H
+
+#include "storage/systemfiles.h"
+
+#include <QList>
+#include <QStringList>
+
+#include <memory>
+
+namespace embeddedhost {
+
+enum class eFileError
+{
+    kNone,
+    kExists,
+    kMissing,
+    /// The system, or the file system, has no such operation.
+    kUnsupported,
+    /// No file can have the name: it is too long, or has characters that are not allowed.
+    kBadName,
+    kOther
+};
+
+/// What came of an operation on a file.
+struct FileResult
+{
+    eFileError error = eFileError::kNone;
+    /// What the system says about it: "No space left on device". Empty without an error.
+    QString reason = QString();
+
+    bool IsDone() const
+    {
+        return error == eFileError::kNone;
+    }
+};
+
+/// A folder that is held open. Its files are reached by their names in it, and never through a
+/// link, wherever somebody moves the folder meanwhile and whatever takes its place.
+class CHeldFolder
+{
+public:
+    /// Opens `path`, which is `root` or a folder below it, both canonical. With `makesPath` what is
+    /// missing below the root is made, but never the root itself. Null, with the reason as a
+    /// sentence without the full stop, when it is missing, or a link has taken the place of one of
+    /// the folders.
+    static std::unique_ptr<CHeldFolder> Open(QString const& root, QString const& path,
+                                             bool makesPath, QString* fault);
+    ~CHeldFolder();
+    CHeldFolder(CHeldFolder const&) = delete;
+    CHeldFolder& operator=(CHeldFolder const&) = delete;
+
+    /// The path it was opened with.
+    QString const& GetPath() const;
+    /// Of everything in it that is no folder, but for "." and "..", in no particular order. No
+    /// names at all when they cannot be read.
+    QStringList GetNames() const;
+
+    FileContent Read(QString const& name) const;
+
+    /// A new file with the content, which is on its way to the disk. It gets the owner and the
+    /// permissions of the file `like`, unless that is empty or not there. What was written of a
+    /// file that could not be written whole is removed.
+    FileResult Create(QString const& name, QByteArray const& content, QString const& like) const;
+    /// Returns when the content of the file is on the disk.
+    FileResult Sync(QString const& name) const;
+    FileResult Remove(QString const& name) const;
+    /// Removes the file if it has one of these digests and no other program has it open for
+    /// writing. Waits for such a program as long as `patience`, in milliseconds, which is what is
+    /// left of it afterwards. False when the file stays.
+    bool RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                         int* patience) const;
+
+    /// Fails when the target exists.
+    FileResult Rename(QString const& name, CHeldFolder const& target,
+                      QString const& targetName) const;
+    /// Puts the file in place of the target, which is lost.
+    FileResult Replace(QString const& name, CHeldFolder const& target,
+                       QString const& targetName) const;
+    /// The two files change places in one step.
+    FileResult Exchange(QString const& name, CHeldFolder const& target,
+                        QString const& targetName) const;
+
+private:
+    CHeldFolder(QString const& path, int descriptor);
+
+    QString const m_Path;
+    /// -1 where folders cannot be held.
+    int const m_Descriptor;
+};
+
+} // namespace embeddedhost
+
+#endif

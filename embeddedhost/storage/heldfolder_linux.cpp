@@ -1,0 +1,279 @@
+#include "storage/heldfolder.h"
+
+#include "storage/descriptor.h"
+#include "storage/filedigest.h"
+
+#include <QThread>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace embeddedhost {
+
+namespace {
+
+/// How often to look whether a file is still being written, in milliseconds.
+constexpr int kWriterPause = 5;
+
+FileResult Failed()
+{
+    QString const reason = GetSystemError();
+    switch (errno) {
+    case EEXIST:
+        return {eFileError::kExists, reason};
+    case ENOENT:
+        return {eFileError::kMissing, reason};
+    case ENOSYS:
+    case EINVAL:
+    case EOPNOTSUPP:
+        return {eFileError::kUnsupported, reason};
+    case ENAMETOOLONG:
+    case EILSEQ:
+        return {eFileError::kBadName, reason};
+    default:
+        return {eFileError::kOther, reason};
+    }
+}
+
+/// Why a folder was not opened, after errno.
+QString DescribeFolder(QString const& folder)
+{
+    switch (errno) {
+    case ENOENT:
+        return QStringLiteral("the folder %1 is gone").arg(folder);
+    case ELOOP:
+    case ENOTDIR:
+        return QStringLiteral("a link or a file has taken the place of the folder %1").arg(folder);
+    default:
+        return QStringLiteral("the folder %1 cannot be opened: %2").arg(folder, GetSystemError());
+    }
+}
+
+bool WriteAll(Descriptor const& file, QByteArray const& content)
+{
+    for (int done = 0; done < content.size();) {
+        ssize_t const count =
+            write(file.Get(), content.constData() + done, std::size_t(content.size() - done));
+        if (count < 0 && errno != EINTR)
+            return false;
+        done += int(qMax(count, ssize_t(0)));
+    }
+    return true;
+}
+
+/// The owner only as far as it is in our power.
+bool TakeAttributes(Descriptor const& file, QString const& like)
+{
+    struct stat model;
+    struct stat status;
+    if (like.isEmpty() || stat(Encode(like), &model) != 0)
+        return true;
+    if (fstat(file.Get(), &status) != 0)
+        return false;
+    if (model.st_uid != status.st_uid || model.st_gid != status.st_gid) {
+        if (fchown(file.Get(), model.st_uid, model.st_gid) != 0)
+            (void)!fchown(file.Get(), uid_t(-1), model.st_gid);
+    }
+    return fchmod(file.Get(), model.st_mode & 07777) == 0;
+}
+
+/// Tells whether another program has the file open for writing, and as long as it lives makes
+/// one that opens it so wait: a lease for reading is given only when there is no writer. Where
+/// there are no leases, or the file is another user's, nobody is noticed.
+class WriterWatch
+{
+public:
+    explicit WriterWatch(Descriptor const& file)
+        : m_File(file)
+    {
+        // Sent when somebody wants to write. Other than the usual signal it ends no program.
+        fcntl(m_File.Get(), F_SETSIG, SIGURG);
+    }
+
+    ~WriterWatch()
+    {
+        if (m_HasLease)
+            fcntl(m_File.Get(), F_SETLEASE, F_UNLCK);
+    }
+
+    WriterWatch(WriterWatch const&) = delete;
+    WriterWatch& operator=(WriterWatch const&) = delete;
+
+    bool AreGone()
+    {
+        if (m_HasLease)
+            return fcntl(m_File.Get(), F_GETLEASE) == F_RDLCK;
+        m_HasLease = fcntl(m_File.Get(), F_SETLEASE, F_RDLCK) == 0;
+        return m_HasLease || (errno != EAGAIN && errno != EBUSY);
+    }
+
+private:
+    Descriptor const& m_File;
+    bool m_HasLease = false;
+};
+
+FileResult RenameWith(unsigned flags, int folder, QString const& name, int targetFolder,
+                      QString const& targetName)
+{
+    bool const isDone =
+        renameat2(folder, Encode(name), targetFolder, Encode(targetName), flags) == 0;
+    return isDone ? FileResult() : Failed();
+}
+
+} // namespace
+
+CHeldFolder::CHeldFolder(QString const& path, int descriptor)
+    : m_Path(path)
+    , m_Descriptor(descriptor)
+{
+}
+
+CHeldFolder::~CHeldFolder()
+{
+    close(m_Descriptor);
+}
+
+std::unique_ptr<CHeldFolder> CHeldFolder::Open(QString const& root, QString const& path,
+                                               bool makesPath, QString* fault)
+{
+    auto folder = std::make_unique<Descriptor>(open(Encode(root), kFolderFlags));
+    if (!folder->IsOpen()) {
+        *fault = DescribeFolder(root);
+        return nullptr;
+    }
+    if (GetRealPath(*folder) != root) {
+        *fault = QStringLiteral("the folder %1 is somewhere else now").arg(root);
+        return nullptr;
+    }
+    QStringList const names =
+        path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (QString const& name : names) {
+        if (makesPath && mkdirat(folder->Get(), Encode(name), 0777) != 0 && errno != EEXIST) {
+            *fault = DescribeFolder(name);
+            return nullptr;
+        }
+        auto below =
+            std::make_unique<Descriptor>(openat(folder->Get(), Encode(name), kFolderFlags));
+        if (!below->IsOpen()) {
+            *fault = DescribeFolder(name);
+            return nullptr;
+        }
+        folder = std::move(below);
+    }
+    return std::unique_ptr<CHeldFolder>(new CHeldFolder(path, folder->Release()));
+}
+
+QString const& CHeldFolder::GetPath() const
+{
+    return m_Path;
+}
+
+QStringList CHeldFolder::GetNames() const
+{
+    QStringList names;
+    // Of its own: the position in the list of names belongs to the descriptor.
+    int const descriptor = openat(m_Descriptor, ".", kFolderFlags);
+    DIR* const folder = descriptor >= 0 ? fdopendir(descriptor) : nullptr;
+    if (!folder) {
+        Descriptor const unused(descriptor);
+        return names;
+    }
+    while (dirent const* const entry = readdir(folder)) {
+        if (entry->d_type != DT_DIR)
+            names << QFile::decodeName(entry->d_name);
+    }
+    closedir(folder);
+    return names;
+}
+
+FileContent CHeldFolder::Read(QString const& name) const
+{
+    return ReadFileAt(Descriptor(openat(m_Descriptor, Encode(name),
+                                        O_PATH | O_NOFOLLOW | O_CLOEXEC)));
+}
+
+FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
+                               QString const& like) const
+{
+    Descriptor file(openat(m_Descriptor, Encode(name),
+                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
+    if (!file.IsOpen())
+        return Failed();
+    bool isWritten = WriteAll(file, content) && TakeAttributes(file, like);
+    int error = errno;
+    // The disk works on it while the next one is written. Errors are those of Sync.
+    if (isWritten)
+        sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (close(file.Release()) != 0 && isWritten) {
+        error = errno;
+        isWritten = false;
+    }
+    if (isWritten)
+        return FileResult();
+    unlinkat(m_Descriptor, Encode(name), 0);
+    errno = error;
+    return Failed();
+}
+
+FileResult CHeldFolder::Sync(QString const& name) const
+{
+    Descriptor const file(openat(m_Descriptor, Encode(name), kReadFlags | O_NOFOLLOW));
+    return file.IsOpen() && fdatasync(file.Get()) == 0 ? FileResult() : Failed();
+}
+
+FileResult CHeldFolder::Remove(QString const& name) const
+{
+    return unlinkat(m_Descriptor, Encode(name), 0) == 0 ? FileResult() : Failed();
+}
+
+bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                                  int* patience) const
+{
+    Descriptor const place(openat(m_Descriptor, Encode(name), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status;
+    if (!place.IsOpen() || fstat(place.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    Descriptor const file(open(GetDescriptorPath(place).constData(), kReadFlags));
+    if (!file.IsOpen())
+        return false;
+    WriterWatch writers(file);
+    while (!writers.AreGone() && *patience > 0) {
+        QThread::msleep(kWriterPause);
+        *patience -= kWriterPause;
+    }
+    if (!writers.AreGone())
+        return false;
+    QByteArray const bytes = ReadAll(file, status.st_size);
+    return !bytes.isNull() && digests.contains(GetDigest(bytes)) && writers.AreGone()
+           && unlinkat(m_Descriptor, Encode(name), 0) == 0;
+}
+
+FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,
+                               QString const& targetName) const
+{
+    FileResult const result = RenameWith(RENAME_NOREPLACE, m_Descriptor, name, target.m_Descriptor,
+                                         targetName);
+    if (result.error != eFileError::kUnsupported)
+        return result;
+    // A second name is not given when there is such a file, either.
+    bool const isLinked = linkat(m_Descriptor, Encode(name), target.m_Descriptor,
+                                 Encode(targetName), 0) == 0;
+    return isLinked && unlinkat(m_Descriptor, Encode(name), 0) == 0 ? FileResult() : Failed();
+}
+
+FileResult CHeldFolder::Replace(QString const& name, CHeldFolder const& target,
+                                QString const& targetName) const
+{
+    return RenameWith(0, m_Descriptor, name, target.m_Descriptor, targetName);
+}
+
+FileResult CHeldFolder::Exchange(QString const& name, CHeldFolder const& target,
+                                 QString const& targetName) const
+{
+    return RenameWith(RENAME_EXCHANGE, m_Descriptor, name, target.m_Descriptor, targetName);
+}
+
+} // namespace embeddedhost

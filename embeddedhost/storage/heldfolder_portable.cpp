@@ -1,0 +1,172 @@
+#include "storage/heldfolder.h"
+
+#include "storage/filedigest.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <filesystem>
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+// A folder is not held: it is a path, which is looked at when the folder is opened.
+namespace embeddedhost {
+
+namespace {
+
+FileResult Failed(QString const& reason)
+{
+    return {eFileError::kOther, reason};
+}
+
+QString Join(CHeldFolder const& folder, QString const& name)
+{
+    return folder.GetPath() + QLatin1Char('/') + name;
+}
+
+bool IsLink(QString const& path)
+{
+    return QFileInfo(path).isSymLink();
+}
+
+bool SyncFile(QFile const& file)
+{
+#ifdef Q_OS_WIN
+    return _commit(file.handle()) == 0;
+#else
+    return fsync(file.handle()) == 0;
+#endif
+}
+
+} // namespace
+
+CHeldFolder::CHeldFolder(QString const& path, int descriptor)
+    : m_Path(path)
+    , m_Descriptor(descriptor)
+{
+}
+
+CHeldFolder::~CHeldFolder() = default;
+
+std::unique_ptr<CHeldFolder> CHeldFolder::Open(QString const& root, QString const& path,
+                                               bool makesPath, QString* fault)
+{
+    if (!QFileInfo(root).isDir()) {
+        *fault = QStringLiteral("the folder %1 is gone").arg(root);
+        return nullptr;
+    }
+    // Down to the first that is missing, none may have become a link.
+    QString known = root;
+    QStringList const names = path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    for (QString const& name : names) {
+        if (QFileInfo::exists(known + QLatin1Char('/') + name) || IsLink(known + '/' + name))
+            known += QLatin1Char('/') + name;
+        else
+            break;
+    }
+    if (QFileInfo(known).canonicalFilePath() != known || !QFileInfo(known).isDir()) {
+        *fault = QStringLiteral("a link or a file has taken the place of the folder %1").arg(known);
+        return nullptr;
+    }
+    if (known != path && !(makesPath && QDir().mkpath(path))) {
+        *fault = makesPath ? QStringLiteral("the folder %1 cannot be made").arg(path)
+                           : QStringLiteral("the folder %1 is gone").arg(path);
+        return nullptr;
+    }
+    return std::unique_ptr<CHeldFolder>(new CHeldFolder(path, -1));
+}
+
+QString const& CHeldFolder::GetPath() const
+{
+    return m_Path;
+}
+
+QStringList CHeldFolder::GetNames() const
+{
+    return QDir(m_Path).entryList(QDir::Files | QDir::Hidden | QDir::System);
+}
+
+FileContent CHeldFolder::Read(QString const& name) const
+{
+    QString const path = Join(*this, name);
+    if (IsLink(path))
+        return {true, QByteArray(), QStringLiteral("it is not a regular file")};
+    return ReadRegularFile(path, QString());
+}
+
+FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
+                               QString const& like) const
+{
+    QFile file(Join(*this, name));
+    if (file.exists())
+        return {eFileError::kExists, QStringLiteral("there is such a file already")};
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return Failed(file.errorString());
+    bool const isWritten = file.write(content) == content.size() && file.flush();
+    QString const reason = file.errorString();
+    file.close();
+    if (!isWritten || file.error() != QFileDevice::NoError) {
+        file.remove();
+        return Failed(reason);
+    }
+    if (QFileInfo::exists(like))
+        file.setPermissions(QFile::permissions(like));
+    return FileResult();
+}
+
+FileResult CHeldFolder::Sync(QString const& name) const
+{
+    QFile file(Join(*this, name));
+    if (!file.open(QIODevice::ReadOnly))
+        return Failed(file.errorString());
+    return SyncFile(file) ? FileResult() : Failed(QStringLiteral("it cannot be put on the disk"));
+}
+
+FileResult CHeldFolder::Remove(QString const& name) const
+{
+    QFile file(Join(*this, name));
+    return file.remove() ? FileResult() : Failed(file.errorString());
+}
+
+bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                                  int* /*patience*/) const
+{
+    // Who else has the file open is not known.
+    FileContent const content = Read(name);
+    return content.exists && content.fault.isEmpty() && digests.contains(GetDigest(content.bytes))
+           && Remove(name).IsDone();
+}
+
+FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,
+                               QString const& targetName) const
+{
+    QFile file(Join(*this, name));
+    QString const targetPath = Join(target, targetName);
+    if (QFileInfo::exists(targetPath) || IsLink(targetPath))
+        return {eFileError::kExists, QStringLiteral("there is such a file already")};
+    if (!file.exists())
+        return {eFileError::kMissing, QStringLiteral("there is no such file")};
+    return file.rename(targetPath) ? FileResult() : Failed(file.errorString());
+}
+
+FileResult CHeldFolder::Replace(QString const& name, CHeldFolder const& target,
+                                QString const& targetName) const
+{
+    std::error_code error;
+    std::filesystem::rename(std::filesystem::path(Join(*this, name).toStdU16String()),
+                            std::filesystem::path(Join(target, targetName).toStdU16String()),
+                            error);
+    return error ? Failed(QString::fromStdString(error.message())) : FileResult();
+}
+
+FileResult CHeldFolder::Exchange(QString const&, CHeldFolder const&, QString const&) const
+{
+    return {eFileError::kUnsupported, QStringLiteral("files cannot be exchanged")};
+}
+
+} // namespace embeddedhost

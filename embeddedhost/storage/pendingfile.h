@@ -1,0 +1,59 @@
+#ifndef EMBEDDEDHOST_PENDINGFILE_H
+#define EMBEDDEDHOST_PENDINGFILE_H
+
+#include "model/library.h"
+
+namespace embeddedhost {
+
+class CHeldFolder;
+class CStagingFolder;
+class CStagingFolders;
+struct PlacingResult;
+
+/// One file on its way to disk. Each step is taken for all files before the next one, and only
+/// after the one before it succeeded; when a step fails the failure says why, and what the file
+/// was to hold stays modified.
+class CPendingFile
+{
+public:
+    CPendingFile(CLibrary const& library, LibraryFile& file);
+
+    /// Writes the new version into a staging folder, unless the old one is not the one that was
+    /// read.
+    bool Prepare(CStagingFolders& stagings);
+    /// Waits until the new version is on the disk.
+    bool Sync();
+    /// Puts the new version in place of the old one. `patience` is that of CFilePlacer.
+    bool PutInPlace(int* patience);
+
+    /// Which file was not saved, and why.
+    QString const& GetFailure() const;
+
+private:
+    bool FindPlace(CStagingFolders& stagings);
+    bool WriteNewVersion();
+    std::unique_ptr<CHeldFolder> OpenFolder(bool makesIt, QString* fault) const;
+    PlacingResult Place(int* patience);
+    PlacingResult Replace(CHeldFolder const& folder, int* patience);
+    PlacingResult PlaceNew(CHeldFolder const& folder, int* patience);
+    void MarkSaved();
+    bool Fail(QString const& reason);
+
+    CLibrary const& m_Library;
+    LibraryFile& m_File;
+    /// The last object of the file is gone, and the file goes with it.
+    bool const m_IsRemoval;
+    /// What is on disk now, and where it really is: the file's path may be that of a link.
+    QByteArray m_OldContent;
+    QString m_RealPath;
+    QString m_Root;
+    CStagingFolder* m_Staging = nullptr;
+    /// Of the new version in the staging folder.
+    QString m_NewName;
+    QByteArray m_Digest;
+    QString m_Failure;
+};
+
+} // namespace embeddedhost
+
+#endif

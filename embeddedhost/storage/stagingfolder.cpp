@@ -1,0 +1,199 @@
+#include "storage/stagingfolder.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace embeddedhost {
+
+namespace {
+
+QString const kFolderName = QStringLiteral(".nodebrowser");
+QString const kMarkName = QStringLiteral(".gitignore");
+QString const kLockName = QStringLiteral("lock");
+/// What the .gitignore holds: by it the folder is known as ours.
+QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
+/// Another process may remove the folder between two of our steps.
+constexpr int kAttempts = 5;
+/// A lock of this age, in milliseconds, is taken over when the system does not know it as locked. A
+/// process that was killed may have left one that does not even say whose it was.
+constexpr int kStaleAfter = 2000;
+/// In bytes; with all the rest the name must stay below 255.
+constexpr int kLongestShownName = 60;
+
+QRegularExpression const& GetNewPattern()
+{
+    static QRegularExpression const pattern(QStringLiteral("^(\\d+)\\.new$"));
+    return pattern;
+}
+
+QRegularExpression const& GetStagedPattern()
+{
+    static QRegularExpression const pattern(
+        QStringLiteral("^(\\d+)-([0-9a-f]*)-([0-9a-f]*)-(.*)\\.staged$"));
+    return pattern;
+}
+
+QString ToHex(QByteArray const& digest)
+{
+    return QString::fromLatin1(digest.toHex());
+}
+
+QByteArray FromHex(QString const& digest)
+{
+    return QByteArray::fromHex(digest.toLatin1());
+}
+
+/// From the end of the name, so that its ending is seen.
+QString Shorten(QString const& name)
+{
+    QString shown = name;
+    while (shown.toUtf8().size() > kLongestShownName)
+        shown.remove(0, shown.at(0).isHighSurrogate() ? 2 : 1);
+    return shown;
+}
+
+} // namespace
+
+CStagingFolder::CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolder> folder)
+    : m_Parent(parent)
+    , m_Folder(std::move(folder))
+    , m_Lock(m_Folder->GetPath() + QLatin1Char('/') + kLockName)
+{
+    m_Lock.setStaleLockTime(kStaleAfter);
+}
+
+CStagingFolder::~CStagingFolder()
+{
+    if (!m_Lock.isLocked())
+        return;
+    m_Lock.unlock();
+    if (m_Folder->GetNames() == QStringList{kMarkName} && m_Folder->Remove(kMarkName).IsDone())
+        QDir(m_Parent).rmdir(kFolderName);
+}
+
+bool CStagingFolder::IsIn(QString const& parent)
+{
+    return QFileInfo::exists(parent + QLatin1Char('/') + kFolderName);
+}
+
+std::unique_ptr<CStagingFolder> CStagingFolder::Open(QString const& parent, int* patience,
+                                                     QString* fault)
+{
+    QElapsedTimer time;
+    time.start();
+    std::unique_ptr<CStagingFolder> staging;
+    for (int attempt = 0; attempt < kAttempts && !staging; ++attempt) {
+        int const left = *patience - int(time.elapsed());
+        if (attempt > 0 && left <= 0)
+            break;
+        staging = TryOpen(parent, left, fault);
+    }
+    *patience = qMax(0, *patience - int(time.elapsed()));
+    return staging;
+}
+
+std::unique_ptr<CStagingFolder> CStagingFolder::TryOpen(QString const& parent, int patience,
+                                                        QString* fault)
+{
+    std::unique_ptr<CHeldFolder> folder = CHeldFolder::Open(
+        parent, parent + QLatin1Char('/') + kFolderName, true, fault);
+    if (!folder)
+        return nullptr;
+    std::unique_ptr<CStagingFolder> staging(new CStagingFolder(parent, std::move(folder)));
+    // Before there is a lock to be seen, and once more: who had the lock may have removed it.
+    bool const isReady =
+        staging->Mark(fault) && staging->Lock(patience, fault) && staging->Mark(fault);
+    if (!isReady)
+        return nullptr;
+    return staging;
+}
+
+bool CStagingFolder::Mark(QString* fault) const
+{
+    FileContent const mark = m_Folder->Read(kMarkName);
+    if (mark.exists && mark.fault.isEmpty() && mark.bytes == kMark)
+        return true;
+    // A process may be writing it, or was killed while it did.
+    if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes)) {
+        *fault = QStringLiteral("the folder %1 was not made by this program; rename it or remove it")
+                     .arg(m_Folder->GetPath());
+        return false;
+    }
+    if (mark.exists && !m_Lock.isLocked())
+        return true;
+    if (mark.exists)
+        m_Folder->Remove(kMarkName);
+    FileResult const made = m_Folder->Create(kMarkName, kMark, QString());
+    *fault = QStringLiteral("nothing can be written to %1: %2")
+                 .arg(m_Folder->GetPath(), made.reason);
+    return made.IsDone() || made.error == eFileError::kExists;
+}
+
+bool CStagingFolder::Lock(int patience, QString* fault)
+{
+    if (m_Lock.tryLock(patience))
+        return true;
+    qint64 process = 0;
+    QString machine;
+    QString program;
+    if (m_Lock.getLockInfo(&process, &machine, &program))
+        *fault = QStringLiteral("another program, %1 (process %2 on %3), is saving to %4; try "
+                                "again when it is done")
+                     .arg(program)
+                     .arg(process)
+                     .arg(machine, m_Parent);
+    else
+        *fault = QStringLiteral("the lock %1/%2 cannot be made").arg(m_Folder->GetPath(), kLockName);
+    return false;
+}
+
+CHeldFolder const& CStagingFolder::GetFolder() const
+{
+    return *m_Folder;
+}
+
+QString CStagingFolder::MakeNewName()
+{
+    return QStringLiteral("%1.new").arg(++m_LastNumber);
+}
+
+QString CStagingFolder::MakeStagedName(QString const& name, QByteArray const& oldDigest,
+                                       QByteArray const& newDigest)
+{
+    return QStringLiteral("%1-%2-%3-%4.staged")
+        .arg(QString::number(++m_LastNumber), ToHex(oldDigest), ToHex(newDigest), Shorten(name));
+}
+
+void CStagingFolder::TidyUp()
+{
+    QStringList const names = m_Folder->GetNames();
+    for (QString const& name : names) {
+        auto const unfinished = GetNewPattern().match(name);
+        if (unfinished.hasMatch()) {
+            m_Folder->Remove(name);
+            continue;
+        }
+        auto const staged = GetStagedPattern().match(name);
+        if (!staged.hasMatch())
+            continue;
+        m_LastNumber = qMax(m_LastNumber, staged.captured(1).toInt());
+        int patience = 0;
+        m_Folder->RemoveUnchanged(
+            name, {FromHex(staged.captured(2)), FromHex(staged.captured(3))}, &patience);
+    }
+}
+
+QStringList CStagingFolder::FindKept() const
+{
+    QStringList kept;
+    QStringList const names = m_Folder->GetNames();
+    for (QString const& name : names) {
+        if (GetStagedPattern().match(name).hasMatch())
+            kept << m_Folder->GetPath() + QLatin1Char('/') + name;
+    }
+    return kept;
+}
+
+} // namespace embeddedhost

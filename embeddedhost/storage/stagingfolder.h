@@ -1,0 +1,62 @@
+#ifndef EMBEDDEDHOST_STAGINGFOLDER_H
+#define EMBEDDEDHOST_STAGINGFOLDER_H
+
+#include "storage/heldfolder.h"
+
+#include <QLockFile>
+
+#include <memory>
+
+namespace embeddedhost {
+
+/// The hidden folder ".nodebrowser" in the folder of a data source, where a save makes files
+/// before it puts them in place. It holds the lock that makes processes take turns, and a
+/// .gitignore that keeps it from being seen. When it is closed it is removed, unless something of
+/// another program had to be kept in it.
+///
+/// The names in it tell what a process that was killed has left there: "7.new" is being written,
+/// "7-<digest>-<digest>-glow.json.staged" is the old or the new version of glow.json, or else
+/// another program's, which came between.
+class CStagingFolder
+{
+public:
+    /// Makes the folder in `parent`, a canonical path, and waits for its lock no longer than
+    /// `patience`, in milliseconds, which is what is left of it afterwards. Null, with the reason
+    /// as a sentence without the full stop, when one of them is not to be had.
+    static std::unique_ptr<CStagingFolder> Open(QString const& parent, int* patience,
+                                                QString* fault);
+    /// There is one in `parent`, of another save or left behind by one.
+    static bool IsIn(QString const& parent);
+    ~CStagingFolder();
+
+    CHeldFolder const& GetFolder() const;
+
+    /// The name of a new file.
+    QString MakeNewName();
+    /// For a file of that name that is going to be replaced, or removed. The digests are empty for
+    /// a version that does not exist.
+    QString MakeStagedName(QString const& name, QByteArray const& oldDigest,
+                           QByteArray const& newDigest);
+
+    /// Removes what a process left that was killed. What is another program's stays. Not to be
+    /// called while a save is at work in it.
+    void TidyUp();
+    /// The paths of the files in it that hold another program's content.
+    QStringList FindKept() const;
+
+private:
+    CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolder> folder);
+    static std::unique_ptr<CStagingFolder> TryOpen(QString const& parent, int patience,
+                                                   QString* fault);
+    bool Mark(QString* fault) const;
+    bool Lock(int patience, QString* fault);
+
+    QString const m_Parent;
+    std::unique_ptr<CHeldFolder> const m_Folder;
+    QLockFile m_Lock;
+    int m_LastNumber = 0;
+};
+
+} // namespace embeddedhost
+
+#endif

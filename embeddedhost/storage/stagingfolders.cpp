@@ -1,0 +1,74 @@
+#include "storage/stagingfolders.h"
+
+#include "storage/folderscan.h"
+
+namespace embeddedhost {
+
+CStagingFolders::CStagingFolders(CLibrary const& library, int patience)
+    : m_Library(library)
+    , m_Patience(patience)
+{
+}
+
+QString CStagingFolders::FindRoot(QString const& realPath, QString* fault) const
+{
+    for (DataSourcePtr const& source : m_Library.GetSources()) {
+        CDataSource::Description const& description = source->GetDescription();
+        if (!IsWithin(description.folder, realPath))
+            continue;
+        if (!description.isReadOnly)
+            return description.folder;
+        *fault = QStringLiteral("it leads into the data source \"%1\", which is read-only")
+                     .arg(QString::fromLatin1(description.name.c_str()));
+        return QString();
+    }
+    return m_Library.GetFolder();
+}
+
+CStagingFolder* CStagingFolders::Get(QString const& root, QString* fault)
+{
+    auto found = m_Opened.find(root);
+    if (found == m_Opened.end()) {
+        Opened opened;
+        opened.staging = CStagingFolder::Open(root, &m_Patience, &opened.fault);
+        if (opened.staging)
+            opened.staging->TidyUp();
+        found = m_Opened.emplace(root, std::move(opened)).first;
+    }
+    *fault = found->second.fault;
+    return found->second.staging.get();
+}
+
+QStringList CStagingFolders::DescribeKept() const
+{
+    QStringList sentences;
+    for (auto const& [root, opened] : m_Opened) {
+        QStringList const kept = opened.staging ? opened.staging->FindKept() : QStringList();
+        for (QString const& path : kept)
+            sentences << QStringLiteral("%1 holds what another program wrote while a save was at "
+                                        "work. Take from it what is needed, then remove it.")
+                             .arg(GetShownPath(m_Library.GetFolder(), path));
+    }
+    return sentences;
+}
+
+void TidyUpStagingFolders(CLibrary const& library)
+{
+    QStringList roots{library.GetFolder()};
+    for (DataSourcePtr const& source : library.GetSources()) {
+        if (!source->GetDescription().isReadOnly)
+            roots << source->GetDescription().folder;
+    }
+    CStagingFolders staging(library, 0);
+    for (QString const& root : roots) {
+        // When it cannot be had another save is at work, or the next one will say why.
+        QString unsaid;
+        if (CStagingFolder::IsIn(root))
+            staging.Get(root, &unsaid);
+    }
+    QStringList const kept = staging.DescribeKept();
+    for (QString const& sentence : kept)
+        library.GetMessages().Post(eSeverity::kWarning, sentence);
+}
+
+} // namespace embeddedhost
