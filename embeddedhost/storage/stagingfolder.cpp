@@ -1,9 +1,11 @@
 #include "storage/stagingfolder.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QThread>
 
 namespace embeddedhost {
 
@@ -16,9 +18,8 @@ QString const kLockName = QStringLiteral("lock");
 QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
 /// Another process may remove the folder between two of our steps.
 constexpr int kAttempts = 5;
-/// A lock of this age, in milliseconds, is taken over when the system does not know it as locked. A
-/// process that was killed may have left one that does not even say whose it was.
-constexpr int kStaleAfter = 2000;
+/// How long a process may take to write down whose its lock is, in milliseconds.
+constexpr int kNamingPause = 20;
 /// In bytes; with all the rest the name must stay below 255.
 constexpr int kLongestShownName = 60;
 
@@ -61,7 +62,6 @@ CStagingFolder::CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolde
     , m_Folder(std::move(folder))
     , m_Lock(m_Folder->GetPath() + QLatin1Char('/') + kLockName)
 {
-    m_Lock.setStaleLockTime(kStaleAfter);
 }
 
 CStagingFolder::~CStagingFolder()
@@ -133,6 +133,9 @@ bool CStagingFolder::Mark(QString* fault) const
 
 bool CStagingFolder::Lock(int patience, QString* fault)
 {
+    if (m_Lock.tryLock(0))
+        return true;
+    RemoveDeadLock();
     if (m_Lock.tryLock(patience))
         return true;
     qint64 process = 0;
@@ -147,6 +150,25 @@ bool CStagingFolder::Lock(int patience, QString* fault)
     else
         *fault = QStringLiteral("the lock %1/%2 cannot be made").arg(m_Folder->GetPath(), kLockName);
     return false;
+}
+
+/// Beside locks of processes that are gone, which are not heeded anyway, there may be one of our
+/// own that could not be removed, and one of a process that was killed before it wrote down whose
+/// it is. A lock that is held is not removed by this.
+void CStagingFolder::RemoveDeadLock()
+{
+    auto const isOurs = [this] {
+        qint64 process = 0;
+        QString machine;
+        QString program;
+        return !m_Lock.getLockInfo(&process, &machine, &program)
+               || process == QCoreApplication::applicationPid();
+    };
+    if (!isOurs())
+        return;
+    QThread::msleep(kNamingPause);
+    if (isOurs())
+        m_Lock.removeStaleLockFile();
 }
 
 CHeldFolder const& CStagingFolder::GetFolder() const

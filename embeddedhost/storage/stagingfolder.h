@@ -50,6 +50,7 @@ private:
                                                    QString* fault);
     bool Mark(QString* fault) const;
     bool Lock(int patience, QString* fault);
+    void RemoveDeadLock();
 
     QString const m_Parent;
     std::unique_ptr<CHeldFolder> const m_Folder;

@@ -1,0 +1,165 @@
+#include "faultyfiles.h"
+
+#include <cerrno>
+#include <cstdarg>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/types.h>
+#include <utility>
+
+namespace {
+
+struct Plan
+{
+    /// 0 when nothing is planned.
+    int call = 0;
+    int error = 0;
+    bool forGood = false;
+    bool isHalf = false;
+    std::function<void()> action;
+    int calls = 0;
+};
+
+thread_local Plan gPlan;
+/// Destructors of the thread may still write.
+thread_local bool gIsArmed = false;
+
+/// Counts a call. Whether it has to fail, with errno.
+bool Fails()
+{
+    if (!gIsArmed)
+        return false;
+    ++gPlan.calls;
+    if (gPlan.action && gPlan.calls == gPlan.call) {
+        gIsArmed = false;
+        gPlan.action();
+        gIsArmed = true;
+    }
+    bool const isTurn = gPlan.calls == gPlan.call || (gPlan.forGood && gPlan.calls > gPlan.call);
+    if (gPlan.error == 0 || !isTurn)
+        return false;
+    errno = gPlan.error;
+    return true;
+}
+
+template<typename Function>
+Function* FindReal(char const* name, Function*)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+#define REAL(name) FindReal(#name, &name)
+
+// The test program's definitions are found before the system's.
+extern "C" {
+
+ssize_t write(int file, void const* bytes, size_t size)
+{
+    static auto const real = REAL(write);
+    if (!Fails())
+        return real(file, bytes, size);
+    int const error = errno;
+    if (gPlan.isHalf && size > 1 && gPlan.calls == gPlan.call)
+        return real(file, bytes, size / 2);
+    errno = error;
+    return -1;
+}
+
+ssize_t read(int file, void* bytes, size_t size)
+{
+    static auto const real = REAL(read);
+    return Fails() ? -1 : real(file, bytes, size);
+}
+
+// The descriptor is closed in any case.
+int close(int file)
+{
+    static auto const real = REAL(close);
+    bool const fails = Fails();
+    int const error = errno;
+    int const result = real(file);
+    if (!fails)
+        return result;
+    errno = error;
+    return -1;
+}
+
+#define OPEN(name)                                                                                 \
+    int name(char const* path, int flags, ...)                                                     \
+    {                                                                                              \
+        static auto const real = REAL(name);                                                       \
+        va_list more;                                                                              \
+        va_start(more, flags);                                                                     \
+        mode_t const mode = flags & O_CREAT ? va_arg(more, mode_t) : 0;                            \
+        va_end(more);                                                                              \
+        return Fails() ? -1 : real(path, flags, mode);                                             \
+    }
+#define OPENAT(name)                                                                               \
+    int name(int folder, char const* path, int flags, ...)                                         \
+    {                                                                                              \
+        static auto const real = REAL(name);                                                       \
+        va_list more;                                                                              \
+        va_start(more, flags);                                                                     \
+        mode_t const mode = flags & O_CREAT ? va_arg(more, mode_t) : 0;                            \
+        va_end(more);                                                                              \
+        return Fails() ? -1 : real(folder, path, flags, mode);                                     \
+    }
+#define CALL(name, parameters, arguments)                                                          \
+    int name parameters                                                                            \
+    {                                                                                              \
+        static auto const real = REAL(name);                                                       \
+        return Fails() ? -1 : real arguments;                                                      \
+    }
+
+OPEN(open)
+OPEN(open64)
+OPENAT(openat)
+OPENAT(openat64)
+// No power is lost in a test, and the disk takes its time.
+int fsync(int)
+{
+    return Fails() ? -1 : 0;
+}
+
+int fdatasync(int)
+{
+    return Fails() ? -1 : 0;
+}
+
+CALL(fchmod, (int file, mode_t mode), (file, mode))
+CALL(mkdir, (char const* path, mode_t mode) noexcept, (path, mode))
+CALL(mkdirat, (int folder, char const* path, mode_t mode) noexcept, (folder, path, mode))
+CALL(unlink, (char const* path) noexcept, (path))
+CALL(unlinkat, (int folder, char const* path, int flags) noexcept, (folder, path, flags))
+CALL(rmdir, (char const* path) noexcept, (path))
+CALL(rename, (char const* from, char const* to) noexcept, (from, to))
+CALL(renameat2, (int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept,
+     (folder, from, toFolder, to, flags))
+CALL(linkat, (int folder, char const* from, int toFolder, char const* to, int flags) noexcept,
+     (folder, from, toFolder, to, flags))
+
+} // extern "C"
+
+namespace faultyfiles {
+
+void FailAt(int call, int error, bool forGood, bool isHalf)
+{
+    gPlan = {call, error, forGood, isHalf, nullptr, 0};
+    gIsArmed = true;
+}
+
+void RunAt(int call, std::function<void()> action)
+{
+    gPlan = {call, 0, false, false, std::move(action), 0};
+    gIsArmed = true;
+}
+
+bool Stop()
+{
+    gIsArmed = false;
+    return gPlan.calls >= gPlan.call;
+}
+
+} // namespace faultyfiles

@@ -1,0 +1,183 @@
+#include "faultyfiles.h"
+#include "libraryfolder.h"
+#include "libraryuser.h"
+#include "loggedtest.h"
+
+#include <journal.h>
+#include <nlohmann/json.hpp>
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+QString const kChanged = QStringLiteral("project/changed.json");
+QString const kRemoved = QStringLiteral("project/removed.json");
+QString const kNew = QStringLiteral("project/new.json");
+
+/// More calls than anything here makes.
+int const kMostCalls = 2000;
+
+QByteArray WithName(int uid, char const* name)
+{
+    return QByteArray::fromStdString(
+        nlohmann::ordered_json::parse(Object(uid, "compound", name).toStdString()).dump(2) + '\n');
+}
+
+} // namespace
+
+/// What happens in the middle of a save: at each call to the system in turn something fails, the
+/// process is killed, or another program writes.
+class tst_FaultySaves : public LoggedTest
+{
+    Q_OBJECT
+
+protected:
+    void TearDown() override
+    {
+        faultyfiles::Stop();
+        Close();
+    }
+
+private:
+    /// A file that is going to be replaced, one to be removed and one to be made.
+    void Prepare()
+    {
+        Close();
+        m_Folder = std::make_unique<LibraryFolder>();
+        m_Folder->Write(kChanged, WithName(1, "Old"));
+        Open();
+        ItemID const removed = m_User->Create("Removed");
+        QVERIFY(m_User->Save());
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        QVERIFY(m_User->NameOf(removed).empty());
+        m_User->Create("New");
+        m_User->Rename(Item(), "Ours");
+        m_Host->GetMessages().ClearLog();
+        m_Before = m_Folder->Read();
+    }
+
+    void Open()
+    {
+        Close();
+        m_Host = std::make_unique<CEmbeddedHost>();
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        m_User = std::make_unique<LibraryUser>(*m_Host);
+    }
+
+    void Close()
+    {
+        m_User.reset();
+        m_Host.reset();
+    }
+
+    ItemID Item()
+    {
+        return m_Host->FindItem(Uid(1));
+    }
+
+    QByteArray Content(QString const& file)
+    {
+        return m_Folder->Read().value(m_Folder->GetPath(file));
+    }
+
+    QString Log()
+    {
+        return GetMessages(*m_Host).join('\n');
+    }
+
+    /// Nothing torn: each file is the one before, or the one that was to be saved.
+    void VerifyWhole()
+    {
+        QByteArray const changed = Content(kChanged);
+        QVERIFY2(changed == WithName(1, "Old") || changed == WithName(1, "Ours"),
+                 changed.constData());
+        QByteArray const removed = Content(kRemoved);
+        QVERIFY(removed.isEmpty() || removed == m_Before[m_Folder->GetPath(kRemoved)]);
+        QByteArray const made = Content(kNew);
+        QVERIFY(made.isEmpty()
+                || nlohmann::json::parse(made.toStdString())["name"] == "New");
+    }
+
+    /// And nothing is left behind.
+    void VerifySaved()
+    {
+        QCOMPARE(Content(kChanged), WithName(1, "Ours"));
+        QVERIFY(Content(kRemoved).isEmpty());
+        QVERIFY(Content(kNew).contains("\"New\""));
+        QString const all = QStringList(m_Folder->Read().keys()).join(' ');
+        QVERIFY2(!QDir(m_Folder->GetPath("project/.nodebrowser")).exists(), qPrintable(all));
+        QCOMPARE(m_Folder->Read().size(), m_Before.size());
+    }
+
+    void AddFaults()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("forGood");
+        QTest::addColumn<bool>("isHalf");
+        QTest::newRow("once: the disk is full") << ENOSPC << false << false;
+        QTest::newRow("once: the disk is full after half a write") << ENOSPC << true << true;
+        QTest::newRow("once: the disk is broken") << EIO << false << false;
+        QTest::newRow("the disk is broken") << EIO << true << false;
+        QTest::newRow("the disk is full") << ENOSPC << true << false;
+        QTest::newRow("no more files can be opened") << EMFILE << true << false;
+    }
+
+    void FailAt(int call)
+    {
+        QFETCH(int, error);
+        QFETCH(bool, forGood);
+        QFETCH(bool, isHalf);
+        faultyfiles::FailAt(call, error, forGood, isHalf);
+    }
+
+    std::unique_ptr<LibraryFolder> m_Folder;
+    std::unique_ptr<CEmbeddedHost> m_Host;
+    std::unique_ptr<LibraryUser> m_User;
+    QMap<QString, QByteArray> m_Before;
+
+private Q_SLOTS:
+    void SavesThatFailLoseNothing_data()
+    {
+        AddFaults();
+    }
+
+    void SavesThatFailLoseNothing()
+    {
+        Expect("Could not remove our own lock file");
+        int failures = 0;
+        bool hasFaults = true;
+        for (int call = 1; hasFaults && !QTest::currentTestFailed(); ++call) {
+            Prepare();
+            FailAt(call);
+            bool const isSaved = m_User->Save();
+            hasFaults = faultyfiles::Stop();
+            QVERIFY(call < kMostCalls);
+            failures += !isSaved;
+
+            VerifyWhole();
+            QCOMPARE(m_Host->IsModified(), !isSaved);
+            QCOMPARE(m_User->GetSaveMessages().empty(), isSaved);
+            QVERIFY2(isSaved || Log().contains("not saved"), qPrintable(Log()));
+            // What a fault kept us from telling apart may be overwritten on purpose.
+            for (QString const& path : m_Host->FindConflicts())
+                m_Host->OverwriteFileOnDisk(path);
+            QVERIFY2(m_User->Save(), qPrintable(QStringLiteral("call %1: ").arg(call) + Log()));
+            Open();
+            VerifySaved();
+        }
+        QVERIFY(failures > 10);
+        qInfo("%d of the saves failed", failures);
+    }
+};
+
+NODEBROWSER_TEST_MAIN(tst_FaultySaves)
+#include "tst_faultysaves.moc"
