@@ -12,14 +12,18 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <fcntl.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace tarno::datamodel;
 
 namespace {
 
-QString const kChanged = QStringLiteral("project/changed.json");
+QString const kFolder = QStringLiteral("project/below");
+QString const kChanged = kFolder + QStringLiteral("/changed.json");
 QString const kRemoved = QStringLiteral("project/removed.json");
 QString const kNew = QStringLiteral("project/new.json");
 
@@ -139,6 +143,50 @@ private:
         faultyfiles::FailAt(call, error, forGood, isHalf);
     }
 
+    static void Put(QString const& path, QByteArray const& content)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QCOMPARE(file.write(content), qint64(content.size()));
+    }
+
+    static QByteArray Get(QString const& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// What another program does to the file.
+    void Interfere(QString const& way, QString const& file, QTemporaryDir const& outside,
+                   QByteArray const& theirs, std::thread& writer)
+    {
+        QByteArray const path = QFile::encodeName(m_Folder->GetPath(file));
+        if (way == "writes" || way == "makes") {
+            Put(m_Folder->GetPath(file), theirs);
+        } else if (way == "replaces") {
+            Put(outside.filePath("new"), theirs);
+            ::rename(QFile::encodeName(outside.filePath("new")).constData(), path.constData());
+        } else if (way == "writes slowly") {
+            // It had the file open before.
+            int const descriptor = ::open(path.constData(), O_WRONLY);
+            writer = std::thread([descriptor, theirs] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(30));
+                bool const isWritten = ::ftruncate(descriptor, 0) == 0
+                                       && ::write(descriptor, theirs.constData(),
+                                                  std::size_t(theirs.size())) == theirs.size();
+                if (!isWritten || ::close(descriptor) != 0)
+                    std::abort();
+            });
+        } else if (way == "removes" || way == "links") {
+            ::unlink(path.constData());
+            if (way == "links")
+                QFile::link(outside.filePath("changed.json"), m_Folder->GetPath(file));
+        } else {
+            QDir().rename(m_Folder->GetPath(kFolder), m_Folder->GetPath("project/moved"));
+            QFile::link(outside.path(), m_Folder->GetPath(kFolder));
+        }
+    }
+
     std::unique_ptr<LibraryFolder> m_Folder;
     std::unique_ptr<CEmbeddedHost> m_Host;
     std::unique_ptr<LibraryUser> m_User;
@@ -176,6 +224,78 @@ private Q_SLOTS:
         }
         QVERIFY(failures > 10);
         qInfo("%d of the saves failed", failures);
+    }
+
+    /// At any call of a save.
+    void KilledSavesTearNothing()
+    {
+        bool isKilled = true;
+        for (int call = 1; isKilled && !QTest::currentTestFailed(); ++call) {
+            Prepare();
+            pid_t const child = fork();
+            if (child == 0) {
+                faultyfiles::RunAt(call, [] { raise(SIGKILL); });
+                m_User->Save();
+                _exit(0);
+            }
+            int status = 0;
+            QCOMPARE(waitpid(child, &status, 0), child);
+            isKilled = WIFSIGNALED(status);
+            VerifyWhole();
+            for (QString const& path : m_Host->FindConflicts())
+                m_Host->OverwriteFileOnDisk(path);
+            QVERIFY2(m_User->Save(), qPrintable(Log()));
+            VerifySaved();
+            QVERIFY2(!Log().contains("another program"), qPrintable(Log()));
+        }
+    }
+
+    void OthersAreNotOverwritten_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (char const* const way : {"replaces", "writes", "writes slowly", "removes", "makes",
+                                      "links", "links the folder"})
+            QTest::newRow(way) << way;
+    }
+
+    /// Another program writes at any call of a save, as late as between the last look at the old
+    /// file and its end.
+    void OthersAreNotOverwritten()
+    {
+        QFETCH(QString, way);
+        QString const file = way == "makes" ? kNew : kChanged;
+        QByteArray const theirs = WithName(1, "Theirs");
+        QByteArray const secret = WithName(1, "Old");
+        bool isReached = true;
+        int conflicts = 0;
+        for (int call = 1; isReached && !QTest::currentTestFailed(); ++call) {
+            Prepare();
+            QTemporaryDir const outside;
+            QString const secretPath = outside.filePath("changed.json");
+            Put(secretPath, secret);
+            std::thread writer;
+            faultyfiles::RunAt(call, [&] { Interfere(way, file, outside, theirs, writer); });
+            bool const isSaved = m_User->Save();
+            isReached = faultyfiles::Stop();
+            if (writer.joinable())
+                writer.join();
+            if (!isReached)
+                break;
+
+            conflicts += !isSaved;
+            QCOMPARE(Get(secretPath), secret);
+            QString const at = QStringLiteral("call %1: ").arg(call) + Log();
+            bool const isLinked = way.startsWith("links");
+            if (!isLinked)
+                QVERIFY2(Content(file) == (way == "removes" ? QByteArray() : theirs), qPrintable(at));
+            // They know of it, or will when they look.
+            QVERIFY2(isSaved || Log().contains("not saved"), qPrintable(at));
+            QVERIFY2(!QDir(m_Folder->GetPath("project/.nodebrowser")).exists(), qPrintable(at));
+            if (!isSaved)
+                QVERIFY(m_Host->IsModified());
+        }
+        QVERIFY(conflicts > 0);
+        qInfo("%d conflicts", conflicts);
     }
 };
 
