@@ -2,6 +2,8 @@
 #include "libraryfolder.h"
 #include "libraryuser.h"
 #include "loggedtest.h"
+#include "model/accessorcontext.h"
+#include "storage/filemove.h"
 
 #include <journal.h>
 #include <nlohmann/json.hpp>
@@ -18,6 +20,7 @@
 #include <thread>
 #include <unistd.h>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {
@@ -26,6 +29,12 @@ QString const kFolder = QStringLiteral("project/below");
 QString const kChanged = kFolder + QStringLiteral("/changed.json");
 QString const kRemoved = QStringLiteral("project/removed.json");
 QString const kNew = QStringLiteral("project/new.json");
+
+char const* const kTwoSources = R"({"format": 1, "name": "Test", "dataSources": [
+    {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
+     "access": "read-write"},
+    {"uid": "AAAAAAAA-0000-0000-0000-000000000003", "name": "Other", "path": "other",
+     "access": "read-write"}]})";
 
 /// More calls than anything here makes.
 int const kMostCalls = 2000;
@@ -143,6 +152,21 @@ private:
         faultyfiles::FailAt(call, error, forGood, isHalf);
     }
 
+    void Move()
+    {
+        CLibrary& library = *m_Host->GetLibrary().GetContext()->GetLibrary();
+        MoveItem(library, *library.FindItem(Uid(1).c_str()), library.GetSources().back(), nullptr);
+    }
+
+    /// Null when there is none, or it is torn.
+    static QByteArray GetJournal(QTemporaryDir const& folder)
+    {
+        QDir const dir(folder.path());
+        QStringList const names = dir.entryList({QStringLiteral("*.json")}, QDir::Files);
+        QByteArray const journal = names.size() == 1 ? Get(dir.filePath(names[0])) : QByteArray();
+        return nlohmann::json::accept(journal.toStdString()) ? journal : QByteArray();
+    }
+
     static void Put(QString const& path, QByteArray const& content)
     {
         QFile file(path);
@@ -224,6 +248,80 @@ private Q_SLOTS:
         }
         QVERIFY(failures > 10);
         qInfo("%d of the saves failed", failures);
+    }
+
+    void MovesThatFailLoseNothing_data()
+    {
+        AddFaults();
+    }
+
+    void MovesThatFailLoseNothing()
+    {
+        QString const from = QStringLiteral("project/below/changed.json");
+        QString const to = QStringLiteral("other/below/changed.json");
+        int failures = 0;
+        bool hasFaults = true;
+        for (int call = 1; hasFaults && !QTest::currentTestFailed(); ++call) {
+            Close();
+            m_Folder = std::make_unique<LibraryFolder>();
+            m_Folder->Write("library.json", kTwoSources);
+            m_Folder->Write(from, WithName(1, "Old"));
+            QVERIFY(QDir().mkdir(m_Folder->GetPath("other")));
+            Open();
+            FailAt(call);
+            Move();
+            hasFaults = faultyfiles::Stop();
+
+            bool const isMoved = Content(from).isEmpty();
+            failures += !isMoved;
+            QCOMPARE(Content(isMoved ? to : from), WithName(1, "Old"));
+            QVERIFY(Content(isMoved ? from : to).isEmpty());
+            QVERIFY2(isMoved || Log().contains("could not be moved"), qPrintable(Log()));
+            m_User->Rename(Item(), "Ours");
+            QVERIFY2(m_User->Save(), qPrintable(Log()));
+            QCOMPARE(Content(isMoved ? to : from), WithName(1, "Ours"));
+            Move();
+            QCOMPARE(Content(to), WithName(1, "Ours"));
+        }
+        QVERIFY(failures > 3);
+        qInfo("%d of the moves failed", failures);
+    }
+
+    void JournalsThatFailLoseNothing_data()
+    {
+        AddFaults();
+    }
+
+    void JournalsThatFailLoseNothing()
+    {
+        Expect("Could not remove our own lock file");
+        int failures = 0;
+        bool hasFaults = true;
+        for (int call = 1; hasFaults && !QTest::currentTestFailed(); ++call) {
+            Prepare();
+            QTemporaryDir const journals;
+            CJournal journal(*m_Host, journals.path());
+            journal.SetPause(0);
+            auto const write = [&](char const* name) {
+                m_User->Rename(Item(), name);
+                QTest::qWait(1);
+                hasFaults = faultyfiles::Stop();
+                return GetJournal(journals);
+            };
+            QByteArray const first = write("First");
+            QVERIFY(first.contains("First"));
+            FailAt(call);
+            QByteArray const second = write("Second");
+            bool const wasFaulty = hasFaults;
+            bool const isWritten = second.contains("Second");
+            failures += !isWritten;
+            QVERIFY2(isWritten || second == first, second.constData());
+            QVERIFY2(isWritten || Log().contains("kept safe"), qPrintable(Log()));
+            QVERIFY(write("Third").contains("Third"));
+            hasFaults = wasFaulty;
+        }
+        QVERIFY(failures > 3);
+        qInfo("%d of the writes failed", failures);
     }
 
     /// At any call of a save.
