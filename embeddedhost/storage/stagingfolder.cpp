@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QThread>
 
+#include <algorithm>
+
 namespace embeddedhost {
 
 namespace {
@@ -116,7 +118,7 @@ bool CStagingFolder::Mark(QString* fault) const
     if (mark.exists && mark.fault.isEmpty() && mark.bytes == kMark)
         return true;
     // A process may be writing it, or was killed while it did.
-    if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes)) {
+    if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes) || (!mark.exists && HasOthers())) {
         *fault = QStringLiteral("the folder %1 was not made by this program; rename it or remove it")
                      .arg(m_Folder->GetPath());
         return false;
@@ -129,6 +131,17 @@ bool CStagingFolder::Mark(QString* fault) const
     *fault = QStringLiteral("nothing can be written to %1: %2")
                  .arg(m_Folder->GetPath(), made.reason);
     return made.IsDone() || made.error == eFileError::kExists;
+}
+
+/// Files that no save has made.
+bool CStagingFolder::HasOthers() const
+{
+    QStringList const names = m_Folder->GetNames();
+    return std::any_of(names.begin(), names.end(), [](QString const& name) {
+        return name != kMarkName && !name.startsWith(kLockName)
+               && !GetNewPattern().match(name).hasMatch()
+               && !GetStagedPattern().match(name).hasMatch();
+    });
 }
 
 bool CStagingFolder::Lock(int patience, QString* fault)

@@ -49,6 +49,7 @@ private:
     static std::unique_ptr<CStagingFolder> TryOpen(QString const& parent, int patience,
                                                    QString* fault);
     bool Mark(QString* fault) const;
+    bool HasOthers() const;
     bool Lock(int patience, QString* fault);
     void RemoveDeadLock();
 

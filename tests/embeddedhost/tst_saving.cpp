@@ -2,6 +2,7 @@
 #include "libraryfolder.h"
 #include "libraryuser.h"
 #include "loggedtest.h"
+#include "storage/filedigest.h"
 
 #include <QDir>
 #include <QFile>
@@ -152,27 +153,131 @@ private Q_SLOTS:
         QVERIFY(Content("project/two.json").contains("Slope"));
     }
 
+    /// Many at once: a save has few files open at a time.
     void SavesMoreFilesThanMayBeOpen()
     {
         int const first = 100;
-        int const count = 400;
+        int const count = 100;
         for (int object = first; object < first + count; ++object)
             m_Folder->Write(QStringLiteral("project/many%1.json").arg(object),
                             Object(object, "compound", "Many"));
         Open();
-        rlimit before;
-        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
-        rlimit const tight = {250, before.rlim_max};
-        QCOMPARE(setrlimit(RLIMIT_NOFILE, &tight), 0);
         for (int object = first; object < first + count; ++object)
             m_User->Tag(Item(object), "light");
+        rlimit before;
+        QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+        rlimit const tight = {60, before.rlim_max};
+        QCOMPARE(setrlimit(RLIMIT_NOFILE, &tight), 0);
         bool const isSaved = m_User->Save();
-        rlimit after;
-        QCOMPARE(getrlimit(RLIMIT_NOFILE, &after), 0);
         QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
         QVERIFY2(isSaved, qPrintable(Log()));
-        QVERIFY(!m_Host->IsModified());
-        QCOMPARE(after.rlim_cur, tight.rlim_cur);
+    }
+
+    void LinksStayInTheLibrary_data()
+    {
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<bool>("isSaved");
+        QTest::newRow("in the data source") << "project/.real" << true;
+        QTest::newRow("in the library") << "shared.json" << true;
+        QTest::newRow("in a read-only data source") << "factory/.real" << false;
+        QTest::newRow("outside") << QString() << false;
+    }
+
+    /// The file became a link since it was read.
+    void LinksStayInTheLibrary()
+    {
+        QFETCH(QString, target);
+        QFETCH(bool, isSaved);
+        QTemporaryDir const outside;
+        QString const real =
+            target.isEmpty() ? outside.filePath("real") : m_Folder->GetPath(target);
+        QByteArray const content = Content(kGlowFile);
+        QString const path = m_Folder->GetPath(kGlowFile);
+        QVERIFY(QFile::copy(path, real) && QFile::remove(path) && QFile::link(real, path));
+        m_User->Rename(Item(1), "Soft Glow");
+        QCOMPARE(m_User->Save(), isSaved);
+        QCOMPARE(m_User->IsModified(Item(1)), !isSaved);
+        QVERIFY(m_Host->OverwriteFileOnDisk(path));
+        QCOMPARE(!m_User->IsModified(Item(1)) || m_User->Save(), isSaved);
+        QVERIFY2(QFileInfo(path).isSymLink(), "the link is kept");
+        QFile file(real);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll() == content, !isSaved);
+    }
+
+    void WhatIsGoneIsNotMadeAgain_data()
+    {
+        QTest::addColumn<QString>("gone");
+        QTest::newRow("the library folder") << QString();
+        QTest::newRow("library.json") << "library.json";
+        QTest::newRow("the data source's folder") << "project";
+    }
+
+    void WhatIsGoneIsNotMadeAgain()
+    {
+        QFETCH(QString, gone);
+        m_User->Create("New");
+        QString const path = gone.isEmpty() ? m_Folder->GetPath() : m_Folder->GetPath(gone);
+        QVERIFY(QDir().rename(path, path + "-away"));
+        QVERIFY(!m_User->Save());
+        QVERIFY2(Log().contains("gone") || Log().contains("has no library.json"),
+                 qPrintable(Log()));
+        QVERIFY(!QFileInfo::exists(path));
+        QVERIFY(m_Host->IsModified());
+        QVERIFY(QDir().rename(path + "-away", path));
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+    }
+
+    void LongNamesGetFiles()
+    {
+        QByteArray const name(300, 'n');
+        m_User->Create(name);
+        m_User->Create(name + '2');
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QCOMPARE(m_Folder->Read().keys().filter("/nnn").size(), 2);
+    }
+
+    /// What a save left that was killed goes; what anybody else put there, or lost there, stays.
+    void LeftoversAreTidiedUp()
+    {
+        QString const staging = QStringLiteral("project/.nodebrowser/");
+        auto const hex = [](QByteArray const& content) {
+            return QString::fromLatin1(embeddedhost::GetDigest(content).toHex());
+        };
+        auto const staged = [&](int number) {
+            return staging + QStringLiteral("%1-%2-%3-glow.json.staged")
+                                 .arg(QString::number(number), hex("old"), hex("new"));
+        };
+        QStringList const kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF", staged(3),
+                                  staging + "mine.txt"};
+        auto const before = m_Folder->Read();
+        m_Folder->Write(staging + ".gitignore",
+                        "# Made by a save of the node browser, which removes it.\n*\n");
+        m_Folder->Write(staged(1), "old");
+        m_Folder->Write(staged(2), "new");
+        m_Folder->Write(staging + "4.new", "half");
+        m_Folder->Write(staging + "lock", "");
+        for (QString const& file : kept)
+            m_Folder->Write(file, "theirs");
+
+        m_Host->CloseLibrary();
+        m_Host->GetMessages().ClearLog();
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        QVERIFY2(Log().contains("3-"), "what another program wrote is said");
+        QStringList const files = m_Folder->Read().keys();
+        QCOMPARE(files.size(), before.size() + kept.size() + 1);
+        for (QString const& file : kept)
+            QCOMPARE(Content(file), QByteArray("theirs"));
+    }
+
+    /// A user's own folder of that name is not ours to use.
+    void OwnFoldersAreLeftAlone()
+    {
+        m_Folder->Write("project/.nodebrowser/mine.txt", "mine");
+        m_User->Rename(Item(1), "Soft Glow");
+        QVERIFY(!m_User->Save());
+        QVERIFY2(Log().contains("rename it or remove it"), qPrintable(Log()));
+        QCOMPARE(Content("project/.nodebrowser/mine.txt"), QByteArray("mine"));
     }
 
     /// Both sides changed the object: nothing is lost, and the user decides.
