@@ -59,8 +59,8 @@ public:
     FileContent Read(QString const& name) const;
 
     /// A new file with the content, which is on its way to the disk. It gets the owner and the
-    /// permissions of the file `like`, unless that is empty or not there. What was written of a
-    /// file that could not be written whole is removed.
+    /// permissions of the file `like`, unless that is empty or not there. There may be a file even
+    /// when it fails, but a whole one.
     FileResult Create(QString const& name, QByteArray const& content, QString const& like) const;
     /// Returns when the content of the file is on the disk.
     FileResult Sync(QString const& name) const;

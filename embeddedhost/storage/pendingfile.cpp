@@ -62,7 +62,10 @@ bool CPendingFile::WriteNewVersion()
     m_NewName = m_Staging->MakeNewName();
     QString const like = m_File.digest.isEmpty() ? QString() : m_RealPath;
     FileResult const made = m_Staging->GetFolder().Create(m_NewName, content, like);
-    return made.IsDone() || Fail(made.reason);
+    if (made.IsDone())
+        return true;
+    m_Staging->GetFolder().Remove(m_NewName);
+    return Fail(made.reason);
 }
 
 bool CPendingFile::Sync()
