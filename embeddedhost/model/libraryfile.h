@@ -34,6 +34,8 @@ struct LibraryFile
     QByteArray digest = QByteArray();
     /// Entries came or went since the file was read or written.
     bool hasOtherEntries = false;
+    /// It is a link, and the file lies in a data source that is not to be written.
+    bool isReadOnly = false;
 
     /// A save has something to write, or the file to remove.
     bool IsModified() const;

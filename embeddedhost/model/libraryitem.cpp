@@ -172,7 +172,8 @@ bool CLibraryItem::IsLocked() const
 
 bool CLibraryItem::IsReadOnly() const
 {
-    return m_IsLocked || GetSource()->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
+    return m_IsLocked || m_File.isReadOnly
+           || GetSource()->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
 }
 
 std::string const* CLibraryItem::GetNamedValue(char const* name) const

@@ -51,7 +51,7 @@ public:
     bool IsLoop() const;
     /// The item's own lock.
     bool IsLocked() const;
-    /// Locked, or from a data source that is not to be written.
+    /// Locked, or from a file or data source that is not to be written.
     bool IsReadOnly() const;
     /// Null unless the item has a text of that name: "Parent" or "Specializes".
     std::string const* GetNamedValue(char const* name) const;

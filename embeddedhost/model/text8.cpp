@@ -27,6 +27,14 @@ std::string ToUtf8(std::string const& latin1)
     return QString::fromLatin1(latin1.data(), int(latin1.size())).toStdString();
 }
 
+bool IsTooLong(std::string const& utf8)
+{
+    // The bytes that continue a character do not count.
+    return utf8.size() > kMaxTextLength
+           && std::count_if(utf8.begin(), utf8.end(), [](char c) { return (c & 0xC0) != 0x80; })
+                  > kMaxTextLength;
+}
+
 bool EqualIgnoringAsciiCase(char const* a, char const* b)
 {
     while (*a != '\0' && ToAsciiLower(*a) == ToAsciiLower(*b)) {

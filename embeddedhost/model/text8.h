@@ -11,6 +11,13 @@ std::string ToLatin1(std::string const& utf8);
 /// The UTF-8 form of an 8-bit text.
 std::string ToUtf8(std::string const& latin1);
 
+/// Names, tags, uids and whatever else of a library file is shown or looked up have no more
+/// characters.
+constexpr int kMaxTextLength = 65536;
+
+/// The UTF-8 text has more than kMaxTextLength characters.
+bool IsTooLong(std::string const& utf8);
+
 /// Equal but for the case of ASCII letters.
 bool EqualIgnoringAsciiCase(char const* a, char const* b);
 

@@ -4,9 +4,11 @@ namespace embeddedhost {
 
 namespace {
 
+constexpr int kMaxPartLength = 1000;
+
 QString Sentence(QString const& place, QString const& reason)
 {
-    return place + QStringLiteral(": ") + reason;
+    return Shorten(place) + QStringLiteral(": ") + Shorten(reason);
 }
 
 } // namespace
@@ -14,6 +16,11 @@ QString Sentence(QString const& place, QString const& reason)
 QString JoinPlace(QString const& place, QString const& part)
 {
     return part.isEmpty() ? place : place + QStringLiteral(", ") + part;
+}
+
+QString Shorten(QString const& text)
+{
+    return text.size() <= kMaxPartLength ? text : text.left(kMaxPartLength) + QStringLiteral("...");
 }
 
 FaultReporter::FaultReporter(CMessageChannel& messages)
@@ -28,7 +35,18 @@ void FaultReporter::ReportFatal(QString const& place, QString const& reason) con
 
 void FaultReporter::Report(QString const& place, QString const& reason) const
 {
-    m_Messages.Post(eSeverity::kWarning, Sentence(place, reason));
+    if (++m_Count <= kMaxReportedFaults)
+        m_Messages.Post(eSeverity::kWarning, Sentence(place, reason));
+}
+
+void FaultReporter::ReportRest(QString const& libraryFolder) const
+{
+    int const rest = m_Count - kMaxReportedFaults;
+    if (rest > 0)
+        m_Messages.Post(eSeverity::kWarning,
+                        Sentence(libraryFolder,
+                                 QStringLiteral("the library has %1 more faults like these.")
+                                     .arg(rest)));
 }
 
 } // namespace embeddedhost

@@ -10,6 +10,12 @@ namespace embeddedhost {
 /// "place, part"; only the place when there is no part.
 QString JoinPlace(QString const& place, QString const& part);
 
+/// A part of a message, cut where nobody would read on: files may hold texts of any length.
+QString Shorten(QString const& text);
+
+/// So many faults of one library are listed.
+constexpr int kMaxReportedFaults = 100;
+
 /// Reports what is wrong with a library folder, each fault with its place.
 class FaultReporter
 {
@@ -18,11 +24,15 @@ public:
 
     /// What the library cannot be opened with.
     void ReportFatal(QString const& place, QString const& reason) const;
-    /// What is left out or not as it should be; the rest is loaded.
+    /// What is left out or not as it should be; the rest is loaded. From the hundred and first
+    /// on it is only counted.
     void Report(QString const& place, QString const& reason) const;
+    /// Says how many were only counted.
+    void ReportRest(QString const& libraryFolder) const;
 
 private:
     CMessageChannel& m_Messages;
+    mutable int m_Count = 0;
 };
 
 } // namespace embeddedhost

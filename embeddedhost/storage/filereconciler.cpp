@@ -122,7 +122,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     if (GetDigestOnDisk(path, library->GetFolder()) == digest)
         return eReconciled::kUpToDate;
 
-    JsonFile const json = exists ? ReadJsonFile(path) : JsonFile();
+    JsonFile const json = exists ? ReadJsonFile(path, library->GetFolder()) : JsonFile();
     bool const isReadable = json.fault.isEmpty()
                             && (!exists || json.content.is_array() || json.content.is_object());
     if (!isReadable) {

@@ -1,11 +1,28 @@
 #include "storage/folderscan.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
+#include <filesystem>
 
 namespace embeddedhost {
 
 namespace {
+
+/// A name with each byte that is not ASCII as "\\xE9".
+QString Escape(QByteArray const& name)
+{
+    QString text;
+    for (char const byte : name) {
+        if (byte >= ' ' && byte <= '~')
+            text += QLatin1Char(byte);
+        else
+            text += QStringLiteral("\\x%1").arg(uint(uchar(byte)), 2, 16, QLatin1Char('0'));
+    }
+    return text;
+}
 
 class FolderScan
 {
@@ -26,6 +43,7 @@ public:
         auto const entries = dir.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot
                                                    | QDir::System,
                                                QDir::Name);
+        ReportLostNames(folder);
         for (QFileInfo const& entry : entries) {
             if (entry.isDir())
                 VisitFolder(entry);
@@ -40,6 +58,22 @@ public:
     }
 
 private:
+    /// The toolkit does not list names that it cannot make a text of.
+    void ReportLostNames(QString const& folder) const
+    {
+        std::error_code error;
+        std::filesystem::directory_iterator const entries(QFile::encodeName(folder).toStdString(),
+                                                          error);
+        for (std::filesystem::directory_entry const& entry : entries) {
+            QByteArray const name = QByteArray::fromStdString(entry.path().filename().string());
+            bool const isWanted = name.endsWith(".json") || entry.is_directory(error);
+            if (isWanted && QFile::encodeName(QFile::decodeName(name)) != name)
+                Report(folder + QLatin1Char('/') + Escape(name),
+                       QStringLiteral("the name is not UTF-8; what it names is left out. Give it "
+                                      "another name."));
+        }
+    }
+
     void VisitFolder(QFileInfo const& entry)
     {
         if (entry.isSymLink()) {
@@ -54,8 +88,10 @@ private:
     void VisitFile(QFileInfo const& entry)
     {
         bool const isLink = entry.isSymLink();
-        if (!entry.isFile()) {
+        if (!entry.exists()) {
             Report(entry.filePath(), QStringLiteral("there is no file behind the name."));
+        } else if (!entry.isFile()) {
+            Report(entry.filePath(), QStringLiteral("it is not a regular file; it is left out."));
         } else if (isLink && !IsWithin(m_LibraryFolder, entry.canonicalFilePath())) {
             Report(entry.filePath(), QStringLiteral("the link leads out of the library folder; "
                                                     "the file is left out."));
@@ -75,6 +111,14 @@ private:
 };
 
 } // namespace
+
+bool LiesInReadOnlySource(std::vector<DataSourcePtr> const& sources, QString const& realPath)
+{
+    return std::any_of(sources.begin(), sources.end(), [&](DataSourcePtr const& source) {
+        CDataSource::Description const& description = source->GetDescription();
+        return description.isReadOnly && IsWithin(description.folder, realPath);
+    });
+}
 
 bool IsWithin(QString const& folder, QString const& path)
 {

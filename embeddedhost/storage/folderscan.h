@@ -1,10 +1,13 @@
 #ifndef EMBEDDEDHOST_FOLDERSCAN_H
 #define EMBEDDEDHOST_FOLDERSCAN_H
 
+#include "objects/datasource.h"
 #include "storage/faults.h"
 
 #include <QString>
 #include <QStringList>
+
+#include <vector>
 
 namespace embeddedhost {
 
@@ -14,8 +17,12 @@ bool IsWithin(QString const& folder, QString const& path);
 /// The path as messages show it: relative to the library folder.
 QString GetShownPath(QString const& libraryFolder, QString const& path);
 
+/// Whether the file, given by its canonical path, lies in a data source that is not to be written.
+bool LiesInReadOnlySource(std::vector<DataSourcePtr> const& sources, QString const& realPath);
+
 /// The *.json files below a data source's folder, sub-folders included, in the order of their
-/// names. Links to folders are not followed, nor links to files outside the library.
+/// names. Links to folders are not followed, nor links to files outside the library, and what is
+/// not a regular file is left out.
 QStringList ListJsonFiles(QString const& libraryFolder, QString const& sourceFolder,
                           FaultReporter const& faults);
 

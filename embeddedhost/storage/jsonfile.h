@@ -1,26 +1,24 @@
 #ifndef EMBEDDEDHOST_JSONFILE_H
 #define EMBEDDEDHOST_JSONFILE_H
 
+#include "storage/jsonparser.h"
+
 #include <QByteArray>
 #include <QString>
-
-#include <nlohmann/json.hpp>
 
 namespace embeddedhost {
 
 /// A JSON file as it was read, or why it could not be.
-struct JsonFile
+struct JsonFile : ParsedJson
 {
-    nlohmann::ordered_json content;
-    /// Where the text is not JSON, "line 3, column 7"; empty when that is not known.
-    QString faultPlace;
-    /// A sentence; empty when the file was read.
-    QString fault;
     /// Of the text that was read.
     QByteArray digest = QByteArray();
+    /// Where the file lies when all links are resolved.
+    QString realPath = QString();
 };
 
-JsonFile ReadJsonFile(QString const& path);
+/// Reads a regular file that really lies in the folder, which is canonical.
+JsonFile ReadJsonFile(QString const& path, QString const& folder);
 
 } // namespace embeddedhost
 

@@ -80,11 +80,12 @@ private:
     {
         m_ShownPath = GetShownPath(m_Library.GetFolder(), file.path);
         m_ObjectNumber = 0;
-        JsonFile json = ReadJsonFile(file.path);
+        JsonFile json = ReadJsonFile(file.path, m_Library.GetFolder());
         if (!json.fault.isEmpty()) {
             m_Faults.Report(JoinPlace(m_ShownPath, json.faultPlace), json.fault);
             return;
         }
+        ReportRepeatedKeys(json.repeatedKeys);
         bool const isArray = json.content.is_array();
         if (!isArray && !json.content.is_object()) {
             m_Faults.Report(m_ShownPath, QStringLiteral("the file must hold an object or an array "
@@ -92,6 +93,7 @@ private:
             return;
         }
         LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}, json.digest});
+        CheckRealPlace(target, json.realPath);
         if (!isArray) {
             ReadObject(target, json.content);
             return;
@@ -116,6 +118,25 @@ private:
             return;
         }
         file.entries.push_back({nullptr, std::move(object)});
+    }
+
+    void ReportRepeatedKeys(std::vector<QString> const& places) const
+    {
+        for (QString const& place : places) {
+            m_Faults.Report(JoinPlace(m_ShownPath, place),
+                            QStringLiteral("the key is there more than once. The last value "
+                                           "counts; the others are lost when the object is changed "
+                                           "and saved."));
+        }
+    }
+
+    void CheckRealPlace(LibraryFile& file, QString const& realPath) const
+    {
+        file.isReadOnly = LiesInReadOnlySource(m_Library.GetSources(), realPath);
+        if (file.isReadOnly && !file.source->GetDescription().isReadOnly)
+            m_Faults.Report(m_ShownPath,
+                            QStringLiteral("the link leads to a file of a data source that is "
+                                           "read-only; its objects cannot be changed here."));
     }
 
     void CheckReference(CLibraryItem const& item, char const* key)
@@ -206,6 +227,7 @@ std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& me
     reader.ListFiles();
     reader.ReadFiles(progress);
     reader.CheckReferences();
+    faults.ReportRest(library->GetFolder());
     return library;
 }
 

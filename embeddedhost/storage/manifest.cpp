@@ -19,14 +19,14 @@ constexpr int kFormatVersion = 1;
 
 QString const kManifestFile = QStringLiteral("library.json");
 
-/// Null unless the object has a text that is not empty under the key.
+/// Null unless the object has a text under the key that is neither empty nor too long.
 std::string const* FindText(ordered_json const& object, char const* key)
 {
     auto const found = object.find(key);
     if (found == object.end() || !found->is_string())
         return nullptr;
     auto const& text = found->get_ref<std::string const&>();
-    return text.empty() ? nullptr : &text;
+    return text.empty() || IsTooLong(text) ? nullptr : &text;
 }
 
 /// Reads the data sources one after the other.
@@ -204,12 +204,15 @@ QString FindFatalFault(ordered_json const& manifest)
 
 std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults)
 {
-    JsonFile const file = ReadJsonFile(folder + '/' + kManifestFile);
+    JsonFile const file = ReadJsonFile(folder + '/' + kManifestFile, folder);
     QString const fault = file.fault.isEmpty() ? FindFatalFault(file.content) : file.fault;
     if (!fault.isEmpty()) {
         faults.ReportFatal(JoinPlace(folder + '/' + kManifestFile, file.faultPlace), fault);
         return std::nullopt;
     }
+    for (QString const& place : file.repeatedKeys)
+        faults.Report(JoinPlace(kManifestFile, place),
+                      QStringLiteral("the key is there more than once; the last value counts."));
     std::string const* const name = FindText(file.content, "name");
     if (!name) {
         faults.Report(kManifestFile, QStringLiteral("key \"name\": a text is needed; the "

@@ -2,14 +2,78 @@
 
 #include "model/graphjson.h"
 #include "model/itemkinds.h"
+#include "model/text8.h"
 
 #include <QStringList>
+
+#include <algorithm>
 
 namespace embeddedhost {
 
 using nlohmann::ordered_json;
 
 namespace {
+
+bool IsLongText(ordered_json const& value)
+{
+    return value.is_string() && IsTooLong(value.get_ref<std::string const&>());
+}
+
+/// The key whose text, or one of whose array of texts, is too long; empty for none.
+std::string FindLongMember(ordered_json const& object, std::initializer_list<char const*> keys)
+{
+    for (char const* key : keys) {
+        auto const found = object.find(key);
+        if (found == object.end())
+            continue;
+        if (IsLongText(*found)
+            || (found->is_array() && std::any_of(found->begin(), found->end(), IsLongText)))
+            return key;
+    }
+    return std::string();
+}
+
+std::string FindLongTag(ordered_json const& object)
+{
+    auto const tags = object.find("tags");
+    if (tags == object.end() || !tags->is_object())
+        return std::string();
+    for (auto const& [category, text] : tags->items()) {
+        if (IsTooLong(category) || IsLongText(text))
+            return "tags." + category;
+    }
+    return std::string();
+}
+
+std::string FindLongEntry(ordered_json const& object, char const* list,
+                          std::initializer_list<char const*> keys)
+{
+    auto const entries = object.find(list);
+    if (entries == object.end() || !entries->is_array())
+        return std::string();
+    for (std::size_t position = 0; position < entries->size(); ++position) {
+        std::string const key = FindLongMember((*entries)[position], keys);
+        if (!key.empty())
+            return std::string(list) + '[' + std::to_string(position) + "]." + key;
+    }
+    return std::string();
+}
+
+/// Looks at what the program shows or looks up; other texts may have any length.
+std::string FindLongText(ordered_json const& object)
+{
+    std::string key = FindLongMember(
+        object, {"uid", "kind", "name", "category", "implements", "parent", "specializes"});
+    if (key.empty())
+        key = FindLongTag(object);
+    for (char const* const ports : {"inputs", "outputs"}) {
+        if (key.empty())
+            key = FindLongEntry(object, ports, {"name", "type"});
+    }
+    if (key.empty())
+        key = FindLongEntry(object, "nodes", {"id", "item"});
+    return key.empty() ? FindLongEntry(object, "connections", {"from", "to"}) : key;
+}
 
 class ObjectCheck
 {
@@ -45,6 +109,17 @@ public:
         m_Fault(QStringLiteral("kind"),
                 QStringLiteral("\"%1\" is not known, it must be one of %2; the object is left out.")
                     .arg(QString::fromStdString(*kind), known.join(QStringLiteral(", "))));
+        return false;
+    }
+
+    bool RequireShortTexts() const
+    {
+        std::string const key = FindLongText(m_Object);
+        if (key.empty())
+            return true;
+        m_Fault(QString::fromStdString(key),
+                QStringLiteral("the text is longer than %1 characters; the object is left out.")
+                    .arg(kMaxTextLength));
         return false;
     }
 
@@ -99,6 +174,8 @@ private:
 bool CheckObject(ordered_json const& object, ObjectFault const& fault)
 {
     ObjectCheck const check(object, fault);
+    if (!check.RequireShortTexts())
+        return false;
     bool const hasUid = check.RequireText("uid") != nullptr;
     bool const hasKind = check.RequireKind();
     bool const hasName = check.RequireText("name") != nullptr;

@@ -15,7 +15,7 @@ namespace embeddedhost {
 typedef std::function<void(QString const& key, QString const& reason)> ObjectFault;
 
 /// Checks the keys of an object of a library file. False when it makes no item: uid, kind or
-/// name are missing or wrong. Other keys that are wrong are only reported.
+/// name are missing or wrong, or a text is too long. Other keys that are wrong are only reported.
 bool CheckObject(nlohmann::ordered_json const& object, ObjectFault const& fault);
 
 /// Those objects of a file's content that make items, by uid.

@@ -1,5 +1,6 @@
 #include "libraryfolder.h"
 #include "loggedtest.h"
+#include "model/text8.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using embeddedhost::kMaxTextLength;
 using namespace tarno::datamodel;
 
 namespace {
@@ -154,7 +156,13 @@ private Q_SLOTS:
         row("cut-off", {"project/cut-off.json, line 2, column 11: this is not JSON: "});
         row("empty", {"project/empty.json, line 1, column 1: this is not JSON: "});
         row("not-utf8", {"project/not-utf8.json, line 2, column 15: this is not JSON: "});
-        row("number-too-large", {"project/number-too-large.json: this is not JSON: number "});
+        row("number-too-large", {"too-large.json, line 1, column 98: this is not JSON: number "});
+        row("zero-byte", {"project/zero-byte.json, line 2, column 1: this is not JSON: there is a "});
+        row("keys-twice",
+            {"object 1, key \"tags.ApplicationTags\": the key is there more than once. The last ",
+             "object 1, key \"nodes[0].id\": the key is", "object 1, key \"name\": the key is",
+             "key \"nodes[0].item\": it must be a text", "key \"nodes[0].position\": it must be"},
+            {"Second"});
         row("holds-text", {"project/holds-text.json: the file must hold an object or an array"});
         row("array-of-texts", {"array-of-texts.json, object 1: it must be an object"}, {"Second"});
         row("uid-missing", {"uid-missing.json, object 1, key \"uid\": a text is needed",
@@ -211,8 +219,81 @@ private Q_SLOTS:
 
         QTemporaryDir empty;
         QVERIFY(!host.OpenLibrary(empty.path()));
-        QVERIFY(GetMessages(host).last().contains("library.json: the file cannot be read: "));
+        QVERIFY(GetMessages(host).last().contains("library.json: there is no such file."));
         QVERIFY(!host.GetLibrary().IsValid());
+    }
+
+    void ManifestThatIsNoFile_data()
+    {
+        QTest::addColumn<QByteArray>("target");
+        QTest::newRow("a pipe") << QByteArray();
+        QTest::newRow("a link to a device") << QByteArray("/dev/zero");
+        QTest::newRow("a link to a folder") << QByteArray("project");
+    }
+
+    /// Whoever opens the pipe or reads the device waits for ever.
+    void ManifestThatIsNoFile()
+    {
+        QFETCH(QByteArray, target);
+        LibraryFolder folder;
+        QByteArray const path = QFile::encodeName(folder.GetPath("library.json"));
+        QVERIFY(QFile::remove(folder.GetPath("library.json")));
+        QCOMPARE(target.isEmpty() ? mkfifo(path, 0600) : symlink(target, path), 0);
+        CEmbeddedHost host;
+        QVERIFY(!host.OpenLibrary(folder.GetPath()));
+        CheckMessages(GetMessages(host), {"library.json: it is not a regular file."});
+    }
+
+    void Limits_data()
+    {
+        QTest::addColumn<QByteArray>("more");
+        QTest::addColumn<QString>("fault");
+
+        auto const nested = [](int levels) {
+            return ", \"later\": " + QByteArray(levels, '[') + QByteArray(levels, ']');
+        };
+        QTest::newRow("deep") << nested(99) << QString();
+        QTest::newRow("too deep") << nested(100) << "line 1, column 193: it nests deeper than 100 ";
+        QTest::newRow("far too deep") << nested(100000) << "line 1, column 193: it nests deeper";
+
+        // Two bytes each.
+        QByteArray const text = QByteArray("\xC3\xA9").repeated(kMaxTextLength);
+        auto const row = [&](char const* key, QByteArray const& begin, QByteArray const& end) {
+            QTest::addRow("%s", key) << begin + text + end << QString();
+            QTest::addRow("%s, too long", key)
+                << begin + text + 'e' + end
+                << QStringLiteral("object 1, key \"%1\": the text is longer than").arg(key);
+        };
+        row("category", ", \"category\": \"", "\"");
+        row("tags.a", ", \"tags\": {\"a\": \"", "\"}");
+        row("nodes[0].id", ", \"nodes\": [{\"item\": \"a\", \"position\": [0, 0], \"id\": \"",
+            "\"}]");
+        row("connections[0].to", ", \"connections\": [{\"from\": [\"a\", \"b\"], \"to\": [\"a\", \"",
+            "\"]}]");
+        QTest::newRow("long, but not used") << ", \"later\": \"" + text + text + '"' << QString();
+    }
+
+    void Limits()
+    {
+        QFETCH(QByteArray, more);
+        QFETCH(QString, fault);
+        LibraryFolder folder;
+        folder.Write("project/a.json", '[' + Object(1, "solver", "Large", more) + ']');
+        CEmbeddedHost host;
+        QStringList const faults = fault.isEmpty() ? QStringList() : QStringList(fault);
+        CheckFaults(host, folder, true, faults);
+        QCOMPARE(GetAllNames(host.GetLibrary()).size(), fault.isEmpty() ? 1 : 0);
+    }
+
+    void ManyFaultsAreCounted()
+    {
+        LibraryFolder folder;
+        folder.Write("project/a.json", '[' + QByteArray("7,").repeated(249) + "7]");
+        CEmbeddedHost host;
+        QVERIFY(host.OpenLibrary(folder.GetPath()));
+        QCOMPARE(GetMessages(host).size(), 101);
+        QCOMPARE(GetMessages(host).last(),
+                 folder.GetPath() + ": the library has 150 more faults like these.");
     }
 
     void LinksAreFollowedWithinTheLibraryOnly()
@@ -241,6 +322,20 @@ private Q_SLOTS:
         QCOMPARE(GetAllNames(host.GetLibrary()), QStringList({"Healthy", "On the shelf"}));
     }
 
+    void LinksIntoReadOnlySourcesAreReadOnly()
+    {
+        LibraryFolder folder;
+        folder.Write("factory/a.json", Object(1, "compound", "Shipped"));
+        folder.Write("project/z.json", Object(2, "compound", "Own"));
+        QVERIFY(QFile::link("../factory/a.json", folder.GetPath("project/link.json")));
+        CEmbeddedHost host;
+        CheckFaults(host, folder, true,
+                    {"project/link.json: the link leads to a file of a data source that is read-",
+                     "factory/a.json, key \"uid\": BBBBBBBB-0000-0000-0000-000000000001 is the "});
+        QVERIFY(host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(1))));
+        QVERIFY(!host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
+    }
+
     void UnreadableFiles()
     {
         LibraryFolder folder;
@@ -248,7 +343,13 @@ private Q_SLOTS:
         folder.Write("project/b.json/c.json", Object(2, "solver", "In a folder"));
         // Nobody writes into the pipe: whoever opens it waits for ever.
         QCOMPARE(mkfifo(qPrintable(folder.GetPath("project/pipe.json")), 0600), 0);
-        QStringList faults("project/pipe.json: there is no file behind the name.");
+        // Names that the toolkit cannot list.
+        QByteArray const project = QFile::encodeName(folder.GetPath("project"));
+        QCOMPARE(mkdir(project + "/m\xFC", 0700), 0);
+        QCOMPARE(link(project + "/a.json", project + "/caf\xE9.json"), 0);
+        QStringList faults({"project/caf\\xe9.json: the name is not UTF-8; what it names is ",
+                            "project/m\\xfc: the name is not UTF-8",
+                            "project/pipe.json: it is not a regular file"});
         QStringList names({"Healthy", "In a folder"});
         // For an administrator everything is readable.
         if (geteuid() != 0) {
@@ -258,7 +359,12 @@ private Q_SLOTS:
         }
         CEmbeddedHost host;
         QVERIFY(host.OpenLibrary(folder.GetPath()));
-        CheckMessages(GetMessages(host), faults);
+        // The toolkit cannot remove them either.
+        QCOMPARE(rmdir(project + "/m\xFC"), 0);
+        QCOMPARE(unlink(project + "/caf\xE9.json"), 0);
+        QStringList found = GetMessages(host);
+        found.sort();
+        CheckMessages(found, faults);
         QCOMPARE(GetAllNames(host.GetLibrary()), names);
     }
 
