@@ -1,6 +1,5 @@
 #include "storage/librarywriter.h"
 
-#include "model/libraryitem.h"
 #include "storage/folderscan.h"
 #include "storage/pendingfile.h"
 #include "storage/stagingfolders.h"
@@ -11,19 +10,12 @@
 
 namespace embeddedhost {
 
-using nlohmann::ordered_json;
-
 namespace {
 
 /// How long a save waits for the locks of others, and for those who are writing a file that it
 /// replaces, in milliseconds: the windows stand still.
 constexpr int kLockPatience = 3000;
 constexpr int kWriterPatience = 1000;
-
-ordered_json const& GetObject(LibraryFile::Entry const& entry)
-{
-    return entry.item ? entry.item->GetObject() : entry.other;
-}
 
 typedef std::vector<std::unique_ptr<CPendingFile>> PendingFiles;
 
@@ -55,19 +47,6 @@ QString FindObstacle(QString const& folder)
 }
 
 } // namespace
-
-QByteArray MakeContent(LibraryFile const& file)
-{
-    ordered_json content = ordered_json::array();
-    for (LibraryFile::Entry const& entry : file.entries)
-        content.push_back(GetObject(entry));
-    // There are more than one when another program has put its object in place of ours.
-    if (!file.isArray && content.size() == 1)
-        content = ordered_json(content.front());
-    std::string const text =
-        content.dump(2, ' ', false, ordered_json::error_handler_t::replace) + '\n';
-    return QByteArray(text.data(), int(text.size()));
-}
 
 SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files)
 {

@@ -20,9 +20,6 @@ struct SaveResult
     QStringList keptFiles = QStringList();
 };
 
-/// The text of the file: two blanks a level, one newline at the end, and texts as they are.
-QByteArray MakeContent(LibraryFile const& file);
-
 /// Writes the files: all are prepared in a staging folder and on the disk before the first is put
 /// in place. A save that is interrupted leaves whole files only. A file that somebody else has
 /// changed, be it in the last moment, is left as it is, and so is one that cannot be written; what

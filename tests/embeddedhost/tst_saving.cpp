@@ -96,14 +96,39 @@ private Q_SLOTS:
         QCOMPARE(m_Folder->Read(), before);
     }
 
-    void KeepsWhatItDoesNotKnow()
+    void KeepsTheBytesOfWhatDidNotChange_data()
     {
-        m_User->Rename(Item(3), "Fade Out");
-        QVERIFY(m_User->Save());
-        auto const content = nlohmann::json::parse(Content("project/two.json").toStdString());
-        QCOMPARE(content.size(), std::size_t(3));
-        QVERIFY2(content[1] == 7, "what is no object stays in its place");
-        QVERIFY(content[2]["name"] == "Fade Out");
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+
+        // "..." stands for the object's uid and kind.
+        auto const row = [](char const* name, QByteArray before, QByteArray after) {
+            QByteArray const start = Object(9, "compound", "").split(',').mid(0, 2).join(',').mid(1);
+            QTest::newRow(name) << before.replace("...", start) << after.replace("...", start);
+        };
+        QByteArray const tags = R"("tags": {"ApplicationTags":"light"})";
+        row("numbers that no double holds",
+            R"({..., "a": 12345678901234567890123, "name": "Old", "b": [1e-400, 1.50]})",
+            "{..., " + tags
+                + R"(, "a": 12345678901234567890123, "name": "New", "b": [1e-400, 1.50]})");
+        QByteArray const odd =
+            "\xEF\xBB\xBF[ 7 ,{\"uid\":\"?\",\"n\":1,\"n\":1E5},\r\n\t{...,\n\t\t\"\\u006eame\" : \"Old\",\n"
+            "\t\t\"tags\": {\"Other\": \"\\u0061\",  \"ApplicationTags\": \"dark\" }\n\t}\r\n ,\"\\/\"\t]";
+        row("the layout of others, and other objects", odd,
+            QByteArray(odd).replace("Old", "New").replace("dark", "light"));
+        row("the last of equal keys", R"({..., "a": 0.10, "name": "Odd", "a": 0.20, "name": "Old"})",
+            "{..., " + tags + R"(, "a": 0.20, "name": "New"})");
+    }
+
+    void KeepsTheBytesOfWhatDidNotChange()
+    {
+        QFETCH(QByteArray, before);
+        m_Folder->Write("project/kept.json", before);
+        Open();
+        m_User->Rename(Item(9), "New");
+        m_User->Tag(Item(9), "light");
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QTEST(Content("project/kept.json"), "after");
     }
 
     void NewItemsGetFilesAndLoseThem()

@@ -1,0 +1,187 @@
+#include "storage/filecontent.h"
+
+#include "model/libraryitem.h"
+#include "storage/jsonchildren.h"
+#include "storage/jsonparser.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+constexpr int kIndentation = 2;
+constexpr int kOnOneLine = -1;
+
+/// Texts are written as they are, with a replacement for what is not UTF-8.
+std::string Dump(ordered_json const& value, int indentation)
+{
+    return value.dump(indentation, ' ', false, ordered_json::error_handler_t::replace);
+}
+
+/// What stands between the children of a container.
+struct Layout
+{
+    std::string beforeFirst;
+    std::string beforeOthers;
+    std::string atEnd;
+
+    /// For a container at this level, as the program writes it.
+    explicit Layout(int level)
+        : beforeFirst('\n' + std::string(std::size_t(level + 1) * kIndentation, ' '))
+        , beforeOthers(',' + beforeFirst)
+        , atEnd('\n' + std::string(std::size_t(level) * kIndentation, ' '))
+    {}
+
+    /// As it was written before; at least one child.
+    explicit Layout(JsonParts const& parts)
+        : beforeFirst(parts.all.front().separator)
+        , beforeOthers(parts.all.size() > 1 ? std::string(parts.all[1].separator)
+                                            : ',' + beforeFirst)
+        , atEnd(parts.end)
+    {}
+
+    bool IsOnOneLine() const
+    {
+        return beforeOthers.find('\n') == std::string::npos;
+    }
+};
+
+/// Writes values in the words of an older text, as far as it has them.
+class ContentWriter
+{
+public:
+    void Write(ordered_json const& value, ordered_json const& old, std::string_view text, int level)
+    {
+        if (value == old)
+            m_Content += text;
+        else if (value.is_structured() && value.type() == old.type())
+            WriteChildren(ListChildren(value), old, text, level);
+        else
+            WriteNew(value, level, kIndentation);
+    }
+
+    /// `old` is of the same type as what the children are of.
+    void WriteChildren(JsonChildren const& children, ordered_json const& old, std::string_view text,
+                       int level)
+    {
+        OldChildren oldChildren(old, text);
+        JsonParts const& parts = oldChildren.GetParts();
+        Layout const layout = parts.all.empty() ? Layout(level) : Layout(parts);
+        m_Content += text.front();
+        for (JsonChild const& child : children) {
+            std::size_t const part = oldChildren.Take(child.id);
+            bool const isOld = part != OldChildren::kNone;
+            if (&child == &children.front())
+                m_Content += layout.beforeFirst;
+            else
+                m_Content += isOld && part > 0 ? parts.all[part].separator
+                                               : std::string_view(layout.beforeOthers);
+            if (isOld) {
+                WriteOld(child, oldChildren.GetValue(part), parts.all[part], level + 1);
+            } else {
+                m_Content += old.is_object() ? Dump(child.id, kOnOneLine) + ": " : std::string();
+                WriteNew(*child.value, level + 1, layout.IsOnOneLine() ? kOnOneLine : kIndentation);
+            }
+        }
+        if (!children.empty())
+            m_Content += layout.atEnd;
+        else if (parts.all.empty())
+            m_Content += parts.end;
+        m_Content += text.back();
+    }
+
+    /// Text that stays as it is.
+    void Append(std::string_view text)
+    {
+        m_Content += text;
+    }
+
+    QByteArray GetContent() const
+    {
+        return QByteArray(m_Content.data(), int(m_Content.size()));
+    }
+
+private:
+    void WriteOld(JsonChild const& child, ordered_json const& old, JsonPart const& part, int level)
+    {
+        m_Content += part.key;
+        m_Content += part.colon;
+        Write(*child.value, old, part.value, level);
+    }
+
+    /// The line breaks of dumped text are all there for its layout.
+    void WriteNew(ordered_json const& value, int level, int indentation)
+    {
+        std::string const margin(std::size_t(level) * kIndentation, ' ');
+        for (char const character : Dump(value, indentation)) {
+            m_Content += character;
+            if (character == '\n')
+                m_Content += margin;
+        }
+    }
+
+    std::string m_Content;
+};
+
+/// What is on disk, with the blanks around it.
+struct OldText
+{
+    /// Equal to nothing unless the text was read.
+    ordered_json content = ordered_json(ordered_json::value_t::discarded);
+    std::string text;
+    std::string before;
+    std::string after = "\n";
+};
+
+/// As an array where that is wanted: an object becomes the first one of it.
+OldText ReadOldText(QByteArray const& bytes, bool isArray)
+{
+    OldText old;
+    if (ParsedJson parsed = ParseJson(bytes); parsed.fault.isEmpty()) {
+        std::string_view const whole(bytes.constData(), std::size_t(bytes.size()));
+        std::string_view const text = TrimJson(whole);
+        std::size_t const begin = std::size_t(text.data() - whole.data());
+        old = {std::move(parsed.content), std::string(text), std::string(whole.substr(0, begin)),
+               std::string(whole.substr(begin + text.size()))};
+    }
+    if (isArray && old.content.is_object()) {
+        old.content = ordered_json::array({std::move(old.content)});
+        old.text = "[\n  " + old.text + "\n]";
+    } else if (isArray && !old.content.is_array()) {
+        old.content = ordered_json::array();
+        old.text = "[]";
+    }
+    return old;
+}
+
+ordered_json const& GetObject(LibraryFile::Entry const& entry)
+{
+    return entry.item ? entry.item->GetObject() : entry.other;
+}
+
+} // namespace
+
+QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes)
+{
+    JsonChildren objects;
+    for (LibraryFile::Entry const& entry : file.entries)
+        objects.push_back(MakeEntry(GetObject(entry)));
+    // There are more than one when another program has put its object in place of ours.
+    bool const isArray = file.isArray || objects.size() != 1;
+    OldText const old = ReadOldText(oldBytes, isArray);
+    ContentWriter writer;
+    writer.Append(old.before);
+    if (isArray)
+        writer.WriteChildren(objects, old.content, old.text, 0);
+    else
+        writer.Write(*objects.front().value, old.content, old.text, 0);
+    writer.Append(old.after);
+    return writer.GetContent();
+}
+
+} // namespace embeddedhost
