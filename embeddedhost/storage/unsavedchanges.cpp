@@ -1,6 +1,7 @@
 #include "storage/unsavedchanges.h"
 
 #include "model/libraryitem.h"
+#include "storage/jsonparser.h"
 #include "storage/objectreader.h"
 
 #include <QDir>
@@ -81,7 +82,8 @@ ordered_json CollectUnsavedChanges(CLibrary const& library)
 ordered_json ParseUnsavedChanges(QByteArray const& text, QString const& libraryFolder,
                                  QString* fault)
 {
-    ordered_json document = ordered_json::parse(text.begin(), text.end(), nullptr, false);
+    // Around an object are its entry, the list of entries and the document.
+    ordered_json document = ParseJson(text, 3).content;
     if (!document.is_object() || document.value("format", ordered_json()) != kFormat
         || !HasText(document, "library") || !IsListOf(document, "objects", IsChange)
         || !IsListOf(document, "removedFiles", IsRemoval)) {

@@ -327,6 +327,9 @@ private Q_SLOTS:
                                          << QByteArray("\"library\": \"/elsewhere");
         QTest::newRow("another format") << QByteArray("\"format\": 1")
                                         << QByteArray("\"format\": 2");
+        QTest::newRow("nested without end")
+            << QByteArray("\"kind\"") << "\"x\": " + QByteArray(100000, '[')
+                                            + QByteArray(100000, ']') + ", \"kind\"";
         QTest::newRow("an object of no kind") << QByteArray("\"kind\"") << QByteArray("\"kin\"");
     }
 
