@@ -133,6 +133,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     }
     if (!file)
         file = &library->AddFile({path, source, json.content.is_array(), {}});
+    file->isReadOnly = LiesInReadOnlySource(library->GetSources(), json.realPath);
 
     FileReconciler reconciler(*library, *file);
     reconciler.Apply(exists ? CollectObjects(json.content) : ObjectsByUid());

@@ -326,14 +326,21 @@ private Q_SLOTS:
     {
         LibraryFolder folder;
         folder.Write("factory/a.json", Object(1, "compound", "Shipped"));
+        folder.Write("factory/b.json", Object(2, "compound", "Shipped as well"));
         folder.Write("project/z.json", Object(2, "compound", "Own"));
         QVERIFY(QFile::link("../factory/a.json", folder.GetPath("project/link.json")));
         CEmbeddedHost host;
         CheckFaults(host, folder, true,
                     {"project/link.json: the link leads to a file of a data source that is read-",
-                     "factory/a.json, key \"uid\": BBBBBBBB-0000-0000-0000-000000000001 is the "});
+                     "factory/a.json, key \"uid\": BBBBBBBB-0000-0000-0000-000000000001 is the ",
+                     "factory/b.json, key \"uid\": "});
         QVERIFY(host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(1))));
         QVERIFY(!host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
+
+        QVERIFY(QFile::remove(folder.GetPath("project/z.json")));
+        QVERIFY(QFile::link("../factory/b.json", folder.GetPath("project/z.json")));
+        host.CheckFolder();
+        QVERIFY(host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
     }
 
     void UnreadableFiles()
