@@ -179,7 +179,8 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& p
     LibraryFile const* const file = library->FindFile(path);
     if (!file)
         return Refuse(*library, path, QStringLiteral("the library has no such file."));
-    JsonFile const json = QFileInfo::exists(path) ? ReadJsonFile(path, library->GetFolder()) : JsonFile();
+    JsonFile const json =
+        QFileInfo::exists(path) ? ReadJsonFile(path, library->GetFolder()) : JsonFile();
     if (!json.fault.isEmpty())
         return Refuse(*library, path, json.fault);
     if (json.content.is_primitive() && !json.digest.isEmpty())
