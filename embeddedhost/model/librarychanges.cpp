@@ -118,6 +118,17 @@ void CLibrary::AddSavedItem(LibraryFile& file, ordered_json object)
     change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
 }
 
+void CLibrary::AddLeftOutItem(LibraryFile& file, std::size_t entry)
+{
+    ChangeScope const change(*this);
+    // Listeners have been told already, and may have changed the file.
+    if (!change.IsLibraryOpen() || entry >= file.entries.size() || file.entries[entry].item)
+        return;
+    CLibraryItem& item = AddItem(file, file.entries[entry].other);
+    file.entries[entry] = {&item, ordered_json()};
+    change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
+}
+
 void CLibrary::RemoveItem(CLibraryItem& item)
 {
     ItemID const id(&item.GetIdentity());

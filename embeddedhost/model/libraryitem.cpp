@@ -102,6 +102,11 @@ ordered_json const& CLibraryItem::GetObject() const
     return m_Object;
 }
 
+bool CLibraryItem::HasIdentityOf(ordered_json const& object) const
+{
+    return object["kind"] == m_Object["kind"] && object["uid"] == m_Object["uid"];
+}
+
 void CLibraryItem::SetObject(ordered_json object)
 {
     if (!m_SavedObject)

@@ -32,7 +32,9 @@ public:
     LibraryFile& GetFile() const;
     DataSourcePtr const& GetSource() const;
     nlohmann::ordered_json const& GetObject() const;
-    /// Takes a changed object of the same kind and uid.
+    /// The object, one that makes an item, has the item's kind and the very text of its uid.
+    bool HasIdentityOf(nlohmann::ordered_json const& object) const;
+    /// Takes a changed object with this identity.
     void SetObject(nlohmann::ordered_json object);
 
     /// The object differs from what is on disk.

@@ -1,5 +1,6 @@
 #include "storage/librarywatcher.h"
 
+#include "storage/fileobjects.h"
 #include "storage/filereconciler.h"
 #include "storage/folderscan.h"
 
@@ -121,6 +122,9 @@ void CLibraryWatcher::Check()
             if (!self)
                 return;
         }
+        TakeInLeftOutEntries(*library);
+        if (!self)
+            return;
         if (!touched.isEmpty())
             Q_EMIT FilesTouched();
     }
