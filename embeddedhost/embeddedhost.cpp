@@ -1,6 +1,7 @@
 #include "embeddedhost.h"
 
 #include "framework/databaseproxy.h"
+#include "framework/guardedcall.h"
 #include "model/graphjson.h"
 #include "model/library.h"
 #include "model/libraryedits.h"
@@ -63,7 +64,11 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
     gInstance = this;
     m_Private->contentTimer.setSingleShot(true);
     m_Private->contentTimer.setInterval(0);
-    connect(&m_Private->contentTimer, &QTimer::timeout, this, &CEmbeddedHost::ContentChanged);
+    connect(&m_Private->contentTimer, &QTimer::timeout, this, [this] {
+        RunGuarded(&m_Private->messages,
+                   QStringLiteral("A part of the program could not follow a change"),
+                   [this] { Q_EMIT ContentChanged(); });
+    });
     for (auto const change : {&CLibraryObserver::Changed, &CLibraryObserver::FilesChanged})
         connect(&m_Private->observer, change, &m_Private->contentTimer,
                 qOverload<>(&QTimer::start));
@@ -78,7 +83,8 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
 
 CEmbeddedHost::~CEmbeddedHost()
 {
-    CloseLibrary();
+    RunGuarded(&m_Private->messages, QStringLiteral("The library was closed"),
+               [this] { CloseLibrary(); });
     GetServices().RemoveService(kRevisionControlService, &m_Private->revisionControlHelper);
     GetServices().RemoveService(kRevisionControlPropertiesService,
                                 &m_Private->sourceControl.GetProperties());

@@ -12,14 +12,10 @@ namespace {
 
 void Tell(CMessageChannel* messages, QString const& text)
 {
-    try {
-        if (messages)
-            messages->Post(eSeverity::kError, text);
-        else
-            qWarning("%s", qPrintable(text));
-    } catch (...) {
-        // Whoever listens to the channel raised in his turn. The channel's log has the message.
-    }
+    if (messages)
+        messages->Post(eSeverity::kError, text);
+    else
+        qWarning("%s", qPrintable(text));
 }
 
 } // namespace

@@ -134,6 +134,78 @@ private Q_SLOTS:
         QCOMPARE(TagsOf(m_Host->FindItem(Uid(2))), std::string("other"));
     }
 
+    void IgnoresTagsOfTheWrongType_data()
+    {
+        QTest::addColumn<QByteArray>("tags");
+        for (char const* tags : {"null", "5", R"("fade")", "[1, {}]", R"({"ApplicationTags": 7})"})
+            QTest::newRow(tags) << QByteArray(tags);
+    }
+
+    /// Whoever writes them, and whatever is changed beside them.
+    void IgnoresTagsOfTheWrongType()
+    {
+        QFETCH(QByteArray, tags);
+        QByteArray const more = ", \"tags\": " + tags;
+        m_Folder->Write("project/glow.json", Object(1, "compound", "Odd", more));
+        m_Folder->Write("project/ramp.json", Object(2, "solver", "Odd", more));
+        m_Folder->Write("project/than.json", Object(9, "solver", "Odd", more));
+        m_Host->CheckFolder();
+        QVERIFY2(m_Host->FindItem(Uid(9)).IsValid(), "each file of the burst is read");
+        QCOMPARE(m_User->NameOf(m_Glow), std::string("Odd"));
+        QCOMPARE(TagsOf(m_Glow), std::string());
+        m_Recorder->Take();
+
+        QVERIFY(m_User->Rename(m_Glow, "Soft Glow"));
+        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end"}));
+        QVERIFY(m_User->Tag(m_Glow, "light"));
+        QCOMPARE(m_Recorder->Take(),
+                 (QStringList{"begin", "tags Soft Glow ApplicationTags", "end"}));
+        QVERIFY(m_Host->SetBody(m_Glow, {{{"in", Uid(2)}}, {}, {}, {}}, "Add input"));
+        Stack().setIndex(0);
+        QVERIFY(!m_User->IsModified(m_Glow));
+    }
+
+    void TellsWhatListsDependOn_data()
+    {
+        QTest::addColumn<QByteArray>("kind");
+        QTest::addColumn<QByteArray>("more");
+        for (char const* more : {R"(, "signature": true)", R"(, "loop": true)", R"(, "parent": "x")",
+                                 R"(, "specializes": "x")", R"(, "readOnly": true)"})
+            QTest::newRow(more) << QByteArray("compound") << QByteArray(more);
+        QTest::newRow("kind") << QByteArray("type") << QByteArray();
+    }
+
+    /// Whether it came from disk, was taken from there, or is undone.
+    void TellsWhatListsDependOn()
+    {
+        QFETCH(QByteArray, kind);
+        QFETCH(QByteArray, more);
+        auto const isTold = [&] {
+            QStringList const told = m_Recorder->Take();
+            return told.contains("invalidated")
+                   || (told.contains("removed") && told.contains("added Glow"));
+        };
+        QByteArray const changed = Object(1, kind, "Glow", more);
+        m_Folder->Write("project/glow.json", changed);
+        m_Host->CheckFolder();
+        QVERIFY(isTold());
+        m_Folder->Write("project/glow.json", Object(1, "compound", "Glow"));
+        m_Host->CheckFolder();
+        QVERIFY(isTold());
+
+        QVERIFY(m_User->Tag(m_Glow, "ours"));
+        m_Folder->Write("project/glow.json", changed);
+        m_Host->CheckFolder();
+        m_Recorder->Take();
+        QVERIFY(m_Host->TakeFileFromDisk(m_Folder->GetPath("project/glow.json")));
+        QVERIFY(isTold());
+        Stack().undo();
+        QVERIFY(isTold());
+        QCOMPARE(TagsOf(m_Glow), std::string("ours"));
+        Stack().redo();
+        QVERIFY(isTold());
+    }
+
     void ChangesBodies()
     {
         GraphBody body = m_Host->GetBody(m_Glow);

@@ -237,6 +237,7 @@ private Q_SLOTS:
 
     void WhatAGuardedCallRaisesIsSaid()
     {
+        Expect("A message could not be shown");
         auto channel = std::make_unique<CMessageChannel>();
         connect(channel.get(), &CMessageChannel::MessagePosted, [] { throw 2; });
         auto const run = [&](std::function<void()> const& call) {
