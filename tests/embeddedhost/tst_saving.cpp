@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <nlohmann/json.hpp>
+#include <qorm.h>
 #include <sys/resource.h>
 
 using namespace tarno::datamodel;
@@ -401,7 +402,74 @@ private Q_SLOTS:
         m_Folder->Write("project/new.json", Object(9, "compound", "New"));
         QTRY_VERIFY(Item(9).IsValid());
         m_Folder->Write("project/broken.json", "{");
-        QTRY_VERIFY(Log().contains("broken.json"));
+        QTRY_COMPARE(Log().count("broken.json"), 1);
+        m_Host->CheckFolder();
+        QCOMPARE(Log().count("broken.json"), 1);
+        m_Folder->Write("project/broken.json", "{,");
+        m_Host->CheckFolder();
+        QTRY_COMPARE(Log().count("broken.json"), 2);
+    }
+
+    void KeepsItemsOfAFolderThatIsGone_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("data source") << "/project";
+        QTest::newRow("library") << "";
+    }
+
+    /// A missing folder is not a folder without files. What it is when it is back counts again.
+    void KeepsItemsOfAFolderThatIsGone()
+    {
+        QFETCH(QString, name);
+        QString const folder = m_Folder->GetPath() + name;
+        QString const away = folder + ".away";
+        QString const file = m_Folder->GetPath("project/two.json").replace(folder, away);
+        QString const glow = m_Folder->GetPath(kGlowFile);
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        for (int round = 1; round <= 2; ++round) {
+            QVERIFY(QDir().rename(folder, away));
+            // Whether or not the one around it is watched.
+            m_Host->CheckFolder();
+            m_Host->CheckFolder();
+            QCOMPARE(Log().count("the folder is gone"), round);
+            QVERIFY(recorder.Take().isEmpty());
+            QVERIFY(!m_Host->TakeFileFromDisk(glow));
+
+            QFile two(file);
+            QVERIFY(two.open(QIODevice::WriteOnly));
+            two.write(Object(10 + round, "compound", "New"));
+            two.close();
+            QVERIFY(QDir().rename(away, folder));
+            QTRY_VERIFY(Item(10 + round).IsValid());
+            QVERIFY(!Item(3).IsValid());
+            recorder.Take();
+        }
+        QVERIFY(QDir().rename(m_Folder->GetPath("project"), m_Folder->GetPath("away")));
+        QTRY_COMPARE(Log().count("the folder is gone"), 3);
+        QVERIFY(QDir().rename(m_Folder->GetPath("away"), m_Folder->GetPath("project")));
+    }
+
+    /// A file that was not there when the folder was looked at last.
+    void NoticesWhatGoesSoonAfterAMove()
+    {
+        m_Folder->Write("library.json", R"({"format": 1, "name": "Test", "dataSources": [
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
+             "access": "read-write"},
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000003", "name": "Shared", "path": "factory",
+             "access": "read-write"}]})");
+        Open();
+        auto* const helper = dynamic_cast<qorm::IRevisionControlUIHelper*>(
+            wekGetSystem()->GetService("RevisionControlUIHelper"));
+        auto const find = [&](std::string const& uid) {
+            return helper->FindObject(qorm::DbObjectId(uid.c_str()));
+        };
+        auto const object = find(Uid(4));
+        qorm::IHelper::GetHelper(object.GetInstance())
+            ->MoveToDataSource(
+                object, find("AAAAAAAA-0000-0000-0000-000000000003").GetDataSource(), true);
+        QVERIFY(QFile::remove(m_Folder->GetPath("factory/odd.json")));
+        m_Host->CheckFolder();
+        QVERIFY(Item(4).IsNull());
     }
 };
 
