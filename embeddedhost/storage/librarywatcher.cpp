@@ -16,6 +16,8 @@ namespace {
 
 /// Long enough for a checkout of many files to come in few bursts, in milliseconds.
 constexpr int kPause = 150;
+/// A burst that does not end is looked at in between, in milliseconds.
+constexpr int kLongestBurst = 1000;
 /// How often a file that cannot be read is tried again: it may be half written.
 constexpr int kAttempts = 5;
 
@@ -47,8 +49,8 @@ CLibraryWatcher::CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* par
 {
     m_Pause.setSingleShot(true);
     m_Pause.setInterval(kPause);
-    connect(&m_Watcher, &QFileSystemWatcher::directoryChanged, &m_Pause,
-            qOverload<>(&QTimer::start));
+    connect(&m_Watcher, &QFileSystemWatcher::directoryChanged, this,
+            &CLibraryWatcher::OnDirectoryChanged);
     connect(&m_Pause, &QTimer::timeout, this, &CLibraryWatcher::Check);
     // A host may run without windows.
     if (auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
@@ -57,6 +59,14 @@ CLibraryWatcher::CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* par
     WatchFolders();
     for (DataSourcePtr const& source : m_Library->GetSources())
         m_Stamps[source->GetDescription().folder] = ReadStamps(source);
+}
+
+void CLibraryWatcher::OnDirectoryChanged()
+{
+    if (!m_Pause.isActive())
+        m_Burst.start();
+    if (m_Burst.elapsed() < kLongestBurst)
+        m_Pause.start();
 }
 
 void CLibraryWatcher::OnApplicationStateChanged(Qt::ApplicationState state)

@@ -5,6 +5,7 @@
 #include "storage/filereconciler.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
 #include <QHash>
 #include <QMap>
@@ -36,6 +37,7 @@ Q_SIGNALS:
     void FilesTouched();
 
 private Q_SLOTS:
+    void OnDirectoryChanged();
     void OnApplicationStateChanged(Qt::ApplicationState state);
 
 private:
@@ -79,6 +81,7 @@ private:
     QFileSystemWatcher m_Watcher;
     /// Gathers a burst of changes.
     QTimer m_Pause;
+    QElapsedTimer m_Burst;
     bool m_IsChecking = false;
     /// Of the files as they were read, by the folder of the data source.
     QMap<QString, Stamps> m_Stamps;

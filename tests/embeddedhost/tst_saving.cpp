@@ -394,6 +394,15 @@ private Q_SLOTS:
         QVERIFY(!m_User->Save());
     }
 
+    void LooksWhileChangesGoOn()
+    {
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (m_Folder->Write("project/busy", ""), QFile::remove(m_Folder->GetPath("project/busy")),
+             Item(9).IsValid()),
+            20000);
+    }
+
     void TriesHalfWrittenFilesAgain()
     {
         m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
