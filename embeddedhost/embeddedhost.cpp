@@ -201,7 +201,11 @@ QByteArray CEmbeddedHost::GetUnsavedChanges() const
 {
     auto const document = m_Private->library ? CollectUnsavedChanges(*m_Private->library)
                                              : nlohmann::ordered_json();
-    return document.is_null() ? QByteArray() : QByteArray::fromStdString(document.dump(1));
+    if (document.is_null())
+        return QByteArray();
+    // As a save writes texts that are not UTF-8.
+    return QByteArray::fromStdString(
+        document.dump(1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)

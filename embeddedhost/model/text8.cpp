@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace embeddedhost {
@@ -25,6 +27,17 @@ std::string ToLatin1(std::string const& utf8)
 std::string ToUtf8(std::string const& latin1)
 {
     return QString::fromLatin1(latin1.data(), int(latin1.size())).toStdString();
+}
+
+bool IsUtf8(std::string const& text)
+{
+    // The JSON library knows exactly; Qt would take a byte order mark away.
+    try {
+        nlohmann::json(text).dump();
+        return true;
+    } catch (nlohmann::json::type_error const&) {
+        return false;
+    }
 }
 
 bool EqualIgnoringAsciiCase(char const* a, char const* b)

@@ -11,6 +11,8 @@ std::string ToLatin1(std::string const& utf8);
 /// The UTF-8 form of an 8-bit text.
 std::string ToUtf8(std::string const& latin1);
 
+bool IsUtf8(std::string const& text);
+
 /// Equal but for the case of ASCII letters.
 bool EqualIgnoringAsciiCase(char const* a, char const* b);
 
