@@ -127,16 +127,6 @@ private Q_SLOTS:
         QCOMPARE(m_Folder->Read(), before);
     }
 
-    void KeepsWhatItDoesNotKnow()
-    {
-        m_User->Rename(Item(3), "Fade Out");
-        QVERIFY(m_User->Save());
-        auto const content = nlohmann::json::parse(Content("project/two.json").toStdString());
-        QCOMPARE(content.size(), std::size_t(3));
-        QVERIFY2(content[1] == 7, "what is no object stays in its place");
-        QVERIFY(content[2]["name"] == "Fade Out");
-    }
-
     void NewItemsGetFilesAndLoseThem()
     {
         ItemID const id = m_User->Create("Über Ramp!");
