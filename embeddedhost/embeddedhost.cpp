@@ -1,6 +1,7 @@
 #include "embeddedhost.h"
 
 #include "framework/databaseproxy.h"
+#include "framework/guardedcall.h"
 #include "model/graphjson.h"
 #include "model/library.h"
 #include "model/libraryedits.h"
@@ -64,7 +65,11 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
     gInstance = this;
     m_Private->contentTimer.setSingleShot(true);
     m_Private->contentTimer.setInterval(0);
-    connect(&m_Private->contentTimer, &QTimer::timeout, this, &CEmbeddedHost::ContentChanged);
+    connect(&m_Private->contentTimer, &QTimer::timeout, this, [this] {
+        RunGuarded(&m_Private->messages,
+                   QStringLiteral("A part of the program could not follow a change"),
+                   [this] { Q_EMIT ContentChanged(); });
+    });
     for (auto const change : {&CLibraryObserver::Changed, &CLibraryObserver::FilesChanged})
         connect(&m_Private->observer, change, &m_Private->contentTimer,
                 qOverload<>(&QTimer::start));
@@ -79,7 +84,8 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
 
 CEmbeddedHost::~CEmbeddedHost()
 {
-    CloseLibrary();
+    RunGuarded(&m_Private->messages, QStringLiteral("The library was closed"),
+               [this] { CloseLibrary(); });
     GetServices().RemoveService(kRevisionControlService, &m_Private->revisionControlHelper);
     GetServices().RemoveService(kRevisionControlPropertiesService,
                                 &m_Private->sourceControl.GetProperties());
@@ -197,7 +203,11 @@ QByteArray CEmbeddedHost::GetUnsavedChanges() const
 {
     auto const document = m_Private->library ? CollectUnsavedChanges(*m_Private->library)
                                              : nlohmann::ordered_json();
-    return document.is_null() ? QByteArray() : QByteArray::fromStdString(document.dump(1));
+    if (document.is_null())
+        return QByteArray();
+    // As a save writes texts that are not UTF-8.
+    return QByteArray::fromStdString(
+        document.dump(1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)

@@ -58,7 +58,8 @@ public:
     GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
 
     /// Changes an item's ports, nodes and connections as one command, which the undo menu calls
-    /// by the 8-bit text. False when it is refused; the message channel says why.
+    /// by the 8-bit text. False when it is refused, as positions are that are not finite and
+    /// texts that are not UTF-8; the message channel says why.
     bool SetBody(tarno::datamodel::ItemID const& id, GraphBody const& body,
                  std::string const& text);
 

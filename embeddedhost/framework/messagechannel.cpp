@@ -11,7 +11,12 @@ void CMessageChannel::Post(eSeverity severity, QString const& text)
     if (m_Log.size() == kLogSize)
         m_Log.pop_front();
     m_Log.push_back({severity, text});
-    Q_EMIT MessagePosted(severity, text);
+    try {
+        Q_EMIT MessagePosted(severity, text);
+    } catch (...) {
+        // A message says what has happened already; who shows it has no say in that.
+        qWarning("A message could not be shown: %s", qPrintable(text));
+    }
 }
 
 std::deque<CMessageChannel::Message> const& CMessageChannel::GetLog() const

@@ -32,6 +32,7 @@ public:
 
     explicit CMessageChannel(QObject* parent = nullptr);
 
+    /// What a slot raises goes no further; the log has the message.
     void Post(eSeverity severity, QString const& text);
 
     /// Oldest first.

@@ -1,11 +1,13 @@
 #include "model/graphwriter.h"
 
 #include "model/objectchange.h"
+#include "model/text8.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <unordered_map>
 
 namespace embeddedhost {
 
@@ -36,27 +38,69 @@ std::string GetText(ordered_json const& entry, char const* key)
     return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
-/// The entry of the previous list that `isSame` picks, or an empty one.
-template <class IsSame>
-ordered_json TakePrevious(ordered_json const& object, char const* key, IsSame const& isSame)
+/// Tells connections apart: a port may be called anything, so that lengths keep the texts apart.
+std::string JoinEnds(std::initializer_list<std::string const*> texts)
 {
-    auto const list = object.find(key);
-    if (list == object.end() || !list->is_array())
-        return ordered_json::object();
-    auto const found = std::find_if(list->begin(), list->end(), [&](ordered_json const& entry) {
-        return entry.is_object() && isSame(entry);
-    });
-    return found == list->end() ? ordered_json::object() : *found;
+    std::string joined;
+    for (std::string const* const text : texts)
+        joined += std::to_string(text->size()) + ':' + *text;
+    return joined;
 }
+
+bool IsEnd(ordered_json const& end)
+{
+    return end.is_array() && end.size() == 2 && end[0].is_string() && end[1].is_string();
+}
+
+/// Empty for an entry that is not in the form in which connections are written.
+std::string JoinEntryEnds(ordered_json const& entry)
+{
+    auto const from = entry.find("from");
+    auto const to = entry.find("to");
+    if (from == entry.end() || to == entry.end() || !IsEnd(*from) || !IsEnd(*to))
+        return std::string();
+    auto const get = [](ordered_json const& text) { return text.get_ptr<std::string const*>(); };
+    return JoinEnds({get((*from)[0]), get((*from)[1]), get((*to)[0]), get((*to)[1])});
+}
+
+/// What a list of the object holds already, by what tells its entries apart. Of entries that are
+/// alike the first counts.
+class PreviousEntries
+{
+public:
+    typedef std::string (*GetKey)(ordered_json const& entry);
+
+    PreviousEntries(ordered_json const& object, char const* list, GetKey getKey)
+    {
+        auto const found = object.find(list);
+        if (found == object.end() || !found->is_array())
+            return;
+        for (ordered_json const& entry : *found) {
+            if (entry.is_object())
+                m_Entries.emplace(getKey(entry), &entry);
+        }
+    }
+
+    /// A copy of the entry, or an empty one.
+    ordered_json Get(std::string const& key) const
+    {
+        auto const found = m_Entries.find(key);
+        return found == m_Entries.end() ? ordered_json::object() : *found->second;
+    }
+
+private:
+    std::unordered_map<std::string, ordered_json const*> m_Entries;
+};
 
 ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& object,
                        char const* key)
 {
+    PreviousEntries const previous(object, key, [](ordered_json const& entry) {
+        return GetText(entry, "name");
+    });
     ordered_json list = ordered_json::array();
     for (GraphPort const& port : ports) {
-        ordered_json entry = TakePrevious(object, key, [&](ordered_json const& previous) {
-            return GetText(previous, "name") == port.name;
-        });
+        ordered_json entry = previous.Get(port.name);
         entry["name"] = port.name;
         entry["type"] = port.type;
         list.push_back(std::move(entry));
@@ -66,11 +110,12 @@ ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& 
 
 ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& object)
 {
+    PreviousEntries const previous(object, "nodes", [](ordered_json const& entry) {
+        return GetText(entry, "id");
+    });
     ordered_json list = ordered_json::array();
     for (GraphNode const& node : nodes) {
-        ordered_json entry = TakePrevious(object, "nodes", [&](ordered_json const& previous) {
-            return GetText(previous, "id") == node.id;
-        });
+        ordered_json entry = previous.Get(node.id);
         // An id that the file has as a number stays one.
         if (!entry.contains("id"))
             entry["id"] = node.id;
@@ -85,20 +130,38 @@ ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& 
 ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
                              ordered_json const& object)
 {
+    PreviousEntries const previous(object, "connections", JoinEntryEnds);
     ordered_json list = ordered_json::array();
     for (GraphConnection const& connection : connections) {
-        ordered_json const from = MakeEnd(connection.from);
-        ordered_json const to = MakeEnd(connection.to);
+        GraphEnd const& from = connection.from;
+        GraphEnd const& to = connection.to;
         ordered_json entry =
-            TakePrevious(object, "connections", [&](ordered_json const& previous) {
-                return previous.value("from", ordered_json()) == from
-                       && previous.value("to", ordered_json()) == to;
-            });
-        entry["from"] = from;
-        entry["to"] = to;
+            previous.Get(JoinEnds({&from.node, &from.port, &to.node, &to.port}));
+        entry["from"] = MakeEnd(from);
+        entry["to"] = MakeEnd(to);
         list.push_back(std::move(entry));
     }
     return list;
+}
+
+/// One a line.
+std::string JoinTexts(GraphBody const& body)
+{
+    std::string texts;
+    auto const add = [&](std::string const& a, std::string const& b) {
+        texts += a + '\n' + b + '\n';
+    };
+    for (auto const* const ports : {&body.inputs, &body.outputs}) {
+        for (GraphPort const& port : *ports)
+            add(port.name, port.type);
+    }
+    for (GraphNode const& node : body.nodes)
+        add(node.id, node.item);
+    for (GraphConnection const& connection : body.connections) {
+        add(connection.from.node, connection.from.port);
+        add(connection.to.node, connection.to.port);
+    }
+    return texts;
 }
 
 /// An empty list is left out where the object has none.
@@ -109,6 +172,16 @@ void SetList(ordered_json& object, char const* key, ordered_json list)
 }
 
 } // namespace
+
+QString FindBodyFault(GraphBody const& body)
+{
+    for (GraphNode const& node : body.nodes) {
+        if (!std::isfinite(node.position.x()) || !std::isfinite(node.position.y()))
+            return QStringLiteral("the position of the node \"%1\" is not a finite number")
+                .arg(QString::fromStdString(node.id));
+    }
+    return IsUtf8(JoinTexts(body)) ? QString() : QStringLiteral("it has a text that is not UTF-8");
+}
 
 void WriteGraphBody(GraphBody const& body, ordered_json& object)
 {

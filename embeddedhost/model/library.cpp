@@ -84,6 +84,11 @@ CLibraryItem* CLibrary::FindItem(char const* uid) const
     return item && item->GetIdentity().item == item ? item : nullptr;
 }
 
+bool CLibrary::HasUid(char const* uid) const
+{
+    return FindItem(uid) || m_Database->HasFixedObject(uid);
+}
+
 bool CLibrary::HasName(char const* name) const
 {
     auto const hasName = [name](CLibraryItem const* item) {
@@ -100,8 +105,9 @@ CLibraryItem& CLibrary::AddItem(LibraryFile& file, ordered_json object)
     auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
     int const cacheIndex = m_Database->AddItem(identity);
     CLibraryItem& item = m_Pool.Add(identity, file, std::move(object), cacheIndex, m_Arena);
-    m_Items[std::size_t(GetKindIndex(kind))].push_back(&item);
+    // Not found before it has its identity, so that a failure leaves nothing half known.
     m_ItemsByUid.Insert(identity.uid, &item);
+    m_Items[std::size_t(GetKindIndex(kind))].push_back(&item);
     identity.item = &item;
     return item;
 }

@@ -53,6 +53,8 @@ public:
     std::size_t GetItemCount() const;
     /// Null when there is none.
     CLibraryItem* FindItem(char const* uid) const;
+    /// An item has the uid, or what the library is made of.
+    bool HasUid(char const* uid) const;
     /// Some item has the name, but for the case of ASCII letters.
     bool HasName(char const* name) const;
     /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
@@ -73,6 +75,8 @@ public:
                     nlohmann::ordered_json object);
     /// An object that the file has on disk already.
     void AddSavedItem(LibraryFile& file, nlohmann::ordered_json object);
+    /// An entry of the file that has been left out so far; its uid is free now.
+    void AddLeftOutItem(LibraryFile& file, std::size_t entry);
     void RemoveItem(CLibraryItem& item);
     /// The item's file, which holds nothing else, is somewhere else now.
     void MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString const& path);

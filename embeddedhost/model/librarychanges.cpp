@@ -3,8 +3,11 @@
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "model/librarynotifier.h"
+#include "model/text8.h"
 
 #include <algorithm>
+#include <iterator>
+#include <map>
 #include <set>
 
 namespace embeddedhost {
@@ -14,23 +17,48 @@ using nlohmann::ordered_json;
 
 namespace {
 
+/// Tag strings by category, 8-bit.
+typedef std::map<std::string, std::string> Tags;
+
+/// What is of the wrong type counts as absent, as it does for items.
+Tags ReadTags(ordered_json const& object)
+{
+    Tags tags;
+    auto const found = object.find("tags");
+    if (found == object.end() || !found->is_object())
+        return tags;
+    for (auto const& [category, text] : found->items()) {
+        if (text.is_string())
+            tags.emplace(ToLatin1(category), ToLatin1(text.get_ref<std::string const&>()));
+    }
+    return tags;
+}
+
 /// The tag categories of which the two objects have different texts; 8-bit.
 std::set<std::string> FindChangedCategories(ordered_json const& before, ordered_json const& after)
 {
+    Tags const a = ReadTags(before);
+    Tags const b = ReadTags(after);
+    std::vector<Tags::value_type> different;
+    std::set_symmetric_difference(a.begin(), a.end(), b.begin(), b.end(),
+                                  std::back_inserter(different));
     std::set<std::string> changed;
-    ordered_json const none = ordered_json::object();
-    ordered_json const& a = before.contains("tags") ? before["tags"] : none;
-    ordered_json const& b = after.contains("tags") ? after["tags"] : none;
-    for (ordered_json const* const tags : {&a, &b}) {
-        for (auto const& [category, text] : tags->items()) {
-            if (a.value(category, ordered_json()) != b.value(category, ordered_json()))
-                changed.insert(category);
-        }
-    }
+    for (auto const& [category, text] : different)
+        changed.insert(category);
     return changed;
 }
 
-/// Tells the beginning and the end of a change, the end also when a listener raises.
+/// Whether the change decides in which lists the item is shown, and as what.
+bool IsListedDifferently(ordered_json const& before, ordered_json const& after)
+{
+    auto const differs = [&](char const* key) {
+        return before.value(key, ordered_json()) != after.value(key, ordered_json());
+    };
+    auto const keys = {"signature", "loop", "parent", "specializes", "readOnly"};
+    return std::any_of(keys.begin(), keys.end(), differs);
+}
+
+/// Tells the beginning and the end of a change.
 class ChangeScope
 {
 public:
@@ -41,11 +69,7 @@ public:
     }
     ~ChangeScope()
     {
-        try {
-            GetNotifier().EndChanges();
-        } catch (...) {
-            // The change is made, and what raised first is on its way already.
-        }
+        GetNotifier().EndChanges();
     }
 
     CLibraryNotifier& GetNotifier() const
@@ -80,16 +104,17 @@ void CLibrary::ChangeObject(CLibraryItem& item, ordered_json object)
     ChangeScope const change(*this);
     if (!change.IsLibraryOpen() || item.GetIdentity().item != &item)
         return;
-    ordered_json const before = item.GetObject();
+    // Whatever may fail comes before the change: none is left without its notifications.
     std::string const oldName = item.GetName();
+    auto const categories = FindChangedCategories(item.GetObject(), object);
+    bool const isListedDifferently = IsListedDifferently(item.GetObject(), object);
     item.SetObject(std::move(object));
-    bool const hasNewName = oldName != item.GetName();
-    std::set<std::string> const categories =
-        FindChangedCategories(before, item.GetObject());
-    if (hasNewName)
+    if (oldName != item.GetName())
         change.GetNotifier().NameChanged(id);
     for (std::string const& category : categories)
         change.GetNotifier().TagsChanged(id, category);
+    if (isListedDifferently)
+        change.GetNotifier().Invalidated();
 }
 
 void CLibrary::AddNewItem(DataSourcePtr const& source, QString const& path, ordered_json object)
@@ -115,6 +140,17 @@ void CLibrary::AddSavedItem(LibraryFile& file, ordered_json object)
         return;
     CLibraryItem& item = AddItem(file, std::move(object));
     file.entries.push_back({&item, ordered_json()});
+    change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
+}
+
+void CLibrary::AddLeftOutItem(LibraryFile& file, std::size_t entry)
+{
+    ChangeScope const change(*this);
+    // Listeners have been told already, and may have changed the file.
+    if (!change.IsLibraryOpen() || entry >= file.entries.size() || file.entries[entry].item)
+        return;
+    CLibraryItem& item = AddItem(file, file.entries[entry].other);
+    file.entries[entry] = {&item, ordered_json()};
     change.GetNotifier().ItemAdded(ItemID(&item.GetIdentity()));
 }
 

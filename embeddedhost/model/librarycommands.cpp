@@ -131,8 +131,15 @@ CCommandGroup::CCommandGroup(CLibrary& library, Commands const& commands, std::s
 
 void CCommandGroup::Do()
 {
-    for (auto const& command : m_Commands)
-        command->Do();
+    std::size_t done = 0;
+    try {
+        for (; done < m_Commands.size(); ++done)
+            m_Commands[done]->Do();
+    } catch (...) {
+        while (done > 0)
+            m_Commands[--done]->Undo();
+        throw;
+    }
 }
 
 void CCommandGroup::Undo()

@@ -86,7 +86,7 @@ private:
     nlohmann::ordered_json const m_Object;
 };
 
-/// Several commands as one.
+/// Several commands as one: when one of them raises, those before it are undone.
 class CCommandGroup final : public CLibraryCommand
 {
 public:

@@ -201,6 +201,10 @@ bool SetItemBody(CLibrary& library, CLibraryItem& item, GraphBody const& body,
 {
     if (!CheckWritable(library, item, QStringLiteral("change")))
         return false;
+    QString const fault = FindBodyFault(body);
+    if (!fault.isEmpty())
+        return Refuse(library, QStringLiteral("Cannot change \"%1\": %2. Nothing was changed.")
+                                   .arg(Shown(item.GetName()), fault));
     ordered_json changed = item.GetObject();
     WriteGraphBody(body, changed);
     if (changed != item.GetObject())

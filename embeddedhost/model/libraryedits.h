@@ -37,7 +37,7 @@ bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
 /// An empty text removes the category.
 bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, char const* tags,
                  wek::fwk::ICommandManager* manager);
-/// Texts of the body are UTF-8.
+/// Texts of the body are UTF-8, positions finite; anything else is refused.
 bool SetItemBody(CLibrary& library, CLibraryItem& item, GraphBody const& body,
                  std::string const& text, wek::fwk::ICommandManager* manager);
 

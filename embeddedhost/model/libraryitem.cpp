@@ -31,6 +31,24 @@ void AppendText(std::string& texts, std::string const& utf8)
     texts.append(ToLatin1(utf8).c_str()).push_back('\0');
 }
 
+/// Name, then category and tags by turns.
+std::string MakeTexts(ordered_json const& object)
+{
+    std::string const* const name = FindText(object, "name");
+    std::string texts;
+    AppendText(texts, name ? *name : std::string());
+    auto const tags = object.find("tags");
+    if (tags == object.end() || !tags->is_object())
+        return texts;
+    for (auto const& [category, text] : tags->items()) {
+        if (!text.is_string())
+            continue;
+        AppendText(texts, category);
+        AppendText(texts, text.get_ref<std::string const&>());
+    }
+    return texts;
+}
+
 char const* NextText(char const* text)
 {
     return text + std::strlen(text) + 1;
@@ -49,37 +67,19 @@ CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file,
     : m_Identity(identity)
     , m_File(file)
     , m_Object(std::move(object))
-    , m_Texts(&texts)
+    , m_Texts(MakeTexts(m_Object), &texts)
     , m_CacheIndex(cacheIndex)
 {
-    ReadObject();
+    ReadFlags();
 }
 
-void CLibraryItem::ReadObject()
+void CLibraryItem::ReadFlags()
 {
-    ReadTexts();
     m_IsSignature = IsSet(m_Object, "signature");
     m_IsLoop = IsSet(m_Object, "loop");
     m_IsLocked = IsSet(m_Object, "readOnly");
     m_HasParent = HasText(m_Object, "parent");
     m_HasSpecializes = HasText(m_Object, "specializes");
-}
-
-void CLibraryItem::ReadTexts()
-{
-    std::string const* const name = FindText(m_Object, "name");
-    std::string texts;
-    AppendText(texts, name ? *name : std::string());
-    auto const tags = m_Object.find("tags");
-    if (tags != m_Object.end() && tags->is_object()) {
-        for (auto const& [category, text] : tags->items()) {
-            if (!text.is_string())
-                continue;
-            AppendText(texts, category);
-            AppendText(texts, text.get_ref<std::string const&>());
-        }
-    }
-    m_Texts.assign(texts.begin(), texts.end());
 }
 
 ItemIdentity& CLibraryItem::GetIdentity() const
@@ -102,12 +102,21 @@ ordered_json const& CLibraryItem::GetObject() const
     return m_Object;
 }
 
+bool CLibraryItem::HasIdentityOf(ordered_json const& object) const
+{
+    return object["kind"] == m_Object["kind"] && object["uid"] == m_Object["uid"];
+}
+
 void CLibraryItem::SetObject(ordered_json object)
 {
+    // Whatever may fail comes first: the item is changed as a whole or not at all.
+    std::string const texts = MakeTexts(object);
+    m_Texts.reserve(texts.size());
     if (!m_SavedObject)
         m_SavedObject = std::make_unique<ordered_json>(m_Object);
     m_Object = std::move(object);
-    ReadObject();
+    m_Texts.assign(texts.begin(), texts.end());
+    ReadFlags();
 }
 
 bool CLibraryItem::IsModified() const

@@ -32,7 +32,9 @@ public:
     LibraryFile& GetFile() const;
     DataSourcePtr const& GetSource() const;
     nlohmann::ordered_json const& GetObject() const;
-    /// Takes a changed object of the same kind and uid.
+    /// The object, one that makes an item, has the item's kind and the very text of its uid.
+    bool HasIdentityOf(nlohmann::ordered_json const& object) const;
+    /// Takes a changed object with this identity, unless it raises.
     void SetObject(nlohmann::ordered_json object);
 
     /// The object differs from what is on disk.
@@ -57,8 +59,7 @@ public:
     std::string const* GetNamedValue(char const* name) const;
 
 private:
-    void ReadObject();
-    void ReadTexts();
+    void ReadFlags();
 
     tarno::datamodel::ItemIdentity& m_Identity;
     LibraryFile& m_File;

@@ -1,6 +1,8 @@
 #include "model/librarynotifier.h"
 
+#include "framework/guardedcall.h"
 #include "model/accessorcontext.h"
+#include "model/library.h"
 
 // The accessor kept during a delivery holds the context, and with it the lists. Each listener
 // gets a copy of its own, to do with as it likes.
@@ -98,13 +100,23 @@ void CLibraryNotifier::PostCommit()
     });
 }
 
+void CLibraryNotifier::Guard(std::function<void()> const& call) const
+{
+    CLibrary const* const library = m_Context.GetLibrary();
+    RunGuarded(library ? &library->GetMessages() : nullptr,
+               QStringLiteral("A part of the program could not follow a change of the library"),
+               call);
+}
+
 template <class Call>
 void CLibraryNotifier::TellToc(ItemID id, Call const& call)
 {
     ItemAccessor const kept(&m_Context, GetItemHandle(*ItemIDUnlock::GetIdentity(id)));
     m_TocListeners.ForEach([&](IItemTOCNotification& listener) {
-        ItemAccessor item(kept);
-        call(listener, item);
+        Guard([&] {
+            ItemAccessor item(kept);
+            call(listener, item);
+        });
     });
 }
 
@@ -113,8 +125,10 @@ void CLibraryNotifier::TellLibrary(Call const& call)
 {
     ItemLibraryAccessor const kept(&m_Context, kLibraryHandle);
     m_LibraryListeners.ForEach([&](IItemLibraryNotification& listener) {
-        ItemLibraryAccessor library(kept);
-        call(listener, library);
+        Guard([&] {
+            ItemLibraryAccessor library(kept);
+            call(listener, library);
+        });
     });
 }
 

@@ -5,12 +5,14 @@
 
 #include <datamodel.h>
 
+#include <functional>
 #include <string>
 
 namespace embeddedhost {
 
 /// Tells the listeners of a library and of its table of contents. Listeners may do as they like
-/// meanwhile, closing the library included.
+/// meanwhile, closing the library included. What one raises is said on the message channel; the
+/// others are told all the same, and the change stays.
 class CLibraryNotifier
 {
 public:
@@ -33,6 +35,8 @@ public:
     void PostCommit();
 
 private:
+    void Guard(std::function<void()> const& call) const;
+
     template <class Call>
     void TellToc(tarno::datamodel::ItemID id, Call const& call);
     template <class Call>

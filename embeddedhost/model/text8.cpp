@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace embeddedhost {
@@ -33,6 +35,17 @@ bool IsTooLong(std::string const& utf8)
     return utf8.size() > kMaxTextLength
            && std::count_if(utf8.begin(), utf8.end(), [](char c) { return (c & 0xC0) != 0x80; })
                   > kMaxTextLength;
+}
+
+bool IsUtf8(std::string const& text)
+{
+    // The JSON library knows exactly; Qt would take a byte order mark away.
+    try {
+        nlohmann::json(text).dump();
+        return true;
+    } catch (nlohmann::json::type_error const&) {
+        return false;
+    }
 }
 
 bool EqualIgnoringAsciiCase(char const* a, char const* b)

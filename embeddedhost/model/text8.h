@@ -17,6 +17,7 @@ constexpr int kMaxTextLength = 65536;
 
 /// The UTF-8 text has more than kMaxTextLength characters.
 bool IsTooLong(std::string const& utf8);
+bool IsUtf8(std::string const& text);
 
 /// Equal but for the case of ASCII letters.
 bool EqualIgnoringAsciiCase(char const* a, char const* b);

@@ -29,7 +29,7 @@ void Report(CMessageChannel& channel, SaveResult const& result, std::list<std::s
     for (QString const& failure : result.failures) {
         channel.Post(eSeverity::kError, failure);
         if (messages)
-            messages->push_back(failure.toStdString());
+            messages->push_back(failure.toLatin1().toStdString());
     }
     for (QString const& kept : result.keptFiles)
         channel.Post(eSeverity::kWarning, kept);

@@ -4,23 +4,19 @@
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
+#include "storage/fileobjects.h"
 #include "storage/filereconciler.h"
 #include "storage/folderscan.h"
-#include "storage/jsonfile.h"
-#include "storage/objectreader.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
-#include <map>
 
 namespace embeddedhost {
 
 using nlohmann::ordered_json;
 
 namespace {
-
-typedef std::map<std::string, ordered_json> ObjectsByUid;
 
 /// Takes an item away that the file has no more, or has as another kind of item.
 class CGiveUpItemCommand final : public CLibraryCommand
@@ -59,7 +55,7 @@ private:
     void Put(ordered_json const& object)
     {
         CLibraryItem* const item = FindItem();
-        if (item && object.is_object() && item->GetObject()["kind"] == object["kind"]) {
+        if (item && object.is_object() && item->HasIdentityOf(object)) {
             GetLibrary()->ChangeObject(*item, object);
             return;
         }
@@ -91,7 +87,7 @@ private:
 class FileTaker
 {
 public:
-    FileTaker(CLibrary& library, LibraryFile const& file, ObjectsByUid const& onDisk)
+    FileTaker(CLibrary& library, LibraryFile const& file, FileObjects const& onDisk)
         : m_Library(library)
         , m_OnDisk(onDisk)
     {
@@ -112,54 +108,25 @@ public:
         return m_Changed;
     }
 
-    std::vector<std::string> const& GetGone() const
-    {
-        return m_Gone;
-    }
-
 private:
     void GiveUp(CLibraryItem const& item)
     {
         std::string const uid = item.GetIdentity().uid;
-        auto const onDisk = m_OnDisk.find(uid);
-        if (onDisk != m_OnDisk.end() && onDisk->second["kind"] == item.GetObject()["kind"]) {
+        ordered_json const* const onDisk = m_OnDisk.Find(uid.c_str());
+        if (onDisk && item.HasIdentityOf(*onDisk)) {
             m_Commands.emplace_back(
-                new CChangeObjectCommand(m_Library, item, onDisk->second, std::string()));
+                new CChangeObjectCommand(m_Library, item, *onDisk, std::string()));
             m_Changed.push_back(uid);
             return;
         }
         m_Commands.emplace_back(new CGiveUpItemCommand(m_Library, item));
-        m_Gone.push_back(uid);
     }
 
     CLibrary& m_Library;
-    ObjectsByUid const& m_OnDisk;
+    FileObjects const& m_OnDisk;
     CCommandGroup::Commands m_Commands;
     std::vector<std::string> m_Changed;
-    std::vector<std::string> m_Gone;
 };
-
-bool Holds(LibraryFile const& file, std::string const& uid)
-{
-    return std::any_of(file.entries.begin(), file.entries.end(), [&](auto const& entry) {
-        return !entry.item && entry.other.is_object()
-               && entry.other.value("uid", ordered_json()) == uid;
-    });
-}
-
-/// An object that went to another file could not come there as long as ours was in the library.
-void ReadWhereItWent(std::shared_ptr<CLibrary> const& library, std::string const& uid)
-{
-    auto const& files = library->GetFiles();
-    auto const found = std::find_if(files.begin(), files.end(),
-                                    [&](auto const& file) { return Holds(*file, uid); });
-    if (found == files.end())
-        return;
-    LibraryFile& file = **found;
-    file.digest.clear();
-    QString fault;
-    ReconcileFile(library, file.source, file.path, &fault);
-}
 
 bool Refuse(CLibrary const& library, QString const& path, QString const& reason)
 {
@@ -179,29 +146,25 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& p
     LibraryFile const* const file = library->FindFile(path);
     if (!file)
         return Refuse(*library, path, QStringLiteral("the library has no such file."));
-    JsonFile const json =
-        QFileInfo::exists(path) ? ReadJsonFile(path, library->GetFolder()) : JsonFile();
+    DataSourcePtr const source = file->source;
+    JsonFile const json = ReadObjectFile(*library, *source, path);
     if (!json.fault.isEmpty())
         return Refuse(*library, path, json.fault);
-    if (json.content.is_primitive() && !json.digest.isEmpty())
-        return Refuse(*library, path, QStringLiteral("it holds no objects."));
 
-    DataSourcePtr const source = file->source;
-    ObjectsByUid const onDisk = CollectObjects(json.content);
+    FileObjects const onDisk(*library, path, json.content);
     FileTaker const taker(*library, *file, onDisk);
-    taker.Run("Take from disk " + QFileInfo(path).fileName().toStdString(), manager);
+    taker.Run("Take from disk " + QFileInfo(path).fileName().toLatin1().toStdString(), manager);
     if (!library->GetAccessor().Revalidate())
         return true;
     for (std::string const& uid : taker.GetChanged()) {
         if (CLibraryItem* const item = library->FindItem(uid.c_str()))
-            item->SetSavedObject(onDisk.at(uid));
+            item->SetSavedObject(*onDisk.Find(uid.c_str()));
     }
     QString fault;
     eReconciled const result = ReconcileFile(library, source, path, &fault);
-    for (std::string const& uid : taker.GetGone()) {
-        if (library->GetAccessor().Revalidate() && !library->FindItem(uid.c_str()))
-            ReadWhereItWent(library, uid);
-    }
+    // An object that went to another file could not come there as long as ours was here.
+    if (library->GetAccessor().Revalidate())
+        TakeInLeftOutEntries(*library);
     if (result == eReconciled::kUpToDate || result == eReconciled::kClosed)
         return true;
     return Refuse(*library, path,

@@ -2,13 +2,10 @@
 
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
-#include "storage/folderscan.h"
-#include "storage/jsonfile.h"
-#include "storage/objectreader.h"
+#include "storage/fileobjects.h"
 
 #include <QFileInfo>
 
-#include <map>
 #include <set>
 
 namespace embeddedhost {
@@ -17,32 +14,42 @@ using nlohmann::ordered_json;
 
 namespace {
 
-typedef std::map<std::string, ordered_json> ObjectsByUid;
-
 /// Brings one file's items up to what is on disk. The library stays in memory meanwhile, but a
 /// listener may close it.
 class FileReconciler
 {
 public:
-    FileReconciler(CLibrary& library, LibraryFile& file)
+    FileReconciler(CLibrary& library, LibraryFile& file, ordered_json const& content)
         : m_Library(library)
         , m_Kept(library.GetAccessor())
         , m_File(file)
+        , m_Objects(library, file.path, content)
     {
     }
 
-    void Apply(ObjectsByUid const& objects)
+    void Apply()
     {
         for (std::string const& uid : GetUids()) {
-            CLibraryItem* const item = m_Library.FindItem(uid.c_str());
-            if (IsOpen() && item && &item->GetFile() == &m_File)
-                Update(*item, objects);
+            CLibraryItem* const item = IsOpen() ? FindItem(uid.c_str()) : nullptr;
+            if (item)
+                Update(*item);
         }
-        for (auto const& [uid, object] : objects) {
-            if (IsOpen() && !m_Library.FindItem(uid.c_str())
-                && !m_Library.GetDatabase().HasFixedObject(uid.c_str()))
-                m_Library.AddSavedItem(m_File, object);
+        for (FileObjects::Entry const& entry : m_Objects.GetEntries()) {
+            if (IsOpen() && entry.makesItem && !m_Library.FindItem(GetUid(entry)))
+                m_Library.AddSavedItem(m_File, *entry.object);
         }
+    }
+
+    /// Puts the entries into the order of the file, with what makes no item in its place.
+    void Reorder()
+    {
+        std::vector<LibraryFile::Entry> entries;
+        for (FileObjects::Entry const& entry : m_Objects.GetEntries()) {
+            CLibraryItem* const item = entry.makesItem ? FindItem(GetUid(entry)) : nullptr;
+            entries.push_back({item, item ? ordered_json() : *entry.object});
+        }
+        m_File.entries = std::move(entries);
+        m_File.hasOtherEntries = false;
     }
 
     bool IsOpen() const
@@ -56,6 +63,11 @@ public:
     }
 
 private:
+    static char const* GetUid(FileObjects::Entry const& entry)
+    {
+        return (*entry.object)["uid"].get_ref<std::string const&>().c_str();
+    }
+
     std::set<std::string> GetUids() const
     {
         std::set<std::string> uids;
@@ -66,84 +78,92 @@ private:
         return uids;
     }
 
-    void Update(CLibraryItem& item, ObjectsByUid const& objects)
+    /// The file's item with the uid; null for none.
+    CLibraryItem* FindItem(char const* uid) const
     {
-        auto const onDisk = objects.find(item.GetIdentity().uid);
-        bool const isGone = onDisk == objects.end()
-                            || onDisk->second["kind"] != item.GetObject()["kind"];
+        CLibraryItem* const item = m_Library.FindItem(uid);
+        return item && &item->GetFile() == &m_File ? item : nullptr;
+    }
+
+    void Update(CLibraryItem& item)
+    {
+        ordered_json const* const onDisk = m_Objects.Find(item.GetIdentity().uid);
+        bool const isGone = !onDisk || !item.HasIdentityOf(*onDisk);
         if (item.IsModified()) {
-            bool const isSame = !isGone && item.HasSavedObject(onDisk->second);
+            bool const isSame = !isGone && item.HasSavedObject(*onDisk);
             m_HasConflict = m_HasConflict || !isSame;
         } else if (isGone) {
             m_Library.RemoveItem(item);
-        } else if (onDisk->second != item.GetObject()) {
-            ordered_json const& object = onDisk->second;
-            m_Library.ChangeObject(item, object);
+        } else if (*onDisk != item.GetObject()) {
+            m_Library.ChangeObject(item, *onDisk);
             if (IsOpen())
-                item.SetSavedObject(object);
+                item.SetSavedObject(*onDisk);
         }
     }
 
     CLibrary& m_Library;
     tarno::datamodel::ItemLibraryAccessor const m_Kept;
     LibraryFile& m_File;
+    FileObjects const m_Objects;
     bool m_HasConflict = false;
 };
 
-/// Puts the entries into the order of the file, with what makes no item in its place.
-void Reorder(CLibrary const& library, LibraryFile& file, ordered_json const& content)
+/// Whether it can be seen in the data source that something is not there.
+bool CanMiss(CDataSource const& source, QString const& path)
 {
-    std::vector<LibraryFile::Entry> entries;
-    ordered_json const all = content.is_array() ? content : ordered_json::array({content});
-    for (ordered_json const& object : all) {
-        bool const hasUid = object.is_object() && object.contains("uid")
-                            && object["uid"].is_string();
-        CLibraryItem* const item =
-            hasUid ? library.FindItem(object["uid"].get_ref<std::string const&>().c_str())
-                   : nullptr;
-        if (item && &item->GetFile() == &file)
-            entries.push_back({item, ordered_json()});
-        else
-            entries.push_back({nullptr, object});
-    }
-    file.entries = std::move(entries);
-    file.isArray = content.is_array();
-    file.hasOtherEntries = false;
+    QString const top = source.GetDescription().folder;
+    QFileInfo folder(QFileInfo(path).path());
+    while (!folder.isDir() && folder.filePath() != top && folder.filePath() != folder.path())
+        folder.setFile(folder.path());
+    return folder.isDir() && folder.isReadable() && folder.isExecutable();
 }
 
 } // namespace
+
+JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path)
+{
+    JsonFile json;
+    if (QFileInfo::exists(path)) {
+        json = ReadJsonFile(path, library.GetFolder());
+        if (json.fault.isEmpty() && json.content.is_primitive())
+            json.fault = QStringLiteral("the file must hold an object or an array of objects.");
+        return json;
+    }
+    json.content = ordered_json::array();
+    if (!CanMiss(source, path))
+        json.fault = QStringLiteral("its folder is gone, or may not be read.");
+    return json;
+}
 
 eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
                           QString const& path, QString* fault)
 {
     LibraryFile* file = library->FindFile(path);
-    bool const exists = QFileInfo::exists(path);
-    QByteArray const digest = file ? file->digest : QByteArray();
-    if (GetDigestOnDisk(path, library->GetFolder()) == digest)
+    bool const isExpected = file || !QFileInfo::exists(path);
+    if (isExpected
+        && GetDigestOnDisk(path, library->GetFolder()) == (file ? file->digest : QByteArray()))
         return eReconciled::kUpToDate;
 
-    JsonFile const json = exists ? ReadJsonFile(path, library->GetFolder()) : JsonFile();
-    bool const isReadable = json.fault.isEmpty()
-                            && (!exists || json.content.is_array() || json.content.is_object());
-    if (!isReadable) {
-        *fault = json.fault.isEmpty()
-                     ? QStringLiteral("the file must hold an object or an array of objects.")
-                     : json.fault;
+    JsonFile const json = ReadObjectFile(*library, *source, path);
+    if (!json.fault.isEmpty()) {
+        *fault = json.fault;
         return eReconciled::kUnreadable;
     }
     if (!file)
         file = &library->AddFile({path, source, json.content.is_array(), {}});
     file->isReadOnly = LiesInReadOnlySource(library->GetSources(), json.realPath);
 
-    FileReconciler reconciler(*library, *file);
-    reconciler.Apply(exists ? CollectObjects(json.content) : ObjectsByUid());
+    FileReconciler reconciler(*library, *file, json.content);
+    reconciler.Apply();
     if (!reconciler.IsOpen())
         return eReconciled::kClosed;
     // With a conflict the old digest stays, and keeps a save from replacing the file.
     if (reconciler.HasConflict())
         return eReconciled::kConflict;
+    reconciler.Reorder();
+    if (!json.digest.isEmpty())
+        file->isArray = json.content.is_array();
     file->digest = json.digest;
-    Reorder(*library, *file, exists ? json.content : ordered_json::array());
     return eReconciled::kUpToDate;
 }
 

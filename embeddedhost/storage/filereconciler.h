@@ -2,6 +2,7 @@
 #define EMBEDDEDHOST_FILERECONCILER_H
 
 #include "model/library.h"
+#include "storage/jsonfile.h"
 
 #include <QString>
 
@@ -17,6 +18,10 @@ enum class eReconciled
     kUnreadable, ///< the file cannot be read, or is only half written
     kClosed      ///< a listener closed the library
 };
+
+/// The file as it is now; an empty array when it is not there. A file that holds no objects is
+/// unreadable, and so is one of which it cannot be known whether it is there.
+JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path);
 
 /// Brings items up to the file on disk, with notifications: added, removed, renamed and tagged.
 /// `fault`, which is not null, says why a file is unreadable.

@@ -1,6 +1,7 @@
 #include "storage/journal.h"
 
 #include "embeddedhost.h"
+#include "framework/guardedcall.h"
 #include "storage/systemfiles.h"
 #include "storage/unsavedchanges.h"
 #include "storage/wholefile.h"
@@ -38,7 +39,10 @@ CJournal::CJournal(CEmbeddedHost& host, QString const& folder, QObject* parent)
 {
     m_Pause.setSingleShot(true);
     m_Pause.setInterval(kPause);
-    connect(&m_Pause, &QTimer::timeout, this, &CJournal::Write);
+    connect(&m_Pause, &QTimer::timeout, this, [this] {
+        RunGuarded(&m_Host.GetMessages(), tr("Unsaved changes cannot be kept safe"),
+                   [this] { Write(); });
+    });
     connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CJournal::FollowLibrary);
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CJournal::FollowChanges);
     FollowLibrary();

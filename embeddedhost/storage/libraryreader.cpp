@@ -2,10 +2,10 @@
 
 #include "model/library.h"
 #include "model/libraryitem.h"
+#include "storage/fileobjects.h"
 #include "storage/folderscan.h"
 #include "storage/jsonfile.h"
 #include "storage/manifest.h"
-#include "storage/objectreader.h"
 
 #include <QFileInfo>
 
@@ -107,17 +107,17 @@ private:
 
     void ReadObject(LibraryFile& file, ordered_json& object)
     {
-        if (!object.is_object()) {
-            m_Faults.Report(GetPlace(), QStringLiteral("it must be an object; it is left out."));
-        } else if (CheckObject(object, [this](QString const& key, QString const& reason) {
-                       ReportKey(GetPlace(), key, reason);
-                   }) && HasFreeUid(object)) {
-            object.get_ref<ordered_json::object_t&>().shrink_to_fit();
-            CLibraryItem& item = m_Library.AddItem(file, std::move(object));
-            file.entries.push_back({&item, ordered_json()});
+        auto const isTaken = [this](char const* uid) { return m_Library.HasUid(uid); };
+        auto const report = [this](QString const& key, QString const& reason) {
+            ReportKey(GetPlace(), key, reason);
+        };
+        if (!MakesItem(object, isTaken, report)) {
+            file.entries.push_back({nullptr, std::move(object)});
             return;
         }
-        file.entries.push_back({nullptr, std::move(object)});
+        object.get_ref<ordered_json::object_t&>().shrink_to_fit();
+        CLibraryItem& item = m_Library.AddItem(file, std::move(object));
+        file.entries.push_back({&item, ordered_json()});
     }
 
     void ReportRepeatedKeys(std::vector<QString> const& places) const
@@ -154,21 +154,10 @@ private:
                   QStringLiteral("the library has no object %1.").arg(QString::fromStdString(uid)));
     }
 
-    bool HasFreeUid(ordered_json const& object)
-    {
-        char const* const uid = object["uid"].get_ref<std::string const&>().c_str();
-        if (!m_Library.FindItem(uid) && !m_Library.GetDatabase().HasFixedObject(uid))
-            return true;
-        ReportKey(GetPlace(), QStringLiteral("uid"),
-                  QStringLiteral("%1 is the uid of another object already; the object is left "
-                                 "out.")
-                      .arg(QString::fromUtf8(uid)));
-        return false;
-    }
-
     void ReportKey(QString const& place, QString const& key, QString const& reason) const
     {
-        m_Faults.Report(JoinPlace(place, QStringLiteral("key \"%1\"").arg(key)), reason);
+        QString const part = key.isEmpty() ? QString() : QStringLiteral("key \"%1\"").arg(key);
+        m_Faults.Report(JoinPlace(place, part), reason);
     }
 
     /// Where the object is that is being read.

@@ -1,14 +1,14 @@
 #include "storage/librarywatcher.h"
 
-#include "storage/filereconciler.h"
+#include "framework/guardedcall.h"
+#include "storage/fileobjects.h"
 #include "storage/folderscan.h"
 
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPointer>
-
-#include <algorithm>
+#include <QSet>
 
 namespace embeddedhost {
 
@@ -16,8 +16,30 @@ namespace {
 
 /// Long enough for a checkout of many files to come in few bursts, in milliseconds.
 constexpr int kPause = 150;
+/// A burst that does not end is looked at in between, in milliseconds.
+constexpr int kLongestBurst = 1000;
 /// How often a file that cannot be read is tried again: it may be half written.
 constexpr int kAttempts = 5;
+
+bool CanBeListed(QString const& folder)
+{
+    QFileInfo const info(folder);
+    return info.isDir() && info.isReadable() && info.isExecutable();
+}
+
+/// What a file costs that cannot be taken in is that file.
+eReconciled TryToReconcile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
+                           QString const& path, QString* fault)
+{
+    try {
+        return ReconcileFile(library, source, path, fault);
+    } catch (std::exception const& error) {
+        *fault = QString::fromUtf8(error.what()) + QLatin1Char('.');
+    } catch (...) {
+        *fault = QStringLiteral("an unknown failure.");
+    }
+    return eReconciled::kUnreadable;
+}
 
 } // namespace
 
@@ -27,8 +49,8 @@ CLibraryWatcher::CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* par
 {
     m_Pause.setSingleShot(true);
     m_Pause.setInterval(kPause);
-    connect(&m_Watcher, &QFileSystemWatcher::directoryChanged, &m_Pause,
-            qOverload<>(&QTimer::start));
+    connect(&m_Watcher, &QFileSystemWatcher::directoryChanged, this,
+            &CLibraryWatcher::OnDirectoryChanged);
     connect(&m_Pause, &QTimer::timeout, this, &CLibraryWatcher::Check);
     // A host may run without windows.
     if (auto* const application = qobject_cast<QGuiApplication*>(QCoreApplication::instance()))
@@ -37,6 +59,14 @@ CLibraryWatcher::CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* par
     WatchFolders();
     for (DataSourcePtr const& source : m_Library->GetSources())
         m_Stamps[source->GetDescription().folder] = ReadStamps(source);
+}
+
+void CLibraryWatcher::OnDirectoryChanged()
+{
+    if (!m_Pause.isActive())
+        m_Burst.start();
+    if (m_Burst.elapsed() < kLongestBurst)
+        m_Pause.start();
 }
 
 void CLibraryWatcher::OnApplicationStateChanged(Qt::ApplicationState state)
@@ -69,29 +99,71 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source)
     return stamps;
 }
 
-void CLibraryWatcher::WatchFolders()
+/// Also of what should be there: we may have put a file there since the last look, and another
+/// program may have removed it.
+CLibraryWatcher::Stamps CLibraryWatcher::ReadStampsWithGone(DataSourcePtr const& source) const
 {
+    Stamps stamps = ReadStamps(source);
+    for (auto const& file : m_Library->GetFiles()) {
+        bool const isExpected = file->source == source && !file->digest.isEmpty();
+        if (isExpected && !stamps.contains(file->path))
+            stamps[file->path] = Stamp();
+    }
+    return stamps;
+}
+
+/// Empty when the data source's folder is there.
+QString CLibraryWatcher::FindMissingFolder(DataSourcePtr const& source) const
+{
+    QString const folder = source->GetDescription().folder;
+    if (CanBeListed(folder))
+        return QString();
+    return CanBeListed(m_Library->GetFolder()) ? folder : m_Library->GetFolder();
+}
+
+/// Those of the data sources, and the way there: a folder that is moved away or comes back shows
+/// in the one around it.
+QStringList CLibraryWatcher::ListFolders() const
+{
+    QString const& top = m_Library->GetFolder();
     QStringList folders;
     for (DataSourcePtr const& source : m_Library->GetSources()) {
-        QString const folder = source->GetDescription().folder;
-        if (QFileInfo(folder).isDir())
-            folders << folder;
+        QString folder = source->GetDescription().folder;
         QDirIterator below(folder, QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks,
                            QDirIterator::Subdirectories);
         while (below.hasNext())
             folders << below.next();
+        while (!QFileInfo(folder).isDir() || (folder != top && IsWithin(top, folder))) {
+            folders << folder;
+            folder = QFileInfo(folder).path();
+        }
+        folders << folder;
     }
-    QStringList const watched = m_Watcher.directories();
-    for (QString const& folder : watched)
-        folders.removeAll(folder);
-    if (!folders.isEmpty())
-        m_Watcher.addPaths(folders);
+    return folders;
 }
 
-QStringList CLibraryWatcher::FindTouchedFiles(DataSourcePtr const& source)
+void CLibraryWatcher::WatchFolders()
 {
-    Stamps& before = m_Stamps[source->GetDescription().folder];
-    Stamps const now = ReadStamps(source);
+    QSet<QString> wanted;
+    QStringList const folders = ListFolders();
+    for (QString const& folder : folders) {
+        if (QFileInfo(folder).isDir())
+            wanted.insert(folder);
+    }
+    QStringList unwanted;
+    QStringList const watched = m_Watcher.directories();
+    for (QString const& folder : watched) {
+        if (!wanted.remove(folder))
+            unwanted << folder;
+    }
+    if (!unwanted.isEmpty())
+        m_Watcher.removePaths(unwanted);
+    if (!wanted.isEmpty())
+        m_Watcher.addPaths(wanted.values());
+}
+
+QStringList CLibraryWatcher::FindTouchedFiles(Stamps const& before, Stamps const& now)
+{
     QStringList gone;
     QStringList touched;
     for (auto stamp = before.cbegin(); stamp != before.cend(); ++stamp) {
@@ -99,72 +171,120 @@ QStringList CLibraryWatcher::FindTouchedFiles(DataSourcePtr const& source)
             gone << stamp.key();
     }
     for (auto stamp = now.cbegin(); stamp != now.cend(); ++stamp) {
-        if (!before.contains(stamp.key()) || !(before[stamp.key()] == stamp.value()))
-            touched << stamp.key();
+        auto const known = before.constFind(stamp.key());
+        if (known == before.cend() || !(*known == stamp.value()))
+            (*stamp == Stamp() ? gone : touched) << stamp.key();
     }
-    before = now;
-    // An object that went from one file to another must leave before it can come.
+    // An object that went from one file to another should leave before it comes.
     return gone + touched;
 }
 
 void CLibraryWatcher::Check()
 {
+    // A listener may run an event loop.
+    if (m_IsChecking) {
+        m_Pause.start();
+        return;
+    }
+    QPointer<CLibraryWatcher> const self(this);
+    m_IsChecking = true;
+    RunGuarded(&m_Library->GetMessages(), m_Library->GetFolder(), [this] { CheckSources(); });
+    if (self)
+        m_IsChecking = false;
+}
+
+void CLibraryWatcher::CheckSources()
+{
+    // A listener, also one of messages, may close the library, and this with it.
     QPointer<CLibraryWatcher> const self(this);
     std::shared_ptr<CLibrary> const library = m_Library;
-    WatchFolders();
     std::vector<DataSourcePtr> const sources = library->GetSources();
-    for (DataSourcePtr const& source : sources) {
-        QStringList const touched = FindTouchedFiles(source);
-        for (QString const& path : touched) {
-            Reconcile(source, path);
-            // A listener may have closed the library, and this with it.
-            if (!self)
-                return;
-        }
-        if (!touched.isEmpty())
-            Q_EMIT FilesTouched();
+    WatchFolders();
+    ReportMissingFolders();
+    bool isTouched = false;
+    for (DataSourcePtr const& source : sources)
+        isTouched = (self && CheckFiles(source)) || isTouched;
+    if (self && isTouched)
+        TakeInLeftOutEntries(*library);
+    if (self && isTouched)
+        Q_EMIT FilesTouched();
+}
+
+void CLibraryWatcher::ReportMissingFolders()
+{
+    QPointer<CLibraryWatcher> const self(this);
+    QStringList const before = m_MissingFolders;
+    m_MissingFolders.clear();
+    for (DataSourcePtr const& source : m_Library->GetSources()) {
+        QString const folder = FindMissingFolder(source);
+        if (!folder.isEmpty() && !m_MissingFolders.contains(folder))
+            m_MissingFolders << folder;
+    }
+    QStringList const missing = m_MissingFolders;
+    for (QString const& folder : missing) {
+        if (self && !before.contains(folder))
+            Report(folder, QStringLiteral("the folder is gone, or may not be read. Its items are "
+                                          "kept as they are until it is back."));
     }
 }
 
-void CLibraryWatcher::Reconcile(DataSourcePtr const& source, QString const& path)
+bool CLibraryWatcher::CheckFiles(DataSourcePtr const& source)
+{
+    QPointer<CLibraryWatcher> const self(this);
+    Stamps const now = ReadStampsWithGone(source);
+    // Afterwards: what was listed was there then.
+    if (!FindMissingFolder(source).isEmpty())
+        return false;
+    QStringList const touched = FindTouchedFiles(m_Stamps[source->GetDescription().folder], now);
+    for (QString const& path : touched) {
+        if (self)
+            CheckFile(source, path, now);
+    }
+    return !touched.isEmpty();
+}
+
+void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path,
+                                Stamps const& now)
 {
     QPointer<CLibraryWatcher> const self(this);
     QString fault;
-    eReconciled const result = ReconcileFile(m_Library, source, path, &fault);
+    eReconciled const result = TryToReconcile(m_Library, source, path, &fault);
     if (!self || result == eReconciled::kClosed)
         return;
+    Stamps& stamps = m_Stamps[source->GetDescription().folder];
+    stamps.remove(path);
     if (result == eReconciled::kUnreadable) {
-        RetryOrReport(path, fault);
+        NoteFailure(path, now.value(path), fault);
         return;
     }
-    m_Attempts.remove(path);
+    if (now.contains(path))
+        stamps[path] = now[path];
+    m_Failures.remove(path);
     if (result == eReconciled::kConflict)
         Report(path, QStringLiteral("another program changed the file while it has changes that "
                                     "are not saved. They are kept; take the file from disk or "
                                     "overwrite it."));
 }
 
-void CLibraryWatcher::RetryOrReport(QString const& path, QString const& fault)
+/// Without a stamp the file is tried again with each look, and reported once.
+void CLibraryWatcher::NoteFailure(QString const& path, Stamp const& stamp, QString const& fault)
 {
-    if (++m_Attempts[path] >= kAttempts) {
-        m_Attempts.remove(path);
+    Failure& failure = m_Failures[path];
+    if (!(failure.stamp == stamp))
+        failure = {stamp, 0};
+    ++failure.attempts;
+    if (failure.attempts < kAttempts)
+        m_Pause.start();
+    else if (failure.attempts == kAttempts)
         Report(path, QStringLiteral("another program changed the file, and it cannot be read: %1")
                          .arg(fault));
-        return;
-    }
-    // Touched once more as far as the next look is concerned.
-    for (Stamps& stamps : m_Stamps) {
-        if (stamps.contains(path))
-            stamps[path] = Stamp();
-    }
-    m_Pause.start();
 }
 
-void CLibraryWatcher::Report(QString const& path, QString const& text)
+void CLibraryWatcher::Report(QString const& path, QString const& text) const
 {
-    m_Library->GetMessages().Post(eSeverity::kWarning,
-                                  GetShownPath(m_Library->GetFolder(), path)
-                                      + QStringLiteral(": ") + text);
+    QString const& top = m_Library->GetFolder();
+    QString const shown = path == top ? top : GetShownPath(top, path);
+    m_Library->GetMessages().Post(eSeverity::kWarning, shown + QStringLiteral(": ") + text);
 }
 
 } // namespace embeddedhost

@@ -2,8 +2,10 @@
 #define EMBEDDEDHOST_LIBRARYWATCHER_H
 
 #include "model/library.h"
+#include "storage/filereconciler.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QFileSystemWatcher>
 #include <QHash>
 #include <QMap>
@@ -19,6 +21,7 @@ namespace embeddedhost {
 ///
 /// Only folders are watched: a watch on a file dies when the file is replaced. A change within a
 /// file that stays in its place is noticed when the application becomes active, and by Check().
+/// A folder that is gone is not one without files: what it held is kept until it is back.
 class CLibraryWatcher : public QObject
 {
     Q_OBJECT
@@ -26,7 +29,7 @@ class CLibraryWatcher : public QObject
 public:
     explicit CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* parent = nullptr);
 
-    /// Looks at the folders now.
+    /// Looks at the folders now. Nothing is raised; the message channel says what was.
     void Check();
 
 Q_SIGNALS:
@@ -34,10 +37,11 @@ Q_SIGNALS:
     void FilesTouched();
 
 private Q_SLOTS:
+    void OnDirectoryChanged();
     void OnApplicationStateChanged(Qt::ApplicationState state);
 
 private:
-    /// Enough to tell that a file was touched.
+    /// Enough to tell that a file was touched; that of a file that is not there has no size.
     struct Stamp
     {
         qint64 size = -1;
@@ -48,24 +52,43 @@ private:
             return size == other.size && modified == other.modified;
         }
     };
+    /// By path.
     typedef QMap<QString, Stamp> Stamps;
 
+    /// How often the file of this stamp could not be read.
+    struct Failure
+    {
+        Stamp stamp;
+        int attempts = 0;
+    };
+
     static Stamp GetStamp(QString const& path);
+    static QStringList FindTouchedFiles(Stamps const& before, Stamps const& now);
+
     Stamps ReadStamps(DataSourcePtr const& source) const;
+    Stamps ReadStampsWithGone(DataSourcePtr const& source) const;
+    QString FindMissingFolder(DataSourcePtr const& source) const;
+    QStringList ListFolders() const;
     void WatchFolders();
-    QStringList FindTouchedFiles(DataSourcePtr const& source);
-    void Reconcile(DataSourcePtr const& source, QString const& path);
-    void RetryOrReport(QString const& path, QString const& fault);
-    void Report(QString const& path, QString const& text);
+    void ReportMissingFolders();
+    void CheckSources();
+    bool CheckFiles(DataSourcePtr const& source);
+    void CheckFile(DataSourcePtr const& source, QString const& path, Stamps const& now);
+    void NoteFailure(QString const& path, Stamp const& stamp, QString const& fault);
+    void Report(QString const& path, QString const& text) const;
 
     std::shared_ptr<CLibrary> const m_Library;
     QFileSystemWatcher m_Watcher;
     /// Gathers a burst of changes.
     QTimer m_Pause;
-    /// By the folder of the data source.
+    QElapsedTimer m_Burst;
+    bool m_IsChecking = false;
+    /// Of the files as they were read, by the folder of the data source.
     QMap<QString, Stamps> m_Stamps;
-    /// How often a file was found unreadable in a row.
-    QHash<QString, int> m_Attempts;
+    /// By path.
+    QHash<QString, Failure> m_Failures;
+    /// Those that have been reported.
+    QStringList m_MissingFolders;
 };
 
 } // namespace embeddedhost

@@ -191,15 +191,4 @@ bool CheckObject(ordered_json const& object, ObjectFault const& fault)
     return true;
 }
 
-std::map<std::string, ordered_json> CollectObjects(ordered_json const& content)
-{
-    std::map<std::string, ordered_json> objects;
-    ordered_json const all = content.is_array() ? content : ordered_json::array({content});
-    for (ordered_json const& object : all) {
-        if (object.is_object() && CheckObject(object, [](QString const&, QString const&) {}))
-            objects.emplace(object["uid"].get<std::string>(), object);
-    }
-    return objects;
-}
-
 } // namespace embeddedhost

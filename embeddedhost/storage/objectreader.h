@@ -6,8 +6,6 @@
 #include <nlohmann/json.hpp>
 
 #include <functional>
-#include <map>
-#include <string>
 
 namespace embeddedhost {
 
@@ -17,9 +15,6 @@ typedef std::function<void(QString const& key, QString const& reason)> ObjectFau
 /// Checks the keys of an object of a library file. False when it makes no item: uid, kind or
 /// name are missing or wrong, or a text is too long. Other keys that are wrong are only reported.
 bool CheckObject(nlohmann::ordered_json const& object, ObjectFault const& fault);
-
-/// Those objects of a file's content that make items, by uid.
-std::map<std::string, nlohmann::ordered_json> CollectObjects(nlohmann::ordered_json const& content);
 
 } // namespace embeddedhost
 

@@ -120,8 +120,9 @@ private:
         ordered_json const& object = entry["object"];
         if (item.GetObject() == object)
             return;
-        if (object["kind"] != item.GetObject()["kind"]) {
-            LeaveOut(GetText(object, "name"), QStringLiteral("it is another kind of item now"));
+        if (!item.HasIdentityOf(object)) {
+            LeaveOut(GetText(object, "name"),
+                     QStringLiteral("it has another kind, or another uid, now"));
             return;
         }
         if (item.IsReadOnly()) {

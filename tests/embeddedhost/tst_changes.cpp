@@ -5,6 +5,10 @@
 
 #include <QTest>
 
+#include <nlohmann/json.hpp>
+
+#include <ctime>
+
 using namespace tarno::datamodel;
 
 /// Changes of an open library, their notifications, and taking them back.
@@ -134,6 +138,78 @@ private Q_SLOTS:
         QCOMPARE(TagsOf(m_Host->FindItem(Uid(2))), std::string("other"));
     }
 
+    void IgnoresTagsOfTheWrongType_data()
+    {
+        QTest::addColumn<QByteArray>("tags");
+        for (char const* tags : {"null", "5", R"("fade")", "[1, {}]", R"({"ApplicationTags": 7})"})
+            QTest::newRow(tags) << QByteArray(tags);
+    }
+
+    /// Whoever writes them, and whatever is changed beside them.
+    void IgnoresTagsOfTheWrongType()
+    {
+        QFETCH(QByteArray, tags);
+        QByteArray const more = ", \"tags\": " + tags;
+        m_Folder->Write("project/glow.json", Object(1, "compound", "Odd", more));
+        m_Folder->Write("project/ramp.json", Object(2, "solver", "Odd", more));
+        m_Folder->Write("project/than.json", Object(9, "solver", "Odd", more));
+        m_Host->CheckFolder();
+        QVERIFY2(m_Host->FindItem(Uid(9)).IsValid(), "each file of the burst is read");
+        QCOMPARE(m_User->NameOf(m_Glow), std::string("Odd"));
+        QCOMPARE(TagsOf(m_Glow), std::string());
+        m_Recorder->Take();
+
+        QVERIFY(m_User->Rename(m_Glow, "Soft Glow"));
+        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end"}));
+        QVERIFY(m_User->Tag(m_Glow, "light"));
+        QCOMPARE(m_Recorder->Take(),
+                 (QStringList{"begin", "tags Soft Glow ApplicationTags", "end"}));
+        QVERIFY(m_Host->SetBody(m_Glow, {{{"in", Uid(2)}}, {}, {}, {}}, "Add input"));
+        Stack().setIndex(0);
+        QVERIFY(!m_User->IsModified(m_Glow));
+    }
+
+    void TellsWhatListsDependOn_data()
+    {
+        QTest::addColumn<QByteArray>("kind");
+        QTest::addColumn<QByteArray>("more");
+        for (char const* more : {R"(, "signature": true)", R"(, "loop": true)", R"(, "parent": "x")",
+                                 R"(, "specializes": "x")", R"(, "readOnly": true)"})
+            QTest::newRow(more) << QByteArray("compound") << QByteArray(more);
+        QTest::newRow("kind") << QByteArray("type") << QByteArray();
+    }
+
+    /// Whether it came from disk, was taken from there, or is undone.
+    void TellsWhatListsDependOn()
+    {
+        QFETCH(QByteArray, kind);
+        QFETCH(QByteArray, more);
+        auto const isTold = [&] {
+            QStringList const told = m_Recorder->Take();
+            return told.contains("invalidated")
+                   || (told.contains("removed") && told.contains("added Glow"));
+        };
+        QByteArray const changed = Object(1, kind, "Glow", more);
+        m_Folder->Write("project/glow.json", changed);
+        m_Host->CheckFolder();
+        QVERIFY(isTold());
+        m_Folder->Write("project/glow.json", Object(1, "compound", "Glow"));
+        m_Host->CheckFolder();
+        QVERIFY(isTold());
+
+        QVERIFY(m_User->Tag(m_Glow, "ours"));
+        m_Folder->Write("project/glow.json", changed);
+        m_Host->CheckFolder();
+        m_Recorder->Take();
+        QVERIFY(m_Host->TakeFileFromDisk(m_Folder->GetPath("project/glow.json")));
+        QVERIFY(isTold());
+        Stack().undo();
+        QVERIFY(isTold());
+        QCOMPARE(TagsOf(m_Glow), std::string("ours"));
+        Stack().redo();
+        QVERIFY(isTold());
+    }
+
     void ChangesBodies()
     {
         GraphBody body = m_Host->GetBody(m_Glow);
@@ -149,6 +225,50 @@ private Q_SLOTS:
         QVERIFY(!m_User->IsModified(m_Glow));
     }
 
+    /// The first entry that is the same keeps its keys, the others go.
+    void KeepsWhatABodyDoesNotKnow()
+    {
+        m_Folder->Write("project/glow.json", Object(1, "compound", "Glow", R"(,
+            "inputs": [{"name": "a", "type": "t", "more": 1}, {"name": "a", "type": "u"}],
+            "nodes": [{"id": 7, "item": "i", "position": [0, 0], "more": 2},
+                      {"id": "7", "item": "j", "position": [0, 0]}, "odd"],
+            "connections": [{"from": ["7", "o"], "to": ["7", "a"], "more": 3},
+                            {"from": ["7", "o"], "to": ["7", "a"], "more": 4},
+                            {"from": [7, "o"], "to": ["7", "b"], "more": 5}])"));
+        m_Host->CheckFolder();
+        GraphBody body = m_Host->GetBody(m_Glow);
+        body.nodes.at(0).position.rx() = 1;
+        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
+        QVERIFY(m_User->Save());
+        auto const saved = nlohmann::ordered_json::parse(
+            m_Folder->Read().value(m_Folder->GetPath("project/glow.json")).toStdString());
+        QCOMPARE(saved["inputs"].dump(), std::string(R"([{"name":"a","type":"t","more":1},)"
+                                                     R"({"name":"a","type":"u","more":1}])"));
+        QCOMPARE(saved["nodes"].dump(),
+                 std::string(R"([{"id":7,"item":"i","position":[1,0],"more":2}])"));
+        QCOMPARE(saved["connections"].dump(),
+                 std::string(R"([{"from":["7","o"],"to":["7","a"],"more":3},)"
+                             R"({"from":["7","o"],"to":["7","a"],"more":3},)"
+                             R"({"from":["7","o"],"to":["7","b"]}])"));
+    }
+
+    /// In processor time, since a machine may be busy.
+    void ChangesLargeBodiesFast()
+    {
+        GraphBody body;
+        for (int number = 0; number < 16000; ++number) {
+            std::string const id = std::to_string(number);
+            body.nodes.push_back({id, Uid(2), QPointF(number, 0)});
+            body.connections.push_back({{id, "out"}, {id, "in"}});
+        }
+        QVERIFY(m_Host->SetBody(m_Glow, body, "Fill"));
+        body.nodes.front().position.rx() = 1;
+        std::clock_t const begin = std::clock();
+        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
+        double const seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+        QVERIFY2(seconds < 5, qPrintable(QString::number(seconds)));
+    }
+
     void Refuses_data()
     {
         QTest::addColumn<QString>("change");
@@ -160,6 +280,9 @@ private Q_SLOTS:
         QTest::newRow("no such signature") << "implement" << "no signature with the uid";
         QTest::newRow("read-only source, rename") << "rename3:New" << "\"Factory\" is read-only";
         QTest::newRow("read-only source, tags") << "tag4:x" << "\"Factory\" is read-only";
+        QTest::newRow("infinite position") << "place:inf" << "\"n\" is not a finite number";
+        QTest::newRow("position of no number") << "place:nan" << "\"n\" is not a finite number";
+        QTest::newRow("other encoding") << "node:\u00FC" << "not UTF-8";
     }
 
     void Refuses()
@@ -174,6 +297,11 @@ private Q_SLOTS:
             QVERIFY(!m_User->IsBound());
         } else if (change.startsWith("implement")) {
             isDone = !m_User->Create("New", false, Uid(1).c_str()).IsNull();
+        } else if (change.startsWith("place")) {
+            QPointF const position(text.toDouble(), 0);
+            isDone = m_Host->SetBody(m_Glow, {{}, {}, {{"n", Uid(2), position}}, {}}, "Move");
+        } else if (change.startsWith("node")) {
+            isDone = m_Host->SetBody(m_Glow, {{}, {}, {{text.data(), Uid(2), {}}}, {}}, "Add");
         } else if (change.startsWith("rename")) {
             isDone = m_User->Rename(m_Host->FindItem(Uid(change.mid(6, 1).toInt())), text);
         } else {
@@ -184,6 +312,7 @@ private Q_SLOTS:
                  qPrintable(GetMessages(*m_Host).join('\n')));
         QCOMPARE(m_Recorder->Take(), QStringList());
         QCOMPARE(Stack().count(), 0);
+        QVERIFY(m_Host->GetUnsavedChanges().isEmpty());
         m_User->Save();
         QCOMPARE(m_Folder->Read(), contents);
     }

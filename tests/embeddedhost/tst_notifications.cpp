@@ -1,4 +1,5 @@
 #include "libraryfolder.h"
+#include "libraryuser.h"
 #include "loggedtest.h"
 
 #include "model/accessorcontext.h"
@@ -222,17 +223,36 @@ private Q_SLOTS:
         second.Unregister(m_Library);
     }
 
-    void AnExceptionPassesThrough()
+    /// The change is made and can be undone, the others are told, and the user is.
+    void AnExceptionStaysWithItsListener()
     {
         Listener thrower(m_Record, "thrower", [] { throw std::runtime_error("refused"); });
         Listener other(m_Record, "other");
         thrower.Register(m_Library);
         other.Register(m_Library);
-        QVERIFY_EXCEPTION_THROWN(GetNotifier().BeginChanges(), std::runtime_error);
+        QVERIFY(LibraryUser(*m_Host).Tag(m_Host->FindItem(Uid(1)), "light"));
+        QCOMPARE(m_Record, QStringList({"thrower: begin", "other: begin",
+                                        "thrower: tags ApplicationTags",
+                                        "other: tags ApplicationTags", "thrower: end",
+                                        "other: end"}));
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        QVERIFY(!m_Host->IsModified());
+        QCOMPARE(m_Host->GetMessages().GetLog().size(), std::size_t(6));
+        QVERIFY(GetMessages(*m_Host).front().contains("refused"));
         thrower.Unregister(m_Library);
-        GetNotifier().BeginChanges();
-        QCOMPARE(m_Record, QStringList({"thrower: begin", "other: begin"}));
         other.Unregister(m_Library);
+    }
+
+    void AnExceptionStaysWithTheHostsSlot()
+    {
+        int calls = 0;
+        connect(m_Host.get(), &CEmbeddedHost::ContentChanged, this, [&] {
+            ++calls;
+            throw std::runtime_error("refused");
+        });
+        LibraryUser(*m_Host).Tag(m_Host->FindItem(Uid(1)), "light");
+        QTRY_COMPARE(calls, 1);
+        QVERIFY(GetMessages(*m_Host).front().contains("refused"));
     }
 
     void TheLibraryIsClosedWhileListenersAreTold_data()

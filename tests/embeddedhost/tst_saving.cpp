@@ -9,13 +9,14 @@
 #include <QTest>
 
 #include <nlohmann/json.hpp>
+#include <qorm.h>
 #include <sys/resource.h>
 
 using namespace tarno::datamodel;
 
 namespace {
 
-QString const kGlowFile = QStringLiteral("project/glow.json");
+QString const kGlowFile = QStringLiteral("project/glühen.json");
 
 } // namespace
 
@@ -59,6 +60,37 @@ private:
         QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
         m_Host->GetMessages().ClearLog();
         m_User = std::make_unique<LibraryUser>(*m_Host);
+    }
+
+    /// By path; an empty one is no file.
+    typedef QMap<QString, QByteArray> Contents;
+
+    void WriteAll(Contents const& contents)
+    {
+        for (auto file = contents.begin(); file != contents.end(); ++file) {
+            if (file.value().isEmpty())
+                QFile::remove(m_Folder->GetPath(file.key()));
+            else
+                m_Folder->Write(file.key(), file.value());
+        }
+    }
+
+    static QByteArray Compact(QByteArray const& json)
+    {
+        return QByteArray::fromStdString(nlohmann::ordered_json::parse(json.toStdString()).dump());
+    }
+
+    QStringList ListItems()
+    {
+        QStringList items;
+        for (char const* kind : {TarnoType::gSolver, TarnoType::gCompound, LibType::gType}) {
+            auto all = GetTOC(m_Host->GetLibrary()).GetItems(kind);
+            for (; !all.IsDone(); all.Next())
+                items << QString::fromStdString(all.GetCurrent().GetItemID().Serialize() + ' '
+                                                + all.GetCurrent().GetName(true, nullptr));
+        }
+        items.sort();
+        return items;
     }
 
     ItemID Item(int number)
@@ -172,7 +204,7 @@ private Q_SLOTS:
         QFile::remove(m_Folder->GetPath(kGlowFile));
         QDir(m_Folder->GetPath()).mkdir(kGlowFile);
         QVERIFY(!m_User->Save());
-        QVERIFY(QString::fromStdString(m_User->GetSaveMessages().front()).contains(kGlowFile));
+        QVERIFY(QString::fromLatin1(m_User->GetSaveMessages().front().c_str()).contains(kGlowFile));
         QVERIFY(m_User->IsModified(Item(1)));
         QVERIFY2(!m_User->IsModified(Item(2)), "the others are written all the same");
         QVERIFY(Content("project/two.json").contains("Slope"));
@@ -321,7 +353,7 @@ private Q_SLOTS:
         theirs.replace("Glow", "Theirs");
         m_Folder->Write(kGlowFile, theirs);
         QVERIFY(!m_User->Save());
-        QVERIFY2(Log().contains("glow.json"), qPrintable(Log()));
+        QVERIFY2(Log().contains(kGlowFile), qPrintable(Log()));
         QCOMPARE(Content(kGlowFile), theirs);
         QCOMPARE(m_User->NameOf(Item(1)), std::string("Ours"));
         QVERIFY(m_User->IsModified(Item(1)));
@@ -331,7 +363,9 @@ private Q_SLOTS:
             QVERIFY(m_Host->TakeFileFromDisk(path));
             QCOMPARE(m_User->NameOf(Item(1)), std::string("Theirs"));
             QVERIFY(!m_User->IsModified(Item(1)));
-            m_Host->GetCommandManager().GetUndoStack().undo();
+            QUndoStack& stack = m_Host->GetCommandManager().GetUndoStack();
+            QCOMPARE(stack.undoText(), QString("Take from disk glühen.json"));
+            stack.undo();
             QCOMPARE(m_User->NameOf(Item(1)), std::string("Ours"));
         } else {
             QVERIFY(m_Host->OverwriteFileOnDisk(path));
@@ -390,6 +424,74 @@ private Q_SLOTS:
         QCOMPARE(m_User->NameOf(Item(3)), std::string("Ours As Well"));
     }
 
+    void ReadsChangesAsOpeningDoes_data()
+    {
+        QTest::addColumn<Contents>("before");
+        QTest::addColumn<Contents>("after");
+        QByteArray const ramp = Object(2, "compound", "Ramp");
+        QByteArray const steep = Object(2, "compound", "Steep");
+        QByteArray const twin = Object(2, "compound", "Twin");
+        auto const row = [](char const* name, QByteArray const& before, QByteArray const& after) {
+            QTest::newRow(name) << Contents{{"project/two.json", '[' + before + ']'}}
+                                << Contents{{"project/two.json", '[' + after + ']'}};
+        };
+        auto const keeps = [&](char const* name, QByteArray const& other) {
+            row(name, ramp + ',' + other, steep + ',' + other);
+        };
+        auto const keepsFirst = [&](char const* name, QByteArray const& other) {
+            row(name, other + ',' + ramp, other + ',' + steep);
+        };
+        keeps("exact twin", ramp);
+        keeps("twin of another kind", Object(2, "solver", "Ramp"));
+        keeps("twin in small letters", twin.toLower().replace("twin", "Twin"));
+        keeps("uid of another file's item", Object(1, "compound", "Glow"));
+        keeps("uid of a data source", QByteArray(twin).replace(Uid(2).c_str(), kProjectUid));
+        keepsFirst("unknown kind", Object(2, "gadget", "Ramp"));
+        keepsFirst("no name", Object(2, "compound", ""));
+        keepsFirst("no object", "7, [], null");
+        row("twin is first", ramp, twin + ',' + ramp);
+        row("its twin goes", ramp + ',' + twin, twin);
+        row("its twin becomes faulty", ramp + ',' + twin, Object(2, "gadget", "Ramp") + ',' + twin);
+        row("letter case", Object(9, "solver", "A"), Object(9, "solver", "A").toLower());
+        row("kind", ramp, Object(2, "type", "Ramp"));
+        Contents const twins = {{"project/two.json", ramp}, {"project/x.json", '[' + twin + ']'}};
+        QTest::newRow("its twin's file goes") << twins << Contents{{"project/two.json", ""}};
+        QTest::newRow("its twin becomes another")
+            << twins << Contents{{"project/two.json", Object(8, "compound", "Eight")}};
+        QTest::newRow("to a later file")
+            << Contents{{"project/a.json", '[' + ramp + ']'}, {"project/b.json", "[]"},
+                        {"project/two.json", "[]"}}
+            << Contents{{"project/a.json", "[]"}, {"project/b.json", '[' + ramp + ']'}};
+        QTest::newRow("to an earlier file")
+            << Contents{{"project/a.json", "[]"}, {"project/two.json", '[' + ramp + ']'}}
+            << Contents{{"project/a.json", '[' + ramp + ']'}, {"project/two.json", "[]"}};
+    }
+
+    /// Also what makes no item: a later save leaves it as it is.
+    void ReadsChangesAsOpeningDoes()
+    {
+        QFETCH(Contents, before);
+        QFETCH(Contents, after);
+        WriteAll(before);
+        Open();
+        WriteAll(after);
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        m_Host->CheckFolder();
+        QVERIFY(!recorder.Take().isEmpty());
+        QStringList const items = ListItems();
+        auto const contents = m_Folder->Read();
+
+        m_User->Tag(Item(2), "ours");
+        m_User->Save();
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        m_User->Save();
+        auto const saved = m_Folder->Read();
+        for (auto file = contents.begin(); file != contents.end(); ++file)
+            QCOMPARE(Compact(saved[file.key()]), Compact(file.value()));
+        Open();
+        QCOMPARE(items, ListItems());
+    }
+
     /// As a pull does it: changed, renamed and removed files, and new ones.
     void FollowsOtherPrograms()
     {
@@ -422,6 +524,15 @@ private Q_SLOTS:
         QVERIFY(!m_User->Save());
     }
 
+    void LooksWhileChangesGoOn()
+    {
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (m_Folder->Write("project/busy", ""), QFile::remove(m_Folder->GetPath("project/busy")),
+             Item(9).IsValid()),
+            20000);
+    }
+
     void TriesHalfWrittenFilesAgain()
     {
         m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
@@ -430,7 +541,74 @@ private Q_SLOTS:
         m_Folder->Write("project/new.json", Object(9, "compound", "New"));
         QTRY_VERIFY(Item(9).IsValid());
         m_Folder->Write("project/broken.json", "{");
-        QTRY_VERIFY(Log().contains("broken.json"));
+        QTRY_COMPARE(Log().count("broken.json"), 1);
+        m_Host->CheckFolder();
+        QCOMPARE(Log().count("broken.json"), 1);
+        m_Folder->Write("project/broken.json", "{,");
+        m_Host->CheckFolder();
+        QTRY_COMPARE(Log().count("broken.json"), 2);
+    }
+
+    void KeepsItemsOfAFolderThatIsGone_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("data source") << "/project";
+        QTest::newRow("library") << "";
+    }
+
+    /// A missing folder is not a folder without files. What it is when it is back counts again.
+    void KeepsItemsOfAFolderThatIsGone()
+    {
+        QFETCH(QString, name);
+        QString const folder = m_Folder->GetPath() + name;
+        QString const away = folder + ".away";
+        QString const file = m_Folder->GetPath("project/two.json").replace(folder, away);
+        QString const glow = m_Folder->GetPath(kGlowFile);
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        for (int round = 1; round <= 2; ++round) {
+            QVERIFY(QDir().rename(folder, away));
+            // Whether or not the one around it is watched.
+            m_Host->CheckFolder();
+            m_Host->CheckFolder();
+            QCOMPARE(Log().count("the folder is gone"), round);
+            QVERIFY(recorder.Take().isEmpty());
+            QVERIFY(!m_Host->TakeFileFromDisk(glow));
+
+            QFile two(file);
+            QVERIFY(two.open(QIODevice::WriteOnly));
+            two.write(Object(10 + round, "compound", "New"));
+            two.close();
+            QVERIFY(QDir().rename(away, folder));
+            QTRY_VERIFY(Item(10 + round).IsValid());
+            QVERIFY(!Item(3).IsValid());
+            recorder.Take();
+        }
+        QVERIFY(QDir().rename(m_Folder->GetPath("project"), m_Folder->GetPath("away")));
+        QTRY_COMPARE(Log().count("the folder is gone"), 3);
+        QVERIFY(QDir().rename(m_Folder->GetPath("away"), m_Folder->GetPath("project")));
+    }
+
+    /// A file that was not there when the folder was looked at last.
+    void NoticesWhatGoesSoonAfterAMove()
+    {
+        m_Folder->Write("library.json", R"({"format": 1, "name": "Test", "dataSources": [
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
+             "access": "read-write"},
+            {"uid": "AAAAAAAA-0000-0000-0000-000000000003", "name": "Shared", "path": "factory",
+             "access": "read-write"}]})");
+        Open();
+        auto* const helper = dynamic_cast<qorm::IRevisionControlUIHelper*>(
+            wekGetSystem()->GetService("RevisionControlUIHelper"));
+        auto const find = [&](std::string const& uid) {
+            return helper->FindObject(qorm::DbObjectId(uid.c_str()));
+        };
+        auto const object = find(Uid(4));
+        qorm::IHelper::GetHelper(object.GetInstance())
+            ->MoveToDataSource(
+                object, find("AAAAAAAA-0000-0000-0000-000000000003").GetDataSource(), true);
+        QVERIFY(QFile::remove(m_Folder->GetPath("factory/odd.json")));
+        m_Host->CheckFolder();
+        QVERIFY(Item(4).IsNull());
     }
 };
 
