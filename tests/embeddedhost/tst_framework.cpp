@@ -1,6 +1,8 @@
 #include "libraryfolder.h"
 #include "loggedtest.h"
 
+#include "framework/guardedcall.h"
+
 #include <sourcecontrol.h>
 
 #include <QSignalSpy>
@@ -231,6 +233,25 @@ private Q_SLOTS:
         QCOMPARE(spy.last().at(0).value<eSeverity>(), eSeverity::kWarning);
         channel.ClearLog();
         QVERIFY(channel.GetLog().empty());
+    }
+
+    void WhatAGuardedCallRaisesIsSaid()
+    {
+        auto channel = std::make_unique<CMessageChannel>();
+        connect(channel.get(), &CMessageChannel::MessagePosted, [] { throw 2; });
+        auto const run = [&](std::function<void()> const& call) {
+            return embeddedhost::RunGuarded(channel.get(), "a.json", call);
+        };
+        QVERIFY(run([] {}));
+        QVERIFY(!run([] { throw std::runtime_error("refused"); }));
+        QVERIFY(!run([] { throw 1; }));
+        QCOMPARE(channel->GetLog().at(0).text, QString("a.json: refused."));
+        QCOMPARE(channel->GetLog().at(1).text, QString("a.json: an unknown failure."));
+        Expect("a.json: an unknown failure.");
+        QVERIFY(!run([&] {
+            channel.reset();
+            throw 1;
+        }));
     }
 
     void CommandsAreRunAndRemembered()

@@ -1,0 +1,21 @@
+#ifndef EMBEDDEDHOST_GUARDEDCALL_H
+#define EMBEDDEDHOST_GUARDEDCALL_H
+
+#include <QString>
+
+#include <functional>
+
+class CMessageChannel;
+
+namespace embeddedhost {
+
+/// Runs `call` where nobody is left to catch what it raises: in a timer's slot, a watcher's, a
+/// worker's delivery. That becomes an error message instead, "<what>: <reason>", where `what`
+/// says whose failure it is, such as a file. The channel may be null, and `call` may destroy it:
+/// the message goes to the debug output then. False when something was raised.
+bool RunGuarded(CMessageChannel* messages, QString const& what,
+                std::function<void()> const& call);
+
+} // namespace embeddedhost
+
+#endif
