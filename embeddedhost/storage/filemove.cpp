@@ -2,7 +2,7 @@
 
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
-#include "sourcecontrol/gitworktree.h"
+#include "sourcecontrol/sourcecontrolservice.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,16 +29,11 @@ QString GetTargetPath(LibraryFile const& file, CDataSource const& target)
     return target.GetDescription().folder + QLatin1Char('/') + below;
 }
 
-/// True when git knows the file and has moved it.
-bool MoveThroughGit(QString const& from, QString const& to)
+/// The file on disk has moved; git learns of it in its own time.
+void MoveThroughGit(QString const& from, QString const& to)
 {
-    CGitWorkTree workTree(QFileInfo(from).path());
-    if (workTree.GetAccess() != CGitWorkTree::kReadable)
-        return false;
-    std::string const source = workTree.GetRelativePath(from);
-    std::string const target = workTree.GetRelativePath(to);
-    return !source.empty() && !target.empty() && workTree.IsTracked(source)
-           && workTree.Move(source, target);
+    if (CSourceControlService* const service = CSourceControlService::GetInstance())
+        service->GetActions().FollowMove(from, to);
 }
 
 bool MoveOnDisk(QString const& from, QString const& to)
@@ -48,7 +43,10 @@ bool MoveOnDisk(QString const& from, QString const& to)
         return true;
     if (QFileInfo::exists(to) || !QDir().mkpath(QFileInfo(to).path()))
         return false;
-    return MoveThroughGit(from, to) || QFile::rename(from, to);
+    if (!QFile::rename(from, to))
+        return false;
+    MoveThroughGit(from, to);
+    return true;
 }
 
 /// Takes the file from one data source to another and back.

@@ -135,12 +135,12 @@ private Q_SLOTS:
         qorm::IHelper::GetHelper(object.GetInstance())
             ->MoveToDataSource(object, FindObject(kFade).GetDataSource(), true);
         QStringList const moved{"R  project/cafe-lamp.json -> shared/cafe-lamp.json"};
-        QCOMPARE(GetStatus(), moved);
         QCOMPARE(m_Folder->Read("shared/cafe-lamp.json"), content);
+        QTRY_COMPARE(GetStatus(), moved);
         Stack().undo();
-        QCOMPARE(GetStatus(), QStringList(QString()));
+        QTRY_COMPARE(GetStatus(), QStringList(QString()));
         Stack().redo();
-        QCOMPARE(GetStatus(), moved);
+        QTRY_COMPARE(GetStatus(), moved);
 
         LibraryUser user(*m_Host);
         QVERIFY(user.Rename(Find(kLamp), "Tea Lamp"));
