@@ -123,6 +123,7 @@ private Q_SLOTS:
     void goesOn_data();
     void goesOn();
     void answersAfterAll();
+    void newWorkTreeIsGivenUp();
 
 private:
     QTemporaryDir m_Home;
@@ -165,7 +166,7 @@ void TestHostileTree::goesOn_data()
     QTest::newRow("belongs to somebody else")
         << ".git" << int(kOtherOwner) << QByteArray() << "safe.directory" << kUnknown;
     QTest::newRow("may not be read")
-        << ".git/config" << int(kNoPermission) << QByteArray() << "git cannot read" << kUnknown;
+        << ".git/index" << int(kNoPermission) << QByteArray() << "" << kUnknown;
 }
 
 void TestHostileTree::goesOn()
@@ -259,6 +260,29 @@ void TestHostileTree::answersAfterAll()
     QTRY_VERIFY((helper.CheckOut(library.GetObject(0), isCheckedOut, true), isCheckedOut));
     QCOMPARE(CountMessages(*library.host, kSilence), 1);
     QTRY_VERIFY(CountThreads() <= threadCount);
+}
+
+void TestHostileTree::newWorkTreeIsGivenUp()
+{
+    QString const settings = m_Home.filePath(".gitconfig");
+    MakePipe(settings);
+    QTemporaryDir const parent;
+    QDir(parent.path()).mkdir("new");
+    QString const folder = parent.filePath("new");
+    int const threadCount = CountThreads();
+    QString fault;
+    QVERIFY(!CEmbeddedHost::MakeWorkTree(folder, &fault));
+    QVERIFY2(fault.startsWith("git does not answer"), qPrintable(fault));
+
+    // When git comes back it makes nothing of a folder that has moved on.
+    QVERIFY(QDir(parent.path()).rename("new", "moved"));
+    int const pipe = open(qPrintable(settings), O_WRONLY | O_NONBLOCK);
+    QVERIFY(pipe >= 0);
+    QFile::remove(settings);
+    close(pipe);
+    QTRY_COMPARE(CountThreads(), threadCount);
+    QVERIFY(!QFile::exists(folder));
+    QVERIFY(CEmbeddedHost::MakeWorkTree(parent.filePath("moved"), &fault));
 }
 
 int main(int argc, char** argv)
