@@ -11,7 +11,7 @@ namespace embeddedhost {
 namespace {
 
 /// What git may take for a folder that was just filled.
-constexpr std::chrono::seconds kPatience(5);
+constexpr std::chrono::seconds kPatience(3);
 
 typedef std::unique_ptr<git_signature, GitFree<git_signature_free>> GitSignaturePtr;
 
