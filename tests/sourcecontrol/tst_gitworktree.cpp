@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QTest>
 
-#include <thread>
 
 using namespace embeddedhost;
 using namespace embeddedhost::StateBits;
@@ -25,17 +24,14 @@ private Q_SLOTS:
     void statesBeforeTheFirstCommit();
     void passOverOneFolderSeesNoOther();
     void passLeavesTheIndexAlone();
-    void passStopsWhenCancelled();
+    void stopsWhenCancelled();
     void filesInSeveralTrees();
     void linkedWorkTree();
     void lastCommitIsWhatGitFinds();
-    void lastCommitDescribesItself();
-    void lastCommitStopsWhenCancelled();
     void moveKeepsWhatIsNotStaged();
     void moveRefuses_data();
     void moveRefuses();
     void checkOutEndsWithTheNextCommit();
-    void threadsHaveTheirOwnTree();
 
 private:
     QTemporaryDir m_Home;
@@ -186,12 +182,15 @@ void TestGitWorkTree::passLeavesTheIndexAlone()
     QVERIFY(folder.Read(".git/index") != index);
 }
 
-void TestGitWorkTree::passStopsWhenCancelled()
+void TestGitWorkTree::stopsWhenCancelled()
 {
     CancelFlag const cancelled(true);
     CFileStates states;
-    QVERIFY(!CGitWorkTree(m_AllStates->GetPath()).ReadStates("", cancelled, states));
+    CGitWorkTree const tree(m_AllStates->GetPath());
+    QVERIFY(!tree.ReadStates("", cancelled, states));
     QCOMPARE(states.Find("clean"), 0u);
+    QVERIFY(tree.FindLastCommit("clean", m_NotCancelled));
+    QVERIFY(!tree.FindLastCommit("clean", cancelled));
 }
 
 void TestGitWorkTree::filesInSeveralTrees()
@@ -259,28 +258,6 @@ void TestGitWorkTree::lastCommitIsWhatGitFinds()
     }
     QVERIFY(!tree.FindLastCommit("later", m_NotCancelled));
     QVERIFY(!tree.FindLastCommit("never", m_NotCancelled));
-}
-
-void TestGitWorkTree::lastCommitDescribesItself()
-{
-    GitFolder const folder;
-    folder.Write("file", "first\n");
-    folder.Git({"add", "-A"});
-    folder.Git({"commit", "-q", "--author", QString::fromUtf8("J\xC3\xBCrgen <j@example.org>"),
-                "--date", "2024-02-29T23:30:00+0530", "-m", "Subject\n\nand a body"});
-    auto const commit = CGitWorkTree(folder.GetPath()).FindLastCommit("file", m_NotCancelled);
-    QVERIFY(commit);
-    QCOMPARE(commit->author, QString::fromUtf8("J\xC3\xBCrgen"));
-    QCOMPARE(commit->date.toString(Qt::ISODate), QString("2024-02-29T23:30:00+05:30"));
-    QCOMPARE(commit->subject, QString("Subject"));
-}
-
-void TestGitWorkTree::lastCommitStopsWhenCancelled()
-{
-    CancelFlag const cancelled(true);
-    CGitWorkTree const tree(m_AllStates->GetPath());
-    QVERIFY(tree.FindLastCommit("clean", m_NotCancelled));
-    QVERIFY(!tree.FindLastCommit("clean", cancelled));
 }
 
 void TestGitWorkTree::moveKeepsWhatIsNotStaged()
@@ -359,25 +336,6 @@ void TestGitWorkTree::checkOutEndsWithTheNextCommit()
     folder.Write("new", "1");
     QCOMPARE(readStates(), (States{kClean, kUntracked}));
     QVERIFY(!QFileInfo::exists(folder.GetPath("checkedout.json")));
-}
-
-void TestGitWorkTree::threadsHaveTheirOwnTree()
-{
-    std::atomic<int> failures{0};
-    auto const work = [&] {
-        for (int pass = 0; pass < 20; ++pass) {
-            CFileStates states;
-            CGitWorkTree const tree(m_AllStates->GetPath());
-            if (!tree.ReadStates("", m_NotCancelled, states) || states.Find("modified") != kModified
-                || !tree.FindLastCommit("deep/clean", m_NotCancelled))
-                ++failures;
-        }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
-    QCOMPARE(failures.load(), 0);
 }
 
 NODEBROWSER_TEST_MAIN(TestGitWorkTree)
