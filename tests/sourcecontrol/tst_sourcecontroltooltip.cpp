@@ -48,7 +48,7 @@ void AddCommits(GitFolder const& folder, int count)
     git.setWorkingDirectory(folder.GetPath());
     git.setStandardInputFile(folder.GetPath("../stream"));
     git.start("git", {"fast-import", "--quiet"});
-    QVERIFY(git.waitForFinished() && git.exitCode() == 0);
+    QVERIFY(git.waitForFinished(120000) && git.exitCode() == 0);
 }
 
 } // namespace
