@@ -25,6 +25,11 @@ if(NODEBROWSER_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(NODEBROWSER_SANITIZE_THREADS)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+endif()
+
 # Links all programs of the tree in a quarter of the time of the default linker.
 find_program(NODEBROWSER_LLD ld.lld)
 if(NODEBROWSER_LLD AND PROJECT_IS_TOP_LEVEL)

@@ -122,5 +122,10 @@ void AccessorContext::Close()
     m_Library = nullptr;
 }
 
+CLibrary* FindLibrary(UnspecifiedAccessor const& accessor)
+{
+    return accessor.Revalidate() ? accessor.GetContext()->GetLibrary() : nullptr;
+}
+
 } // namespace datamodel
 } // namespace tarno

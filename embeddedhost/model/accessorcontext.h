@@ -58,6 +58,9 @@ private:
     embeddedhost::CLibraryNotifier m_Notifier;
 };
 
+/// The library that the accessor may be asked about; null for none.
+embeddedhost::CLibrary* FindLibrary(UnspecifiedAccessor const& accessor);
+
 } // namespace datamodel
 } // namespace tarno
 

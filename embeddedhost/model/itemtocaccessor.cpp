@@ -62,12 +62,6 @@ template class Iterator<ItemAccessor>;
 
 namespace {
 
-/// The library that the accessor may be asked about; null for none.
-CLibrary* FindLibrary(UnspecifiedAccessor const& accessor)
-{
-    return accessor.Revalidate() ? accessor.GetContext()->GetLibrary() : nullptr;
-}
-
 bool IsTocRegistration(UnspecifiedAccessor const& toc, eInterfaceID interfaceID,
                        ContextID contextID)
 {

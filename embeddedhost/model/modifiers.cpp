@@ -13,11 +13,6 @@ using namespace embeddedhost;
 
 namespace {
 
-CLibrary* FindLibrary(UnspecifiedAccessor const& accessor)
-{
-    return accessor.Revalidate() ? accessor.GetContext()->GetLibrary() : nullptr;
-}
-
 CLibraryItem* FindItem(UnspecifiedAccessor const& accessor)
 {
     return accessor.GetContext() ? accessor.GetContext()->FindItem(accessor.GetHandle()) : nullptr;

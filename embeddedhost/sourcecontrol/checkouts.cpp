@@ -1,10 +1,12 @@
 #include "sourcecontrol/checkouts.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <nlohmann/json.hpp>
 
+#include <map>
 #include <mutex>
 
 namespace embeddedhost {
@@ -13,12 +15,20 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// One change of a list at a time.
-std::mutex gListMutex;
-
 QString GetListPath(CGitWorkTree const& tree)
 {
     return tree.GetGitFolder() + QStringLiteral("checkedout.json");
+}
+
+/// For one change of a list at a time. Lists have nothing to do with each other: whoever hangs in
+/// one holds up nobody else.
+std::mutex& GetListMutex(CGitWorkTree const& tree)
+{
+    // Never destroyed, as a thread may use them while the process ends.
+    static auto& guard = *new std::mutex;
+    static auto& mutexes = *new std::map<QString, std::mutex>;
+    std::lock_guard<std::mutex> const lock(guard);
+    return mutexes[GetListPath(tree)];
 }
 
 /// Path to content in HEAD, in hexadecimal; an empty object when there is no list.
@@ -43,9 +53,36 @@ bool WriteList(CGitWorkTree const& tree, ordered_json const& list)
 
 } // namespace
 
+// Whoever may do everything can write the file anyway, so its own permission is looked at.
+QString MakeFileWritable(QString const& file)
+{
+    QFile::Permissions const permissions = QFile::permissions(file);
+    if (permissions.testFlag(QFile::WriteOwner)
+        || QFile::setPermissions(file, permissions | QFile::WriteOwner | QFile::WriteUser))
+        return QString();
+    return QStringLiteral("its permissions cannot be changed; it may belong to another user");
+}
+
+QString CheckOutFile(QString const& file, CancelFlag const& cancel)
+{
+    QFileInfo const info(file);
+    CGitWorkTree const tree(info.path());
+    if (tree.GetAccess() != CGitWorkTree::kReadable)
+        return tree.GetError();
+    if (cancel.IsCancelled())
+        return QStringLiteral("it was cancelled");
+    QString const reason = MakeFileWritable(file);
+    if (!reason.isEmpty())
+        return reason;
+    std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
+    return MarkCheckedOut(tree, path)
+               ? QString()
+               : QStringLiteral("nothing can be written into %1").arg(tree.GetGitFolder());
+}
+
 bool MarkCheckedOut(CGitWorkTree const& tree, std::string const& file)
 {
-    std::lock_guard<std::mutex> const lock(gListMutex);
+    std::lock_guard<std::mutex> const lock(GetListMutex(tree));
     ordered_json list = ReadList(tree);
     list[file] = tree.GetHeadBlob(file);
     return WriteList(tree, list);
@@ -53,7 +90,7 @@ bool MarkCheckedOut(CGitWorkTree const& tree, std::string const& file)
 
 std::set<std::string> ReadCheckOuts(CGitWorkTree const& tree)
 {
-    std::lock_guard<std::mutex> const lock(gListMutex);
+    std::lock_guard<std::mutex> const lock(GetListMutex(tree));
     ordered_json const list = ReadList(tree);
     ordered_json kept = ordered_json::object();
     std::set<std::string> files;

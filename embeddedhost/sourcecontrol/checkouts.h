@@ -3,6 +3,8 @@
 
 #include "sourcecontrol/gitworktree.h"
 
+#include <QString>
+
 #include <set>
 #include <string>
 
@@ -10,7 +12,13 @@ namespace embeddedhost {
 
 // Files are checked out until they are committed next, that is, as long as HEAD has the content
 // that it had at the check out. The list is kept in the git folder and outlives the process.
-// Both functions may be called on any thread.
+// These functions may be called on any thread.
+
+/// Why the file cannot be made writable for its owner; empty when it is.
+QString MakeFileWritable(QString const& file);
+/// Makes the file writable and marks it as checked out, unless cancelled before. Why not; empty
+/// when it is checked out.
+QString CheckOutFile(QString const& file, CancelFlag const& cancel);
 
 /// False when the list cannot be written.
 bool MarkCheckedOut(CGitWorkTree const& tree, std::string const& file);

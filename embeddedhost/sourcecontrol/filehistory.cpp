@@ -22,7 +22,7 @@ public:
         if (entry.isKnown && entry.head == head)
             return entry.commit;
         auto const commit = tree.FindLastCommit(path, cancel);
-        if (!cancel)
+        if (!cancel.IsCancelled())
             entry = {true, head, commit};
         return commit;
     }
@@ -35,29 +35,39 @@ private:
         std::optional<GitCommit> commit;
     };
 
-    /// Used by the one thread of the pool.
+    /// Used by one thread, that of the library.
     std::unordered_map<std::string, Entry> m_Entries;
 };
 
 struct CFileHistory::Search
 {
-    QString file;
-    CancelFlag isCancelled{false};
+    explicit Search(QString const& path)
+        : file(path)
+    {}
+
+    FileFacts Run(Cache& cache) const
+    {
+        QFileInfo const info(file);
+        CGitWorkTree const tree(info.path());
+        std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
+        FileFacts found;
+        found.path = QFile::decodeName(path.c_str());
+        found.state = ReadFileStates({file}, *cancel).front();
+        if (!path.empty())
+            found.lastCommit = cache.Find(tree, path, *cancel);
+        return found;
+    }
+
+    QString const file;
+    CancelFlagPtr const cancel = std::make_shared<CancelFlag>();
     std::promise<FileFacts> facts;
     std::future<FileFacts> result = facts.get_future();
 };
 
-CFileHistory::CFileHistory()
-    : m_Cache(std::make_shared<Cache>())
-{
-    m_Pool.setMaxThreadCount(1);
-}
-
-CFileHistory::~CFileHistory()
-{
-    Cancel();
-    Wait();
-}
+CFileHistory::CFileHistory(CGitWorkers& workers)
+    : m_Workers(workers)
+    , m_Cache(std::make_shared<Cache>())
+{}
 
 std::optional<FileFacts> CFileHistory::Find(QString const& file, std::chrono::milliseconds patience)
 {
@@ -78,33 +88,25 @@ std::optional<FileFacts> CFileHistory::Find(QString const& file, std::chrono::mi
 void CFileHistory::Cancel()
 {
     if (m_Search)
-        m_Search->isCancelled = true;
+        m_Search->cancel->Cancel();
     m_Search.reset();
 }
 
-void CFileHistory::Wait()
+void CFileHistory::Forget()
 {
-    m_Pool.waitForDone();
+    Cancel();
+    // A search that hangs may have the old one yet.
+    m_Cache = std::make_shared<Cache>();
 }
 
 void CFileHistory::Start(QString const& file)
 {
     Cancel();
-    m_Search = std::make_shared<Search>();
-    m_Search->file = file;
-    m_Pool.start([search = m_Search, cache = m_Cache] {
-        if (search->isCancelled)
-            return;
-        QFileInfo const info(search->file);
-        CGitWorkTree const tree(info.path());
-        std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
-        FileFacts facts;
-        facts.path = QFile::decodeName(path.c_str());
-        facts.state = ReadFileStates({search->file}, search->isCancelled).front();
-        if (!path.empty())
-            facts.lastCommit = cache->Find(tree, path, search->isCancelled);
-        search->facts.set_value(facts);
-    });
+    m_Search = std::make_shared<Search>(file);
+    m_Workers.Run(
+        CGitWorkers::kHistory, m_Search->cancel,
+        [search = m_Search, cache = m_Cache] { search->facts.set_value(search->Run(*cache)); },
+        nullptr);
 }
 
 } // namespace embeddedhost

@@ -1,10 +1,10 @@
 #ifndef EMBEDDEDHOST_FILEHISTORY_H
 #define EMBEDDEDHOST_FILEHISTORY_H
 
+#include "sourcecontrol/gitworkers.h"
 #include "sourcecontrol/tooltip.h"
 
 #include <QString>
-#include <QThreadPool>
 
 #include <chrono>
 #include <memory>
@@ -17,15 +17,13 @@ namespace embeddedhost {
 class CFileHistory
 {
 public:
-    CFileHistory();
-    /// Ends the search that is running.
-    ~CFileHistory();
+    explicit CFileHistory(CGitWorkers& workers);
 
     /// Nothing while the search goes on. A search for another file ends the one before.
     std::optional<FileFacts> Find(QString const& file, std::chrono::milliseconds patience);
     void Cancel();
-    /// Until the thread has stopped, after Cancel().
-    void Wait();
+    /// Cancels and forgets what was found; for another library.
+    void Forget();
 
 private:
     class Cache;
@@ -33,10 +31,10 @@ private:
 
     void Start(QString const& file);
 
-    std::shared_ptr<Cache> const m_Cache;
+    CGitWorkers& m_Workers;
+    std::shared_ptr<Cache> m_Cache;
     /// The search that was not waited for to the end; null when there is none.
     std::shared_ptr<Search> m_Search;
-    QThreadPool m_Pool;
 };
 
 } // namespace embeddedhost

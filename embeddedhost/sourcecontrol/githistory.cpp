@@ -54,7 +54,7 @@ std::optional<GitCommit> CGitWorkTree::FindLastCommit(std::string const& file,
     std::optional<git_oid> const blob = commit ? FindGitBlob(commit.get(), file) : std::nullopt;
     // Where a parent has the same file, the file's history is that of the parent, so no more
     // than one commit has to be looked at next.
-    while (blob && !cancel) {
+    while (blob && !cancel.IsCancelled()) {
         GitCommitPtr parent = FindSameParent(commit.get(), file, blob);
         if (!parent)
             return Describe(commit.get());

@@ -1,23 +1,30 @@
 #include "sourcecontrol/gitrepository.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <chrono>
+#include <thread>
 
 namespace embeddedhost {
 
 namespace {
 
-/// Puts the entry of `from` in the place `to`, with all that the index knows of the file.
-bool MoveEntry(git_index* index, std::string const& from, std::string const& to)
+/// Other git commands write the index for a moment only.
+constexpr int kMaxAttempts = 20;
+constexpr std::chrono::milliseconds kAttemptPause(50);
+
+/// Puts the entry of `from` in the place `to`, with all that the index knows of the file. A
+/// result of the git library.
+int MoveEntryOnce(git_index* index, std::string const& from, std::string const& to)
 {
+    int result = git_index_read(index, true);
     git_index_entry const* const entry = git_index_get_bypath(index, from.c_str(), 0);
-    if (!entry)
-        return false;
+    if (result != 0 || !entry)
+        return GIT_ERROR;
     git_index_entry moved = *entry;
     moved.path = to.c_str();
-    return git_index_add(index, &moved) == 0 && git_index_remove(index, from.c_str(), 0) == 0
-           && git_index_write(index) == 0;
+    result = git_index_add(index, &moved);
+    if (result == 0)
+        result = git_index_remove(index, from.c_str(), 0);
+    return result == 0 ? git_index_write(index) : result;
 }
 
 } // namespace
@@ -28,28 +35,26 @@ bool CGitWorkTree::IsTracked(std::string const& file) const
     return index && git_index_get_bypath(index.get(), file.c_str(), 0);
 }
 
-bool CGitWorkTree::Move(std::string const& from, std::string const& to)
+bool CGitWorkTree::MoveEntry(std::string const& from, std::string const& to)
 {
-    auto const getFullPath = [this](std::string const& path) {
-        return GetRoot() + '/' + QFile::decodeName(path.c_str());
-    };
     auto const refuse = [this](QString const& reason) {
         m_Private->error = reason;
         return false;
     };
     if (!IsTracked(from))
         return refuse(QStringLiteral("the file is not tracked"));
-    QString const source = getFullPath(from);
-    QString const target = getFullPath(to);
-    if (QFileInfo::exists(target) || QFileInfo(target).isSymLink() || IsTracked(to))
-        return refuse(QStringLiteral("there is a file of that name already"));
-    if (!QDir().mkpath(QFileInfo(target).path()) || !QFile::rename(source, target))
-        return refuse(QStringLiteral("the file cannot be renamed"));
+    if (IsTracked(to))
+        return refuse(QStringLiteral("git knows another file of the new name"));
 
     GitIndexPtr const index = m_Private->GetIndex();
-    if (index && MoveEntry(index.get(), from, to))
-        return true;
-    QFile::rename(target, source);
+    for (int attempt = 1; index; ++attempt) {
+        int const result = MoveEntryOnce(index.get(), from, to);
+        if (result == 0)
+            return true;
+        if (result != GIT_ELOCKED || attempt == kMaxAttempts)
+            break;
+        std::this_thread::sleep_for(kAttemptPause);
+    }
     // What was changed in memory only is forgotten.
     if (index)
         git_index_read(index.get(), true);

@@ -34,6 +34,7 @@ typedef std::unique_ptr<git_tree_entry, GitFree<git_tree_entry_free>> GitTreeEnt
 class CGitWorkTree::Private
 {
 public:
+    void Open(QString const& folder);
     /// Null before the first commit, and when it cannot be read.
     GitCommitPtr GetHeadCommit();
     /// The index as it is on disk; null when it cannot be read.

@@ -7,7 +7,7 @@ namespace {
 
 int StopWhenCancelled(git_diff const*, char const*, char const*, void* cancel)
 {
-    return *static_cast<CancelFlag const*>(cancel) ? GIT_EUSER : 0;
+    return static_cast<CancelFlag const*>(cancel)->IsCancelled() ? GIT_EUSER : 0;
 }
 
 /// A pass over the parts of the work tree, over all of it for none.
@@ -106,7 +106,7 @@ bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
         unsigned& state = states[GetPath(delta)];
         state = AddStagedState(state, delta.status);
     }
-    return !cancel;
+    return !cancel.IsCancelled();
 }
 
 } // namespace embeddedhost

@@ -1,7 +1,8 @@
 #include "sourcecontrol/gitrepository.h"
+#include "sourcecontrol/specialfiles.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace embeddedhost {
 
@@ -20,6 +21,13 @@ std::string ToHex(git_oid const& id)
     return git_oid_tostr(text, sizeof text, &id);
 }
 
+/// Whether opening has failed because the library looked in vain for the user's setting that
+/// declares somebody else's folder safe.
+bool IsAboutOwner(git_error const* error)
+{
+    return error && error->klass == GIT_ERROR_CONFIG;
+}
+
 CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
 {
     switch (openResult) {
@@ -28,23 +36,14 @@ CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
     case GIT_EOWNER:
         return CGitWorkTree::kForeign;
     case GIT_ENOTFOUND:
-        // The library also says so of a foreign work tree when the user has not declared any
-        // folder safe: the setting is what it did not find.
+        // Also for a part of the repository that is not there.
+        if (IsAboutOwner(git_error_last()))
+            return CGitWorkTree::kForeign;
         return CGitWorkTree::FindGitFolder(folder).isEmpty() ? CGitWorkTree::kNoWorkTree
-                                                             : CGitWorkTree::kForeign;
+                                                             : CGitWorkTree::kUnreadable;
     default:
         return CGitWorkTree::kUnreadable;
     }
-}
-
-/// The folder itself or the nearest one around it that git's folder lies in. For work trees that
-/// cannot be opened.
-QString FindRoot(QString const& folder)
-{
-    QDir root(folder);
-    while (!root.exists(QStringLiteral(".git")) && root.cdUp()) {
-    }
-    return root.path();
 }
 
 QString DescribeForeignTree(QString const& folder)
@@ -52,17 +51,24 @@ QString DescribeForeignTree(QString const& folder)
     return QStringLiteral("the work tree belongs to another user, so git does not trust it; if "
                           "you do, declare it safe with: git config --global --add "
                           "safe.directory \"%1\"")
-        .arg(FindRoot(folder));
+        .arg(FindGitRoot(folder));
 }
 
-QString DescribeUnreadableTree(QString const& root)
+QString DescribeUnreadableTree(QString const& folder, QString const& reason)
 {
-    return QStringLiteral("git cannot read the work tree %1; see what is wrong with it with: "
+    return QStringLiteral("git cannot read the work tree %1: %2; see what is wrong with it with: "
                           "git -C \"%1\" status")
-        .arg(root);
+        .arg(FindGitRoot(folder), reason);
 }
 
-QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
+QString DescribeSpecialFile(QString const& folder, QString const& file)
+{
+    return QStringLiteral("git cannot read the work tree %1: %2 is a pipe or a device, which git "
+                          "would wait for without end; remove it")
+        .arg(FindGitRoot(folder), file);
+}
+
+QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder, QString const& reason)
 {
     switch (access) {
     case CGitWorkTree::kNoWorkTree:
@@ -70,7 +76,7 @@ QString DescribeAccess(CGitWorkTree::eAccess access, QString const& folder)
     case CGitWorkTree::kForeign:
         return DescribeForeignTree(folder);
     case CGitWorkTree::kUnreadable:
-        return DescribeUnreadableTree(FindRoot(folder));
+        return DescribeUnreadableTree(folder, reason);
     case CGitWorkTree::kReadable:
         break;
     }
@@ -89,22 +95,39 @@ void StartGitLibrary()
 CGitWorkTree::CGitWorkTree(QString const& folder)
     : m_Private(new Private)
 {
-    StartGitLibrary();
-    git_repository* opened = nullptr;
-    int const result =
-        git_repository_open_ext(&opened, QFile::encodeName(folder).constData(), 0, nullptr);
-    m_Private->repository.reset(opened);
-    m_Private->access = GetAccessAfter(result, folder);
-    if (opened && git_repository_is_bare(opened))
-        m_Private->access = kNoWorkTree;
-    m_Private->error = DescribeAccess(m_Private->access, folder);
+    QString const special = FindSpecialGitFile(folder);
+    if (special.isEmpty()) {
+        m_Private->Open(folder);
+    } else {
+        m_Private->access = kUnreadable;
+        m_Private->error = DescribeSpecialFile(folder, special);
+    }
 }
 
 CGitWorkTree::CGitWorkTree(CGitWorkTree&& other) noexcept = default;
 CGitWorkTree::~CGitWorkTree() = default;
 
+void CGitWorkTree::Private::Open(QString const& folder)
+{
+    StartGitLibrary();
+    git_repository* opened = nullptr;
+    int const result =
+        git_repository_open_ext(&opened, QFile::encodeName(folder).constData(), 0, nullptr);
+    repository.reset(opened);
+    git_error const* const failure = result == 0 ? nullptr : git_error_last();
+    QString const reason = failure ? QString::fromUtf8(failure->message) : QString();
+    access = GetAccessAfter(result, folder);
+    if (opened && git_repository_is_bare(opened))
+        access = kNoWorkTree;
+    error = DescribeAccess(access, folder, reason);
+}
+
 QString CGitWorkTree::FindGitFolder(QString const& folder)
 {
+    if (!FindSpecialGitFile(folder).isEmpty()) {
+        QString const gitFolder = FindGitRoot(folder) + QStringLiteral("/.git");
+        return QFileInfo(gitFolder).isDir() ? gitFolder + '/' : QString();
+    }
     StartGitLibrary();
     git_buf found = GIT_BUF_INIT;
     if (git_repository_discover(&found, QFile::encodeName(folder).constData(), 0, nullptr) != 0)

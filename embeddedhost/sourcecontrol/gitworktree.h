@@ -1,20 +1,17 @@
 #ifndef EMBEDDEDHOST_GITWORKTREE_H
 #define EMBEDDEDHOST_GITWORKTREE_H
 
+#include "sourcecontrol/cancelflag.h"
 #include "sourcecontrol/filestates.h"
 
 #include <QDateTime>
 #include <QString>
 
-#include <atomic>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace embeddedhost {
-
-/// Set by another thread to stop what is running.
-typedef std::atomic<bool> CancelFlag;
 
 struct GitCommit
 {
@@ -26,10 +23,10 @@ struct GitCommit
     QString subject;
 };
 
-/// A git work tree. The index is read, and written only by Move.
+/// A git work tree. The index is read, and written only by MoveEntry.
 ///
-/// Each thread opens one of its own. Paths of files are relative to the root, in the encoding
-/// of the file system.
+/// Each thread opens one of its own. All functions may hang with git, so they are for the jobs of
+/// CGitThread. Paths of files are relative to the root, in the encoding of the file system.
 class CGitWorkTree
 {
 public:
@@ -47,13 +44,12 @@ public:
     CGitWorkTree(CGitWorkTree&& other) noexcept;
     ~CGitWorkTree();
 
-    /// The git folder of the repository around the folder; empty when there is none. Quick:
-    /// nothing is opened.
+    /// The git folder of the repository around the folder; empty when there is none.
     static QString FindGitFolder(QString const& folder);
 
     eAccess GetAccess() const;
-    /// Why the work tree is not readable, or why the last Move failed, and what can be done about
-    /// it; words that go on after a colon.
+    /// Why the work tree is not readable, or why the last MoveEntry failed, and what can be done
+    /// about it; words that go on after a colon.
     QString GetError() const;
 
     /// Canonical and without a slash at the end.
@@ -77,10 +73,10 @@ public:
                                             CancelFlag const& cancel) const;
 
     bool IsTracked(std::string const& file) const;
-    /// Renames the tracked file on disk and in the index; changes that are not staged stay so.
-    /// Folders are made as needed, a file in the way is not replaced. Nothing is changed when
-    /// it fails.
-    bool Move(std::string const& from, std::string const& to);
+    /// Follows a tracked file that was renamed on disk: its entry in the index gets the new path,
+    /// and changes that are not staged stay so. Waits a moment for another program that writes the
+    /// index. Nothing is changed when it fails.
+    bool MoveEntry(std::string const& from, std::string const& to);
 
 private:
     class Private;

@@ -1,6 +1,7 @@
 #include "sourcecontrol/newworktree.h"
 
 #include "sourcecontrol/gitrepository.h"
+#include "sourcecontrol/gitthread.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,12 +10,16 @@ namespace embeddedhost {
 
 namespace {
 
+/// What git may take for a folder that was just filled.
+constexpr std::chrono::seconds kPatience(3);
+
 typedef std::unique_ptr<git_signature, GitFree<git_signature_free>> GitSignaturePtr;
 
 GitRepositoryPtr Initialize(QString const& folder)
 {
     git_repository* repository = nullptr;
-    git_repository_init(&repository, QFile::encodeName(folder).constData(), false);
+    git_repository_init_options options = GIT_REPOSITORY_INIT_OPTIONS_INIT;
+    git_repository_init_ext(&repository, QFile::encodeName(folder).constData(), &options);
     return GitRepositoryPtr(repository);
 }
 
@@ -52,19 +57,32 @@ bool Commit(git_repository* repository, git_tree* tree)
                   == 0;
 }
 
+/// Why it could not be made; empty when it is.
+QString MakeWorkTree(QString const& folder)
+{
+    StartGitLibrary();
+    // The folder may have gone while git hung.
+    GitRepositoryPtr const repository = QDir(folder).exists() ? Initialize(folder) : nullptr;
+    GitTreePtr const tree = repository ? AddAll(repository.get()) : nullptr;
+    if (tree && Commit(repository.get(), tree.get()))
+        return QString();
+    return QStringLiteral("git cannot write into %1; see whether it may be written to and "
+                          "whether the disk is full")
+        .arg(QDir::toNativeSeparators(folder));
+}
+
 } // namespace
 
 bool MakeGitWorkTree(QString const& folder, QString* fault)
 {
-    StartGitLibrary();
-    GitRepositoryPtr const repository = Initialize(folder);
-    GitTreePtr const tree = repository ? AddAll(repository.get()) : nullptr;
-    if (tree && Commit(repository.get(), tree.get()))
-        return true;
-    *fault = QStringLiteral("git cannot write into %1; see whether it may be written to and "
-                            "whether the disk is full")
-                 .arg(QDir::toNativeSeparators(folder));
-    return false;
+    auto const make = [folder](CancelFlag const&) {
+        return MakeWorkTree(folder);
+    };
+    *fault = CGitThread::Get(QFile::encodeName(folder).toStdString())
+                 ->Ask(make, kPatience)
+                 .value_or(QStringLiteral("git does not answer; one of its settings may be a pipe, "
+                                          "or lie on a network drive that is gone"));
+    return fault->isEmpty();
 }
 
 } // namespace embeddedhost

@@ -11,21 +11,6 @@ namespace embeddedhost {
 
 using namespace qorm;
 
-namespace {
-
-/// Whoever may do everything can write the file anyway, so its own permission is looked at.
-bool MakeFileWritable(QString const& file)
-{
-    QFile::Permissions const permissions = QFile::permissions(file);
-    return permissions.testFlag(QFile::WriteOwner)
-           || QFile::setPermissions(file, permissions | QFile::WriteOwner | QFile::WriteUser);
-}
-
-char const* const kNotPermitted =
-    "its permissions cannot be changed; it may belong to another user";
-
-} // namespace
-
 CRevisionControlHelper::CRevisionControlHelper(CMessageChannel& messages,
                                                CSourceControlService& service)
     : m_Messages(messages)
@@ -59,7 +44,7 @@ void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool&
     QString const file = FindFile(item);
     if (file.isEmpty())
         return;
-    QString const reason = CheckOutFile(file);
+    QString const reason = m_Service.GetActions().CheckOut(file);
     if (!reason.isEmpty()) {
         Refuse(file, QStringLiteral("it cannot be checked out: ") + reason);
         return;
@@ -71,8 +56,9 @@ void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool&
 void CRevisionControlHelper::MakeWritable(QormHandle<IDbObject> const& object, bool /*askUser*/)
 {
     QString const file = FindFile(FindItem(object));
-    if (!file.isEmpty() && !MakeFileWritable(file))
-        Refuse(file, QStringLiteral("it cannot be made writable: ") + QLatin1String(kNotPermitted));
+    QString const reason = file.isEmpty() ? QString() : MakeFileWritable(file);
+    if (!reason.isEmpty())
+        Refuse(file, QStringLiteral("it cannot be made writable: ") + reason);
 }
 
 void CRevisionControlHelper::ShowFiles(QormHandle<IDbObject> const& object,
@@ -102,23 +88,10 @@ QString CRevisionControlHelper::FindFile(CLibraryItem const* item)
     return QString();
 }
 
-QString CRevisionControlHelper::CheckOutFile(QString const& file)
-{
-    QFileInfo const info(file);
-    CGitWorkTree const tree(info.path());
-    if (tree.GetAccess() != CGitWorkTree::kReadable)
-        return tree.GetError();
-    if (!MakeFileWritable(file))
-        return QLatin1String(kNotPermitted);
-    std::string const path = tree.GetRelativePath(info.canonicalPath() + '/' + info.fileName());
-    return MarkCheckedOut(tree, path)
-               ? QString()
-               : QStringLiteral("nothing can be written into %1").arg(tree.GetGitFolder());
-}
-
 void CRevisionControlHelper::Refuse(QString const& file, QString const& reason)
 {
-    m_Messages.Post(eSeverity::kWarning, QStringLiteral("%1: %2.").arg(QDir::toNativeSeparators(file), reason));
+    m_Messages.Post(eSeverity::kWarning,
+                    QStringLiteral("%1: %2.").arg(QDir::toNativeSeparators(file), reason));
 }
 
 } // namespace embeddedhost

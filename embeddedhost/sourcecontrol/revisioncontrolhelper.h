@@ -40,8 +40,6 @@ private:
     CLibraryItem const* FindItem(qorm::QormHandle<qorm::IDbObject> const& object) const;
     /// Empty, and the user is told, when the item has no file on disk.
     QString FindFile(CLibraryItem const* item);
-    /// Why the file cannot be checked out; empty when it is.
-    QString CheckOutFile(QString const& file);
     void Refuse(QString const& file, QString const& reason);
 
     CMessageChannel& m_Messages;

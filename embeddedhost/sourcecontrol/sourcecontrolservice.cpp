@@ -1,9 +1,12 @@
 #include "sourcecontrol/sourcecontrolservice.h"
 
+#include "framework/guardedcall.h"
 #include "model/library.h"
 #include "model/librarynotifier.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QPointer>
 
 namespace embeddedhost {
 
@@ -11,26 +14,20 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// In milliseconds. Changes of files and of the git folder come in bursts.
-constexpr int kRefreshDelay = 200;
-
 /// What a tool tip may take.
 constexpr std::chrono::milliseconds kToolTipPatience(30);
 
 CSourceControlService* gService = nullptr;
 
-/// Whether panels show states of the item: of compounds that may be written.
-bool HasShownState(CLibraryItem const& item)
-{
-    return item.GetIdentity().kind == TarnoType::gCompound
-           && item.GetSource()->GetAccessMode() != qorm::IDataSource::kReadOnlyAccess;
-}
-
 } // namespace
 
 CSourceControlService::CSourceControlService(QObject* parent)
     : QObject(parent)
+    , m_WorkTree(m_Workers)
+    , m_Actions(m_Workers)
     , m_Refresh(std::make_shared<StateRequest>())
+    , m_Reader(m_Workers)
+    , m_History(m_Workers)
 {
     m_Refresh->isRefresh = true;
     m_Requests.Add(m_Refresh);
@@ -46,9 +43,11 @@ CSourceControlService::CSourceControlService(QObject* parent)
     connect(&m_Observer, &CLibraryObserver::ItemAppeared, this,
             &CSourceControlService::OnItemAppeared);
     connect(&m_Observer, &CLibraryObserver::FilesChanged, this, &CSourceControlService::RefreshAll);
-    // A commit, a checkout or `git add` changes something there.
-    connect(&m_GitWatcher, &QFileSystemWatcher::directoryChanged, this,
+    connect(&m_WorkTree, &CWorkTreeLookUp::LookedUp, this, &CSourceControlService::OnLookedUp);
+    connect(&m_WorkTree, &CWorkTreeLookUp::GitFolderChanged, this,
             &CSourceControlService::RefreshAll);
+    connect(&m_Actions, &CGitActions::MoveFollowed, this, &CSourceControlService::OnMoveFollowed);
+    connect(&m_Workers, &CGitWorkers::StoppedAnswering, this, &CSourceControlService::OnSilence);
     // The threads must not run on while the process ends, even if this object is never destroyed.
     if (QCoreApplication* const application = QCoreApplication::instance())
         connect(application, &QCoreApplication::aboutToQuit, this, &CSourceControlService::Quit);
@@ -73,7 +72,8 @@ void CSourceControlService::Open(CLibrary& library)
     Close();
     m_Library = &library;
     m_Observer.Attach(library.GetNotifier());
-    UpdateWorkTree();
+    m_Workers.Open(library.GetFolder());
+    LookUpWorkTree();
 }
 
 void CSourceControlService::Close()
@@ -83,12 +83,20 @@ void CSourceControlService::Close()
     Stop();
     m_Observer.Detach(m_Library->GetNotifier());
     m_Library = nullptr;
-    UpdateWorkTree();
+    m_WorkTree.Forget();
+    m_History.Forget();
+    m_Workers.Close();
+    m_Properties.SetAvailable(false);
 }
 
 bool CSourceControlService::IsActive() const
 {
-    return !m_GitFolder.isEmpty();
+    return m_WorkTree.IsInWorkTree();
+}
+
+CGitActions& CSourceControlService::GetActions()
+{
+    return m_Actions;
 }
 
 CRevisionControlProperties& CSourceControlService::GetProperties()
@@ -101,44 +109,6 @@ void CSourceControlService::SetEnabled(bool isEnabled)
     if (!isEnabled)
         Stop();
     m_Properties.SetEnabled(isEnabled);
-}
-
-void CSourceControlService::Request(CStateRequests::RequestPtr const& request,
-                                    std::vector<ItemKey> const& items)
-{
-    UpdateWorkTree();
-    m_Requests.Add(request);
-    if (!IsShown())
-        return;
-    request->wanted.insert(items.begin(), items.end());
-    StartWithin(0);
-}
-
-void CSourceControlService::OnRequestDropped()
-{
-    if (m_Requests.IsEmpty())
-        m_Requests.Clear();
-    if (!m_Requests.IsAnythingAsked())
-        m_Reader.Cancel();
-    StartNextPass();
-}
-
-void CSourceControlService::Refresh(std::vector<ItemKey> const& items)
-{
-    if (!IsShown() || m_Requests.IsEmpty() || items.empty())
-        return;
-    m_Refresh->wanted.insert(items.begin(), items.end());
-    StartWithin(kRefreshDelay);
-}
-
-void CSourceControlService::RefreshAll()
-{
-    Refresh(m_Announcer.GetItems());
-}
-
-void CSourceControlService::NoteLookUp(ItemKey item)
-{
-    m_Announcer.NoteLookUp(item);
 }
 
 std::optional<FileFacts> CSourceControlService::FindFacts(QString const& file)
@@ -165,98 +135,55 @@ void CSourceControlService::Stop()
 void CSourceControlService::Quit()
 {
     Stop();
-    m_Reader.Wait();
-    m_History.Wait();
+    m_Workers.Finish();
 }
 
-void CSourceControlService::UpdateWorkTree()
+void CSourceControlService::LookUpWorkTree()
 {
-    QString const gitFolder =
-        m_Library ? CGitWorkTree::FindGitFolder(m_Library->GetFolder()) : QString();
-    if (gitFolder == m_GitFolder)
-        return;
-    m_GitFolder = gitFolder;
-    if (!m_GitWatcher.directories().isEmpty())
-        m_GitWatcher.removePaths(m_GitWatcher.directories());
-    if (IsActive()) {
-        m_GitWatcher.addPath(m_GitFolder);
-        ReportUnreadableTree();
-    } else {
+    m_WorkTree.Start(m_Library->GetFolder());
+}
+
+void CSourceControlService::OnLookedUp()
+{
+    QPointer<CSourceControlService> const self(this);
+    if (!IsActive())
         Stop();
-    }
-    m_Properties.SetAvailable(IsActive());
+    QString const fault = m_WorkTree.TakeFault();
+    if (!fault.isEmpty())
+        Warn(QStringLiteral("Source control cannot tell any states: %1.").arg(fault));
+    if (self)
+        Guard([this] { m_Properties.SetAvailable(IsActive()); });
+    if (self)
+        StartNextPass();
 }
 
-void CSourceControlService::ReportUnreadableTree()
+void CSourceControlService::OnMoveFollowed(QString const& fault)
 {
-    CGitWorkTree const tree(m_Library->GetFolder());
-    if (tree.GetAccess() != CGitWorkTree::kReadable)
-        m_Library->GetMessages().Post(
-            eSeverity::kWarning,
-            QStringLiteral("Source control cannot tell any states: %1.").arg(tree.GetError()));
+    RefreshAll();
+    if (!fault.isEmpty())
+        Warn(fault);
 }
 
-void CSourceControlService::OnItemAppeared(ItemID const& id)
+void CSourceControlService::OnSilence()
 {
-    ItemKey const item = ItemIDUnlock::GetIdentity(id);
-    if (item && item->item && HasShownState(*item->item))
-        Refresh({item});
+    Warn(QStringLiteral("Git does not answer for %1: a file that it reads may be a pipe, or lie on "
+                        "a network drive that is gone. Everything else goes on without it.")
+             .arg(QDir::toNativeSeparators(m_Library->GetFolder())));
 }
 
-void CSourceControlService::StartWithin(int milliseconds)
+/// Whoever listens may do anything.
+void CSourceControlService::Warn(QString const& text)
 {
-    if (!m_StartTimer.isActive() || m_StartTimer.remainingTime() > milliseconds)
-        m_StartTimer.start(milliseconds);
+    Guard([this, text] {
+        if (m_Library)
+            m_Library->GetMessages().Post(eSeverity::kWarning, text);
+    });
 }
 
-void CSourceControlService::StartNextPass()
+void CSourceControlService::Guard(std::function<void()> const& call)
 {
-    if (m_Requests.IsAnythingWanted())
-        StartWithin(0);
-}
-
-void CSourceControlService::StartPass()
-{
-    // The next pass begins when the answers of this one are out.
-    if (!m_Library || m_Requests.IsAnythingAsked())
-        return;
-    std::vector<CStateReader::ItemFile> files;
-    for (ItemKey const item : m_Requests.Ask()) {
-        if (item->item)
-            files.push_back({item, item->item->GetFile().path});
-        else
-            m_Requests.Answer(item); // it has gone meanwhile
-    }
-    if (!files.empty())
-        m_Reader.Start(files);
-}
-
-void CSourceControlService::OnPassFinished(std::vector<ItemState> const& states)
-{
-    for (ItemState const& state : states)
-        m_Delivery.Add({state.item, state.state});
-}
-
-void CSourceControlService::Announce(std::vector<ItemKey> const& items)
-{
-    if (m_Requests.IsEmpty())
-        return; // there is nobody any more who shows states
-    for (ItemKey const item : items)
-        m_Delivery.Add({item, std::nullopt});
-}
-
-void CSourceControlService::Deliver(CStateDelivery::Entry const& entry)
-{
-    if (entry.answer) {
-        if (!m_Requests.Answer(entry.item))
-            return;
-        m_Announcer.Remember(entry.item, *entry.answer);
-    } else if (m_Requests.IsAwaited(entry.item)) {
-        return; // the answer is on its way
-    }
-    auto const state = m_Announcer.Find(entry.item);
-    if (m_Library && entry.item->item && state)
-        m_Library->GetNotifier().AccessStateChanged(ItemID(entry.item), long(*state));
+    RunGuarded(m_Library ? &m_Library->GetMessages() : nullptr, QStringLiteral("Source control"),
+               call);
 }
 
 } // namespace embeddedhost

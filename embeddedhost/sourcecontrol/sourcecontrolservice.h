@@ -2,17 +2,19 @@
 #define EMBEDDEDHOST_SOURCECONTROLSERVICE_H
 
 #include "sourcecontrol/filehistory.h"
+#include "sourcecontrol/gitactions.h"
 #include "sourcecontrol/libraryobserver.h"
 #include "sourcecontrol/revisioncontrolproperties.h"
 #include "sourcecontrol/stateannouncer.h"
 #include "sourcecontrol/statedelivery.h"
 #include "sourcecontrol/statereader.h"
 #include "sourcecontrol/staterequests.h"
+#include "sourcecontrol/worktreelookup.h"
 
-#include <QFileSystemWatcher>
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -22,7 +24,8 @@ namespace embeddedhost {
 class CLibrary;
 
 /// Source control of the open library: collects who wants to know what, has it read on another
-/// thread, and tells the library's listeners.
+/// thread, and tells the library's listeners. It never waits for git without a limit, and says on
+/// the message channel when git does not answer.
 ///
 /// One pass over the work tree runs at a time; what is asked for meanwhile waits for the next.
 class CSourceControlService : public QObject
@@ -40,9 +43,10 @@ public:
     void Open(CLibrary& library);
     void Close();
 
-    /// The library lies in a git work tree. Answered from memory.
+    /// The library lies in a git work tree. Answered from memory: true a moment after opening.
     bool IsActive() const;
     CRevisionControlProperties& GetProperties();
+    CGitActions& GetActions();
     /// Switches source control off for the user, and on again.
     void SetEnabled(bool isEnabled);
 
@@ -65,8 +69,11 @@ private:
     bool IsShown() const;
     void Stop();
     void Quit();
-    void UpdateWorkTree();
-    void ReportUnreadableTree();
+    void LookUpWorkTree();
+    void OnLookedUp();
+    void OnMoveFollowed(QString const& fault);
+    void OnSilence();
+    void Warn(QString const& text);
     void OnItemAppeared(tarno::datamodel::ItemID const& id);
 
     void StartWithin(int milliseconds);
@@ -76,13 +83,16 @@ private:
     void Deliver(CStateDelivery::Entry const& entry);
     void StartNextPass();
 
-    CLibrary* m_Library = nullptr;
-    /// Empty outside of a work tree.
-    QString m_GitFolder;
+    /// What is done where nobody catches what it raises.
+    void Guard(std::function<void()> const& call);
 
+    CLibrary* m_Library = nullptr;
+
+    CGitWorkers m_Workers;
+    CWorkTreeLookUp m_WorkTree;
+    CGitActions m_Actions;
     CRevisionControlProperties m_Properties;
     CLibraryObserver m_Observer;
-    QFileSystemWatcher m_GitWatcher;
     CStateRequests m_Requests;
     CStateRequests::RequestPtr const m_Refresh;
     QTimer m_StartTimer;

@@ -42,7 +42,7 @@ private:
 
     void GroupByWorkTree()
     {
-        for (std::size_t i = 0; i < m_Files.size() && !m_Cancel; ++i) {
+        for (std::size_t i = 0; i < m_Files.size() && !m_Cancel.IsCancelled(); ++i) {
             Folder const& folder = GetFolder(i);
             if (!folder.gitFolder.isEmpty())
                 m_Groups[folder.gitFolder].push_back(i);
@@ -76,7 +76,7 @@ private:
             return;
         bool const isRead = tree.ReadStates(GetCommonPart(paths), m_Cancel, states);
         std::set<std::string> const checkOuts = ReadCheckOuts(tree);
-        for (std::size_t i = 0; i < positions.size() && !m_Cancel; ++i) {
+        for (std::size_t i = 0; i < positions.size() && !m_Cancel.IsCancelled(); ++i) {
             unsigned const state = isRead ? states.Find(paths[i]) : StateBits::kUnknown;
             m_States[positions[i]] = (state ? state : GetStateWithoutEntry(positions[i]))
                                      | (checkOuts.count(paths[i]) ? StateBits::kCheckedOut : 0);

@@ -1,5 +1,6 @@
 #include "sourcecontrol/statereader.h"
 
+#include "sourcecontrol/statebits.h"
 #include "sourcecontrol/statepass.h"
 
 namespace embeddedhost {
@@ -8,32 +9,15 @@ namespace embeddedhost {
 /// until it has finished.
 struct CStateReader::Pass
 {
-    void Run()
-    {
-        states = ReadFileStates(paths, isCancelled);
-    }
-
     std::vector<ItemKey> items;
     std::vector<QString> paths;
     std::vector<unsigned> states;
-    CancelFlag isCancelled{false};
+    CancelFlagPtr const cancel = std::make_shared<CancelFlag>();
 };
 
-CStateReader::CStateReader()
-{
-    m_Pool.setMaxThreadCount(1);
-}
-
-CStateReader::~CStateReader()
-{
-    Cancel();
-    Wait();
-}
-
-bool CStateReader::IsBusy() const
-{
-    return m_Pass != nullptr;
-}
+CStateReader::CStateReader(CGitWorkers& workers)
+    : m_Workers(workers)
+{}
 
 void CStateReader::Start(std::vector<ItemFile> const& files)
 {
@@ -43,28 +27,24 @@ void CStateReader::Start(std::vector<ItemFile> const& files)
         m_Pass->items.push_back(file.item);
         m_Pass->paths.push_back(file.path);
     }
-    m_Pool.start([this, pass = m_Pass] {
-        pass->Run();
-        QMetaObject::invokeMethod(
-            this, [this, pass] { Finish(*pass); }, Qt::QueuedConnection);
-    });
+    // In case that reading them raises something.
+    m_Pass->states.assign(files.size(), StateBits::kUnknown);
+    m_Workers.Run(
+        CGitWorkers::kStates, m_Pass->cancel,
+        [pass = m_Pass] { pass->states = ReadFileStates(pass->paths, *pass->cancel); },
+        [this, pass = m_Pass] { Finish(*pass); });
 }
 
 void CStateReader::Cancel()
 {
     if (m_Pass)
-        m_Pass->isCancelled = true;
+        m_Pass->cancel->Cancel();
     m_Pass.reset();
-}
-
-void CStateReader::Wait()
-{
-    m_Pool.waitForDone();
 }
 
 void CStateReader::Finish(Pass const& pass)
 {
-    if (pass.isCancelled)
+    if (pass.cancel->IsSet())
         return;
     m_Pass.reset();
     std::vector<ItemState> states;

@@ -2,11 +2,11 @@
 #define EMBEDDEDHOST_STATEREADER_H
 
 #include "model/itemidentity.h"
+#include "sourcecontrol/gitworkers.h"
 #include "sourcecontrol/staterequests.h"
 
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 
 #include <memory>
 #include <vector>
@@ -32,16 +32,11 @@ public:
         QString path;
     };
 
-    CStateReader();
-    /// Stops what is being read.
-    ~CStateReader() override;
+    explicit CStateReader(CGitWorkers& workers);
 
-    bool IsBusy() const;
     /// What was being read is not delivered any more.
     void Start(std::vector<ItemFile> const& files);
     void Cancel();
-    /// Until the thread has stopped, after Cancel().
-    void Wait();
 
 Q_SIGNALS:
     /// Through the event loop; never after Cancel().
@@ -52,9 +47,9 @@ private:
 
     void Finish(Pass const& pass);
 
+    CGitWorkers& m_Workers;
     /// Null when nothing is being read.
     std::shared_ptr<Pass> m_Pass;
-    QThreadPool m_Pool;
 };
 
 } // namespace embeddedhost

@@ -2,7 +2,7 @@
 
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
-#include "sourcecontrol/gitworktree.h"
+#include "sourcecontrol/sourcecontrolservice.h"
 #include "storage/heldfolder.h"
 
 #include <QDir>
@@ -29,16 +29,11 @@ QString GetTargetPath(LibraryFile const& file, CDataSource const& target)
     return target.GetDescription().folder + QLatin1Char('/') + below;
 }
 
-/// True when git knows the file and has moved it.
-bool MoveThroughGit(QString const& from, QString const& to)
+/// The file on disk has moved; git learns of it in its own time.
+void MoveThroughGit(QString const& from, QString const& to)
 {
-    CGitWorkTree workTree(QFileInfo(from).path());
-    if (workTree.GetAccess() != CGitWorkTree::kReadable)
-        return false;
-    std::string const source = workTree.GetRelativePath(from);
-    std::string const target = workTree.GetRelativePath(to);
-    return !source.empty() && !target.empty() && workTree.IsTracked(source)
-           && workTree.Move(source, target);
+    if (CSourceControlService* const service = CSourceControlService::GetInstance())
+        service->GetActions().FollowMove(from, to);
 }
 
 /// The folder of a file below that of its data source, see CHeldFolder::Open.
@@ -67,9 +62,11 @@ QString MoveOnDisk(CDataSource const& source, QString const& from, CDataSource c
         return fault;
     if (QFileInfo::exists(to))
         return QStringLiteral("there is such a file already");
-    if (MoveThroughGit(from, to))
-        return QString();
-    return fromFolder->Rename(file.fileName(), *toFolder, QFileInfo(to).fileName()).reason;
+    QString const reason =
+        fromFolder->Rename(file.fileName(), *toFolder, QFileInfo(to).fileName()).reason;
+    if (reason.isEmpty())
+        MoveThroughGit(from, to);
+    return reason;
 }
 
 /// Takes the file from one data source to another and back.

@@ -1,5 +1,9 @@
 #include "gitlibrary.h"
 
+#include <sourcecontrol.h>
+
+#include <QTest>
+
 using namespace tarno::datamodel;
 
 GitLibrary::GitLibrary(int count)
@@ -23,6 +27,8 @@ GitLibrary::GitLibrary(int count)
     host = std::make_unique<CEmbeddedHost>();
     if (!host->OpenLibrary(folder.GetPath()))
         qFatal("the library cannot be opened");
+    if (!QTest::qWaitFor(ScsUtils::IsFileVersionControlActive))
+        qFatal("git does not find its work tree");
 }
 
 QString GitLibrary::GetFile(int number)

@@ -135,17 +135,40 @@ private Q_SLOTS:
         qorm::IHelper::GetHelper(object.GetInstance())
             ->MoveToDataSource(object, FindObject(kFade).GetDataSource(), true);
         QStringList const moved{"R  project/cafe-lamp.json -> shared/cafe-lamp.json"};
-        QCOMPARE(GetStatus(), moved);
         QCOMPARE(m_Folder->Read("shared/cafe-lamp.json"), content);
+        QTRY_COMPARE(GetStatus(), moved);
         Stack().undo();
-        QCOMPARE(GetStatus(), QStringList(QString()));
+        QTRY_COMPARE(GetStatus(), QStringList(QString()));
         Stack().redo();
-        QCOMPARE(GetStatus(), moved);
+        QTRY_COMPARE(GetStatus(), moved);
 
         LibraryUser user(*m_Host);
         QVERIFY(user.Rename(Find(kLamp), "Tea Lamp"));
         QVERIFY(user.Save());
         QCOMPARE(GetStatus(), QStringList{"RM project/cafe-lamp.json -> shared/cafe-lamp.json"});
+    }
+
+    void MovesWhileGitIsBusy()
+    {
+        auto const object = FindObject(kLamp);
+        QString const lock = m_Folder->GetPath(".git/index.lock");
+        m_Folder->Write(".git/index.lock", "");
+        qorm::IHelper::GetHelper(object.GetInstance())
+            ->MoveToDataSource(object, FindObject(kFade).GetDataSource(), true);
+        QVERIFY(QFile::exists(m_Folder->GetPath("shared/cafe-lamp.json")));
+        QFile::remove(lock);
+        QTRY_COMPARE(GetStatus(), QStringList{"R  project/cafe-lamp.json -> shared/cafe-lamp.json"});
+
+        // When it is busy for long, the user is told what to do.
+        m_Folder->Write(".git/index.lock", "");
+        Stack().undo();
+        QVERIFY(QFile::exists(m_Folder->GetPath("project/cafe-lamp.json")));
+        auto const& log = m_Host->GetMessages().GetLog();
+        QTRY_COMPARE(log.size(), std::size_t(1));
+        QVERIFY(log.back().text.contains("moved on disk, but not for git: git's index cannot be"));
+        QFile::remove(lock);
+        m_Folder->Git({"add", "-A"});
+        QCOMPARE(GetStatus(), QStringList(QString()));
     }
 
     void ChecksOut()

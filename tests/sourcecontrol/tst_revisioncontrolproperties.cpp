@@ -51,8 +51,6 @@ class TestRevisionControlProperties : public LoggedTest
 
 private Q_SLOTS:
     void slotsAreToldOfChangesOnly();
-    void slotGoesFirst();
-    void managerGoesFirst();
     void slotsDieWhileTheyAreTold();
     void slotsDieWhileTheManagerGoes();
     void managerDiesWhileItTells();
@@ -77,24 +75,6 @@ void TestRevisionControlProperties::slotsAreToldOfChangesOnly()
     QCOMPARE(slot.calls, 2);
     manager.GetRevisionControlEnabled(&isEnabled);
     QVERIFY(!isEnabled);
-}
-
-void TestRevisionControlProperties::slotGoesFirst()
-{
-    CRevisionControlProperties manager;
-    auto slot = std::make_unique<Slot>(manager);
-    slot.reset();
-    manager.SetAvailable(true);
-}
-
-void TestRevisionControlProperties::managerGoesFirst()
-{
-    auto manager = std::make_unique<CRevisionControlProperties>();
-    Slot slot(*manager);
-    manager.reset();
-    QCOMPARE(slot.calls, 1);
-    QVERIFY(!slot.last);
-    QVERIFY(!slot.IsConnected());
 }
 
 void TestRevisionControlProperties::slotsDieWhileTheyAreTold()
@@ -126,6 +106,7 @@ void TestRevisionControlProperties::slotsDieWhileTheManagerGoes()
     manager.reset();
     QCOMPARE(third.calls, 1);
     QVERIFY(!third.last);
+    QVERIFY(!third.IsConnected());
 }
 
 void TestRevisionControlProperties::managerDiesWhileItTells()

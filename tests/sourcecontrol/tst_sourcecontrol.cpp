@@ -11,11 +11,11 @@
 #include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
-
-#include <algorithm>
 #include <QTimer>
 
+#include <algorithm>
 #include <memory>
+#include <stdexcept>
 
 using namespace embeddedhost::StateBits;
 using namespace tarno::datamodel;
@@ -47,9 +47,9 @@ private Q_SLOTS:
     void aLaterRequestSeesLaterChanges();
     void droppedTaskDeliversNothing();
     void droppedTaskLeavesTheOthers();
-    void listenerDropsTheTask();
     void hostGoesWhileBusy();
-    void hostGoesWhileItDelivers();
+    void listenerDoesAnything_data();
+    void listenerDoesAnything();
     void structureChangesAnnounceOnce();
     void lookUpAnnounces();
     void newItemGetsAState();
@@ -173,21 +173,6 @@ void TestSourceControl::droppedTaskLeavesTheOthers()
     QCOMPARE(recorder.GetState(library.GetItem(1)), kClean);
 }
 
-void TestSourceControl::listenerDropsTheTask()
-{
-    GitLibrary const library(10);
-    StateRecorder recorder(library.host->GetLibrary());
-    TaskPtr task = MakeTask();
-    recorder.onState = [&] {
-        if (recorder.count == 4)
-            task.reset();
-    };
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.count, 4);
-    WaitForNothing();
-    QCOMPARE(recorder.count, 4);
-}
-
 void TestSourceControl::hostGoesWhileBusy()
 {
     for (int round = 0; round < 10; ++round) {
@@ -201,19 +186,39 @@ void TestSourceControl::hostGoesWhileBusy()
     }
 }
 
-void TestSourceControl::hostGoesWhileItDelivers()
+void TestSourceControl::listenerDoesAnything_data()
 {
-    GitLibrary library(20);
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<int>("count");
+    QTest::newRow("drops the task") << "drop" << 3;
+    QTest::newRow("deletes the host") << "delete" << 3;
+    QTest::newRow("raises") << "raise" << 10;
+}
+
+void TestSourceControl::listenerDoesAnything()
+{
+    QFETCH(QString, what);
+    QFETCH(int, count);
+    GitLibrary library(10);
     auto recorder = std::make_unique<StateRecorder>(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
+    TaskPtr task = MakeTask();
     recorder->onState = [&] {
-        if (recorder->count == 3)
+        if (recorder->count != 3)
+            return;
+        if (what == "drop")
+            task.reset();
+        else if (what == "delete")
             library.host.reset();
+        else
+            throw std::runtime_error("too many");
     };
     task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder->count, 3);
+    QTRY_COMPARE(recorder->count, count);
     WaitForNothing();
-    QCOMPARE(recorder->count, 3);
+    QCOMPARE(recorder->count, count);
+    if (library.host && count == 10)
+        QCOMPARE(library.host->GetMessages().GetLog().back().text,
+                 QString("Source control: too many."));
 }
 
 void TestSourceControl::structureChangesAnnounceOnce()
@@ -379,8 +384,8 @@ void TestSourceControl::activeInsideAWorkTreeOnly()
     // The next request finds out that there is a work tree by now.
     QVERIFY(QDir(library.folder.GetPath()).rename(".gone", ".git"));
     task->RequestObjectStates(library.GetObjects());
-    QVERIFY(manager->HasRevisionControlEnabled());
     QTRY_COMPARE(recorder.count, 1);
+    QVERIFY(manager->HasRevisionControlEnabled());
     library.host->CloseLibrary();
     QVERIFY(!ScsUtils::IsFileVersionControlActive());
 }

@@ -59,13 +59,6 @@ void TestSourceControlActions::checkOut()
     QVERIFY(QFile::permissions(file).testFlag(QFile::WriteOwner));
     QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean | kCheckedOut);
     QCOMPARE(library.folder.Git({"status", "--porcelain"}), QString());
-
-    library.Change(0);
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified | kCheckedOut);
-    library.folder.Commit("second");
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
 }
 
 void TestSourceControlActions::checkOutSaysWhyNot()

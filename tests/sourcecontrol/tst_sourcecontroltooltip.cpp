@@ -48,7 +48,7 @@ void AddCommits(GitFolder const& folder, int count)
     git.setWorkingDirectory(folder.GetPath());
     git.setStandardInputFile(folder.GetPath("../stream"));
     git.start("git", {"fast-import", "--quiet"});
-    QVERIFY(git.waitForFinished() && git.exitCode() == 0);
+    QVERIFY(git.waitForFinished(120000) && git.exitCode() == 0);
 }
 
 } // namespace
@@ -79,14 +79,16 @@ void TestSourceControlToolTip::tellsAllThereIs()
 {
     GitLibrary const library(2);
     library.Change(1);
-    library.folder.Git(
-        {"commit", "-q", "-a", "--date", "2024-02-29T23:30:00+0530", "-m", "Second <b>\n\nbody"});
+    library.folder.Git({"commit", "-q", "-a", "--author",
+                        QString::fromUtf8("J\xC3\xBCrgen <j@example.org>"), "--date",
+                        "2024-02-29T23:30:00+0530", "-m", "Second <b>\n\nbody"});
     QString const hash = library.folder.Git({"log", "-1", "--format=%h"});
     library.folder.Write(GitLibrary::GetFile(1), "{}");
-    QTRY_COMPARE(
-        GetLines(GetToolTip(library, 1)),
-        (QStringList{"c1", GitLibrary::GetFile(1), "State: modified",
-                     "Last commit: " + hash + ", Ada Example, 2024-02-29 23:30", "Second <b>"}));
+    QTRY_COMPARE(GetLines(GetToolTip(library, 1)),
+                 (QStringList{"c1", GitLibrary::GetFile(1), "State: modified",
+                              "Last commit: " + hash
+                                  + QString::fromUtf8(", J\xC3\xBCrgen, 2024-02-29 23:30"),
+                              "Second <b>"}));
     QVERIFY(GetToolTip(library, 1).contains(":compound.png"));
     QTRY_COMPARE(GetLines(GetToolTip(library, 0)).value(2), QString("State: unchanged"));
 }
@@ -139,7 +141,9 @@ void TestSourceControlToolTip::longHistoryHoldsNobodyUp()
     QVERIFY2(time.elapsed() < 500, qPrintable(QString::number(time.elapsed())));
     QCOMPARE(GetLines(first).last(), QString("Looking up the last commit..."));
     // Not QTRY_VERIFY: it asks once more, and each time is a search of its own.
-    auto const tellsCommit = [&] { return GetToolTip(library, 0).contains(hash); };
+    auto const tellsCommit = [&] {
+        return GetToolTip(library, 0).contains(hash);
+    };
     QVERIFY(QTest::qWaitFor(tellsCommit, 60000));
     // Found once, it is there soon.
     QVERIFY(QTest::qWaitFor(tellsCommit, 5000));
