@@ -14,7 +14,7 @@ if(NODEBROWSER_WERROR)
     add_compile_options(-Werror)
 endif()
 
-if(CMAKE_UNITY_BUILD)
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The warning takes a unit's sources for headers.
     add_compile_options(-Wno-subobject-linkage)
 endif()
@@ -28,6 +28,12 @@ endif()
 if(NODEBROWSER_SANITIZE_THREADS)
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
     add_link_options(-fsanitize=thread)
+endif()
+
+if(NODEBROWSER_FUZZERS)
+    # What is run has to report where it was; the fuzzers alone bring the main function.
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
 # Links all programs of the tree in a quarter of the time of the default linker.

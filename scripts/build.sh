@@ -6,6 +6,7 @@ build_packages=(g++ lld cmake ninja-build pkg-config ccache qtbase5-dev libboost
 test_packages=(git python3-jsonschema)
 window_packages=(xvfb openbox xdotool imagemagick)
 qt6_packages=(qt6-base-dev qt6-qpa-plugins libgl-dev)
+fuzz_packages=(clang libclang-rt-14-dev)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then

@@ -118,9 +118,9 @@ std::optional<TypeQuery> ParseQuery(char const* query, QueryError& error)
 QString DescribeQueryError(char const* query, QueryError const& error)
 {
     QString const text = QString::fromLatin1(query ? query : "");
+    // All at once: the query may hold what looks like a place for one of the others.
     return QStringLiteral("The query \"%1\" cannot be run: %2 is expected at character %3.")
-        .arg(text, error.expected)
-        .arg(error.position + 1);
+        .arg(text, error.expected, QString::number(error.position + 1));
 }
 
 } // namespace embeddedhost

@@ -159,7 +159,7 @@ private Q_SLOTS:
         QTest::newRow("words run together") << QByteArray(good).replace("select ", "select") << 1;
         QTest::newRow("other function")
             << QByteArray(good).replace("IS_OF_TYPE_VERSION", "IS_OF_TYPE") << 21;
-        QTest::newRow("no UID") << QByteArray("select object where IS_OF_TYPE_VERSION( {a} )")
+        QTest::newRow("no UID") << QByteArray("select object where IS_OF_TYPE_VERSION( {%1} )")
                                 << 42;
         QTest::newRow("cut off") << good.left(41) << 42;
         QTest::newRow("more behind") << good + " or" << good.size() + 2;

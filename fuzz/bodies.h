@@ -1,0 +1,9 @@
+#ifndef FUZZ_BODIES_H
+#define FUZZ_BODIES_H
+
+#include "model/graphbody.h"
+
+/// The ports, nodes and connections are the same, in the same order; positions to the bit.
+bool AreEqual(GraphBody const& left, GraphBody const& right);
+
+#endif

@@ -1,0 +1,28 @@
+#ifndef FUZZ_LIBRARYSTATE_H
+#define FUZZ_LIBRARYSTATE_H
+
+#include <embeddedhost.h>
+
+#include <map>
+#include <set>
+#include <string>
+
+/// What a library tells of an item, as a text for each question.
+typedef std::map<std::string, std::string> ItemState;
+
+/// The items of the open library by their folded uids.
+typedef std::map<std::string, ItemState> LibraryState;
+
+LibraryState GetState(CEmbeddedHost const& host);
+
+/// Null for none.
+tarno::datamodel::ItemID FindItem(CEmbeddedHost const& host, std::string const& foldedUid);
+
+/// The entries of what CEmbeddedHost::GetUnsavedChanges() gave, whose order depends on that of the
+/// files.
+std::multiset<std::string> GetEntries(QByteArray const& unsavedChanges);
+
+/// What is different, for a message.
+std::string Describe(LibraryState const& left, LibraryState const& right);
+
+#endif
