@@ -3,6 +3,7 @@
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
 #include "storage/fileobjects.h"
+#include "storage/folderscan.h"
 
 #include <QFileInfo>
 
