@@ -1,11 +1,9 @@
 #include "storage/stagingfolder.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QThread>
 
 #include <algorithm>
 
@@ -20,8 +18,6 @@ QString const kLockName = QStringLiteral("lock");
 QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
 /// Another process may remove the folder between two of our steps.
 constexpr int kAttempts = 5;
-/// How long a process may take to write down whose its lock is, in milliseconds.
-constexpr int kNamingPause = 20;
 /// In bytes; with all the rest the name must stay below 255.
 constexpr int kLongestShownName = 60;
 
@@ -68,9 +64,9 @@ CStagingFolder::CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolde
 
 CStagingFolder::~CStagingFolder()
 {
-    if (!m_Lock.isLocked())
+    if (!m_Lock.IsLocked())
         return;
-    m_Lock.unlock();
+    m_Lock.Unlock();
     if (m_Folder->GetNames() == QStringList{kMarkName} && m_Folder->Remove(kMarkName).IsDone())
         QDir(m_Parent).rmdir(kFolderName);
 }
@@ -106,7 +102,7 @@ std::unique_ptr<CStagingFolder> CStagingFolder::TryOpen(QString const& parent, i
     std::unique_ptr<CStagingFolder> staging(new CStagingFolder(parent, std::move(folder)));
     // Before there is a lock to be seen, and once more: who had the lock may have removed it.
     bool const isReady =
-        staging->Mark(fault) && staging->Lock(patience, fault) && staging->Mark(fault);
+        staging->Mark(fault) && staging->m_Lock.Lock(patience, fault) && staging->Mark(fault);
     if (!isReady)
         return nullptr;
     return staging;
@@ -123,7 +119,7 @@ bool CStagingFolder::Mark(QString* fault) const
                      .arg(m_Folder->GetPath());
         return false;
     }
-    if (mark.exists && !m_Lock.isLocked())
+    if (mark.exists && !m_Lock.IsLocked())
         return true;
     if (mark.exists)
         m_Folder->Remove(kMarkName);
@@ -142,46 +138,6 @@ bool CStagingFolder::HasOthers() const
                && !GetNewPattern().match(name).hasMatch()
                && !GetStagedPattern().match(name).hasMatch();
     });
-}
-
-bool CStagingFolder::Lock(int patience, QString* fault)
-{
-    if (m_Lock.tryLock(0))
-        return true;
-    RemoveDeadLock();
-    if (m_Lock.tryLock(patience))
-        return true;
-    qint64 process = 0;
-    QString machine;
-    QString program;
-    if (m_Lock.getLockInfo(&process, &machine, &program))
-        *fault = QStringLiteral("another program, %1 (process %2 on %3), is saving to %4; try "
-                                "again when it is done")
-                     .arg(program)
-                     .arg(process)
-                     .arg(machine, m_Parent);
-    else
-        *fault = QStringLiteral("the lock %1/%2 cannot be made").arg(m_Folder->GetPath(), kLockName);
-    return false;
-}
-
-/// Beside locks of processes that are gone, which are not heeded anyway, there may be one of our
-/// own that could not be removed, and one of a process that was killed before it wrote down whose
-/// it is. A lock that is held is not removed by this.
-void CStagingFolder::RemoveDeadLock()
-{
-    auto const isOurs = [this] {
-        qint64 process = 0;
-        QString machine;
-        QString program;
-        return !m_Lock.getLockInfo(&process, &machine, &program)
-               || process == QCoreApplication::applicationPid();
-    };
-    if (!isOurs())
-        return;
-    QThread::msleep(kNamingPause);
-    if (isOurs())
-        m_Lock.removeStaleLockFile();
 }
 
 CHeldFolder const& CStagingFolder::GetFolder() const

@@ -2,8 +2,7 @@
 #define EMBEDDEDHOST_STAGINGFOLDER_H
 
 #include "storage/heldfolder.h"
-
-#include <QLockFile>
+#include "storage/turnlock.h"
 
 #include <memory>
 
@@ -50,12 +49,10 @@ private:
                                                    QString* fault);
     bool Mark(QString* fault) const;
     bool HasOthers() const;
-    bool Lock(int patience, QString* fault);
-    void RemoveDeadLock();
 
     QString const m_Parent;
     std::unique_ptr<CHeldFolder> const m_Folder;
-    QLockFile m_Lock;
+    CTurnLock m_Lock;
     int m_LastNumber = 0;
 };
 

@@ -1,0 +1,119 @@
+#include "storage/turnlock.h"
+
+#include "storage/descriptor.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QSysInfo>
+#include <QThread>
+
+#include <cerrno>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace embeddedhost {
+
+namespace {
+
+/// How often to look whether the lock is free, in milliseconds.
+constexpr int kPause = 20;
+
+/// Who holds the lock, for whoever waits.
+QString DescribeProcess()
+{
+    return QStringLiteral("%1 (process %2 on %3)")
+        .arg(QFileInfo(QCoreApplication::applicationFilePath()).fileName())
+        .arg(QCoreApplication::applicationPid())
+        .arg(QSysInfo::machineHostName());
+}
+
+} // namespace
+
+/// The system gives the lock up with the process, so no lock is ever stale, and there is no need to
+/// wait until the disk has the file.
+class CTurnLock::Private
+{
+public:
+    enum class eTry { kLocked, kHeld, kGone, kFailed };
+
+    eTry Try()
+    {
+        m_File = std::make_unique<Descriptor>(
+            open(Encode(m_Path), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+        if (!m_File->IsOpen())
+            return eTry::kFailed;
+        if (flock(m_File->Get(), LOCK_EX | LOCK_NB) != 0)
+            return errno == EWOULDBLOCK ? eTry::kHeld : eTry::kFailed;
+        // Who had it before may have removed the file in between.
+        struct stat status;
+        if (fstat(m_File->Get(), &status) != 0)
+            return eTry::kFailed;
+        return status.st_nlink > 0 ? eTry::kLocked : eTry::kGone;
+    }
+
+    void WriteOwner() const
+    {
+        QByteArray const owner = DescribeProcess().toUtf8();
+        // It is for people only: a lock without it holds as well.
+        if (ftruncate(m_File->Get(), 0) == 0)
+            (void)!write(m_File->Get(), owner.constData(), std::size_t(owner.size()));
+    }
+
+    QString const m_Path;
+    std::unique_ptr<Descriptor> m_File;
+    bool m_IsLocked = false;
+};
+
+CTurnLock::CTurnLock(QString const& path)
+    : m_Private(new Private{path, nullptr})
+{
+}
+
+CTurnLock::~CTurnLock()
+{
+    Unlock();
+}
+
+bool CTurnLock::Lock(int patience, QString* fault)
+{
+    QElapsedTimer time;
+    time.start();
+    Private::eTry result = m_Private->Try();
+    while ((result == Private::eTry::kHeld && time.elapsed() < patience)
+           || result == Private::eTry::kGone) {
+        if (result == Private::eTry::kHeld)
+            QThread::msleep(kPause);
+        result = m_Private->Try();
+    }
+    m_Private->m_IsLocked = result == Private::eTry::kLocked;
+    if (m_Private->m_IsLocked) {
+        m_Private->WriteOwner();
+        return true;
+    }
+    if (result == Private::eTry::kFailed)
+        *fault = QStringLiteral("the lock %1 cannot be made: %2")
+                     .arg(m_Private->m_Path, GetSystemError());
+    else
+        *fault = QStringLiteral("another program, %1, is saving to the same folder; try again when "
+                                "it is done")
+                     .arg(QString::fromUtf8(ReadRegularFile(m_Private->m_Path, QString()).bytes));
+    m_Private->m_File.reset();
+    return false;
+}
+
+bool CTurnLock::IsLocked() const
+{
+    return m_Private->m_IsLocked;
+}
+
+void CTurnLock::Unlock()
+{
+    if (!m_Private->m_IsLocked)
+        return;
+    unlink(Encode(m_Private->m_Path));
+    m_Private->m_File.reset();
+    m_Private->m_IsLocked = false;
+}
+
+} // namespace embeddedhost

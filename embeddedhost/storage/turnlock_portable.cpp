@@ -1,0 +1,87 @@
+#include "storage/turnlock.h"
+
+#include <QCoreApplication>
+#include <QLockFile>
+#include <QThread>
+
+namespace embeddedhost {
+
+namespace {
+
+/// How long a process may take to write down whose its lock is, in milliseconds.
+constexpr int kNamingPause = 20;
+
+} // namespace
+
+class CTurnLock::Private
+{
+public:
+    /// Beside locks of processes that are gone, which are not heeded anyway, there may be one of
+    /// our own that could not be removed, and one of a process that was killed before it wrote down
+    /// whose it is. A lock that is held is not removed by this.
+    void RemoveDeadLock()
+    {
+        if (!IsNobodysOrOurs())
+            return;
+        QThread::msleep(kNamingPause);
+        if (IsNobodysOrOurs())
+            m_File.removeStaleLockFile();
+    }
+
+    bool IsNobodysOrOurs() const
+    {
+        qint64 process = 0;
+        QString machine;
+        QString program;
+        return !m_File.getLockInfo(&process, &machine, &program)
+               || process == QCoreApplication::applicationPid();
+    }
+
+    QString const m_Path;
+    QLockFile m_File{m_Path};
+};
+
+CTurnLock::CTurnLock(QString const& path)
+    : m_Private(new Private{path})
+{
+}
+
+CTurnLock::~CTurnLock()
+{
+    Unlock();
+}
+
+bool CTurnLock::Lock(int patience, QString* fault)
+{
+    QLockFile& file = m_Private->m_File;
+    if (file.tryLock(0))
+        return true;
+    m_Private->RemoveDeadLock();
+    if (file.tryLock(patience))
+        return true;
+    qint64 process = 0;
+    QString machine;
+    QString program;
+    if (file.getLockInfo(&process, &machine, &program))
+        *fault = QStringLiteral("another program, %1 (process %2 on %3), is saving to the same "
+                                "folder; try again when it is done")
+                     .arg(program)
+                     .arg(process)
+                     .arg(machine);
+    else
+        *fault = QStringLiteral("the lock %1 cannot be made").arg(m_Private->m_Path);
+    return false;
+}
+
+bool CTurnLock::IsLocked() const
+{
+    return m_Private->m_File.isLocked();
+}
+
+void CTurnLock::Unlock()
+{
+    if (m_Private->m_File.isLocked())
+        m_Private->m_File.unlock();
+}
+
+} // namespace embeddedhost
