@@ -80,15 +80,6 @@ bool TakeAttributes(Descriptor const& file, QString const& like)
     return fchmod(file.Get(), model.st_mode & 07777) == 0;
 }
 
-bool WriteNewFile(Descriptor const& file, QByteArray const& content, QString const& like)
-{
-    if (!WriteAll(file, content) || !TakeAttributes(file, like))
-        return false;
-    // The disk works on it while the next one is written; Sync waits, and is told of errors.
-    sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE);
-    return true;
-}
-
 /// Tells whether another program has the file open for writing, and as long as it lives makes
 /// one that opens it so wait: a lease for reading is given only when there is no writer. Where
 /// there are no leases, or the file is another user's, nobody is noticed.
@@ -211,7 +202,7 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
     Descriptor unnamed(openat(m_Descriptor, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
     if (unnamed.IsOpen()) {
         bool const isMade =
-            WriteNewFile(unnamed, content, like)
+            WriteAll(unnamed, content) && TakeAttributes(unnamed, like)
             && linkat(AT_FDCWD, GetDescriptorPath(unnamed).constData(), m_Descriptor,
                       Encode(name), AT_SYMLINK_FOLLOW) == 0
             && close(unnamed.Release()) == 0;
@@ -221,11 +212,18 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!file.IsOpen())
         return Failed();
-    if (WriteNewFile(file, content, like) && close(file.Release()) == 0)
+    if (WriteAll(file, content) && TakeAttributes(file, like) && close(file.Release()) == 0)
         return FileResult();
     FileResult const failure = Failed();
     unlinkat(m_Descriptor, Encode(name), 0);
     return failure;
+}
+
+void CHeldFolder::StartSync(QString const& name) const
+{
+    Descriptor const file(openat(m_Descriptor, Encode(name), kReadFlags | O_NOFOLLOW));
+    if (file.IsOpen())
+        sync_file_range(file.Get(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 FileResult CHeldFolder::Sync(QString const& name) const

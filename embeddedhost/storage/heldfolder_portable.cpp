@@ -119,6 +119,10 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
     return FileResult();
 }
 
+void CHeldFolder::StartSync(QString const&) const
+{
+}
+
 FileResult CHeldFolder::Sync(QString const& name) const
 {
     QFile file(Join(*this, name));

@@ -61,6 +61,10 @@ SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& f
         pending.push_back(std::make_unique<CPendingFile>(library, *file));
     CStagingFolders stagings(library, kLockPatience);
     TakeStep(pending, result, [&](CPendingFile& file) { return file.Prepare(stagings); });
+    if (pending.size() > 1) {
+        for (auto const& file : pending)
+            file->StartSync();
+    }
     TakeStep(pending, result, [](CPendingFile& file) { return file.Sync(); });
     int patience = kWriterPatience;
     TakeStep(pending, result, [&](CPendingFile& file) { return file.PutInPlace(&patience); });

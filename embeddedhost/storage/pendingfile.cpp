@@ -68,6 +68,12 @@ bool CPendingFile::WriteNewVersion()
     return Fail(made.reason);
 }
 
+void CPendingFile::StartSync()
+{
+    if (!m_NewName.isEmpty())
+        m_Staging->GetFolder().StartSync(m_NewName);
+}
+
 bool CPendingFile::Sync()
 {
     if (m_NewName.isEmpty())

@@ -21,6 +21,7 @@ public:
     /// Writes the new version into a staging folder, unless the old one is not the one that was
     /// read.
     bool Prepare(CStagingFolders& stagings);
+    void StartSync();
     /// Waits until the new version is on the disk.
     bool Sync();
     /// Puts the new version in place of the old one. `patience` is that of CFilePlacer.
