@@ -48,8 +48,8 @@ QByteArray ReadAll(Descriptor const& file, qint64 expectedSize)
     QByteArray bytes(int(expectedSize) + 1, Qt::Uninitialized);
     int length = 0;
     while (length <= kMaxFileSize) {
-        ssize_t const count = read(file.Get(), bytes.data() + length,
-                                   std::size_t(bytes.size() - length));
+        ssize_t const count =
+            read(file.Get(), bytes.data() + length, std::size_t(bytes.size() - length));
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
@@ -68,8 +68,8 @@ QByteArray ReadAll(Descriptor const& file, qint64 expectedSize)
 FileContent ReadFileAt(Descriptor const& place)
 {
     if (!place.IsOpen()) {
-        bool const isMissing = errno == ENOENT || errno == ENOTDIR || errno == ELOOP
-                               || errno == ENAMETOOLONG;
+        bool const isMissing =
+            errno == ENOENT || errno == ENOTDIR || errno == ELOOP || errno == ENAMETOOLONG;
         return isMissing ? FileContent() : NotRead();
     }
     struct stat status;

@@ -18,8 +18,7 @@ class Descriptor
 public:
     explicit Descriptor(int number)
         : m_Number(number)
-    {
-    }
+    {}
 
     ~Descriptor()
     {
@@ -56,8 +55,7 @@ class Encode
 public:
     explicit Encode(QString const& path)
         : m_Path(QFile::encodeName(path))
-    {
-    }
+    {}
 
     operator char const*() const
     {

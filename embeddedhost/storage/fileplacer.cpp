@@ -19,14 +19,13 @@ PlacingResult Explain(FileResult const& failure)
 
 } // namespace
 
-CFilePlacer::CFilePlacer(CHeldFolder const& staging, CHeldFolder const& folder,
-                         QString const& name, int* patience)
+CFilePlacer::CFilePlacer(CHeldFolder const& staging, CHeldFolder const& folder, QString const& name,
+                         int* patience)
     : m_Staging(staging)
     , m_Folder(folder)
     , m_Name(name)
     , m_Patience(patience)
-{
-}
+{}
 
 PlacingResult CFilePlacer::PlaceNew(QString const& staged) const
 {

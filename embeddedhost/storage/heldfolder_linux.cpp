@@ -128,8 +128,7 @@ FileResult RenameWith(unsigned flags, int folder, QString const& name, int targe
 CHeldFolder::CHeldFolder(QString const& path, int descriptor)
     : m_Path(path)
     , m_Descriptor(descriptor)
-{
-}
+{}
 
 CHeldFolder::~CHeldFolder()
 {
@@ -148,8 +147,7 @@ std::unique_ptr<CHeldFolder> CHeldFolder::Open(QString const& root, QString cons
         *fault = QStringLiteral("the folder %1 is somewhere else now").arg(root);
         return nullptr;
     }
-    QStringList const names =
-        path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    QStringList const names = path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (QString const& name : names) {
         if (makesPath && mkdirat(folder->Get(), Encode(name), 0777) != 0 && errno != EEXIST) {
             *fault = DescribeFolder(name);
@@ -191,8 +189,8 @@ QStringList CHeldFolder::GetNames() const
 
 FileContent CHeldFolder::Read(QString const& name) const
 {
-    return ReadFileAt(Descriptor(openat(m_Descriptor, Encode(name),
-                                        O_PATH | O_NOFOLLOW | O_CLOEXEC)));
+    return ReadFileAt(
+        Descriptor(openat(m_Descriptor, Encode(name), O_PATH | O_NOFOLLOW | O_CLOEXEC)));
 }
 
 FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
@@ -201,11 +199,11 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
     // Without a name until it is whole, where there is such a thing.
     Descriptor unnamed(openat(m_Descriptor, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
     if (unnamed.IsOpen()) {
-        bool const isMade =
-            WriteAll(unnamed, content) && TakeAttributes(unnamed, like)
-            && linkat(AT_FDCWD, GetDescriptorPath(unnamed).constData(), m_Descriptor,
-                      Encode(name), AT_SYMLINK_FOLLOW) == 0
-            && close(unnamed.Release()) == 0;
+        bool const isMade = WriteAll(unnamed, content) && TakeAttributes(unnamed, like)
+                            && linkat(AT_FDCWD, GetDescriptorPath(unnamed).constData(),
+                                      m_Descriptor, Encode(name), AT_SYMLINK_FOLLOW)
+                                   == 0
+                            && close(unnamed.Release()) == 0;
         return isMade ? FileResult() : Failed();
     }
     Descriptor file(openat(m_Descriptor, Encode(name),
@@ -262,13 +260,13 @@ bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& 
 FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,
                                QString const& targetName) const
 {
-    FileResult const result = RenameWith(RENAME_NOREPLACE, m_Descriptor, name, target.m_Descriptor,
-                                         targetName);
+    FileResult const result =
+        RenameWith(RENAME_NOREPLACE, m_Descriptor, name, target.m_Descriptor, targetName);
     if (result.error != eFileError::kUnsupported)
         return result;
     // A second name is not given when there is such a file, either.
-    bool const isLinked = linkat(m_Descriptor, Encode(name), target.m_Descriptor,
-                                 Encode(targetName), 0) == 0;
+    bool const isLinked =
+        linkat(m_Descriptor, Encode(name), target.m_Descriptor, Encode(targetName), 0) == 0;
     return isLinked && unlinkat(m_Descriptor, Encode(name), 0) == 0 ? FileResult() : Failed();
 }
 

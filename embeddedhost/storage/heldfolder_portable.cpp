@@ -48,8 +48,7 @@ bool SyncFile(QFile const& file)
 CHeldFolder::CHeldFolder(QString const& path, int descriptor)
     : m_Path(path)
     , m_Descriptor(descriptor)
-{
-}
+{}
 
 CHeldFolder::~CHeldFolder() = default;
 
@@ -119,9 +118,7 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
     return FileResult();
 }
 
-void CHeldFolder::StartSync(QString const&) const
-{
-}
+void CHeldFolder::StartSync(QString const&) const {}
 
 FileResult CHeldFolder::Sync(QString const& name) const
 {

@@ -20,7 +20,7 @@ constexpr int kWriterPatience = 1000;
 typedef std::vector<std::unique_ptr<CPendingFile>> PendingFiles;
 
 /// Takes a step for all of them; those that fail are dropped, with their failures.
-template<typename Step>
+template <typename Step>
 void TakeStep(PendingFiles& pending, SaveResult& result, Step const& step)
 {
     auto const failed = std::remove_if(pending.begin(), pending.end(), [&](auto const& file) {

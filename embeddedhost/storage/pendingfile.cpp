@@ -24,8 +24,7 @@ CPendingFile::CPendingFile(CLibrary const& library, LibraryFile& file)
     : m_Library(library)
     , m_File(file)
     , m_IsRemoval(file.entries.empty() && !file.isArray)
-{
-}
+{}
 
 bool CPendingFile::Prepare(CStagingFolders& stagings)
 {

@@ -59,8 +59,7 @@ CStagingFolder::CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolde
     : m_Parent(parent)
     , m_Folder(std::move(folder))
     , m_Lock(m_Folder->GetPath() + QLatin1Char('/') + kLockName)
-{
-}
+{}
 
 CStagingFolder::~CStagingFolder()
 {
@@ -95,8 +94,8 @@ std::unique_ptr<CStagingFolder> CStagingFolder::Open(QString const& parent, int*
 std::unique_ptr<CStagingFolder> CStagingFolder::TryOpen(QString const& parent, int patience,
                                                         QString* fault)
 {
-    std::unique_ptr<CHeldFolder> folder = CHeldFolder::Open(
-        parent, parent + QLatin1Char('/') + kFolderName, true, fault);
+    std::unique_ptr<CHeldFolder> folder =
+        CHeldFolder::Open(parent, parent + QLatin1Char('/') + kFolderName, true, fault);
     if (!folder)
         return nullptr;
     std::unique_ptr<CStagingFolder> staging(new CStagingFolder(parent, std::move(folder)));
@@ -115,8 +114,9 @@ bool CStagingFolder::Mark(QString* fault) const
         return true;
     // A process may be writing it, or was killed while it did.
     if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes) || (!mark.exists && HasOthers())) {
-        *fault = QStringLiteral("the folder %1 was not made by this program; rename it or remove it")
-                     .arg(m_Folder->GetPath());
+        *fault =
+            QStringLiteral("the folder %1 was not made by this program; rename it or remove it")
+                .arg(m_Folder->GetPath());
         return false;
     }
     if (mark.exists && !m_Lock.IsLocked())
@@ -124,8 +124,8 @@ bool CStagingFolder::Mark(QString* fault) const
     if (mark.exists)
         m_Folder->Remove(kMarkName);
     FileResult const made = m_Folder->Create(kMarkName, kMark, QString());
-    *fault = QStringLiteral("nothing can be written to %1: %2")
-                 .arg(m_Folder->GetPath(), made.reason);
+    *fault =
+        QStringLiteral("nothing can be written to %1: %2").arg(m_Folder->GetPath(), made.reason);
     return made.IsDone() || made.error == eFileError::kExists;
 }
 
@@ -171,8 +171,8 @@ void CStagingFolder::TidyUp()
             continue;
         m_LastNumber = qMax(m_LastNumber, staged.captured(1).toInt());
         int patience = 0;
-        m_Folder->RemoveUnchanged(
-            name, {FromHex(staged.captured(2)), FromHex(staged.captured(3))}, &patience);
+        m_Folder->RemoveUnchanged(name, {FromHex(staged.captured(2)), FromHex(staged.captured(3))},
+                                  &patience);
     }
 }
 

@@ -7,8 +7,7 @@ namespace embeddedhost {
 CStagingFolders::CStagingFolders(CLibrary const& library, int patience)
     : m_Library(library)
     , m_Patience(patience)
-{
-}
+{}
 
 QString CStagingFolders::FindRoot(QString const& realPath, QString* fault) const
 {

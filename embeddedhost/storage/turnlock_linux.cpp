@@ -35,7 +35,13 @@ QString DescribeProcess()
 class CTurnLock::Private
 {
 public:
-    enum class eTry { kLocked, kHeld, kGone, kFailed };
+    enum class eTry
+    {
+        kLocked,
+        kHeld,
+        kGone,
+        kFailed
+    };
 
     eTry Try()
     {
@@ -67,8 +73,7 @@ public:
 
 CTurnLock::CTurnLock(QString const& path)
     : m_Private(new Private{path, nullptr})
-{
-}
+{}
 
 CTurnLock::~CTurnLock()
 {

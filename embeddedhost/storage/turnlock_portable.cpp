@@ -43,8 +43,7 @@ public:
 
 CTurnLock::CTurnLock(QString const& path)
     : m_Private(new Private{path})
-{
-}
+{}
 
 CTurnLock::~CTurnLock()
 {

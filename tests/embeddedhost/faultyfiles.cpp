@@ -42,7 +42,7 @@ bool Fails()
     return true;
 }
 
-template<typename Function>
+template <typename Function>
 Function* FindReal(char const* name, Function*)
 {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -135,7 +135,8 @@ CALL(unlink, (char const* path) noexcept, (path))
 CALL(unlinkat, (int folder, char const* path, int flags) noexcept, (folder, path, flags))
 CALL(rmdir, (char const* path) noexcept, (path))
 CALL(rename, (char const* from, char const* to) noexcept, (from, to))
-CALL(renameat2, (int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept,
+CALL(renameat2,
+     (int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept,
      (folder, from, toFolder, to, flags))
 CALL(linkat, (int folder, char const* from, int toFolder, char const* to, int flags) noexcept,
      (folder, from, toFolder, to, flags))

@@ -116,8 +116,7 @@ private:
         QByteArray const removed = Content(kRemoved);
         QVERIFY(removed.isEmpty() || removed == m_Before[m_Folder->GetPath(kRemoved)]);
         QByteArray const made = Content(kNew);
-        QVERIFY(made.isEmpty()
-                || nlohmann::json::parse(made.toStdString())["name"] == "New");
+        QVERIFY(made.isEmpty() || nlohmann::json::parse(made.toStdString())["name"] == "New");
     }
 
     /// And nothing is left behind.
@@ -195,9 +194,10 @@ private:
             int const descriptor = ::open(path.constData(), O_WRONLY);
             writer = std::thread([descriptor, theirs] {
                 std::this_thread::sleep_for(std::chrono::milliseconds(30));
-                bool const isWritten = ::ftruncate(descriptor, 0) == 0
-                                       && ::write(descriptor, theirs.constData(),
-                                                  std::size_t(theirs.size())) == theirs.size();
+                bool const isWritten =
+                    ::ftruncate(descriptor, 0) == 0
+                    && ::write(descriptor, theirs.constData(), std::size_t(theirs.size()))
+                           == theirs.size();
                 if (!isWritten || ::close(descriptor) != 0)
                     std::abort();
             });
@@ -388,7 +388,8 @@ private Q_SLOTS:
             QString const at = QStringLiteral("call %1: ").arg(call) + Log();
             bool const isLinked = way.startsWith("links");
             if (!isLinked)
-                QVERIFY2(Content(file) == (way == "removes" ? QByteArray() : theirs), qPrintable(at));
+                QVERIFY2(Content(file) == (way == "removes" ? QByteArray() : theirs),
+                         qPrintable(at));
             // They know of it, or will when they look.
             QVERIFY2(isSaved || Log().contains("not saved"), qPrintable(at));
             QVERIFY2(!QDir(m_Folder->GetPath("project/.nodebrowser")).exists(), qPrintable(at));

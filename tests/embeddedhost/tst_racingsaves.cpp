@@ -65,7 +65,8 @@ int RunHost(QString const& library, std::string const& name, int seconds)
         for (int object = 1; object <= kObjects; ++object) {
             ItemID const id = host.FindItem(Uid(object));
             if (!id.IsNull())
-                user.Tag(id, Add(host.GetLibrary().GetItemTags(id, "ApplicationTags"), word).c_str());
+                user.Tag(id,
+                         Add(host.GetLibrary().GetItemTags(id, "ApplicationTags"), word).c_str());
         }
         user.Save();
         for (int object = 1; object <= kObjects; ++object) {
@@ -105,9 +106,10 @@ nlohmann::ordered_json ReadWith(std::vector<std::string> const& words, QString c
     time.start();
     while (time.elapsed() < kLongestMoment) {
         auto const content = nlohmann::ordered_json::parse(Get(path).toStdString());
-        std::string const tags = content.contains("tags")
-                                     ? ';' + content["tags"]["ApplicationTags"].get<std::string>() + ';'
-                                     : std::string();
+        std::string const tags =
+            content.contains("tags")
+                ? ';' + content["tags"]["ApplicationTags"].get<std::string>() + ';'
+                : std::string();
         bool const hasAll = std::all_of(words.begin(), words.end(), [&](std::string const& word) {
             return tags.find(';' + word + ';') != std::string::npos;
         });
@@ -137,7 +139,8 @@ int RunWriter(QString const& library, int seconds)
         if (!Put(target, content.dump())
             || (!isInPlace
                 && std::rename(QFile::encodeName(target).constData(),
-                               QFile::encodeName(path).constData()) != 0))
+                               QFile::encodeName(path).constData())
+                       != 0))
             return 1;
         Say("saved", object, word);
         words[object].push_back(word);
@@ -255,8 +258,8 @@ private Q_SLOTS:
         user.Tag(host.FindItem(Uid(1)), "light");
         int patience = 0;
         QString fault;
-        auto other = embeddedhost::CStagingFolder::Open(m_Folder->GetPath("project"), &patience,
-                                                        &fault);
+        auto other =
+            embeddedhost::CStagingFolder::Open(m_Folder->GetPath("project"), &patience, &fault);
         QVERIFY2(other, qPrintable(fault));
         QElapsedTimer time;
         time.start();
