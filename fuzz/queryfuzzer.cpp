@@ -16,11 +16,13 @@ namespace {
 /// The only form of a query that there is, in the words of another parser. Empty for others.
 QString FindType(std::string const& query)
 {
-    static QRegularExpression const form(
-        QStringLiteral("^[\\s\\v]*select[\\s\\v]+object[\\s\\v]+where[\\s\\v]+is_of_type_version"
-                       "[\\s\\v]*\\([\\s\\v]*\\{[\\s\\v]*([-0-9a-f]{36})[\\s\\v]*\\}[\\s\\v]*\\)"
-                       "[\\s\\v]*\\z"),
-        QRegularExpression::CaseInsensitiveOption);
+    // Blanks are those of ASCII, of which a regular expression knows more.
+    static QString const pattern =
+        QStringLiteral("^ select +object +where +is_of_type_version "
+                       "\\( \\{ ([-0-9a-f]{36}) \\} \\) \\z")
+            .replace(QStringLiteral(" +"), QStringLiteral("[\\t-\\r\\x20]+"))
+            .replace(QLatin1Char(' '), QStringLiteral("[\\t-\\r\\x20]*"));
+    static QRegularExpression const form(pattern, QRegularExpression::CaseInsensitiveOption);
     QString const type = form.match(QString::fromLatin1(query.c_str())).captured(1);
     return qorm::DbObjectId::IsUID(type.toLatin1().constData()) ? type : QString();
 }

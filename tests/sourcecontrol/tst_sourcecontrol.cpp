@@ -218,7 +218,7 @@ void TestSourceControl::listenerDoesAnything()
     QCOMPARE(recorder->count, count);
     if (library.host && count == 10)
         QCOMPARE(library.host->GetMessages().GetLog().back().text,
-                 QString("Source control: too many."));
+                 QString("A part of the program could not follow a change of the library: too many."));
 }
 
 void TestSourceControl::structureChangesAnnounceOnce()
