@@ -7,7 +7,7 @@ namespace embeddedhost {
 namespace {
 
 /// How often others may come between before they are left alone.
-constexpr int kAttempts = 20;
+constexpr int kExchangeAttempts = 20;
 
 PlacingResult Explain(FileResult const& failure)
 {
@@ -79,7 +79,7 @@ PlacingResult CFilePlacer::GiveUp(QString const& staged, FileResult const& failu
 PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newDigest) const
 {
     QByteArray placedDigest = newDigest;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    for (int attempt = 0; attempt < kExchangeAttempts; ++attempt) {
         QByteArray const digest = GetStagedDigest(staged);
         FileResult const back = m_Staging.Exchange(staged, m_Folder, m_Name);
         if (back.error == eFileError::kMissing) {

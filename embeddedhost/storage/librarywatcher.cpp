@@ -19,7 +19,7 @@ constexpr int kPause = 150;
 /// A burst that does not end is looked at in between, in milliseconds.
 constexpr int kLongestBurst = 1000;
 /// How often a file that cannot be read is tried again: it may be half written.
-constexpr int kAttempts = 5;
+constexpr int kReadAttempts = 5;
 
 bool CanBeListed(QString const& folder)
 {
@@ -273,9 +273,9 @@ void CLibraryWatcher::NoteFailure(QString const& path, Stamp const& stamp, QStri
     if (!(failure.stamp == stamp))
         failure = {stamp, 0};
     ++failure.attempts;
-    if (failure.attempts < kAttempts)
+    if (failure.attempts < kReadAttempts)
         m_Pause.start();
-    else if (failure.attempts == kAttempts)
+    else if (failure.attempts == kReadAttempts)
         Report(path, QStringLiteral("another program changed the file, and it cannot be read: %1")
                          .arg(fault));
 }

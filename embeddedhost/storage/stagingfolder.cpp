@@ -17,7 +17,7 @@ QString const kLockName = QStringLiteral("lock");
 /// What the .gitignore holds: by it the folder is known as ours.
 QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
 /// Another process may remove the folder between two of our steps.
-constexpr int kAttempts = 5;
+constexpr int kMakeAttempts = 5;
 /// In bytes; with all the rest the name must stay below 255.
 constexpr int kLongestShownName = 60;
 
@@ -45,7 +45,7 @@ QByteArray FromHex(QString const& digest)
 }
 
 /// From the end of the name, so that its ending is seen.
-QString Shorten(QString const& name)
+QString CutFront(QString const& name)
 {
     QString shown = name;
     while (shown.toUtf8().size() > kLongestShownName)
@@ -81,7 +81,7 @@ std::unique_ptr<CStagingFolder> CStagingFolder::Open(QString const& parent, int*
     QElapsedTimer time;
     time.start();
     std::unique_ptr<CStagingFolder> staging;
-    for (int attempt = 0; attempt < kAttempts && !staging; ++attempt) {
+    for (int attempt = 0; attempt < kMakeAttempts && !staging; ++attempt) {
         int const left = *patience - int(time.elapsed());
         if (attempt > 0 && left <= 0)
             break;
@@ -154,7 +154,7 @@ QString CStagingFolder::MakeStagedName(QString const& name, QByteArray const& ol
                                        QByteArray const& newDigest)
 {
     return QStringLiteral("%1-%2-%3-%4.staged")
-        .arg(QString::number(++m_LastNumber), ToHex(oldDigest), ToHex(newDigest), Shorten(name));
+        .arg(QString::number(++m_LastNumber), ToHex(oldDigest), ToHex(newDigest), CutFront(name));
 }
 
 void CStagingFolder::TidyUp()
