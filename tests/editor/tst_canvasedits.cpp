@@ -168,8 +168,8 @@ private Q_SLOTS:
                 ++askedCount;
                 return bodies[uid];
             };
-            std::string const* const found =
-                FindContainer({"0", "1", "LOOP", "OTHER"}, other, bodyOf);
+            std::set<std::string> const items{"0", "1", "LOOP", "OTHER"};
+            std::string const* const found = FindContainer(items, other, bodyOf);
             return found ? *found : std::string();
         };
         QCOMPARE(find("INNER"), std::string("0"));
