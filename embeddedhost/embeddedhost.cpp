@@ -121,7 +121,7 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     }
     if (!m_Private->library)
         return false;
-    TidyUpStagingFolders(*m_Private->library);
+    std::shared_ptr<CLibrary> const library = m_Private->library;
     m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
     m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
     m_Private->sourceControl.Open(*m_Private->library);
@@ -130,7 +130,10 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
             &CSourceControlService::RefreshAll);
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
-    return true;
+    // Who listens to that, or to messages, may have closed the library.
+    if (m_Private->library == library)
+        TidyUpStagingFolders(*library);
+    return m_Private->library == library;
 }
 
 void CEmbeddedHost::CloseLibrary()

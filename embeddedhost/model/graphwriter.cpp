@@ -144,24 +144,20 @@ ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
     return list;
 }
 
-/// One a line.
-std::string JoinTexts(GraphBody const& body)
+/// Some text of the body is like that.
+template <class IsLike>
+bool HasText(GraphBody const& body, IsLike isLike)
 {
-    std::string texts;
-    auto const add = [&](std::string const& a, std::string const& b) {
-        texts += a + '\n' + b + '\n';
+    auto const hasPort = [&](GraphPort const& port) { return isLike(port.name) || isLike(port.type); };
+    auto const hasNode = [&](GraphNode const& node) { return isLike(node.id) || isLike(node.item); };
+    auto const hasEnd = [&](GraphEnd const& end) { return isLike(end.node) || isLike(end.port); };
+    auto const hasConnection = [&](GraphConnection const& connection) {
+        return hasEnd(connection.from) || hasEnd(connection.to);
     };
-    for (auto const* const ports : {&body.inputs, &body.outputs}) {
-        for (GraphPort const& port : *ports)
-            add(port.name, port.type);
-    }
-    for (GraphNode const& node : body.nodes)
-        add(node.id, node.item);
-    for (GraphConnection const& connection : body.connections) {
-        add(connection.from.node, connection.from.port);
-        add(connection.to.node, connection.to.port);
-    }
-    return texts;
+    return std::any_of(body.inputs.begin(), body.inputs.end(), hasPort)
+           || std::any_of(body.outputs.begin(), body.outputs.end(), hasPort)
+           || std::any_of(body.nodes.begin(), body.nodes.end(), hasNode)
+           || std::any_of(body.connections.begin(), body.connections.end(), hasConnection);
 }
 
 /// An empty list is left out where the object has none.
@@ -180,7 +176,11 @@ QString FindBodyFault(GraphBody const& body)
             return QStringLiteral("the position of the node \"%1\" is not a finite number")
                 .arg(QString::fromStdString(node.id));
     }
-    return IsUtf8(JoinTexts(body)) ? QString() : QStringLiteral("it has a text that is not UTF-8");
+    if (HasText(body, [](std::string const& text) { return !IsUtf8(text); }))
+        return QStringLiteral("it has a text that is not UTF-8");
+    if (HasText(body, IsTooLong))
+        return QStringLiteral("it has a text of more than %1 characters").arg(kMaxTextLength);
+    return QString();
 }
 
 void WriteGraphBody(GraphBody const& body, ordered_json& object)

@@ -41,11 +41,21 @@ bool CheckWritable(CLibrary& library, CLibraryItem const& item, QString const& c
                                .arg(change, Shown(item.GetName()), reason));
 }
 
+/// What is longer would not be read again.
+QString GetTooLong(QString const& text)
+{
+    return QStringLiteral("The %1 is longer than %2 characters. Nothing was changed.")
+        .arg(text)
+        .arg(kMaxTextLength);
+}
+
 /// `item` is the one that is to get the name; null for a new one.
 bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
 {
     if (!*name)
         return Refuse(library, QStringLiteral("The name is empty. Nothing was changed."));
+    if (IsTooLong(ToUtf8(name)))
+        return Refuse(library, GetTooLong(QStringLiteral("name")));
     bool const isOwnName = item && EqualIgnoringAsciiCase(item->GetName(), name);
     if (isOwnName || !library.HasName(name))
         return true;
@@ -136,6 +146,10 @@ CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
 {
     if (!CheckName(library, nullptr, compound.name))
         return nullptr;
+    if (IsTooLong(ToUtf8(compound.category))) {
+        Refuse(library, GetTooLong(QStringLiteral("category")));
+        return nullptr;
+    }
     DataSourcePtr const source = FindWritableSource(library);
     if (!source) {
         Refuse(library, QStringLiteral("Cannot create \"%1\": every data source of the library "
@@ -179,6 +193,8 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
         return false;
     if (std::string(item.GetTags(category)) == tags)
         return true;
+    if (IsTooLong(ToUtf8(category)) || IsTooLong(ToUtf8(tags)))
+        return Refuse(library, GetTooLong(QStringLiteral("tag text")));
     ordered_json changed = item.GetObject();
     ordered_json all = changed.value("tags", ordered_json::object());
     if (!all.is_object())

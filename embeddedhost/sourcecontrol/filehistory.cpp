@@ -105,7 +105,15 @@ void CFileHistory::Start(QString const& file)
     m_Search = std::make_shared<Search>(file);
     m_Workers.Run(
         CGitWorkers::kHistory, m_Search->cancel,
-        [search = m_Search, cache = m_Cache] { search->facts.set_value(search->Run(*cache)); },
+        [search = m_Search, cache = m_Cache] {
+            FileFacts facts;
+            try {
+                facts = search->Run(*cache);
+            } catch (std::exception const&) {
+                // Without an answer the tool tip would wait for this search for ever.
+            }
+            search->facts.set_value(facts);
+        },
         nullptr);
 }
 

@@ -140,7 +140,7 @@ bool Refuse(CLibrary const& library, QString const& path, QString const& reason)
 
 } // namespace
 
-bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& path,
+bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& path,
                       wek::fwk::ICommandManager* manager)
 {
     LibraryFile const* const file = library->FindFile(path);

@@ -14,7 +14,8 @@ namespace embeddedhost {
 /// Resolves a conflict for what is on disk, which may be nothing any more; undo brings our
 /// changes back. False when the file cannot be read; the message channel says why, and what can
 /// be done.
-bool TakeFileFromDisk(std::shared_ptr<CLibrary> const& library, QString const& path,
+/// A listener may close the library meanwhile; it is kept in memory.
+bool TakeFileFromDisk(std::shared_ptr<CLibrary> library, QString const& path,
                       wek::fwk::ICommandManager* manager);
 /// Resolves a conflict for the library: the next save replaces what is on disk.
 bool OverwriteFileOnDisk(CLibrary& library, QString const& path);

@@ -87,24 +87,28 @@ void CJournal::RemoveFile()
     m_Written.clear();
 }
 
-void CJournal::Write()
+bool CJournal::Write()
 {
     QByteArray const changes = m_Host.GetUnsavedChanges();
     if (changes.isEmpty()) {
         RemoveFile();
-        return;
+        return true;
     }
     if (changes == m_Written)
-        return;
+        return true;
     if (ClaimFile() && WriteWholeFile(m_File, changes)) {
         m_Written = changes;
         m_HasFailed = false;
-    } else if (!m_HasFailed) {
+        return true;
+    }
+    m_Pause.start();
+    if (!m_HasFailed) {
         m_HasFailed = true;
         m_Host.GetMessages().Post(
             eSeverity::kWarning,
             tr("Unsaved changes cannot be kept safe in %1; save often.").arg(m_Folder));
     }
+    return false;
 }
 
 bool CJournal::ClaimFile()
@@ -187,10 +191,8 @@ void CJournal::Recover(Leftover const& leftover)
         return;
     }
     // Not before our own file has them.
-    Write();
-    if (m_Written.isEmpty() && m_Host.IsModified())
-        return;
-    Discard(leftover);
+    if (Write())
+        Discard(leftover);
 }
 
 void CJournal::Discard(Leftover const& leftover)

@@ -55,7 +55,8 @@ public:
 private:
     void FollowLibrary();
     void FollowChanges();
-    void Write();
+    /// False when what is unsaved could not be written; it is tried again after a pause.
+    bool Write();
     bool ClaimFile();
     void RemoveFile();
     QString GetFileStem() const;

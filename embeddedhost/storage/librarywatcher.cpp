@@ -188,7 +188,9 @@ void CLibraryWatcher::Check()
     }
     QPointer<CLibraryWatcher> const self(this);
     m_IsChecking = true;
-    RunGuarded(&m_Library->GetMessages(), m_Library->GetFolder(), [this] { CheckSources(); });
+    // A copy: a listener may close the library, and what it raises is said with the folder.
+    QString const folder = m_Library->GetFolder();
+    RunGuarded(&m_Library->GetMessages(), folder, [this] { CheckSources(); });
     if (self)
         m_IsChecking = false;
 }

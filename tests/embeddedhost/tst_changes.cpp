@@ -280,6 +280,10 @@ private Q_SLOTS:
         QTest::newRow("no such signature") << "implement" << "no signature with the uid";
         QTest::newRow("read-only source, rename") << "rename3:New" << "\"Factory\" is read-only";
         QTest::newRow("read-only source, tags") << "tag4:x" << "\"Factory\" is read-only";
+        QTest::newRow("long name") << "create:*" << "The name is longer than 65536";
+        QTest::newRow("long name, rename") << "rename1:*" << "The name is longer than 65536";
+        QTest::newRow("long tags") << "tag1:*" << "The tag text is longer than 65536";
+        QTest::newRow("long node") << "node:*" << "more than 65536 characters";
         QTest::newRow("infinite position") << "place:inf" << "\"n\" is not a finite number";
         QTest::newRow("position of no number") << "place:nan" << "\"n\" is not a finite number";
         QTest::newRow("other encoding") << "node:\u00FC" << "not UTF-8";
@@ -290,7 +294,9 @@ private Q_SLOTS:
         QFETCH(QString, change);
         QFETCH(QString, reason);
         auto const contents = m_Folder->Read();
-        QByteArray const text = change.mid(change.indexOf(':') + 1).toLatin1();
+        QByteArray text = change.mid(change.indexOf(':') + 1).toLatin1();
+        if (text == "*")
+            text.fill('x', 65537);
         bool isDone = true;
         if (change.startsWith("create")) {
             isDone = !m_User->Create(text).IsNull();

@@ -381,6 +381,24 @@ private Q_SLOTS:
         QVERIFY(inTheWay.open(QIODevice::WriteOnly));
         m_User->Rename(Item(1), "Soft Glow");
         QTRY_VERIFY(Log().contains("kept safe"));
+        // It goes on trying.
+        QVERIFY(inTheWay.remove());
+        QTRY_COMPARE(CountJournals(), 1);
+    }
+
+    void KeepsWhatItCannotTakeOver()
+    {
+        ChangeAndDie();
+        QString const leftover = m_Journal->FindLeftovers().at(0).file;
+        m_User->Create("Another");
+        QTRY_COMPARE(CountJournals(), 2);
+        QString own;
+        for (QFileInfo const& info : QDir(GetJournalFolder()).entryInfoList({"*.json"}))
+            own = info.filePath() == leftover ? own : info.filePath();
+        QVERIFY(QFile::remove(own) && QDir().mkpath(own + "/in the way"));
+        m_Journal->Recover({leftover, QDateTime(), 0});
+        QVERIFY(Log().contains("kept safe"));
+        QVERIFY(QFileInfo::exists(leftover));
     }
 };
 
