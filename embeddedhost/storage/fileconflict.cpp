@@ -165,7 +165,7 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& pa
     // An object that went to another file could not come there as long as ours was here.
     if (library->GetAccessor().Revalidate())
         TakeInLeftOutEntries(*library);
-    if (result == eReconciled::kUpToDate || result == eReconciled::kClosed)
+    if (result == eReconciled::kUpToDate || !library->GetAccessor().Revalidate())
         return true;
     return Refuse(*library, path,
                   fault.isEmpty() ? QStringLiteral("it was changed again meanwhile.") : fault);

@@ -281,6 +281,29 @@ private Q_SLOTS:
         other.Unregister(m_Library);
     }
 
+    void TheLibraryIsClosedWhileFilesAreTaken()
+    {
+        LibraryFolder const folder;
+        folder.Write("project/a.json", Object(1, "compound", "Glow"));
+        QVERIFY(m_Host->OpenLibrary(folder.GetPath()));
+        LibraryUser(*m_Host).Rename(m_Host->FindItem(Uid(1)), "Ours");
+        folder.Write("project/a.json", Object(1, "compound", "Theirs"));
+        m_Library = m_Host->GetLibrary();
+        Listener closer(m_Record, "closer", [&] { m_Host->CloseLibrary(); });
+        closer.Register(m_Library);
+        QVERIFY(m_Host->TakeFileFromDisk(folder.GetPath("project/a.json")));
+        QVERIFY(!m_Library.Revalidate());
+        closer.Unregister(m_Library);
+
+        // What an interrupted save left is told, and that closes the library, too.
+        folder.Write("project/.nodebrowser/.gitignore",
+                     "# Made by a save of the node browser, which removes it.\n*\n");
+        folder.Write("project/.nodebrowser/1-a-b-x.staged", "of another program");
+        connect(&m_Host->GetMessages(), &CMessageChannel::MessagePosted, m_Host.get(),
+                [&] { m_Host->CloseLibrary(); });
+        QVERIFY(!m_Host->OpenLibrary(folder.GetPath()));
+    }
+
 private:
     void SetUp() override
     {
