@@ -6,6 +6,7 @@
 #include <QByteArray>
 
 #include <array>
+#include <random>
 
 namespace embeddedhost {
 
@@ -33,6 +34,14 @@ bool HasUidForm(char const* text)
            && text[13] == '-' && text[18] == '-' && text[23] == '-';
 }
 
+/// Each bit of the number decides on all bits of the result (the finalizer of splitmix64).
+std::uint64_t Mix(std::uint64_t number)
+{
+    number = (number ^ number >> 30) * 0xBF58476D1CE4E5B9u;
+    number = (number ^ number >> 27) * 0x94D049BB133111EBu;
+    return number ^ number >> 31;
+}
+
 } // namespace
 
 bool ParseUid(char const* text, UidKey& key)
@@ -54,6 +63,21 @@ bool ParseUid(char const* text, UidKey& key)
     key.high = read(14, 18, read(9, 13, read(0, 8, 0)));
     key.low = read(24, 36, read(19, 23, 0));
     return all >= 0;
+}
+
+std::uint64_t GetUidSeed()
+{
+    static std::uint64_t const seed = [] {
+        std::random_device random;
+        return std::uint64_t(random()) << 32 | random();
+    }();
+    return seed;
+}
+
+std::uint64_t HashUid(UidKey const& key, std::uint64_t seed)
+{
+    // One half after the other: halves that are equal, or change places, do not cancel out.
+    return Mix(Mix(key.high ^ seed) + key.low);
 }
 
 } // namespace embeddedhost

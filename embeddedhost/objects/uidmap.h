@@ -24,6 +24,13 @@ struct UidKey
 /// False unless the text is a well-formed UID.
 bool ParseUid(char const* text, UidKey& key);
 
+/// Another number in each run of the program, so that no library can be written whose UIDs all
+/// come to lie in one place.
+std::uint64_t GetUidSeed();
+
+/// Spreads UIDs over all 64 bits, whatever digits they share.
+std::uint64_t HashUid(UidKey const& key, std::uint64_t seed);
+
 /// Pointers by uid: well-formed UIDs in either case, other texts exactly. Nothing is taken out.
 ///
 /// UIDs lie in one open table, probed place after place, since every look-up of an object in a
@@ -68,10 +75,8 @@ private:
     /// Where the key is, or would be put. The size is a power of two, and there are free places.
     std::size_t FindPlace(UidKey const& key) const
     {
-        // The odd factor keeps UIDs apart that differ in some digits only.
-        std::uint64_t const mixed = (key.high ^ key.low) * 0x9E3779B97F4A7C15u;
         std::size_t const mask = m_Places.size() - 1;
-        std::size_t place = std::size_t(mixed >> 32) & mask;
+        std::size_t place = std::size_t(HashUid(key, m_Seed)) & mask;
         while (m_Places[place].value && !(m_Places[place].key == key))
             place = (place + 1) & mask;
         return place;
@@ -87,6 +92,7 @@ private:
         }
     }
 
+    std::uint64_t const m_Seed = GetUidSeed();
     std::vector<Place> m_Places;
     std::size_t m_Used = 0;
     std::unordered_map<std::string, T*> m_ByText;

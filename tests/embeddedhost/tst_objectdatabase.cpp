@@ -1,6 +1,8 @@
 #include "libraryfolder.h"
 #include "loggedtest.h"
+#include "objects/uidmap.h"
 
+#include <QSet>
 #include <QTest>
 
 using namespace qorm;
@@ -79,6 +81,29 @@ private Q_SLOTS:
         QVERIFY(!(DbObjectId("name") == DbObjectId("Name")));
         QVERIFY(DbObjectId::IsUID(UID_Null().GetStr()));
         QVERIFY(!(UID_Null() == UID_Resource()));
+    }
+
+    void SimilarUidsAreSpread_data()
+    {
+        QTest::addColumn<quint64>("high");
+        QTest::addColumn<quint64>("low");
+        QTest::newRow("equal halves") << quint64(1) << quint64(1);
+        QTest::newRow("other halves") << ~quint64(0) << quint64(1);
+        QTest::newRow("last digits") << quint64(0) << quint64(1);
+        QTest::newRow("first digits") << quint64(1) << quint64(0);
+        QTest::newRow("first digits of all") << (quint64(1) << 48) << quint64(0);
+    }
+
+    /// Places of a table are chosen by the last bits.
+    void SimilarUidsAreSpread()
+    {
+        QFETCH(quint64, high);
+        QFETCH(quint64, low);
+        QSet<quint64> places;
+        for (quint64 number = 0; number < 1000; ++number)
+            places.insert(embeddedhost::HashUid({number * high, number * low}, 7) % 0x100000);
+        QVERIFY2(places.size() > 980, qPrintable(QString::number(places.size())));
+        QVERIFY(embeddedhost::HashUid({high, low}, 7) != embeddedhost::HashUid({high, low}, 8));
     }
 
     void ItemsWithAUidAreObjects()
