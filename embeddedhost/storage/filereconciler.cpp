@@ -109,14 +109,22 @@ private:
     bool m_HasConflict = false;
 };
 
+/// Whether the file would be found if the library were opened now.
+bool IsThere(QString const& path)
+{
+    QFileInfo const info(path);
+    return info.exists() && IsRealFolder(info.path());
+}
+
 /// Whether it can be seen in the data source that something is not there.
 bool CanMiss(CDataSource const& source, QString const& path)
 {
     QString const top = source.GetDescription().folder;
     QFileInfo folder(QFileInfo(path).path());
-    while (!folder.isDir() && folder.filePath() != top && folder.filePath() != folder.path())
+    while (!IsRealFolder(folder.filePath()) && folder.filePath() != top
+           && folder.filePath() != folder.path())
         folder.setFile(folder.path());
-    return folder.isDir() && folder.isReadable() && folder.isExecutable();
+    return IsRealFolder(folder.filePath()) && folder.isReadable() && folder.isExecutable();
 }
 
 } // namespace
@@ -124,7 +132,7 @@ bool CanMiss(CDataSource const& source, QString const& path)
 JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path)
 {
     JsonFile json;
-    if (QFileInfo::exists(path)) {
+    if (IsThere(path)) {
         json = ReadJsonFile(path, library.GetFolder());
         if (json.fault.isEmpty() && json.content.is_primitive())
             json.fault = QStringLiteral("the file must hold an object or an array of objects.");
@@ -132,7 +140,7 @@ JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QStr
     }
     json.content = ordered_json::array();
     if (!CanMiss(source, path))
-        json.fault = QStringLiteral("its folder is gone, or may not be read.");
+        json.fault = QStringLiteral("its folder is gone, is a link, or may not be read.");
     return json;
 }
 
@@ -140,7 +148,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
                           QString const& path, QString* fault)
 {
     LibraryFile* file = library->FindFile(path);
-    bool const isExpected = file || !QFileInfo::exists(path);
+    bool const isExpected = file || !IsThere(path);
     if (isExpected
         && GetDigestOnDisk(path, library->GetFolder()) == (file ? file->digest : QByteArray()))
         return eReconciled::kUpToDate;

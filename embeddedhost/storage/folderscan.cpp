@@ -76,7 +76,7 @@ private:
 
     void VisitFolder(QFileInfo const& entry)
     {
-        if (entry.isSymLink()) {
+        if (!IsRealFolder(entry.filePath())) {
             Report(entry.filePath(),
                    QStringLiteral("the link to a folder is not followed; put the files into the "
                                   "data source's folder instead."));
@@ -123,6 +123,12 @@ bool LiesInReadOnlySource(std::vector<DataSourcePtr> const& sources, QString con
 bool IsWithin(QString const& folder, QString const& path)
 {
     return path == folder || path.startsWith(folder.endsWith('/') ? folder : folder + '/');
+}
+
+bool IsRealFolder(QString const& folder)
+{
+    QFileInfo const info(folder);
+    return info.isDir() && info.canonicalFilePath() == folder;
 }
 
 QString GetShownPath(QString const& libraryFolder, QString const& path)

@@ -1,6 +1,8 @@
 #include "storage/descriptor.h"
 #include "storage/folderscan.h"
 
+#include <QFileInfo>
+
 namespace embeddedhost {
 
 FileContent ReadRegularFile(QString const& path, QString const& folder)
@@ -8,8 +10,11 @@ FileContent ReadRegularFile(QString const& path, QString const& folder)
     // A place only: looking at what it is has no effect on a pipe or a device.
     Descriptor const place(open(Encode(path), O_PATH | O_CLOEXEC));
     FileContent const content = ReadFileAt(place);
-    bool const isRead = content.exists && content.fault.isEmpty();
-    if (isRead && !folder.isEmpty() && !IsWithin(folder, content.realPath))
+    if (!content.exists || folder.isEmpty() || content.realPath == path)
+        return content;
+    if (!IsRealFolder(QFileInfo(path).path()))
+        return FileContent();
+    if (content.fault.isEmpty() && !IsWithin(folder, content.realPath))
         return {true, QByteArray(), QStringLiteral("it leads out of the library folder")};
     return content;
 }

@@ -19,7 +19,7 @@ FileContent Unreadable(QString const& fault)
 FileContent ReadRegularFile(QString const& path, QString const& folder)
 {
     QFileInfo const info(path);
-    if (!info.exists())
+    if (!info.exists() || (!folder.isEmpty() && !IsRealFolder(info.path())))
         return FileContent();
     if (!info.isFile())
         return Unreadable(QStringLiteral("it is not a regular file"));

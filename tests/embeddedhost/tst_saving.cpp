@@ -262,6 +262,25 @@ private Q_SLOTS:
         QCOMPARE(file.readAll() == content, !isSaved);
     }
 
+    /// As when the library is opened.
+    void FoldersThatBecameLinksAreNotFollowed()
+    {
+        m_Folder->Write("project/sub/a.json", Object(8, "compound", "Left"));
+        m_Folder->Write("project/sub/b.json", Object(9, "compound", "Changed"));
+        Open();
+        m_User->Rename(Item(9), "Ours");
+        QVERIFY(QDir().rename(m_Folder->GetPath("project/sub"), m_Folder->GetPath("other")));
+        QVERIFY(QFile::link("../other", m_Folder->GetPath("project/sub")));
+        m_Host->CheckFolder();
+        QVERIFY(Item(8).IsNull());
+        QString const path = m_Folder->GetPath("project/sub/b.json");
+        QCOMPARE(m_Host->FindConflicts(), QStringList(path));
+        QVERIFY(m_Host->OverwriteFileOnDisk(path));
+        QVERIFY(!m_User->Save());
+        QCOMPARE(Content("other/b.json"), Object(9, "compound", "Changed"));
+        QCOMPARE(m_User->NameOf(Item(9)), std::string("Ours"));
+    }
+
     void WhatIsGoneIsNotMadeAgain_data()
     {
         QTest::addColumn<QString>("gone");

@@ -29,8 +29,8 @@ private Q_SLOTS:
         QTest::newRow("a link to nothing") << "dangling" << false << QByteArray() << "";
         QTest::newRow("a link to a file") << "inner" << true << QByteArray("text") << "";
         QTest::newRow("a link out") << "outer" << true << QByteArray() << "out of the library";
-        QTest::newRow("a folder that leads out")
-            << "sub/hostname" << true << QByteArray() << "out of the library";
+        QTest::newRow("a folder that leads out") << "sub/hostname" << false << QByteArray() << "";
+        QTest::newRow("a linked folder") << "again/file" << false << QByteArray() << "";
         QTest::newRow("a circle") << "circle" << false << QByteArray() << "";
         QTest::newRow("a folder") << "project" << true << QByteArray() << "not a regular file";
         QTest::newRow("a pipe") << "pipe" << true << QByteArray() << "not a regular file";
@@ -54,6 +54,7 @@ private Q_SLOTS:
         link("inner", folder.GetPath("file"));
         link("outer", secret.fileName());
         link("sub", outside.path());
+        link("again", folder.GetPath());
         link("circle", folder.GetPath("circle"));
         link("zero", QStringLiteral("/dev/zero"));
         QCOMPARE(mkfifo(QFile::encodeName(folder.GetPath("pipe")).constData(), 0600), 0);
