@@ -143,7 +143,7 @@ bool Refuse(CLibrary const& library, QString const& path, QString const& reason)
 bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& path,
                       wek::fwk::ICommandManager* manager)
 {
-    LibraryFile const* const file = library->FindFile(path);
+    LibraryFile* const file = library->FindFile(path);
     if (!file)
         return Refuse(*library, path, QStringLiteral("the library has no such file."));
     DataSourcePtr const source = file->source;
@@ -160,6 +160,8 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& pa
         if (CLibraryItem* const item = library->FindItem(uid.c_str()))
             item->SetSavedObject(*onDisk.Find(uid.c_str()));
     }
+    // Nor does a removal count any more.
+    file->hasOtherEntries = false;
     QString fault;
     eReconciled const result = ReconcileFile(library, source, path, &fault);
     // An object that went to another file could not come there as long as ours was here.

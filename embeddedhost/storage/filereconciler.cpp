@@ -127,6 +127,12 @@ bool CanMiss(CDataSource const& source, QString const& path)
     return IsRealFolder(folder.filePath()) && folder.isReadable() && folder.isExecutable();
 }
 
+/// Nothing that the file held is to be left of it after the next save.
+bool IsRemovalPending(LibraryFile const& file)
+{
+    return file.entries.empty() && file.IsModified();
+}
+
 } // namespace
 
 JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path)
@@ -158,6 +164,9 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         *fault = json.fault;
         return eReconciled::kUnreadable;
     }
+    // Their change to what we removed would undo the removal.
+    if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
+        return eReconciled::kConflict;
     if (!file)
         file = &library->AddFile({path, source, json.content.is_array(), {}});
     file->isReadOnly = LiesInReadOnlySource(library->GetSources(), json.realPath);

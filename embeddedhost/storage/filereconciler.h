@@ -14,7 +14,7 @@ namespace embeddedhost {
 enum class eReconciled
 {
     kUpToDate,   ///< the library has what is on disk, or had it before
-    kConflict,   ///< items of the file have changes that are not saved; they are kept
+    kConflict,   ///< the file has changes that are not saved; they are kept
     kUnreadable, ///< the file cannot be read, or is only half written
     kClosed      ///< a listener closed the library
 };

@@ -393,6 +393,32 @@ private Q_SLOTS:
         QVERIFY(Content(kGlowFile).contains("Ours"));
     }
 
+    void RemovalsAreKeptApart_data()
+    {
+        ConflictsAreKeptApart_data();
+    }
+
+    /// We are to remove a file that another program changes.
+    void RemovalsAreKeptApart()
+    {
+        QFETCH(bool, takesTheirs);
+        ItemID const fresh = m_User->Create("Fresh");
+        QVERIFY(m_User->Save());
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        m_Folder->Write("project/fresh.json", Content("project/fresh.json") + "\n\n");
+        m_Host->CheckFolder();
+        QString const path = m_Folder->GetPath("project/fresh.json");
+        QVERIFY2(Log().contains("fresh.json: another program"), qPrintable(Log()));
+        QCOMPARE(m_Host->FindConflicts(), QStringList(path));
+        QVERIFY(m_User->NameOf(fresh).empty());
+
+        QVERIFY(takesTheirs ? m_Host->TakeFileFromDisk(path) : m_Host->OverwriteFileOnDisk(path));
+        QCOMPARE(m_User->NameOf(fresh), std::string(takesTheirs ? "Fresh" : ""));
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QCOMPARE(QFileInfo::exists(path), takesTheirs);
+        QVERIFY(!m_Host->IsModified());
+    }
+
     void TakesWhatIsGone_data()
     {
         QTest::addColumn<QString>("file");
