@@ -81,6 +81,10 @@ public:
     /// The item's file, which holds nothing else, is somewhere else now.
     void MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString const& path);
 
+    /// The file leads into a data source that is not to be written, or does so no more. False when
+    /// a listener has closed the library.
+    bool SetReadOnly(LibraryFile& file, bool isReadOnly);
+
     /// Accessors and handles answer empty from now on.
     void Close();
 

@@ -190,4 +190,19 @@ void CLibrary::MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString
     change.GetNotifier().Invalidated();
 }
 
+bool CLibrary::SetReadOnly(LibraryFile& file, bool isReadOnly)
+{
+    if (file.isReadOnly == isReadOnly)
+        return true;
+    ItemLibraryAccessor const kept = GetAccessor();
+    {
+        ChangeScope const change(*this);
+        if (change.IsLibraryOpen()) {
+            file.isReadOnly = isReadOnly;
+            change.GetNotifier().Invalidated();
+        }
+    }
+    return kept.Revalidate();
+}
+
 } // namespace embeddedhost

@@ -116,6 +116,12 @@ bool IsThere(QString const& path)
     return info.exists() && IsRealFolder(info.path());
 }
 
+bool LeadsToReadOnlySource(CLibrary const& library, QString const& path)
+{
+    QString const realPath = IsThere(path) ? QFileInfo(path).canonicalFilePath() : path;
+    return LiesInReadOnlySource(library.GetSources(), realPath);
+}
+
 /// Whether it can be seen in the data source that something is not there.
 bool CanMiss(CDataSource const& source, QString const& path)
 {
@@ -155,6 +161,9 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
 {
     LibraryFile* file = library->FindFile(path);
     bool const isExpected = file || !IsThere(path);
+    bool const isReadOnly = LeadsToReadOnlySource(*library, path);
+    if (file && !library->SetReadOnly(*file, isReadOnly))
+        return eReconciled::kClosed;
     if (isExpected
         && GetDigestOnDisk(path, library->GetFolder()) == (file ? file->digest : QByteArray()))
         return eReconciled::kUpToDate;
@@ -168,8 +177,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
         return eReconciled::kConflict;
     if (!file)
-        file = &library->AddFile({path, source, json.content.is_array(), {}});
-    file->isReadOnly = LiesInReadOnlySource(library->GetSources(), json.realPath);
+        file = &library->AddFile({path, source, json.content.is_array(), {}, {}, false, isReadOnly});
 
     FileReconciler reconciler(*library, *file, json.content);
     reconciler.Apply();

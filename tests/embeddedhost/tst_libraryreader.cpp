@@ -1,3 +1,4 @@
+#include "changerecorder.h"
 #include "libraryfolder.h"
 #include "loggedtest.h"
 #include "model/text8.h"
@@ -337,10 +338,18 @@ private Q_SLOTS:
         QVERIFY(host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(1))));
         QVERIFY(!host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
 
-        QVERIFY(QFile::remove(folder.GetPath("project/z.json")));
-        QVERIFY(QFile::link("../factory/b.json", folder.GetPath("project/z.json")));
-        host.CheckFolder();
+        // The content is the same: only the access changes, and comes back.
+        QString const path = folder.GetPath("project/z.json");
+        QVERIFY(QFile::copy(path, folder.GetPath("factory/same")) && QFile::remove(path));
+        QVERIFY(QFile::link("../factory/same", path));
+        ChangeRecorder recorder(host.GetLibrary());
+        QVERIFY(host.TakeFileFromDisk(path));
         QVERIFY(host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
+        QVERIFY(QFile::remove(path) && QFile::copy(folder.GetPath("factory/same"), path));
+        QVERIFY(host.TakeFileFromDisk(path));
+        QVERIFY(!host.GetLibrary().ItemIsReadOnly(host.FindItem(Uid(2))));
+        QCOMPARE(recorder.Take(),
+                 (QStringList{"begin", "invalidated", "end", "begin", "invalidated", "end"}));
     }
 
     void UnreadableFiles()
