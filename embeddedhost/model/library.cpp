@@ -5,6 +5,7 @@
 #include "model/text8.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace embeddedhost {
 
@@ -67,14 +68,21 @@ void CLibrary::AddSource(DataSourcePtr const& source)
 
 CLibrary::Items const& CLibrary::GetItems(KindIndex kind) const
 {
-    return m_Items[std::size_t(kind)];
+    Items& items = m_Items[std::size_t(kind)];
+    if (std::exchange(m_HasTakenOutItems[std::size_t(kind)], false)) {
+        auto const isTakenOut = [](CLibraryItem const* item) {
+            return item->GetIdentity().item != item;
+        };
+        items.erase(std::remove_if(items.begin(), items.end(), isTakenOut), items.end());
+    }
+    return items;
 }
 
 std::size_t CLibrary::GetItemCount() const
 {
     std::size_t count = 0;
-    for (Items const& items : m_Items)
-        count += items.size();
+    for (KindIndex kind = 0; kind < kKindCount; ++kind)
+        count += GetItems(kind).size();
     return count;
 }
 
@@ -94,9 +102,12 @@ bool CLibrary::HasName(char const* name) const
     auto const hasName = [name](CLibraryItem const* item) {
         return EqualIgnoringAsciiCase(item->GetName(), name);
     };
-    return std::any_of(m_Items.begin(), m_Items.end(), [&](Items const& items) {
-        return std::any_of(items.begin(), items.end(), hasName);
-    });
+    for (KindIndex kind = 0; kind < kKindCount; ++kind) {
+        Items const& items = GetItems(kind);
+        if (std::any_of(items.begin(), items.end(), hasName))
+            return true;
+    }
+    return false;
 }
 
 CLibraryItem& CLibrary::AddItem(LibraryFile& file, ordered_json object)

@@ -103,7 +103,10 @@ private:
     /// of it is freed before the library is.
     std::pmr::monotonic_buffer_resource m_Arena;
     StablePool<CLibraryItem> m_Pool;
-    std::array<Items, kKindCount> m_Items;
+    /// With those that were taken out since the kind was asked for last: dropping each by itself
+    /// would take too long when a large file loses its items.
+    mutable std::array<Items, kKindCount> m_Items;
+    mutable std::array<bool, kKindCount> m_HasTakenOutItems = {};
     UidMap<CLibraryItem> m_ItemsByUid;
     std::vector<std::unique_ptr<LibraryFile>> m_Files;
 };

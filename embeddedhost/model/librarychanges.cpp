@@ -168,14 +168,13 @@ void CLibrary::RemoveItem(CLibraryItem& item)
 void CLibrary::TakeOut(CLibraryItem& item)
 {
     LibraryFile& file = item.GetFile();
-    file.entries.erase(std::remove_if(file.entries.begin(), file.entries.end(),
-                                      [&](LibraryFile::Entry const& entry) {
-                                          return entry.item == &item;
-                                      }),
-                       file.entries.end());
+    // From the end: who takes out many puts them there.
+    auto const isEntry = [&](LibraryFile::Entry const& entry) { return entry.item == &item; };
+    auto const last = std::find_if(file.entries.rbegin(), file.entries.rend(), isEntry);
+    if (last != file.entries.rend())
+        file.entries.erase(last.base() - 1);
     file.hasOtherEntries = true;
-    Items& items = m_Items[std::size_t(GetKindIndex(item.GetIdentity().kind))];
-    items.erase(std::remove(items.begin(), items.end(), &item), items.end());
+    m_HasTakenOutItems[std::size_t(GetKindIndex(item.GetIdentity().kind))] = true;
     // The map by uid keeps the item; without its identity it is not found any more.
     item.GetIdentity().item = nullptr;
 }

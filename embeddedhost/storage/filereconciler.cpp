@@ -7,6 +7,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+#include <cstring>
 #include <set>
 
 namespace embeddedhost {
@@ -30,6 +32,7 @@ public:
 
     void Apply()
     {
+        PutLastWhatGoes();
         for (std::string const& uid : GetUids()) {
             CLibraryItem* const item = IsOpen() ? FindItem(uid.c_str()) : nullptr;
             if (item)
@@ -86,10 +89,30 @@ private:
         return item && &item->GetFile() == &m_File ? item : nullptr;
     }
 
+    /// In the opposite order of their removal: taking out the last entry costs the least.
+    void PutLastWhatGoes()
+    {
+        auto& entries = m_File.entries;
+        auto const stays = [this](LibraryFile::Entry const& entry) {
+            return !entry.item || entry.item->IsModified() || !IsGone(*entry.item);
+        };
+        auto const goes = std::stable_partition(entries.begin(), entries.end(), stays);
+        std::sort(goes, entries.end(),
+                  [](LibraryFile::Entry const& a, LibraryFile::Entry const& b) {
+                      return std::strcmp(a.item->GetIdentity().uid, b.item->GetIdentity().uid) > 0;
+                  });
+    }
+
+    bool IsGone(CLibraryItem const& item) const
+    {
+        ordered_json const* const onDisk = m_Objects.Find(item.GetIdentity().uid);
+        return !onDisk || !item.HasIdentityOf(*onDisk);
+    }
+
     void Update(CLibraryItem& item)
     {
         ordered_json const* const onDisk = m_Objects.Find(item.GetIdentity().uid);
-        bool const isGone = !onDisk || !item.HasIdentityOf(*onDisk);
+        bool const isGone = IsGone(item);
         if (item.IsModified()) {
             bool const isSame = !isGone && item.HasSavedObject(*onDisk);
             m_HasConflict = m_HasConflict || !isSame;
