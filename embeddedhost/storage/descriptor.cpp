@@ -45,7 +45,7 @@ QString GetRealPath(Descriptor const& file)
 
 QByteArray ReadAll(Descriptor const& file, qint64 expectedSize)
 {
-    QByteArray bytes(int(expectedSize) + 1, Qt::Uninitialized);
+    QByteArray bytes(int(qBound(qint64(0), expectedSize, kMaxFileSize)) + 1, Qt::Uninitialized);
     int length = 0;
     while (length <= kMaxFileSize) {
         ssize_t const count =

@@ -240,7 +240,8 @@ bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& 
 {
     Descriptor const place(openat(m_Descriptor, Encode(name), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status;
-    if (!place.IsOpen() || fstat(place.Get(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (!place.IsOpen() || fstat(place.Get(), &status) != 0 || !S_ISREG(status.st_mode)
+        || status.st_size > kMaxFileSize)
         return false;
     Descriptor const file(open(GetDescriptorPath(place).constData(), kReadFlags));
     if (!file.IsOpen())

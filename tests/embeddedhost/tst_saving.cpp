@@ -325,7 +325,7 @@ private Q_SLOTS:
                                  .arg(QString::number(number), hex("old"), hex("new"));
         };
         QStringList const kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF", staged(3),
-                                  staging + "mine.txt"};
+                                  staged(5), staging + "mine.txt"};
         auto const before = m_Folder->Read();
         m_Folder->Write(staging + ".gitignore",
                         "# Made by a save of the node browser, which removes it.\n*\n");
@@ -335,11 +335,14 @@ private Q_SLOTS:
         m_Folder->Write(staging + "lock", "");
         for (QString const& file : kept)
             m_Folder->Write(file, "theirs");
+        // Larger than any file of a library.
+        QVERIFY(QFile::resize(m_Folder->GetPath(staged(5)), qint64(3) << 30));
 
         m_Host->CloseLibrary();
         m_Host->GetMessages().ClearLog();
         QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        QVERIFY2(Log().contains("3-"), "what another program wrote is said");
+        QVERIFY(QFile::resize(m_Folder->GetPath(staged(5)), 6));
+        QVERIFY2(Log().contains("3-") && Log().contains("5-"), "what another program wrote is said");
         QStringList const files = m_Folder->Read().keys();
         QCOMPARE(files.size(), before.size() + kept.size() + 1);
         for (QString const& file : kept)
