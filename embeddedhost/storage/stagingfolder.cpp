@@ -113,7 +113,7 @@ bool CStagingFolder::Mark(QString* fault) const
     if (mark.exists && mark.fault.isEmpty() && mark.bytes == kMark)
         return true;
     // A process may be writing it, or was killed while it did.
-    if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes) || (!mark.exists && HasOthers())) {
+    if (!mark.fault.isEmpty() || !kMark.startsWith(mark.bytes) || HasOthers()) {
         *fault =
             QStringLiteral("the folder %1 was not made by this program; rename it or remove it")
                 .arg(m_Folder->GetPath());

@@ -349,14 +349,24 @@ private Q_SLOTS:
             QCOMPARE(Content(file), QByteArray("theirs"));
     }
 
+    void OwnFoldersAreLeftAlone_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("any file") << QStringList{"mine.txt"};
+        QTest::newRow("an empty .gitignore") << QStringList{".gitignore", "mine.txt", "3.new"};
+    }
+
     /// A user's own folder of that name is not ours to use.
     void OwnFoldersAreLeftAlone()
     {
-        m_Folder->Write("project/.nodebrowser/mine.txt", "mine");
+        QFETCH(QStringList, names);
+        for (QString const& name : names)
+            m_Folder->Write("project/.nodebrowser/" + name, "");
+        auto const before = m_Folder->Read();
         m_User->Rename(Item(1), "Soft Glow");
         QVERIFY(!m_User->Save());
         QVERIFY2(Log().contains("rename it or remove it"), qPrintable(Log()));
-        QCOMPARE(Content("project/.nodebrowser/mine.txt"), QByteArray("mine"));
+        QCOMPARE(m_Folder->Read(), before);
     }
 
     /// Both sides changed the object: nothing is lost, and the user decides.
