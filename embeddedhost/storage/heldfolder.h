@@ -52,6 +52,8 @@ public:
 
     /// The path it was opened with.
     QString const& GetPath() const;
+    /// For operations that only one system has; -1 where folders cannot be held.
+    int GetDescriptor() const;
     /// Of everything in it that is no folder, but for "." and "..", in no particular order. No
     /// names at all when they cannot be read.
     QStringList GetNames() const;
@@ -87,7 +89,6 @@ private:
     CHeldFolder(QString const& path, int descriptor);
 
     QString const m_Path;
-    /// -1 where folders cannot be held.
     int const m_Descriptor;
 };
 

@@ -169,6 +169,11 @@ QString const& CHeldFolder::GetPath() const
     return m_Path;
 }
 
+int CHeldFolder::GetDescriptor() const
+{
+    return m_Descriptor;
+}
+
 QStringList CHeldFolder::GetNames() const
 {
     QStringList names;

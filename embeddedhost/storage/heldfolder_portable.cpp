@@ -85,6 +85,11 @@ QString const& CHeldFolder::GetPath() const
     return m_Path;
 }
 
+int CHeldFolder::GetDescriptor() const
+{
+    return m_Descriptor;
+}
+
 QStringList CHeldFolder::GetNames() const
 {
     return QDir(m_Path).entryList(QDir::Files | QDir::Hidden | QDir::System);

@@ -58,7 +58,7 @@ QString CutFront(QString const& name)
 CStagingFolder::CStagingFolder(QString const& parent, std::unique_ptr<CHeldFolder> folder)
     : m_Parent(parent)
     , m_Folder(std::move(folder))
-    , m_Lock(m_Folder->GetPath() + QLatin1Char('/') + kLockName)
+    , m_Lock(*m_Folder, kLockName)
 {}
 
 CStagingFolder::~CStagingFolder()

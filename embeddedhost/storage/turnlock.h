@@ -1,9 +1,7 @@
 #ifndef EMBEDDEDHOST_TURNLOCK_H
 #define EMBEDDEDHOST_TURNLOCK_H
 
-#include <QString>
-
-#include <memory>
+#include "storage/heldfolder.h"
 
 namespace embeddedhost {
 
@@ -11,7 +9,8 @@ namespace embeddedhost {
 class CTurnLock
 {
 public:
-    explicit CTurnLock(QString const& path);
+    /// The file `name` in `folder`, which has to outlive the lock.
+    CTurnLock(CHeldFolder const& folder, QString const& name);
     /// Gives it up and removes the file.
     ~CTurnLock();
 

@@ -46,7 +46,8 @@ public:
     eTry Try()
     {
         m_File = std::make_unique<Descriptor>(
-            open(Encode(m_Path), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+            openat(m_Folder.GetDescriptor(), Encode(m_Name),
+                   O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
         if (!m_File->IsOpen())
             return eTry::kFailed;
         if (flock(m_File->Get(), LOCK_EX | LOCK_NB) != 0)
@@ -66,13 +67,14 @@ public:
             (void)!write(m_File->Get(), owner.constData(), std::size_t(owner.size()));
     }
 
-    QString const m_Path;
+    CHeldFolder const& m_Folder;
+    QString const m_Name;
     std::unique_ptr<Descriptor> m_File;
     bool m_IsLocked = false;
 };
 
-CTurnLock::CTurnLock(QString const& path)
-    : m_Private(new Private{path, nullptr})
+CTurnLock::CTurnLock(CHeldFolder const& folder, QString const& name)
+    : m_Private(new Private{folder, name, nullptr})
 {}
 
 CTurnLock::~CTurnLock()
@@ -97,12 +99,12 @@ bool CTurnLock::Lock(int patience, QString* fault)
         return true;
     }
     if (result == Private::eTry::kFailed)
-        *fault = QStringLiteral("the lock %1 cannot be made: %2")
-                     .arg(m_Private->m_Path, GetSystemError());
+        *fault = QStringLiteral("the lock %1/%2 cannot be made: %3")
+                     .arg(m_Private->m_Folder.GetPath(), m_Private->m_Name, GetSystemError());
     else
         *fault = QStringLiteral("another program, %1, is saving to the same folder; try again when "
                                 "it is done")
-                     .arg(QString::fromUtf8(ReadRegularFile(m_Private->m_Path, QString()).bytes));
+                     .arg(QString::fromUtf8(m_Private->m_Folder.Read(m_Private->m_Name).bytes));
     m_Private->m_File.reset();
     return false;
 }
@@ -116,7 +118,7 @@ void CTurnLock::Unlock()
 {
     if (!m_Private->m_IsLocked)
         return;
-    unlink(Encode(m_Private->m_Path));
+    unlinkat(m_Private->m_Folder.GetDescriptor(), Encode(m_Private->m_Name), 0);
     m_Private->m_File.reset();
     m_Private->m_IsLocked = false;
 }

@@ -41,8 +41,8 @@ public:
     QLockFile m_File{m_Path};
 };
 
-CTurnLock::CTurnLock(QString const& path)
-    : m_Private(new Private{path})
+CTurnLock::CTurnLock(CHeldFolder const& folder, QString const& name)
+    : m_Private(new Private{folder.GetPath() + QLatin1Char('/') + name})
 {}
 
 CTurnLock::~CTurnLock()
