@@ -136,7 +136,12 @@ QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char 
 {
     QString const stem = source->GetDescription().folder + QLatin1Char('/') + MakeFileName(name);
     QString path = stem + QStringLiteral(".json");
-    for (int number = 2; library.FindFile(path) || QFileInfo::exists(path); ++number)
+    // A link that leads nowhere is not said to exist.
+    auto const isTaken = [&] {
+        QFileInfo const file(path);
+        return library.FindFile(path) || file.exists() || file.isSymLink();
+    };
+    for (int number = 2; isTaken(); ++number)
         path = QStringLiteral("%1-%2.json").arg(stem).arg(number);
     return path;
 }

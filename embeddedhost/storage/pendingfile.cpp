@@ -38,6 +38,8 @@ bool CPendingFile::Prepare(CStagingFolders& stagings)
     // Nothing was there, and nothing is to be.
     if (m_IsRemoval && !onDisk.exists)
         return true;
+    if (!onDisk.exists && QFileInfo(m_File.path).isSymLink())
+        return Fail(QStringLiteral("a link that leads nowhere is in its place; remove it"));
     if (!m_IsRemoval && onDisk.exists && !QFileInfo(m_RealPath).isWritable())
         return Fail(QStringLiteral("it may not be written to; see its permissions"));
     return FindPlace(stagings) && (m_IsRemoval || WriteNewVersion());

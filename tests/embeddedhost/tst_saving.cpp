@@ -173,8 +173,10 @@ private Q_SLOTS:
         Open();
         QVERIFY2(m_Host->FindItem(ItemIDUnlock::GetItemIDUID(id)) == id, qPrintable(Log()));
 
+        // A link that leads nowhere takes a name, too.
+        QVERIFY(QFile::link("nowhere", m_Folder->GetPath("project/short-lived.json")));
         ItemID const other = m_User->Create("Short Lived");
-        m_User->Save();
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
         m_Host->GetCommandManager().GetUndoStack().undo();
         QVERIFY2(m_Host->IsModified(), "there is a file to remove");
         QVERIFY(m_User->Save());
@@ -196,15 +198,30 @@ private Q_SLOTS:
         QVERIFY(m_User->IsModified(Item(1)));
     }
 
+    void WhatCannotBeWrittenStaysModified_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<QString>("reason");
+        // Not even root can replace it.
+        QTest::newRow("a folder") << "folder" << "not a regular file";
+        QTest::newRow("a link to nothing") << "link" << "leads nowhere";
+    }
+
     void WhatCannotBeWrittenStaysModified()
     {
+        QFETCH(QString, way);
+        QFETCH(QString, reason);
         m_User->Rename(Item(1), "Soft Glow");
         m_User->Rename(Item(2), "Slope");
-        // A folder in the file's place cannot be replaced by anybody, not even by root.
-        QFile::remove(m_Folder->GetPath(kGlowFile));
-        QDir(m_Folder->GetPath()).mkdir(kGlowFile);
+        QString const path = m_Folder->GetPath(kGlowFile);
+        QVERIFY(QFile::remove(path));
+        if (way == "folder")
+            QVERIFY(QDir().mkdir(path));
+        else
+            QVERIFY(QFile::link("nowhere", path) && m_Host->OverwriteFileOnDisk(path));
         QVERIFY(!m_User->Save());
-        QVERIFY(QString::fromLatin1(m_User->GetSaveMessages().front().c_str()).contains(kGlowFile));
+        QString const said = QString::fromLatin1(m_User->GetSaveMessages().front().c_str());
+        QVERIFY2(said.contains(kGlowFile) && said.contains(reason), qPrintable(said));
         QVERIFY(m_User->IsModified(Item(1)));
         QVERIFY2(!m_User->IsModified(Item(2)), "the others are written all the same");
         QVERIFY(Content("project/two.json").contains("Slope"));
