@@ -17,6 +17,12 @@ PlacingResult Explain(FileResult const& failure)
                        : PlacingResult{ePlacing::kFailed, failure};
 }
 
+/// Why the old version is put back.
+ePlacing FindReason(eRemoval removal)
+{
+    return removal == eRemoval::kBeingWritten ? ePlacing::kBeingWritten : ePlacing::kOvertaken;
+}
+
 } // namespace
 
 CFilePlacer::CFilePlacer(CHeldFolder const& staging, CHeldFolder const& folder, QString const& name,
@@ -41,9 +47,10 @@ PlacingResult CFilePlacer::Replace(QString const& staged, QByteArray const& oldD
         return ReplaceAfterLook(staged, oldDigest);
     if (!placed.IsDone())
         return GiveUp(staged, placed);
-    if (m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience))
+    eRemoval const removal = m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience);
+    if (removal == eRemoval::kRemoved)
         return {ePlacing::kDone};
-    return PutBack(staged, newDigest);
+    return PutBack(staged, newDigest, FindReason(removal));
 }
 
 /// The weaker way, for file systems that cannot exchange files.
@@ -62,10 +69,11 @@ PlacingResult CFilePlacer::Remove(QString const& staged, QByteArray const& oldDi
     FileResult const taken = m_Folder.Rename(m_Name, m_Staging, staged);
     if (!taken.IsDone())
         return Explain(taken);
-    if (m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience))
+    eRemoval const removal = m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience);
+    if (removal == eRemoval::kRemoved)
         return {ePlacing::kDone};
     m_Staging.Rename(staged, m_Folder, m_Name);
-    return {ePlacing::kOvertaken};
+    return {FindReason(removal)};
 }
 
 /// Our version, which never was in place, is not needed any more.
@@ -76,7 +84,8 @@ PlacingResult CFilePlacer::GiveUp(QString const& staged, FileResult const& failu
 }
 
 /// `staged` has what came out, which is not what was expected.
-PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newDigest) const
+PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newDigest,
+                                   ePlacing reason) const
 {
     QByteArray placedDigest = newDigest;
     for (int attempt = 0; attempt < kExchangeAttempts; ++attempt) {
@@ -91,8 +100,9 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         if (!back.IsDone())
             return {ePlacing::kFailed, back};
         bool const wasOurs = placedDigest == newDigest;
-        if (wasOurs && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience))
-            break;
+        if (wasOurs
+            && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience) == eRemoval::kRemoved)
+            return {reason};
         // Nobody came between: the newest is in place, the one before is kept.
         if (!wasOurs && GetStagedDigest(staged) == placedDigest)
             break;

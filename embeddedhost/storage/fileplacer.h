@@ -10,6 +10,8 @@ enum class ePlacing
     kDone,
     /// Another program's content was found in place, and is there again.
     kOvertaken,
+    /// Another program still has the file open for writing. What was there is there again.
+    kBeingWritten,
     kFailed
 };
 
@@ -44,7 +46,8 @@ public:
 
 private:
     PlacingResult GiveUp(QString const& staged, FileResult const& failure) const;
-    PlacingResult PutBack(QString const& staged, QByteArray const& newDigest) const;
+    PlacingResult PutBack(QString const& staged, QByteArray const& newDigest,
+                          ePlacing reason) const;
     QByteArray GetStagedDigest(QString const& staged) const;
     PlacingResult ReplaceAfterLook(QString const& staged, QByteArray const& oldDigest) const;
 

@@ -35,6 +35,16 @@ struct FileResult
     }
 };
 
+/// What came of removing a file that must not have changed.
+enum class eRemoval
+{
+    kRemoved,
+    /// It has another content, is no file, or cannot be read or removed.
+    kKept,
+    /// And kept.
+    kBeingWritten
+};
+
 /// A folder that is held open. Its files are reached by their names in it, and never through a
 /// link, wherever somebody moves the folder meanwhile and whatever takes its place.
 class CHeldFolder
@@ -71,9 +81,9 @@ public:
     FileResult Remove(QString const& name) const;
     /// Removes the file if it has one of these digests and no other program has it open for
     /// writing. Waits for such a program as long as `patience`, in milliseconds, which is what is
-    /// left of it afterwards. False when the file stays.
-    bool RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
-                         int* patience) const;
+    /// left of it afterwards.
+    eRemoval RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                             int* patience) const;
 
     /// Fails when the target exists.
     FileResult Rename(QString const& name, CHeldFolder const& target,

@@ -240,27 +240,30 @@ FileResult CHeldFolder::Remove(QString const& name) const
     return unlinkat(m_Descriptor, Encode(name), 0) == 0 ? FileResult() : Failed();
 }
 
-bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
-                                  int* patience) const
+eRemoval CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                                      int* patience) const
 {
     Descriptor const place(openat(m_Descriptor, Encode(name), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status;
     if (!place.IsOpen() || fstat(place.Get(), &status) != 0 || !S_ISREG(status.st_mode)
         || status.st_size > kMaxFileSize)
-        return false;
+        return eRemoval::kKept;
     Descriptor const file(open(GetDescriptorPath(place).constData(), kReadFlags));
     if (!file.IsOpen())
-        return false;
+        return eRemoval::kKept;
     WriterWatch writers(file);
     while (!writers.AreGone() && *patience > 0) {
         QThread::msleep(kWriterPause);
         *patience -= kWriterPause;
     }
     if (!writers.AreGone())
-        return false;
+        return eRemoval::kBeingWritten;
     QByteArray const bytes = ReadAll(file, status.st_size);
-    return !bytes.isNull() && digests.contains(GetDigest(bytes)) && writers.AreGone()
-           && unlinkat(m_Descriptor, Encode(name), 0) == 0;
+    if (bytes.isNull() || !digests.contains(GetDigest(bytes)))
+        return eRemoval::kKept;
+    if (!writers.AreGone())
+        return eRemoval::kBeingWritten;
+    return unlinkat(m_Descriptor, Encode(name), 0) == 0 ? eRemoval::kRemoved : eRemoval::kKept;
 }
 
 FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,

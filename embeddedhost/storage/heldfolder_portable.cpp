@@ -139,13 +139,14 @@ FileResult CHeldFolder::Remove(QString const& name) const
     return file.remove() ? FileResult() : Failed(file.errorString());
 }
 
-bool CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
-                                  int* /*patience*/) const
+eRemoval CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
+                                      int* /*patience*/) const
 {
     // Who else has the file open is not known.
     FileContent const content = Read(name);
-    return content.exists && content.fault.isEmpty() && digests.contains(GetDigest(content.bytes))
-           && Remove(name).IsDone();
+    bool const isRemoved = content.exists && content.fault.isEmpty()
+                           && digests.contains(GetDigest(content.bytes)) && Remove(name).IsDone();
+    return isRemoved ? eRemoval::kRemoved : eRemoval::kKept;
 }
 
 FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,

@@ -18,6 +18,18 @@ QString const kOvertaken =
     QStringLiteral("it was changed or removed by another program since it was read. Take what is "
                    "on disk, or overwrite it");
 
+QString DescribePlacing(PlacingResult const& placed)
+{
+    switch (placed.outcome) {
+    case ePlacing::kOvertaken:
+        return kOvertaken;
+    case ePlacing::kBeingWritten:
+        return QStringLiteral("another program is writing it; save again when it has finished");
+    default:
+        return placed.failure.reason;
+    }
+}
+
 } // namespace
 
 CPendingFile::CPendingFile(CLibrary const& library, LibraryFile& file)
@@ -95,7 +107,7 @@ bool CPendingFile::PutInPlace(int* patience)
     }
     if (!m_NewName.isEmpty())
         m_Staging->GetFolder().Remove(m_NewName);
-    return Fail(placed.outcome == ePlacing::kOvertaken ? kOvertaken : placed.failure.reason);
+    return Fail(DescribePlacing(placed));
 }
 
 QString const& CPendingFile::GetFailure() const
