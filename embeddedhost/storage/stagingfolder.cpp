@@ -169,7 +169,7 @@ void CStagingFolder::TidyUp()
         auto const staged = GetStagedPattern().match(name);
         if (!staged.hasMatch())
             continue;
-        m_LastNumber = qMax(m_LastNumber, staged.captured(1).toInt());
+        m_LastNumber = qMax(m_LastNumber, quint64(staged.captured(1).toULongLong()));
         int patience = 0;
         m_Folder->RemoveUnchanged(name, {FromHex(staged.captured(2)), FromHex(staged.captured(3))},
                                   &patience);

@@ -53,7 +53,8 @@ private:
     QString const m_Parent;
     std::unique_ptr<CHeldFolder> const m_Folder;
     CTurnLock m_Lock;
-    int m_LastNumber = 0;
+    /// Begins again after the last number there is: names tell files apart by digests, too.
+    quint64 m_LastNumber = 0;
 };
 
 } // namespace embeddedhost

@@ -1,5 +1,6 @@
 #include "storage/stagingfolders.h"
 
+#include "storage/faults.h"
 #include "storage/folderscan.h"
 
 namespace embeddedhost {
@@ -40,14 +41,20 @@ CStagingFolder* CStagingFolders::Get(QString const& root, QString* fault)
 
 QStringList CStagingFolders::DescribeKept() const
 {
-    QStringList sentences;
+    QStringList kept;
     for (auto const& [root, opened] : m_Opened) {
-        QStringList const kept = opened.staging ? opened.staging->FindKept() : QStringList();
-        for (QString const& path : kept)
-            sentences << QStringLiteral("%1 holds what another program wrote while a save was at "
-                                        "work. Take from it what is needed, then remove it.")
-                             .arg(GetShownPath(m_Library.GetFolder(), path));
+        if (opened.staging)
+            kept << opened.staging->FindKept();
     }
+    QStringList sentences;
+    for (QString const& path : kept.mid(0, kMaxReportedFaults)) {
+        sentences << QStringLiteral("%1 holds what another program wrote while a save was at work. "
+                                    "Take from it what is needed, then remove it.")
+                         .arg(GetShownPath(m_Library.GetFolder(), path));
+    }
+    int const rest = kept.size() - sentences.size();
+    if (rest > 0)
+        sentences << QStringLiteral("Beside these there are %1 more such files.").arg(rest);
     return sentences;
 }
 

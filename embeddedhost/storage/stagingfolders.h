@@ -22,7 +22,8 @@ public:
     /// the first time only.
     CStagingFolder* Get(QString const& root, QString* fault);
 
-    /// Says what is kept in those that were opened, a sentence for each file.
+    /// Says what is kept in those that were opened, a sentence for each of the first files and
+    /// one for the rest.
     QStringList DescribeKept() const;
 
 private:

@@ -10,6 +10,8 @@
 
 #include <nlohmann/json.hpp>
 #include <qorm.h>
+
+#include <limits>
 #include <sys/resource.h>
 
 using namespace tarno::datamodel;
@@ -345,8 +347,12 @@ private Q_SLOTS:
             return staging + QStringLiteral("%1-%2-%3-glow.json.staged")
                                  .arg(QString::number(number), hex("old"), hex("new"));
         };
-        QStringList const kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF", staged(3),
-                                  staged(5), staging + "mine.txt"};
+        QStringList kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF",
+                            staging + "mine.txt"};
+        int const large = 10;
+        for (int number = large; number < large + 120; ++number)
+            kept << staged(number);
+        kept << staged(std::numeric_limits<int>::max());
         auto const before = m_Folder->Read();
         m_Folder->Write(staging + ".gitignore",
                         "# Made by a save of the node browser, which removes it.\n*\n");
@@ -357,13 +363,16 @@ private Q_SLOTS:
         for (QString const& file : kept)
             m_Folder->Write(file, "theirs");
         // Larger than any file of a library.
-        QVERIFY(QFile::resize(m_Folder->GetPath(staged(5)), qint64(3) << 30));
+        QVERIFY(QFile::resize(m_Folder->GetPath(staged(large)), qint64(3) << 30));
 
         m_Host->CloseLibrary();
         m_Host->GetMessages().ClearLog();
         QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        QVERIFY(QFile::resize(m_Folder->GetPath(staged(5)), 6));
-        QVERIFY2(Log().contains("3-") && Log().contains("5-"), "what another program wrote is said");
+        QVERIFY(QFile::resize(m_Folder->GetPath(staged(large)), 6));
+        QVERIFY2(Log().contains("there are 21 more such files"), qPrintable(Log()));
+        QCOMPARE(Log().count("holds what another program wrote"), 100);
+        m_User->Rename(Item(1), "Soft Glow");
+        QVERIFY2(m_User->Save(), "the numbers of its files go on");
         QStringList const files = m_Folder->Read().keys();
         QCOMPARE(files.size(), before.size() + kept.size() + 1);
         for (QString const& file : kept)
