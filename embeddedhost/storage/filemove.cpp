@@ -62,11 +62,13 @@ QString MoveOnDisk(CDataSource const& source, QString const& from, CDataSource c
         return fault;
     if (QFileInfo::exists(to))
         return QStringLiteral("there is such a file already");
-    QString const reason =
-        fromFolder->Rename(file.fileName(), *toFolder, QFileInfo(to).fileName()).reason;
-    if (reason.isEmpty())
+    FileResult const moved =
+        fromFolder->Rename(file.fileName(), *toFolder, QFileInfo(to).fileName());
+    if (moved.IsDone())
         MoveThroughGit(from, to);
-    return reason;
+    if (moved.error == eFileError::kOtherFileSystem)
+        return QStringLiteral("the folders lie on different file systems");
+    return moved.reason;
 }
 
 /// Takes the file from one data source to another and back.

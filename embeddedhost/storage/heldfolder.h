@@ -19,6 +19,8 @@ enum class eFileError
     kUnsupported,
     /// No file can have the name: it is too long, or has characters that are not allowed.
     kBadName,
+    /// The two folders lie on different file systems.
+    kOtherFileSystem,
     kOther
 };
 

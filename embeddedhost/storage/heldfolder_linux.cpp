@@ -33,6 +33,8 @@ FileResult Failed()
     case ENAMETOOLONG:
     case EILSEQ:
         return {eFileError::kBadName, reason};
+    case EXDEV:
+        return {eFileError::kOtherFileSystem, reason};
     default:
         return {eFileError::kOther, reason};
     }

@@ -26,8 +26,11 @@ QString DescribePlacing(PlacingResult const& placed)
     case ePlacing::kBeingWritten:
         return QStringLiteral("another program is writing it; save again when it has finished");
     default:
-        return placed.failure.reason;
+        break;
     }
+    if (placed.failure.error == eFileError::kOtherFileSystem)
+        return QStringLiteral("its folder lies on another file system than the data source's");
+    return placed.failure.reason;
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -135,6 +136,7 @@ private:
         QTest::addColumn<int>("error");
         QTest::addColumn<bool>("forGood");
         QTest::addColumn<bool>("isHalf");
+        QTest::newRow("once: another file system") << EXDEV << false << false;
         QTest::newRow("once: the disk is full") << ENOSPC << false << false;
         QTest::newRow("once: the disk is full after half a write") << ENOSPC << true << true;
         QTest::newRow("once: the disk is broken") << EIO << false << false;
@@ -149,6 +151,13 @@ private:
         QFETCH(bool, forGood);
         QFETCH(bool, isHalf);
         faultyfiles::FailAt(call, error, forGood, isHalf);
+    }
+
+    /// The reason that is said at least once.
+    static QString Explain(char const* otherFileSystem)
+    {
+        QFETCH(int, error);
+        return QString::fromLocal8Bit(error == EXDEV ? otherFileSystem : std::strerror(error));
     }
 
     void Move()
@@ -228,6 +237,7 @@ private Q_SLOTS:
     {
         Expect("Could not remove our own lock file");
         int failures = 0;
+        QString said;
         bool hasFaults = true;
         for (int call = 1; hasFaults && !QTest::currentTestFailed(); ++call) {
             Prepare();
@@ -241,6 +251,7 @@ private Q_SLOTS:
             QCOMPARE(m_Host->IsModified(), !isSaved);
             QCOMPARE(m_User->GetSaveMessages().empty(), isSaved);
             QVERIFY2(isSaved || Log().contains("not saved"), qPrintable(Log()));
+            said += Log();
             // What a fault kept us from telling apart may be overwritten on purpose.
             for (QString const& path : m_Host->FindConflicts())
                 m_Host->OverwriteFileOnDisk(path);
@@ -249,6 +260,7 @@ private Q_SLOTS:
             VerifySaved();
         }
         QVERIFY(failures > 10);
+        QVERIFY(said.contains(Explain("another file system than the data source's")));
         qInfo("%d of the saves failed", failures);
     }
 
@@ -262,6 +274,7 @@ private Q_SLOTS:
         QString const from = QStringLiteral("project/below/changed.json");
         QString const to = QStringLiteral("other/below/changed.json");
         int failures = 0;
+        QString said;
         bool hasFaults = true;
         for (int call = 1; hasFaults && !QTest::currentTestFailed(); ++call) {
             Close();
@@ -279,6 +292,7 @@ private Q_SLOTS:
             QCOMPARE(Content(isMoved ? to : from), WithName(1, "Old"));
             QVERIFY(Content(isMoved ? from : to).isEmpty());
             QVERIFY2(isMoved || Log().contains("could not be moved"), qPrintable(Log()));
+            said += Log();
             m_User->Rename(Item(), "Ours");
             QVERIFY2(m_User->Save(), qPrintable(Log()));
             QCOMPARE(Content(isMoved ? to : from), WithName(1, "Ours"));
@@ -286,6 +300,7 @@ private Q_SLOTS:
             QCOMPARE(Content(to), WithName(1, "Ours"));
         }
         QVERIFY(failures > 0);
+        QVERIFY(said.contains(Explain("different file systems")));
         qInfo("%d of the moves failed", failures);
     }
 
