@@ -46,15 +46,19 @@ bool CPendingFile::Prepare(CStagingFolders& stagings)
     FileContent const onDisk = ReadRegularFile(m_File.path, m_Library.GetFolder());
     if (!onDisk.fault.isEmpty())
         return Fail(onDisk.fault);
+    // Whoever removed it, we agree.
+    if (m_IsRemoval && !onDisk.exists)
+        return true;
     if ((onDisk.exists ? GetDigest(onDisk.bytes) : QByteArray()) != m_File.digest)
         return Fail(kOvertaken);
     m_OldContent = onDisk.bytes;
     m_RealPath = onDisk.exists ? onDisk.realPath : m_File.path;
-    // Nothing was there, and nothing is to be.
-    if (m_IsRemoval && !onDisk.exists)
-        return true;
-    if (!onDisk.exists && QFileInfo(m_File.path).isSymLink())
+    bool const isLink = QFileInfo(m_File.path).isSymLink();
+    if (isLink && !onDisk.exists)
         return Fail(QStringLiteral("a link that leads nowhere is in its place; remove it"));
+    // Others may use the file under the name it leads to.
+    if (isLink && m_IsRemoval)
+        return Fail(QStringLiteral("its last object is gone, but it is a link; remove it by hand"));
     if (!m_IsRemoval && onDisk.exists && !QFileInfo(m_RealPath).isWritable())
         return Fail(QStringLiteral("it may not be written to; see its permissions"));
     return FindPlace(stagings) && (m_IsRemoval || WriteNewVersion());

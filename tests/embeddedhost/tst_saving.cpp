@@ -165,8 +165,16 @@ private Q_SLOTS:
         QTEST(Content("project/kept.json"), "after");
     }
 
+    void NewItemsGetFilesAndLoseThem_data()
+    {
+        QTest::addColumn<bool>("isRestored");
+        QTest::newRow("a link in place of the file becomes one again") << true;
+        QTest::newRow("a link in place of the file is removed by hand") << false;
+    }
+
     void NewItemsGetFilesAndLoseThem()
     {
+        QFETCH(bool, isRestored);
         ItemID const id = m_User->Create("Über Ramp!");
         m_User->Create("Uber-Ramp");
         QVERIFY(m_User->Save());
@@ -181,7 +189,14 @@ private Q_SLOTS:
         QVERIFY2(m_User->Save(), qPrintable(Log()));
         m_Host->GetCommandManager().GetUndoStack().undo();
         QVERIFY2(m_Host->IsModified(), "there is a file to remove");
-        QVERIFY(m_User->Save());
+        QString const path = m_Folder->GetPath("project/short-lived-2.json");
+        QString const real = m_Folder->GetPath("real");
+        QVERIFY(QFile::rename(path, real) && QFile::link(real, path));
+        QVERIFY(!m_User->Save());
+        QVERIFY2(Log().contains("it is a link") && QFileInfo::exists(path), qPrintable(Log()));
+        QVERIFY(QFile::remove(path));
+        QVERIFY(isRestored ? QFile::rename(real, path) : QFile::remove(real));
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
         QVERIFY(m_Host->GetLibrary().GetItemName(other, true, nullptr).empty());
         QCOMPARE(m_Folder->Read().keys(), files);
     }
