@@ -81,7 +81,7 @@ public:
     /// For a file that another program has changed while it has unsaved changes: takes what is
     /// on disk, undoably, or lets the next save replace it. The path is absolute. Where the file
     /// is gone, what it held goes with it. False when that cannot be done; the message channel
-    /// says why.
+    /// says why. Overwriting does nothing to a file without unsaved changes.
     bool TakeFileFromDisk(QString const& path);
     bool OverwriteFileOnDisk(QString const& path);
 

@@ -86,6 +86,7 @@ void LibraryRun::Open()
 void LibraryRun::Close()
 {
     m_Listener.reset();
+    m_HasOverwritten = false;
     m_Host.CloseLibrary();
 }
 
@@ -180,16 +181,23 @@ void LibraryRun::Recover(Step const&)
 {
     Check(Step());
     QByteArray const changes = m_Host.GetUnsavedChanges();
-    Require(m_Host.IsModified() == !changes.isEmpty(), "what is modified is kept");
+    Require(m_Host.IsModified() || changes.isEmpty(), "what is kept is modified");
+    // Of an overwritten file there may be no more to save than that objects of others go.
+    Require(!m_Host.IsModified() || !changes.isEmpty() || m_HasOverwritten,
+            "what is modified is kept");
     bool const isUnclear = m_Other.HasOtherManifest() || m_Other.HasUnreadable()
                            || !m_Other.GetAmbiguousUids().empty()
                            || !m_Host.FindConflicts().isEmpty();
     if (changes.isEmpty() || isUnclear)
         return;
     LibraryState const before = GetState(m_Host);
+    bool const hadOverwritten = m_HasOverwritten;
     Reopen(Step());
     Require(m_Host.RestoreUnsavedChanges(changes), "all changes are made again");
-    LibraryState const after = GetState(m_Host);
+    LibraryState after = GetState(m_Host);
+    // Objects that others added to an overwritten file are still there.
+    for (auto item = after.begin(); hadOverwritten && item != after.end();)
+        item = before.count(item->first) ? std::next(item) : after.erase(item);
     Require(before == after, "recovered items are as they were" + Describe(before, after));
     Require(GetEntries(m_Host.GetUnsavedChanges()) == GetEntries(changes),
             "recovered changes are as they were");
@@ -233,6 +241,7 @@ void LibraryRun::TakeFile(QString const& path)
 void LibraryRun::OverwriteFile(QString const& path)
 {
     m_Expected.AddEverything();
+    m_HasOverwritten = true;
     m_Host.OverwriteFileOnDisk(path);
 }
 
@@ -259,6 +268,7 @@ bool LibraryRun::SaveAll()
     RequireNamedFiles();
     if (!isSaved)
         return false;
+    m_HasOverwritten = false;
     Require(!m_Host.IsModified(), "what was saved is not modified");
     Require(m_User.Save(), "nothing can be saved any time");
     Require(AreUntouched(after, m_Folder.Read()), "a second save writes nothing");

@@ -64,6 +64,8 @@ private:
     /// Null when no library is open.
     std::unique_ptr<StateListener> m_Listener;
     ExpectedChanges m_Expected;
+    /// The next save replaces what others did to a file.
+    bool m_HasOverwritten = false;
     /// Before the edit that is being made.
     LibraryState m_Before;
 };

@@ -10,7 +10,7 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
+#include <set>
 
 namespace embeddedhost {
 
@@ -128,6 +128,24 @@ private:
     std::vector<std::string> m_Changed;
 };
 
+/// Whatever differs from `onDisk` is left to the next save, also when our changes are undone.
+void SetOnDisk(LibraryFile& file, FileObjects const& onDisk)
+{
+    std::set<ordered_json const*> known;
+    for (LibraryFile::Entry const& entry : file.entries) {
+        if (!entry.item)
+            continue;
+        ordered_json const* const object = onDisk.Find(entry.item->GetIdentity().uid);
+        bool const isSame = object && entry.item->HasIdentityOf(*object);
+        entry.item->SetSavedObject(isSame ? *object : ordered_json());
+        known.insert(object);
+    }
+    for (FileObjects::Entry const& entry : onDisk.GetEntries()) {
+        if (entry.makesItem && !known.count(entry.object))
+            file.hasOtherEntries = true;
+    }
+}
+
 bool Refuse(CLibrary const& library, QString const& path, QString const& reason)
 {
     library.GetMessages().Post(
@@ -178,7 +196,14 @@ bool OverwriteFileOnDisk(CLibrary& library, QString const& path)
     LibraryFile* const file = library.FindFile(path);
     if (!file)
         return false;
-    file->digest = GetDigestOnDisk(path, library.GetFolder());
+    // Without changes of ours there is nothing to keep: what is on disk is taken as ever.
+    if (!file->IsModified())
+        return true;
+    JsonFile const json = ReadObjectFile(library, *file->source, path);
+    bool const isRead = json.fault.isEmpty();
+    ordered_json const content = isRead ? json.content : ordered_json::array();
+    SetOnDisk(*file, FileObjects(library, path, content));
+    file->digest = isRead ? json.digest : GetDigestOnDisk(path, library.GetFolder());
     return true;
 }
 

@@ -17,7 +17,8 @@ namespace embeddedhost {
 /// A listener may close the library meanwhile; it is kept in memory.
 bool TakeFileFromDisk(std::shared_ptr<CLibrary> library, QString const& path,
                       wek::fwk::ICommandManager* manager);
-/// Resolves a conflict for the library: the next save replaces what is on disk.
+/// Resolves a conflict for the library: the next save replaces what is on disk, also when the
+/// changes have been undone. Does nothing to a file that has no unsaved changes.
 bool OverwriteFileOnDisk(CLibrary& library, QString const& path);
 
 } // namespace embeddedhost

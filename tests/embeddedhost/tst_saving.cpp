@@ -477,6 +477,42 @@ private Q_SLOTS:
         QVERIFY(!m_Host->IsModified());
     }
 
+    void OverwritesWhatWasUndone_data()
+    {
+        QTest::addColumn<bool>("isOurs");
+        QTest::addColumn<QByteArray>("theirs");
+        QByteArray const ramp = Object(2, "compound", "Ramp");
+        QByteArray const fade = Object(3, "compound", "Fade");
+        QTest::newRow("changed") << true << '[' + Object(2, "compound", "Theirs") + ',' + fade + ']';
+        QTest::newRow("gone") << true << QByteArray();
+        QTest::newRow("more") << true << '[' + ramp + ',' + fade + ',' + Object(9, "type", "T") + ']';
+        QTest::newRow("nothing of ours") << false << QByteArray();
+    }
+
+    /// What is shown is what is on disk after the next save.
+    void OverwritesWhatWasUndone()
+    {
+        QFETCH(bool, isOurs);
+        QFETCH(QByteArray, theirs);
+        if (isOurs)
+            m_User->Rename(Item(2), "Ours");
+        QString const path = m_Folder->GetPath("project/two.json");
+        QFile::remove(path);
+        if (!theirs.isEmpty())
+            m_Folder->Write("project/two.json", theirs);
+        QVERIFY(m_Host->OverwriteFileOnDisk(path));
+        m_Host->GetCommandManager().GetUndoStack().undo();
+        m_Host->CheckFolder();
+        QCOMPARE(m_Host->IsModified(), isOurs);
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(m_User->NameOf(Item(2)), std::string(isOurs ? "Ramp" : ""));
+            QCOMPARE(Item(3).IsNull(), !isOurs);
+            QVERIFY(Item(9).IsNull());
+            Open();
+        }
+    }
+
     void TakesWhatIsGone_data()
     {
         QTest::addColumn<QString>("file");
