@@ -128,6 +128,8 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
     m_Private->observer.Attach(m_Private->library->GetNotifier());
     connect(m_Private->watcher.get(), &CLibraryWatcher::FilesTouched, &m_Private->sourceControl,
             &CSourceControlService::RefreshAll);
+    connect(&m_Private->commandManager.GetUndoStack(), &QUndoStack::indexChanged,
+            m_Private->watcher.get(), &CLibraryWatcher::CheckConflicts);
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
     // Who listens to that, or to messages, may have closed the library.

@@ -202,13 +202,17 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     if (!file)
         file = &library->AddFile({path, source, json.content.is_array(), {}, {}, false, isReadOnly});
 
+    bool const hadOtherEntries = file->hasOtherEntries;
     FileReconciler reconciler(*library, *file, json.content);
     reconciler.Apply();
     if (!reconciler.IsOpen())
         return eReconciled::kClosed;
     // With a conflict the old digest stays, and keeps a save from replacing the file.
-    if (reconciler.HasConflict())
+    if (reconciler.HasConflict()) {
+        // What left with the others' change is not for us to save.
+        file->hasOtherEntries = hadOtherEntries;
         return eReconciled::kConflict;
+    }
     reconciler.Reorder();
     if (!json.digest.isEmpty())
         file->isArray = json.content.is_array();

@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QPointer>
-#include <QSet>
 
 namespace embeddedhost {
 
@@ -72,6 +71,12 @@ void CLibraryWatcher::OnDirectoryChanged()
 void CLibraryWatcher::OnApplicationStateChanged(Qt::ApplicationState state)
 {
     if (state == Qt::ApplicationActive)
+        m_Pause.start();
+}
+
+void CLibraryWatcher::CheckConflicts()
+{
+    if (!m_Conflicts.isEmpty())
         m_Pause.start();
 }
 
@@ -237,12 +242,27 @@ bool CLibraryWatcher::CheckFiles(DataSourcePtr const& source)
     // Afterwards: what was listed was there then.
     if (!FindMissingFolder(source).isEmpty())
         return false;
-    QStringList const touched = FindTouchedFiles(m_Stamps[source->GetDescription().folder], now);
+    QStringList touched = FindTouchedFiles(m_Stamps[source->GetDescription().folder], now);
+    touched += FindEndedConflicts(source);
+    touched.removeDuplicates();
     for (QString const& path : touched) {
         if (self)
             CheckFile(source, path, now);
     }
     return !touched.isEmpty();
+}
+
+/// Those whose changes are no more, so that what is on disk can be taken.
+QStringList CLibraryWatcher::FindEndedConflicts(DataSourcePtr const& source) const
+{
+    QStringList ended;
+    for (QString const& path : m_Conflicts) {
+        LibraryFile const* const file = m_Library->FindFile(path);
+        if (file && file->source == source && !file->IsModified())
+            ended << path;
+    }
+    ended.sort();
+    return ended;
 }
 
 void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path,
@@ -255,6 +275,7 @@ void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path
         return;
     Stamps& stamps = m_Stamps[source->GetDescription().folder];
     stamps.remove(path);
+    m_Conflicts.remove(path);
     if (result == eReconciled::kUnreadable) {
         NoteFailure(path, now.value(path), fault);
         return;
@@ -262,10 +283,12 @@ void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path
     if (now.contains(path))
         stamps[path] = now[path];
     m_Failures.remove(path);
-    if (result == eReconciled::kConflict)
-        Report(path, QStringLiteral("another program changed the file while it has changes that "
-                                    "are not saved. They are kept; take the file from disk or "
-                                    "overwrite it."));
+    if (result != eReconciled::kConflict)
+        return;
+    m_Conflicts.insert(path);
+    Report(path, QStringLiteral("another program changed the file while it has changes that "
+                                "are not saved. They are kept; take the file from disk or "
+                                "overwrite it."));
 }
 
 /// Without a stamp the file is tried again with each look, and reported once.

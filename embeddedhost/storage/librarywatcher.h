@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QTimer>
 
@@ -31,6 +32,10 @@ public:
 
     /// Looks at the folders now. Nothing is raised; the message channel says what was.
     void Check();
+
+public Q_SLOTS:
+    /// Looks at the folders shortly if there are conflicts: their changes may have been undone.
+    void CheckConflicts();
 
 Q_SIGNALS:
     /// Files have changed on disk, whether or not this changed the library.
@@ -73,6 +78,7 @@ private:
     void ReportMissingFolders();
     void CheckSources();
     bool CheckFiles(DataSourcePtr const& source);
+    QStringList FindEndedConflicts(DataSourcePtr const& source) const;
     void CheckFile(DataSourcePtr const& source, QString const& path, Stamps const& now);
     void NoteFailure(QString const& path, Stamp const& stamp, QString const& fault);
     void Report(QString const& path, QString const& text) const;
@@ -87,6 +93,8 @@ private:
     QMap<QString, Stamps> m_Stamps;
     /// By path.
     QHash<QString, Failure> m_Failures;
+    /// Files that were left as they are for the sake of our changes.
+    QSet<QString> m_Conflicts;
     /// Those that have been reported.
     QStringList m_MissingFolders;
 };

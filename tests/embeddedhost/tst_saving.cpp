@@ -513,6 +513,22 @@ private Q_SLOTS:
         }
     }
 
+    /// Without changes of ours the file is followed again.
+    void TakesWhatIsOnDiskOnceUndone()
+    {
+        m_User->Rename(Item(2), "Ours");
+        m_User->Rename(Item(4), "Ours");
+        m_Folder->Write("project/two.json", '[' + Object(2, "compound", "Theirs") + ']');
+        m_Folder->Write("project/odd.json", "{}");
+        m_Host->CheckFolder();
+        QCOMPARE(m_User->NameOf(Item(2)), std::string("Ours"));
+        m_Host->GetCommandManager().GetUndoStack().setIndex(0);
+        QTRY_COMPARE(m_User->NameOf(Item(2)), std::string("Theirs"));
+        QVERIFY(Item(3).IsNull());
+        QVERIFY(Item(4).IsNull());
+        QVERIFY(!m_Host->IsModified());
+    }
+
     void TakesWhatIsGone_data()
     {
         QTest::addColumn<QString>("file");
