@@ -199,7 +199,9 @@ void LibraryRun::Recover(Step const&)
     for (auto item = after.begin(); hadOverwritten && item != after.end();)
         item = before.count(item->first) ? std::next(item) : after.erase(item);
     Require(before == after, "recovered items are as they were" + Describe(before, after));
-    Require(GetEntries(m_Host.GetUnsavedChanges()) == GetEntries(changes),
+    // What was to replace something else in an overwritten file goes beside it.
+    auto const list = hadOverwritten ? GetObjects : GetEntries;
+    Require(list(m_Host.GetUnsavedChanges()) == list(changes),
             "recovered changes are as they were");
 }
 

@@ -76,6 +76,17 @@ std::multiset<std::string> GetEntries(QByteArray const& unsavedChanges)
     return entries;
 }
 
+std::multiset<std::string> GetObjects(QByteArray const& unsavedChanges)
+{
+    std::multiset<std::string> objects;
+    for (std::string const& entry : GetEntries(unsavedChanges)) {
+        auto const change = nlohmann::ordered_json::parse(entry);
+        if (change.contains("object"))
+            objects.insert(change["object"].dump());
+    }
+    return objects;
+}
+
 std::string Describe(LibraryState const& left, LibraryState const& right)
 {
     std::string text;

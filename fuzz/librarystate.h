@@ -21,6 +21,8 @@ tarno::datamodel::ItemID FindItem(CEmbeddedHost const& host, std::string const& 
 /// The entries of what CEmbeddedHost::GetUnsavedChanges() gave, whose order depends on that of the
 /// files.
 std::multiset<std::string> GetEntries(QByteArray const& unsavedChanges);
+/// The objects alone, as a save would write them, wherever that is.
+std::multiset<std::string> GetObjects(QByteArray const& unsavedChanges);
 
 /// What is different, for a message.
 std::string Describe(LibraryState const& left, LibraryState const& right);
