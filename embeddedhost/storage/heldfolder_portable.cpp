@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include <filesystem>
+#include <system_error>
 
 #ifdef Q_OS_WIN
 #include <io.h>
@@ -168,7 +169,11 @@ FileResult CHeldFolder::Replace(QString const& name, CHeldFolder const& target,
     std::filesystem::rename(std::filesystem::path(Join(*this, name).toStdU16String()),
                             std::filesystem::path(Join(target, targetName).toStdU16String()),
                             error);
-    return error ? Failed(QString::fromStdString(error.message())) : FileResult();
+    if (!error)
+        return FileResult();
+    bool const isOther = error == std::errc::cross_device_link;
+    return {isOther ? eFileError::kOtherFileSystem : eFileError::kOther,
+            QString::fromStdString(error.message())};
 }
 
 FileResult CHeldFolder::Exchange(QString const&, CHeldFolder const&, QString const&) const
