@@ -333,9 +333,11 @@ private Q_SLOTS:
             QByteArray const second = write("Second");
             bool const wasFaulty = hasFaults;
             bool const isWritten = second.contains("Second");
-            failures += !isWritten;
+            // It may have been tried again since, and gone well.
+            bool const hasFailed = Log().contains("kept safe");
+            failures += hasFailed;
             QVERIFY2(isWritten || second == first, second.constData());
-            QVERIFY2(isWritten || Log().contains("kept safe"), qPrintable(Log()));
+            QVERIFY2(isWritten || hasFailed, qPrintable(Log()));
             QVERIFY(write("Third").contains("Third"));
             hasFaults = wasFaulty;
         }
