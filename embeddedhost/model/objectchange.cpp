@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 namespace embeddedhost {
 
@@ -21,6 +23,17 @@ std::size_t GetRank(std::string const& key)
     return std::size_t(std::find(kKeyOrder.begin(), kKeyOrder.end(), key) - kKeyOrder.begin());
 }
 
+/// The values of an object by key: the object itself looks through all of its keys for each.
+typedef std::unordered_map<std::string_view, ordered_json const*> ValuesByKey;
+
+ValuesByKey MapKeys(ordered_json const& object)
+{
+    ValuesByKey values;
+    for (auto const& [key, value] : object.get_ref<ordered_json::object_t const&>())
+        values.emplace(key, &value);
+    return values;
+}
+
 } // namespace
 
 ordered_json ApplyChange(ordered_json const& current, ordered_json const& from,
@@ -28,13 +41,16 @@ ordered_json ApplyChange(ordered_json const& current, ordered_json const& from,
 {
     if (current == from)
         return to;
+    ValuesByKey const before = MapKeys(from);
+    ValuesByKey const after = MapKeys(to);
     ordered_json changed = current;
     for (auto const& [key, value] : from.items()) {
-        if (!to.contains(key))
+        if (after.count(key) == 0)
             changed.erase(key);
     }
     for (auto const& [key, value] : to.items()) {
-        if (!from.contains(key) || from[key] != value)
+        auto const old = before.find(key);
+        if (old == before.end() || *old->second != value)
             SetKey(changed, key.c_str(), value);
     }
     return changed;
