@@ -483,9 +483,11 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("theirs");
         QByteArray const ramp = Object(2, "compound", "Ramp");
         QByteArray const fade = Object(3, "compound", "Fade");
-        QTest::newRow("changed") << true << '[' + Object(2, "compound", "Theirs") + ',' + fade + ']';
+        QTest::newRow("changed") << true
+                                 << '[' + Object(2, "compound", "Theirs") + ',' + fade + ']';
         QTest::newRow("gone") << true << QByteArray();
-        QTest::newRow("more") << true << '[' + ramp + ',' + fade + ',' + Object(9, "type", "T") + ']';
+        QTest::newRow("more") << true
+                              << '[' + ramp + ',' + fade + ',' + Object(9, "type", "T") + ']';
         QTest::newRow("nothing of ours") << false << QByteArray();
     }
 
