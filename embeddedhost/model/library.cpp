@@ -126,6 +126,7 @@ CLibraryItem& CLibrary::AddItem(LibraryFile& file, ordered_json object)
 LibraryFile& CLibrary::AddFile(LibraryFile file)
 {
     m_Files.push_back(std::make_unique<LibraryFile>(std::move(file)));
+    m_FilesByPath.insert(m_Files.back()->path, m_Files.back().get());
     return *m_Files.back();
 }
 
@@ -136,10 +137,16 @@ std::vector<std::unique_ptr<LibraryFile>> const& CLibrary::GetFiles() const
 
 LibraryFile* CLibrary::FindFile(QString const& path) const
 {
+    LibraryFile* const known = m_FilesByPath.value(path);
+    if (known && known->path == path)
+        return known;
     auto const found =
         std::find_if(m_Files.begin(), m_Files.end(),
                      [&](std::unique_ptr<LibraryFile> const& file) { return file->path == path; });
-    return found == m_Files.end() ? nullptr : found->get();
+    if (found == m_Files.end())
+        return nullptr;
+    m_FilesByPath.insert(path, found->get());
+    return found->get();
 }
 
 void CLibrary::Close()

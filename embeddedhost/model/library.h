@@ -14,6 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include <QByteArray>
+#include <QHash>
 
 #include <array>
 #include <memory>
@@ -109,6 +110,8 @@ private:
     mutable std::array<bool, kKindCount> m_HasTakenOutItems = {};
     UidMap<CLibraryItem> m_ItemsByUid;
     std::vector<std::unique_ptr<LibraryFile>> m_Files;
+    /// Where a file was found last; it may have another path since.
+    mutable QHash<QString, LibraryFile*> m_FilesByPath;
 };
 
 } // namespace embeddedhost
