@@ -134,8 +134,8 @@ public:
     void Open()
     {
         tarno::datamodel::CompoundAccessor compound;
-        compound.SetFrom(m_Host.GetLibrary().GetModel(
-            m_Host.FindItem(Uid(3, 1).toStdString()), nullptr));
+        compound.SetFrom(
+            m_Host.GetLibrary().GetModel(m_Host.FindItem(Uid(3, 1).toStdString()), nullptr));
         m_Host.SetCompoundTarget(compound);
     }
 

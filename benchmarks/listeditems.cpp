@@ -14,9 +14,8 @@ std::vector<ListedItem> ReadListedItems(ItemLibraryAccessor const& library)
             ItemID const id = item.GetCurrent().GetItemID();
             items.push_back({id, library.GetItemName(id, true, nullptr),
                              library.GetItemTags(id, "ApplicationTags"),
-                             nodebrowser::FindItemKind(kind.type,
-                                                       Helpers::IsAbstractFunction(
-                                                           item.GetCurrent()))
+                             nodebrowser::FindItemKind(
+                                 kind.type, Helpers::IsAbstractFunction(item.GetCurrent()))
                                  .icon});
         }
     }

@@ -37,8 +37,7 @@ void Measurements::ReportRuns(std::vector<Run> const& runs)
         if (run.aggregate_name != "median" || slash == std::string::npos)
             continue;
         STimes& times = TimesOf(name.substr(0, slash))[m_ItemCount];
-        (name.substr(slash + 1) == "panel" ? times.panel : times.peer)
-            = run.GetAdjustedCPUTime();
+        (name.substr(slash + 1) == "panel" ? times.panel : times.peer) = run.GetAdjustedCPUTime();
     }
 }
 
@@ -63,9 +62,8 @@ void Measurements::Print(std::ostream& out) const
             double const perItem = times.panel / double(entry.first);
             out << std::left << std::setw(kNameWidth) << operation.first << std::right
                 << std::setw(kColumnWidth) << entry.first << std::setprecision(3)
-                << std::setw(kColumnWidth) << times.panel << std::setw(kColumnWidth)
-                << times.peer << std::setprecision(2) << std::setw(kColumnWidth)
-                << times.peer / times.panel;
+                << std::setw(kColumnWidth) << times.panel << std::setw(kColumnWidth) << times.peer
+                << std::setprecision(2) << std::setw(kColumnWidth) << times.peer / times.panel;
             if (previousPerItem > 0)
                 out << std::setw(kColumnWidth) << perItem / previousPerItem;
             out << '\n';

@@ -39,8 +39,8 @@ void Register(std::string const& name, Operation const& operation, PanelSubject&
 void RegisterKeystroke(QString const& before, QString const& after, PanelSubject& panel,
                        PeerSubject& peer)
 {
-    std::string const name
-        = after.isEmpty() ? "key clears" : "key to '" + after.toStdString() + "'";
+    std::string const name =
+        after.isEmpty() ? "key clears" : "key to '" + after.toStdString() + "'";
     auto const type = [before, after](benchmark::State& state, Subject& subject) {
         for (auto const _ : state) {
             (void)_;

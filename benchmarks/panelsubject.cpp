@@ -6,8 +6,7 @@
 
 using namespace tarno::datamodel;
 
-PanelSubject::PanelSubject(ItemLibraryAccessor const& library,
-                           std::vector<ListedItem> const& items)
+PanelSubject::PanelSubject(ItemLibraryAccessor const& library, std::vector<ListedItem> const& items)
     : m_Library(library)
     , m_Items(items)
     , m_NextItem(0)

@@ -62,7 +62,6 @@ unsigned PeerFilter::Score(int row) const
 bool PeerFilter::HasTagWith(int row, std::string const& word) const
 {
     std::vector<std::string> const& tags = m_Model.GetSearchTags(row);
-    return std::any_of(tags.begin(), tags.end(), [&](std::string const& tag) {
-        return tag.find(word) != std::string::npos;
-    });
+    return std::any_of(tags.begin(), tags.end(),
+                       [&](std::string const& tag) { return tag.find(word) != std::string::npos; });
 }

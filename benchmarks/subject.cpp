@@ -53,8 +53,8 @@ void Subject::Scroll()
     } else {
         QPointF const position = GetCanvas().rect().center();
         QWheelEvent wheel(position, GetCanvas().mapToGlobal(position.toPoint()), QPoint(),
-                          QPoint(0, -kWheelNotch), Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
+                          QPoint(0, -kWheelNotch), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
         QCoreApplication::sendEvent(&GetCanvas(), &wheel);
     }
     PaintFrame();

@@ -47,8 +47,7 @@ ordered_json MakeDataSource(std::string const& uid, char const* name, char const
     return {{"uid", uid}, {"name", name}, {"path", path}, {"access", access}};
 }
 
-void WriteManifest(QString const& folder, std::string const& name,
-                   ordered_json const& dataSources)
+void WriteManifest(QString const& folder, std::string const& name, ordered_json const& dataSources)
 {
     ordered_json const manifest = {{"format", 1}, {"name", name}, {"dataSources", dataSources}};
     WriteFile(folder + QStringLiteral("/library.json"), manifest.dump(4) + '\n');

@@ -21,8 +21,7 @@ char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
 void WriteManifest(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    ordered_json factory =
-        MakeDataSource(generator.MakeUid(), "factory", "factory", "read-only");
+    ordered_json factory = MakeDataSource(generator.MakeUid(), "factory", "factory", "read-only");
     factory["component"] = kFactoryComponent;
     ordered_json const project =
         MakeDataSource(generator.MakeUid(), "project", "project", "read-write");

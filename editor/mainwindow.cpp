@@ -116,8 +116,7 @@ void CMainWindow::ConnectHost()
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::UpdateActions);
     connect(&m_Host.GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
             &CMainWindow::UpdateActions);
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this,
-            &CMainWindow::UpdateActions);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &CMainWindow::UpdateActions);
     connect(m_Canvas, &CCanvas::SelectionChanged, this, &CMainWindow::UpdateActions);
 }
 

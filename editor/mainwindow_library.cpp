@@ -54,9 +54,8 @@ bool CMainWindow::OpenLibrary(QString const& folder)
         WaitCursor const waitCursor;
         CLoadProgress progress(*statusBar());
         statusBar()->clearMessage();
-        bool const isOpen = m_Host.OpenLibrary(folder, [&progress](int done, int total) {
-            progress.Update(done, total);
-        });
+        bool const isOpen = m_Host.OpenLibrary(
+            folder, [&progress](int done, int total) { progress.Update(done, total); });
         if (!isOpen)
             return false;
     }
@@ -76,17 +75,17 @@ void CMainWindow::ChooseLibrary()
 
 void CMainWindow::CreateLibrary()
 {
-    QString const folder = QFileDialog::getExistingDirectory(
-        this, tr("New Library: Choose or Make an Empty Folder"),
-        QFileInfo(m_Host.GetLibraryFolder()).path());
+    QString const folder =
+        QFileDialog::getExistingDirectory(this, tr("New Library: Choose or Make an Empty Folder"),
+                                          QFileInfo(m_Host.GetLibraryFolder()).path());
     if (folder.isEmpty())
         return;
     try {
         MakeLibrary(folder);
     } catch (std::runtime_error const& error) {
-        QMessageBox::warning(this, tr("New Library"),
-                             tr("A library needs an empty folder. %1.")
-                                 .arg(QString::fromUtf8(error.what())));
+        QMessageBox::warning(
+            this, tr("New Library"),
+            tr("A library needs an empty folder. %1.").arg(QString::fromUtf8(error.what())));
         return;
     }
     SwitchLibrary(folder);

@@ -70,8 +70,7 @@ eRecoverAnswer AskToRecover(QWidget* parent, QDateTime const& written, int objec
         (objectCount == 1 ? Translate("One item was changed, last on %1.")
                           : Translate("%1 items were changed, last on %2.").arg(objectCount))
             .arg(time)
-        + QLatin1Char(' ')
-        + Translate("Recovered changes are not saved yet, and can be undone."));
+        + QLatin1Char(' ') + Translate("Recovered changes are not saved yet, and can be undone."));
     QPushButton* const recover = box.addButton(Translate("&Recover"), QMessageBox::AcceptRole);
     QPushButton const* const discard =
         box.addButton(Translate("&Discard"), QMessageBox::DestructiveRole);

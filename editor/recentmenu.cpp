@@ -32,8 +32,8 @@ void CRecentMenu::SetFolders(QStringList const& folders)
     clear();
     int number = 0;
     for (QString const& folder : folders) {
-        QAction* const entry = addAction(
-            QStringLiteral("&%1  %2").arg(++number).arg(Escaped(GetShownFolder(folder))));
+        QAction* const entry =
+            addAction(QStringLiteral("&%1  %2").arg(++number).arg(Escaped(GetShownFolder(folder))));
         connect(entry, &QAction::triggered, this, [this, folder] { Q_EMIT FolderChosen(folder); });
     }
     setEnabled(!folders.isEmpty());

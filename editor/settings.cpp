@@ -32,8 +32,7 @@ QString GetFile()
 
 CSettings::CSettings()
     : m_Settings(GetFile(), QSettings::IniFormat)
-{
-}
+{}
 
 bool CSettings::RestoreWindow(QMainWindow& window) const
 {

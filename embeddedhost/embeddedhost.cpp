@@ -77,9 +77,8 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
     GetServices().SetService(kRevisionControlPropertiesService,
                              &m_Private->sourceControl.GetProperties());
     GetServices().SetService(kDatabaseProxyService, &m_Private->databaseProxy);
-    m_Private->revisionControlHelper.SetFilesHandler([this](QStringList const& paths) {
-        Q_EMIT ShowFilesRequested(paths);
-    });
+    m_Private->revisionControlHelper.SetFilesHandler(
+        [this](QStringList const& paths) { Q_EMIT ShowFilesRequested(paths); });
 }
 
 CEmbeddedHost::~CEmbeddedHost()
@@ -172,8 +171,8 @@ QString CEmbeddedHost::GetLibraryFolder() const
 
 ItemID CEmbeddedHost::FindItem(std::string const& uid) const
 {
-    CLibraryItem const* const item
-        = m_Private->library ? m_Private->library->FindItem(uid.c_str()) : nullptr;
+    CLibraryItem const* const item =
+        m_Private->library ? m_Private->library->FindItem(uid.c_str()) : nullptr;
     return item ? ItemID(&item->GetIdentity()) : ItemID();
 }
 
@@ -206,8 +205,8 @@ bool CEmbeddedHost::IsModified() const
 
 QByteArray CEmbeddedHost::GetUnsavedChanges() const
 {
-    auto const document = m_Private->library ? CollectUnsavedChanges(*m_Private->library)
-                                             : nlohmann::ordered_json();
+    auto const document =
+        m_Private->library ? CollectUnsavedChanges(*m_Private->library) : nlohmann::ordered_json();
     if (document.is_null())
         return QByteArray();
     // As a save writes texts that are not UTF-8.
@@ -220,12 +219,12 @@ bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)
     QString fault;
     auto const document = ParseUnsavedChanges(changes, GetLibraryFolder(), &fault);
     if (!m_Private->library || document.is_null()) {
-        m_Private->messages.Post(eSeverity::kError,
-                                 QStringLiteral("The changes cannot be made again: %1.").arg(fault));
+        m_Private->messages.Post(
+            eSeverity::kError, QStringLiteral("The changes cannot be made again: %1.").arg(fault));
         return false;
     }
-    QStringList const leftOut = embeddedhost::RestoreUnsavedChanges(
-        *m_Private->library, document, &m_Private->commandManager);
+    QStringList const leftOut = embeddedhost::RestoreUnsavedChanges(*m_Private->library, document,
+                                                                    &m_Private->commandManager);
     for (QString const& text : leftOut)
         m_Private->messages.Post(eSeverity::kWarning, text);
     return leftOut.isEmpty();
@@ -237,8 +236,7 @@ QStringList CEmbeddedHost::FindConflicts() const
     if (!m_Private->library)
         return paths;
     for (auto const& file : m_Private->library->GetFiles()) {
-        if (file->IsModified()
-            && GetDigestOnDisk(file->path, GetLibraryFolder()) != file->digest)
+        if (file->IsModified() && GetDigestOnDisk(file->path, GetLibraryFolder()) != file->digest)
             paths << file->path;
     }
     return paths;
@@ -258,8 +256,7 @@ void CEmbeddedHost::CheckFolder()
 bool CEmbeddedHost::TakeFileFromDisk(QString const& path)
 {
     return m_Private->library
-           && embeddedhost::TakeFileFromDisk(m_Private->library, path,
-                                             &m_Private->commandManager);
+           && embeddedhost::TakeFileFromDisk(m_Private->library, path, &m_Private->commandManager);
 }
 
 bool CEmbeddedHost::OverwriteFileOnDisk(QString const& path)

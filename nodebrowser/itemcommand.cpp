@@ -9,8 +9,7 @@ CNodeBrowser::ItemCommand::ItemCommand(CNodeBrowser* browser)
     , m_Item(m_MenuCommand.m_Menu ? browser->FindMenuItem(*m_MenuCommand.m_Menu)
                                   : browser->AccessorAtRow(browser->m_SelectedIndex))
     , m_ItemID(AskItemID(m_Item))
-{
-}
+{}
 
 bool CNodeBrowser::ItemCommand::HasItem() const
 {

@@ -16,8 +16,7 @@ int const kBadgeMargin = 7;
 
 ItemIcons::ItemIcons()
     : m_Last(m_DisplayIcons.end())
-{
-}
+{}
 
 void ItemIcons::Clear()
 {
@@ -58,8 +57,8 @@ QPixmap ItemIcons::Compose(QPixmap const& base, Marks const& marks)
 QPixmap ItemIcons::AddBadge(QPixmap const& base)
 {
     QSize const size = qtcompat::LogicalSize(base);
-    QPixmap composite = qtcompat::TransparentPixmap(
-        QSize(size.width() + kBadgeMargin, size.height()), base);
+    QPixmap composite =
+        qtcompat::TransparentPixmap(QSize(size.width() + kBadgeMargin, size.height()), base);
     if (composite.isNull()) // the host supplies no images
         return composite;
     QPixmap const& badge = GetResource(":./res/projectbrowser/PB_Factory.png");

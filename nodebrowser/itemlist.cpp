@@ -52,8 +52,7 @@ ItemList::ItemList(ItemTagsRegistry& registry)
     , m_NameCount(0)
     , m_Expected(0)
     , m_IsReordered(false)
-{
-}
+{}
 
 void ItemList::BeginCollecting()
 {
@@ -149,8 +148,8 @@ std::vector<ItemList::Row> ItemList::OrderByName() const
     std::vector<Row> order(m_Collected.size());
     std::merge(keptByRow.begin(), keptByRow.end(), moved.begin(), moved.end(), order.begin(),
                [this](Row left, Row right) {
-                   int const order = strcasecmp(GetName(m_Collected[left]),
-                                                GetName(m_Collected[right]));
+                   int const order =
+                       strcasecmp(GetName(m_Collected[left]), GetName(m_Collected[right]));
                    return order != 0 ? order < 0 : left < right;
                });
     return order;
@@ -183,8 +182,8 @@ void ItemList::Take(std::vector<Row> const& order)
         SCollected const& item = m_Collected[position];
         Row const row = static_cast<Row>(m_Rows.size());
         m_RowsAsCollected[position] = row;
-        bool const hasEntry = item.areTagsKnown
-                              && (m_TagStrings.GetLength(row) > 0 || *item.kind->tag);
+        bool const hasEntry =
+            item.areTagsKnown && (m_TagStrings.GetLength(row) > 0 || *item.kind->tag);
         m_Rows.push_back(SRow{item.id, item.kind, position, hasEntry, item.areTagsKnown});
     }
     TakeRegistry(before);
@@ -312,10 +311,9 @@ void ItemList::TakeRegistry(std::vector<SRow> const& before)
 
 bool ItemList::HasDuplicates() const
 {
-    return std::adjacent_find(m_Places.begin(), m_Places.end(),
-                              [](SPlace const& left, SPlace const& right) {
-                                  return left.id == right.id;
-                              })
+    return std::adjacent_find(
+               m_Places.begin(), m_Places.end(),
+               [](SPlace const& left, SPlace const& right) { return left.id == right.id; })
            != m_Places.end();
 }
 
@@ -409,8 +407,7 @@ void ItemList::SetTags(ItemID const& id, std::string const& tagString)
     SetTagsOfRows(id, tags, isRegistered);
 }
 
-void ItemList::SetTagsOfRows(ItemID const& id, std::set<std::string> const& tags,
-                             bool isRegistered)
+void ItemList::SetTagsOfRows(ItemID const& id, std::set<std::string> const& tags, bool isRegistered)
 {
     auto const places = FindPlaces(id);
     for (auto place = places.first; place != places.second; ++place) {

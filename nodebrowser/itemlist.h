@@ -141,7 +141,7 @@ private:
     void SetTagsOfRows(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags,
                        bool isRegistered);
 
-    typedef std::vector<std::vector<char> > TagMatches;
+    typedef std::vector<std::vector<char>> TagMatches;
     bool IsNarrower(std::set<std::string> const& words) const;
     void SearchAll(std::set<std::string> const& words, TagMatches const& tagMatches,
                    std::vector<SMatch>& matches) const;

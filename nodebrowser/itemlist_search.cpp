@@ -59,9 +59,8 @@ unsigned long ItemList::Score(std::set<std::string> const& words, std::string co
                               std::set<std::string> const& tags)
 {
     std::vector<std::string> const numbered(words.begin(), words.end());
-    return ScoreItem(words, searchName.data(), searchName.size(), [&](std::size_t number) {
-        return TagIndex::Match(tags, numbered[number]);
-    });
+    return ScoreItem(words, searchName.data(), searchName.size(),
+                     [&](std::size_t number) { return TagIndex::Match(tags, numbered[number]); });
 }
 
 std::vector<ItemList::SMatch> ItemList::Search(std::set<std::string> const& words)

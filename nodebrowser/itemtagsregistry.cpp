@@ -9,8 +9,7 @@ using tarno::datamodel::ItemLibraryAccessor;
 
 ItemTagsRegistry::ItemTagsRegistry()
     : m_Revision(0)
-{
-}
+{}
 
 ItemTagsRegistry::~ItemTagsRegistry() {}
 

@@ -50,8 +50,8 @@ private:
     void WithdrawFromTag(tarno::datamodel::ItemID const& id, std::string const& tag);
 
     tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
-    std::map<tarno::datamodel::ItemID, std::set<std::string> > m_ItemToTags;
-    std::map<std::string, std::set<tarno::datamodel::ItemID> > m_TagToItems;
+    std::map<tarno::datamodel::ItemID, std::set<std::string>> m_ItemToTags;
+    std::map<std::string, std::set<tarno::datamodel::ItemID>> m_TagToItems;
     /// Counts the changes through the public operations, by which the list notices that the
     /// registry is not as it left it.
     unsigned long m_Revision;

@@ -118,8 +118,7 @@ void CNodeBrowser::ConnectRevisionControl()
 void CNodeBrowser::Unregister()
 {
     if (m_ItemTOC.IsValid())
-        m_ItemTOC.RemoveNotification(this, kItemTOCNotificationInterface,
-                                     m_ItemTOC.GetContextID());
+        m_ItemTOC.RemoveNotification(this, kItemTOCNotificationInterface, m_ItemTOC.GetContextID());
     if (m_ItemLibrary.IsValid())
         m_ItemLibrary.RemoveNotification(this, kItemLibraryNotificationInterface,
                                          m_ItemLibrary.GetContextID());

@@ -153,7 +153,7 @@ protected:
 
     /// Makes the item list anew, sorted by name, and tags it. Appends the database objects whose
     /// source-control state is wanted to the list, if there is one.
-    void BuildAllItemList(std::list<qorm::QormHandle<qorm::IDbObject> >* stateRequests);
+    void BuildAllItemList(std::list<qorm::QormHandle<qorm::IDbObject>>* stateRequests);
     /// Filters and ranks the item list into the visible rows.
     void UpdateVisibleItems();
     /// Whether the item is to be shown, and how well it matches: smaller is better.
@@ -192,7 +192,7 @@ protected:
     eConfigType m_BrowserConfig;
 
 private:
-    typedef std::list<qorm::QormHandle<qorm::IDbObject> > StateRequests;
+    typedef std::list<qorm::QormHandle<qorm::IDbObject>> StateRequests;
 
     void CreateChildren();
     void CreateTabs();

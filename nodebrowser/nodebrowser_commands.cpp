@@ -234,8 +234,8 @@ void CNodeBrowser::OnDatasourceChange()
     qorm::QormPtr<qorm::IHelper> const databaseHelper =
         qorm::IHelper::GetHelper(compound.GetManager()->GetInstance());
     qorm::QormHandle<qorm::IValueAsset> resource;
-    resource.AssignCast(compound->GetDataModelMgr()->FindObject(
-        qorm::DbObjectId(ids[1].toUtf8().constData())));
+    resource.AssignCast(
+        compound->GetDataModelMgr()->FindObject(qorm::DbObjectId(ids[1].toUtf8().constData())));
     qorm::QormPtr<qorm::IDataSource> const target =
         qorm::GetDataSourceFromResource(resource->GetAssetHandle());
     databaseHelper->MoveToDataSource(compound, target, true);

@@ -20,8 +20,7 @@ struct SComponents
     explicit SComponents(qorm::IRevisionControlUIHelper& helper)
         : first(helper.FindObject(qorm::DbObjectId("D2BA853A-8668-704A-A121-1F7DE917B664")))
         , second(helper.FindObject(qorm::DbObjectId("34F315D3-58CF-4019-9BE3-381FCED0E983")))
-    {
-    }
+    {}
 
     bool Own(qorm::QormPtr<qorm::IDataSource> const& source) const
     {
@@ -71,8 +70,7 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, ItemID const
     , m_IsFactory(false)
     , m_IsReadOnlySource(false)
     , m_ExtraID(extraID)
-{
-}
+{}
 
 /// Asks the host what the row shows. Returns the item's kind.
 SItemKind const& CNodeBrowser::Item::Describe(ItemID const& id, int scState,

@@ -67,7 +67,9 @@ void CNodeBrowser::ItemAccessStateChanged(ItemLibraryAccessor& /*library*/, Item
 /// whatever it was listed under.
 CNodeBrowser::Item* CNodeBrowser::FindItem(ItemID const& id)
 {
-    auto const hasID = [&](Item const& item) { return item.GetItemID() == id; };
+    auto const hasID = [&](Item const& item) {
+        return item.GetItemID() == id;
+    };
     if (id.IsNull()) {
         auto const found = std::find_if(m_Items.begin(), m_Items.end(), hasID);
         return found == m_Items.end() ? nullptr : &*found;

@@ -15,8 +15,7 @@ struct CNodeBrowser::Private
         , isFresh(false)
         , isDragging(false)
         , isListInUse(false)
-    {
-    }
+    {}
 
     nodebrowser::ItemList list;
     nodebrowser::ItemIcons icons;

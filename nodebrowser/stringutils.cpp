@@ -13,8 +13,8 @@ template <class Predicate>
 void SplitAt(std::string const& text, Predicate const& isSeparator, std::set<std::string>& words)
 {
     typedef boost::algorithm::split_iterator<std::string::const_iterator> Pieces;
-    Pieces piece(text, boost::algorithm::token_finder(isSeparator,
-                                                      boost::algorithm::token_compress_on));
+    Pieces piece(text,
+                 boost::algorithm::token_finder(isSeparator, boost::algorithm::token_compress_on));
     for (; piece != Pieces(); ++piece) {
         std::string word = boost::copy_range<std::string>(*piece);
         boost::algorithm::trim_if(word, boost::algorithm::is_space());

@@ -133,9 +133,8 @@ bool TagIndex::HasAny(std::size_t row, std::vector<char> const& matches) const
 bool TagIndex::Match(std::set<std::string> const& tags, std::string const& word)
 {
     std::string const folded = Fold(word);
-    return std::any_of(tags.begin(), tags.end(), [&](std::string const& tag) {
-        return Contains(Fold(tag), folded);
-    });
+    return std::any_of(tags.begin(), tags.end(),
+                       [&](std::string const& tag) { return Contains(Fold(tag), folded); });
 }
 
 } // namespace nodebrowser

@@ -67,8 +67,7 @@ public:
 
     std::size_t GetLength(std::size_t entry) const
     {
-        std::size_t const end =
-            entry + 1 < m_Begins.size() ? m_Begins[entry + 1] : m_Text.size();
+        std::size_t const end = entry + 1 < m_Begins.size() ? m_Begins[entry + 1] : m_Text.size();
         return end - m_Begins[entry] - 1;
     }
 

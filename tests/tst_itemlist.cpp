@@ -41,8 +41,7 @@ namespace {
 QString Describe(Item const& item, TestBrowser const& browser)
 {
     QImage const icon = item.m_DisplayIcon.toImage();
-    QStringList facts{browser.GetName(item),
-                      QString::fromStdString(item.GetItemID().Serialize()),
+    QStringList facts{browser.GetName(item), QString::fromStdString(item.GetItemID().Serialize()),
                       QString::number(item.m_ScState, 16)};
     for (bool const flag : {item.m_HasScState, item.m_IsFactory, item.m_IsReadOnlySource})
         facts << QString::number(flag);
@@ -122,17 +121,38 @@ public:
         std::vector<TestItem*>& listed = GetLibrary().m_Listed;
         TestItem*& item = listed[m_Random.Number(listed.size())];
         switch (change) {
-        case 1: return GetLibrary().Remove(*item);
-        case 2: item->name = m_Random.Text(3); break;
-        case 3: item->tags["ApplicationTags"] = m_Random.Tags(); break;
-        case 4: Retag(*item); break;
-        case 5: item->hasParent = !item->hasParent; break;
-        case 6: item->isAbstract = !item->isAbstract; break;
-        case 7: m_Sources[0]->m_AccessMode ^= 1; break;
-        case 8: std::swap(item, listed[m_Random.Number(listed.size())]); break;
-        case 9: browser.m_TagsRegistry.AddItemTag(item->id, "own"); break;
-        case 10: TellState(*item); break;
-        default: Replace(browser); break;
+        case 1:
+            return GetLibrary().Remove(*item);
+        case 2:
+            item->name = m_Random.Text(3);
+            break;
+        case 3:
+            item->tags["ApplicationTags"] = m_Random.Tags();
+            break;
+        case 4:
+            Retag(*item);
+            break;
+        case 5:
+            item->hasParent = !item->hasParent;
+            break;
+        case 6:
+            item->isAbstract = !item->isAbstract;
+            break;
+        case 7:
+            m_Sources[0]->m_AccessMode ^= 1;
+            break;
+        case 8:
+            std::swap(item, listed[m_Random.Number(listed.size())]);
+            break;
+        case 9:
+            browser.m_TagsRegistry.AddItemTag(item->id, "own");
+            break;
+        case 10:
+            TellState(*item);
+            break;
+        default:
+            Replace(browser);
+            break;
         }
     }
 
@@ -140,8 +160,8 @@ private:
     void Add()
     {
         char const* const kinds[] = {TarnoType::gSolver, TarnoType::gCompound, LibType::gType};
-        TestItem& item = GetLibrary().Add(kinds[m_Random.Number(3)], m_Random.Text(3),
-                                          m_Random.Tags());
+        TestItem& item =
+            GetLibrary().Add(kinds[m_Random.Number(3)], m_Random.Text(3), m_Random.Tags());
         GetLibrary().AddObject(item, m_Sources[m_Random.Number(2)]);
         m_IDs.insert(item.id);
     }

@@ -284,8 +284,7 @@ void TestPainting::scrollsAsPaintedAnew()
     if (qApp->devicePixelRatio() > 1)
         QSKIP("The platform without a screen shows no picture of it at this scale.");
     for (int i = 0; i < 30; ++i)
-        m_Library->Add(config ? LibType::gType : TarnoType::gSolver,
-                       "item " + std::to_string(i));
+        m_Library->Add(config ? LibType::gType : TarnoType::gSolver, "item " + std::to_string(i));
     QWidget frame;
     frame.resize(200, 223);
     TestBrowser browser(static_cast<CNodeBrowser::eConfigType>(config));

@@ -28,8 +28,7 @@ public:
         : QUndoCommand(QString::fromLatin1(command->GetText()))
         , m_Manager(manager)
         , m_Command(command)
-    {
-    }
+    {}
 
     void redo() override
     {

@@ -18,8 +18,7 @@ IQormDBProxy_Signal::~IQormDBProxy_Signal() = default;
 template <class T>
 RefCountedAutoPtr<T>::RefCountedAutoPtr()
     : m_Object(nullptr)
-{
-}
+{}
 
 template <class T>
 RefCountedAutoPtr<T>::RefCountedAutoPtr(T* object)
@@ -32,8 +31,7 @@ RefCountedAutoPtr<T>::RefCountedAutoPtr(T* object)
 template <class T>
 RefCountedAutoPtr<T>::RefCountedAutoPtr(RefCountedAutoPtr const& other)
     : RefCountedAutoPtr(other.m_Object)
-{
-}
+{}
 
 template <class T>
 RefCountedAutoPtr<T>& RefCountedAutoPtr<T>::operator=(RefCountedAutoPtr const& other)

@@ -20,8 +20,7 @@ void Tell(CMessageChannel* messages, QString const& text)
 
 } // namespace
 
-bool RunGuarded(CMessageChannel* messages, QString const& what,
-                std::function<void()> const& call)
+bool RunGuarded(CMessageChannel* messages, QString const& what, std::function<void()> const& call)
 {
     QPointer<CMessageChannel> const channel(messages);
     try {

@@ -13,8 +13,7 @@ namespace embeddedhost {
 /// worker's delivery. That becomes an error message instead, "<what>: <reason>", where `what`
 /// says whose failure it is, such as a file. The channel may be null, and `call` may destroy it:
 /// the message goes to the debug output then. False when something was raised.
-bool RunGuarded(CMessageChannel* messages, QString const& what,
-                std::function<void()> const& call);
+bool RunGuarded(CMessageChannel* messages, QString const& what, std::function<void()> const& call);
 
 } // namespace embeddedhost
 

@@ -4,8 +4,7 @@ IKvTrackedSignal::~IKvTrackedSignal() = default;
 
 KvTrackedSlot::KvTrackedSlot()
     : m_Signal(nullptr)
-{
-}
+{}
 
 KvTrackedSlot::~KvTrackedSlot()
 {

@@ -68,8 +68,7 @@ AccessorContext::AccessorContext(CLibrary& library)
     , m_ID(NextContextID())
     , m_Library(&library)
     , m_Notifier(*this)
-{
-}
+{}
 
 void AccessorContext::AddRef()
 {

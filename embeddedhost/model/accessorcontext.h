@@ -18,7 +18,7 @@ constexpr tarno::datamodel::ItemHandle kTocHandle = 2;
 tarno::datamodel::ItemHandle GetItemHandle(tarno::datamodel::ItemIdentity const& identity);
 /// Null for the handle of something that is not an item.
 tarno::datamodel::ItemIdentity const* GetIdentity(tarno::datamodel::ItemHandle handle);
-}
+} // namespace embeddedhost
 
 namespace tarno {
 namespace datamodel {

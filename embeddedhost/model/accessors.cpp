@@ -12,14 +12,12 @@ using embeddedhost::CLibraryItem;
 
 CSimpleValue::CSimpleValue()
     : m_IsValid(false)
-{
-}
+{}
 
 CSimpleValue::CSimpleValue(std::string const& text)
     : m_IsValid(true)
     , m_Text(text)
-{
-}
+{}
 
 bool CSimpleValue::IsValid() const
 {
@@ -33,23 +31,19 @@ std::string const& CSimpleValue::GetText() const
 
 UnspecifiedAccessor::UnspecifiedAccessor()
     : UnspecifiedAccessor(kUnspecifiedInterface, nullptr, 0)
-{
-}
+{}
 
 UnspecifiedAccessor::UnspecifiedAccessor(UnspecifiedAccessor const& other)
     : UnspecifiedAccessor(other.m_InterfaceID, other.m_Context, other.m_Handle)
-{
-}
+{}
 
 UnspecifiedAccessor::UnspecifiedAccessor(AccessorContext* context, ItemHandle handle)
     : UnspecifiedAccessor(kUnspecifiedInterface, context, handle)
-{
-}
+{}
 
 UnspecifiedAccessor::UnspecifiedAccessor(eInterfaceID interfaceID)
     : UnspecifiedAccessor(interfaceID, nullptr, 0)
-{
-}
+{}
 
 UnspecifiedAccessor::UnspecifiedAccessor(eInterfaceID interfaceID, AccessorContext* context,
                                          ItemHandle handle)
@@ -83,8 +77,8 @@ UnspecifiedAccessor::~UnspecifiedAccessor()
 
 void UnspecifiedAccessor::SetFrom(UnspecifiedAccessor const& other)
 {
-    bool const isSupported
-        = other.m_Context && other.m_Context->Supports(m_InterfaceID, other.m_Handle);
+    bool const isSupported =
+        other.m_Context && other.m_Context->Supports(m_InterfaceID, other.m_Handle);
     *this = isSupported ? other : UnspecifiedAccessor();
 }
 
@@ -128,33 +122,27 @@ ItemHandle UnspecifiedAccessor::GetHandle() const
 
 FunctionAccessor::FunctionAccessor()
     : UnspecifiedAccessor(kFunctionInterface)
-{
-}
+{}
 
 CompoundAccessor::CompoundAccessor()
     : UnspecifiedAccessor(kCompoundInterface)
-{
-}
+{}
 
 LoopCompoundAccessor::LoopCompoundAccessor()
     : UnspecifiedAccessor(kLoopCompoundInterface)
-{
-}
+{}
 
 TypeDescriptorAccessor::TypeDescriptorAccessor()
     : UnspecifiedAccessor(kTypeDescriptorInterface)
-{
-}
+{}
 
 ItemAccessor::ItemAccessor()
     : UnspecifiedAccessor(kItemInterface)
-{
-}
+{}
 
 ItemAccessor::ItemAccessor(AccessorContext* context, ItemHandle handle)
     : UnspecifiedAccessor(kItemInterface, context, handle)
-{
-}
+{}
 
 CSimpleValue ItemAccessor::GetValue(char const* name) const
 {

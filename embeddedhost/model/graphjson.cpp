@@ -89,8 +89,8 @@ std::vector<GraphPort> ReadPorts(ordered_json const& object, char const* key,
 std::optional<QPointF> ReadPosition(ordered_json const& entry)
 {
     auto const found = entry.find("position");
-    if (found == entry.end() || !found->is_array() || found->size() != 2
-        || !(*found)[0].is_number() || !(*found)[1].is_number())
+    if (found == entry.end() || !found->is_array() || found->size() != 2 || !(*found)[0].is_number()
+        || !(*found)[1].is_number())
         return std::nullopt;
     return QPointF((*found)[0].get<double>(), (*found)[1].get<double>());
 }

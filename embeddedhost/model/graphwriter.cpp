@@ -59,7 +59,9 @@ std::string JoinEntryEnds(ordered_json const& entry)
     auto const to = entry.find("to");
     if (from == entry.end() || to == entry.end() || !IsEnd(*from) || !IsEnd(*to))
         return std::string();
-    auto const get = [](ordered_json const& text) { return text.get_ptr<std::string const*>(); };
+    auto const get = [](ordered_json const& text) {
+        return text.get_ptr<std::string const*>();
+    };
     return JoinEnds({get((*from)[0]), get((*from)[1]), get((*to)[0]), get((*to)[1])});
 }
 
@@ -95,9 +97,8 @@ private:
 ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& object,
                        char const* key)
 {
-    PreviousEntries const previous(object, key, [](ordered_json const& entry) {
-        return GetText(entry, "name");
-    });
+    PreviousEntries const previous(
+        object, key, [](ordered_json const& entry) { return GetText(entry, "name"); });
     ordered_json list = ordered_json::array();
     for (GraphPort const& port : ports) {
         ordered_json entry = previous.Get(port.name);
@@ -110,9 +111,8 @@ ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& 
 
 ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& object)
 {
-    PreviousEntries const previous(object, "nodes", [](ordered_json const& entry) {
-        return GetText(entry, "id");
-    });
+    PreviousEntries const previous(object, "nodes",
+                                   [](ordered_json const& entry) { return GetText(entry, "id"); });
     ordered_json list = ordered_json::array();
     for (GraphNode const& node : nodes) {
         ordered_json entry = previous.Get(node.id);
@@ -120,8 +120,8 @@ ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& 
         if (!entry.contains("id"))
             entry["id"] = node.id;
         entry["item"] = node.item;
-        entry["position"] = ordered_json::array(
-            {MakeNumber(node.position.x()), MakeNumber(node.position.y())});
+        entry["position"] =
+            ordered_json::array({MakeNumber(node.position.x()), MakeNumber(node.position.y())});
         list.push_back(std::move(entry));
     }
     return list;
@@ -135,8 +135,7 @@ ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
     for (GraphConnection const& connection : connections) {
         GraphEnd const& from = connection.from;
         GraphEnd const& to = connection.to;
-        ordered_json entry =
-            previous.Get(JoinEnds({&from.node, &from.port, &to.node, &to.port}));
+        ordered_json entry = previous.Get(JoinEnds({&from.node, &from.port, &to.node, &to.port}));
         entry["from"] = MakeEnd(from);
         entry["to"] = MakeEnd(to);
         list.push_back(std::move(entry));
@@ -148,9 +147,15 @@ ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
 template <class IsLike>
 bool HasText(GraphBody const& body, IsLike isLike)
 {
-    auto const hasPort = [&](GraphPort const& port) { return isLike(port.name) || isLike(port.type); };
-    auto const hasNode = [&](GraphNode const& node) { return isLike(node.id) || isLike(node.item); };
-    auto const hasEnd = [&](GraphEnd const& end) { return isLike(end.node) || isLike(end.port); };
+    auto const hasPort = [&](GraphPort const& port) {
+        return isLike(port.name) || isLike(port.type);
+    };
+    auto const hasNode = [&](GraphNode const& node) {
+        return isLike(node.id) || isLike(node.item);
+    };
+    auto const hasEnd = [&](GraphEnd const& end) {
+        return isLike(end.node) || isLike(end.port);
+    };
     auto const hasConnection = [&](GraphConnection const& connection) {
         return hasEnd(connection.from) || hasEnd(connection.to);
     };

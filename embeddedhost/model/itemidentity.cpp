@@ -54,18 +54,15 @@ ItemIdentity::ItemIdentity(char const* itemKind, std::string const& itemUid)
     : kind(itemKind)
     , serialized(embeddedhost::Serialize(itemKind, itemUid))
     , uid(serialized.c_str() + (serialized.size() - itemUid.size()))
-{
-}
+{}
 
 ItemID::ItemID()
     : m_Identity(nullptr)
-{
-}
+{}
 
 ItemID::ItemID(ItemIdentity const* identity)
     : m_Identity(identity)
-{
-}
+{}
 
 bool ItemID::IsNull() const
 {

@@ -11,12 +11,12 @@ char const* const gSolver = "solver";
 char const* const gPolymorphicSolver = "polymorphicSolver";
 char const* const gCompound = "compound";
 char const* const gGlobalConstant = "constant";
-}
+} // namespace TarnoType
 namespace LibType {
 char const* const gType = "type";
 }
-}
-}
+} // namespace datamodel
+} // namespace tarno
 
 namespace embeddedhost {
 
@@ -24,9 +24,9 @@ using namespace tarno::datamodel;
 
 std::array<char const*, kKindCount> const& GetItemKinds()
 {
-    static std::array<char const*, kKindCount> const kinds
-        = {TarnoType::gSolver, TarnoType::gPolymorphicSolver, TarnoType::gCompound,
-           TarnoType::gGlobalConstant, LibType::gType};
+    static std::array<char const*, kKindCount> const kinds = {
+        TarnoType::gSolver, TarnoType::gPolymorphicSolver, TarnoType::gCompound,
+        TarnoType::gGlobalConstant, LibType::gType};
     return kinds;
 }
 

@@ -29,13 +29,11 @@ bool IsLibraryRegistration(UnspecifiedAccessor const& library, eInterfaceID inte
 
 ItemLibraryAccessor::ItemLibraryAccessor()
     : UnspecifiedAccessor(kItemLibraryInterface)
-{
-}
+{}
 
 ItemLibraryAccessor::ItemLibraryAccessor(AccessorContext* context, ItemHandle handle)
     : UnspecifiedAccessor(kItemLibraryInterface, context, handle)
-{
-}
+{}
 
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*) const
 {
@@ -61,8 +59,8 @@ UnspecifiedAccessor ItemLibraryAccessor::GetModel(ItemID const& id, std::string*
     if (item)
         return UnspecifiedAccessor(GetContext(), embeddedhost::GetItemHandle(item->GetIdentity()));
     if (error) {
-        *error = id.IsNull() ? "No item was named."
-                             : "The library has no item " + id.Serialize() + ".";
+        *error =
+            id.IsNull() ? "No item was named." : "The library has no item " + id.Serialize() + ".";
     }
     return UnspecifiedAccessor();
 }

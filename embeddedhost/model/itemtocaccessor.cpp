@@ -27,14 +27,12 @@ struct Iterator<ItemAccessor>::State
 template <class T>
 Iterator<T>::Iterator(std::shared_ptr<State> const& state)
     : m_State(state)
-{
-}
+{}
 
 template <class T>
 Iterator<T>::Iterator(Iterator const& other)
     : m_State(std::make_shared<State>(*other.m_State))
-{
-}
+{}
 
 template <class T>
 Iterator<T>::~Iterator() = default;
@@ -73,13 +71,11 @@ bool IsTocRegistration(UnspecifiedAccessor const& toc, eInterfaceID interfaceID,
 
 ItemTOCAccessor::ItemTOCAccessor()
     : UnspecifiedAccessor(kItemTOCInterface)
-{
-}
+{}
 
 ItemTOCAccessor::ItemTOCAccessor(AccessorContext* context, ItemHandle handle)
     : UnspecifiedAccessor(kItemTOCInterface, context, handle)
-{
-}
+{}
 
 Iterator<ItemAccessor> ItemTOCAccessor::GetItems(char const* kind) const
 {
@@ -98,8 +94,8 @@ Iterator<ItemAccessor> ItemTOCAccessor::GetItems(char const* kind) const
     return Iterator<ItemAccessor>(state);
 }
 
-void ItemTOCAccessor::AddNotification(IItemTOCNotification* notification,
-                                      eInterfaceID interfaceID, ContextID contextID) const
+void ItemTOCAccessor::AddNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
+                                      ContextID contextID) const
 {
     if (IsTocRegistration(*this, interfaceID, contextID))
         GetContext()->GetNotifier().GetTocListeners().Add(notification);

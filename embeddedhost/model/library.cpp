@@ -18,8 +18,7 @@ CLibrary::CLibrary(QString const& folder, QString const& name, CMessageChannel& 
     , m_Messages(messages)
     , m_Self(new AccessorContext(*this), kLibraryHandle)
     , m_Database(new CObjectDatabase(*this))
-{
-}
+{}
 
 CLibrary::~CLibrary()
 {

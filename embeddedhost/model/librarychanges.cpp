@@ -169,7 +169,9 @@ void CLibrary::TakeOut(CLibraryItem& item)
 {
     LibraryFile& file = item.GetFile();
     // From the end: who takes out many puts them there.
-    auto const isEntry = [&](LibraryFile::Entry const& entry) { return entry.item == &item; };
+    auto const isEntry = [&](LibraryFile::Entry const& entry) {
+        return entry.item == &item;
+    };
     auto const last = std::find_if(file.entries.rbegin(), file.entries.rend(), isEntry);
     if (last != file.entries.rend())
         file.entries.erase(last.base() - 1);

@@ -11,8 +11,7 @@ using nlohmann::ordered_json;
 CLibraryCommand::CLibraryCommand(CLibrary& library, std::string const& text)
     : m_Accessor(library.GetAccessor())
     , m_Text(text)
-{
-}
+{}
 
 void CLibraryCommand::AddRef()
 {
@@ -41,8 +40,7 @@ CChangeObjectCommand::CChangeObjectCommand(CLibrary& library, CLibraryItem const
     , m_Uid(item.GetIdentity().uid)
     , m_Before(item.GetObject())
     , m_After(std::move(changed))
-{
-}
+{}
 
 void CChangeObjectCommand::Do()
 {
@@ -63,15 +61,13 @@ void CChangeObjectCommand::Change(ordered_json const& from, ordered_json const& 
 }
 
 CAddItemCommand::CAddItemCommand(CLibrary& library, DataSourcePtr const& source,
-                                 QString const& path, ordered_json object,
-                                 std::string const& text)
+                                 QString const& path, ordered_json object, std::string const& text)
     : CLibraryCommand(library, text)
     , m_Source(source)
     , m_Path(path)
     , m_Object(std::move(object))
     , m_Uid(m_Object["uid"].get<std::string>())
-{
-}
+{}
 
 void CAddItemCommand::Do()
 {
@@ -97,8 +93,7 @@ CRemoveItemCommand::CRemoveItemCommand(CLibrary& library, CLibraryItem const& it
     , m_Uid(item.GetIdentity().uid)
     , m_Path(item.GetFile().path)
     , m_Object(item.GetObject())
-{
-}
+{}
 
 void CRemoveItemCommand::Do()
 {
@@ -126,8 +121,7 @@ void CRemoveItemCommand::Undo()
 CCommandGroup::CCommandGroup(CLibrary& library, Commands const& commands, std::string const& text)
     : CLibraryCommand(library, text)
     , m_Commands(commands)
-{
-}
+{}
 
 void CCommandGroup::Do()
 {

@@ -32,13 +32,13 @@ bool CheckWritable(CLibrary& library, CLibraryItem const& item, QString const& c
 {
     if (!item.IsReadOnly())
         return true;
-    QString const reason =
-        item.IsLocked()
-            ? QStringLiteral("it is marked as read-only")
-            : QStringLiteral("its data source \"%1\" is read-only")
-                  .arg(Shown(item.GetSource()->GetDescription().name.c_str()));
-    return Refuse(library, QStringLiteral("Cannot %1 \"%2\": %3.")
-                               .arg(change, Shown(item.GetName()), reason));
+    QString const reason = item.IsLocked()
+                               ? QStringLiteral("it is marked as read-only")
+                               : QStringLiteral("its data source \"%1\" is read-only")
+                                     .arg(Shown(item.GetSource()->GetDescription().name.c_str()));
+    return Refuse(
+        library,
+        QStringLiteral("Cannot %1 \"%2\": %3.").arg(change, Shown(item.GetName()), reason));
 }
 
 /// What is longer would not be read again.
@@ -59,8 +59,9 @@ bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
     bool const isOwnName = item && EqualIgnoringAsciiCase(item->GetName(), name);
     if (isOwnName || !library.HasName(name))
         return true;
-    return Refuse(library, QStringLiteral("The name \"%1\" is used already. Choose another one.")
-                               .arg(Shown(name)));
+    return Refuse(
+        library,
+        QStringLiteral("The name \"%1\" is used already. Choose another one.").arg(Shown(name)));
 }
 
 /// With a number and the ending it is a name that any file system takes, encrypted ones too.
@@ -179,8 +180,7 @@ CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
 bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
                 wek::fwk::ICommandManager* manager)
 {
-    if (!CheckWritable(library, item, QStringLiteral("rename"))
-        || !CheckName(library, &item, name))
+    if (!CheckWritable(library, item, QStringLiteral("rename")) || !CheckName(library, &item, name))
         return false;
     if (std::string(item.GetName()) == name)
         return true;
@@ -212,8 +212,7 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
         changed.erase("tags");
     else
         SetKey(changed, "tags", std::move(all));
-    ChangeObject(library, item, std::move(changed), std::string("Tag ") + item.GetName(),
-                 manager);
+    ChangeObject(library, item, std::move(changed), std::string("Tag ") + item.GetName(), manager);
     return true;
 }
 

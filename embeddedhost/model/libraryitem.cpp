@@ -62,8 +62,8 @@ bool IsSet(ordered_json const& object, char const* key)
 
 } // namespace
 
-CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file,
-                           ordered_json object, int cacheIndex, std::pmr::memory_resource& texts)
+CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file, ordered_json object,
+                           int cacheIndex, std::pmr::memory_resource& texts)
     : m_Identity(identity)
     , m_File(file)
     , m_Object(std::move(object))

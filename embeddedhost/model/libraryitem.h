@@ -22,8 +22,7 @@ public:
     /// kept but count as absent. `cacheIndex` is the item's place in the object database, -1
     /// for none. `texts` outlives the item.
     CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file,
-                 nlohmann::ordered_json object, int cacheIndex,
-                 std::pmr::memory_resource& texts);
+                 nlohmann::ordered_json object, int cacheIndex, std::pmr::memory_resource& texts);
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
 

@@ -13,8 +13,7 @@ using namespace tarno::datamodel;
 
 CLibraryNotifier::CLibraryNotifier(AccessorContext& context)
     : m_Context(context)
-{
-}
+{}
 
 ListenerList<IItemTOCNotification>& CLibraryNotifier::GetTocListeners()
 {
@@ -28,16 +27,14 @@ ListenerList<IItemLibraryNotification>& CLibraryNotifier::GetLibraryListeners()
 
 void CLibraryNotifier::ItemAdded(ItemID id)
 {
-    TellToc(id, [](IItemTOCNotification& listener, ItemAccessor& item) {
-        listener.ItemAdded(item);
-    });
+    TellToc(id,
+            [](IItemTOCNotification& listener, ItemAccessor& item) { listener.ItemAdded(item); });
 }
 
 void CLibraryNotifier::ItemRemoved(ItemID id)
 {
-    TellToc(id, [](IItemTOCNotification& listener, ItemAccessor& item) {
-        listener.ItemRemoved(item);
-    });
+    TellToc(id,
+            [](IItemTOCNotification& listener, ItemAccessor& item) { listener.ItemRemoved(item); });
 }
 
 void CLibraryNotifier::BeginChanges()

@@ -17,8 +17,8 @@ public:
     /// A listener that is in the list already stays where it is.
     void Add(Listener* listener)
     {
-        if (listener && std::find(m_Listeners.begin(), m_Listeners.end(), listener)
-                            == m_Listeners.end())
+        if (listener
+            && std::find(m_Listeners.begin(), m_Listeners.end(), listener) == m_Listeners.end())
             m_Listeners.push_back(listener);
     }
 

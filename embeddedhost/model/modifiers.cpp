@@ -33,7 +33,8 @@ ItemID Create(UnspecifiedAccessor& modifier, ItemLibraryAccessor const& libraryA
         library ? CreateCompound(*library, compound, manager) : nullptr;
     if (!item)
         return ItemID();
-    modifier.SetFrom(ItemAccessor(libraryAccessor.GetContext(), GetItemHandle(item->GetIdentity())));
+    modifier.SetFrom(
+        ItemAccessor(libraryAccessor.GetContext(), GetItemHandle(item->GetIdentity())));
     return ItemID(&item->GetIdentity());
 }
 
@@ -41,16 +42,14 @@ ItemID Create(UnspecifiedAccessor& modifier, ItemLibraryAccessor const& libraryA
 
 LowLevelItemLibraryAccessor::LowLevelItemLibraryAccessor()
     : UnspecifiedAccessor(kLowLevelItemLibraryInterface)
-{
-}
+{}
 
 /// Objects are always in the form in which they are written.
 void LowLevelItemLibraryAccessor::PrepareForSave() const {}
 
 ItemLibraryModifierAccessor::ItemLibraryModifierAccessor()
     : UnspecifiedAccessor(kItemLibraryModifierInterface)
-{
-}
+{}
 
 bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* category,
                                               char const* tags,
@@ -73,8 +72,7 @@ void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::s
 
 CompoundModifierAccessor::CompoundModifierAccessor()
     : UnspecifiedAccessor(kCompoundModifierInterface)
-{
-}
+{}
 
 ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     ItemLibraryAccessor const& library, char const* name, bool isSignature,
@@ -100,14 +98,12 @@ bool CompoundModifierAccessor::RenameCompound(char const* newName,
                                               wek::fwk::ICommandManager* commandManager)
 {
     CLibraryItem* const item = FindItem(*this);
-    return item
-           && RenameItem(*GetContext()->GetLibrary(), *item, OrEmpty(newName), commandManager);
+    return item && RenameItem(*GetContext()->GetLibrary(), *item, OrEmpty(newName), commandManager);
 }
 
 LoopCompoundModifierAccessor::LoopCompoundModifierAccessor()
     : UnspecifiedAccessor(kLoopCompoundModifierInterface)
-{
-}
+{}
 
 ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     ItemLibraryAccessor const& library, char const* name, char const* signatureUid,

@@ -14,9 +14,8 @@ namespace {
 
 /// The order of the keys in a written object.
 constexpr std::array<char const*, 15> kKeyOrder = {
-    "uid",        "kind", "name",   "category",    "tags",     "signature", "implements", "loop",
-    "parent",     "specializes",    "readOnly",    "inputs",   "outputs",   "nodes",
-    "connections"};
+    "uid",    "kind",        "name",     "category", "tags",    "signature", "implements", "loop",
+    "parent", "specializes", "readOnly", "inputs",   "outputs", "nodes",     "connections"};
 
 std::size_t GetRank(std::string const& key)
 {

@@ -22,8 +22,8 @@ public:
     {
         if (m_Size % kBlockSize == 0)
             m_Blocks.push_back(std::make_unique<Block>());
-        T& added = (*m_Blocks.back())[m_Size % kBlockSize].emplace(
-            std::forward<Arguments>(arguments)...);
+        T& added =
+            (*m_Blocks.back())[m_Size % kBlockSize].emplace(std::forward<Arguments>(arguments)...);
         ++m_Size;
         return added;
     }

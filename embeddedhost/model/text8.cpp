@@ -32,9 +32,9 @@ std::string ToUtf8(std::string const& latin1)
 bool IsTooLong(std::string const& utf8)
 {
     // The bytes that continue a character do not count.
-    return utf8.size() > kMaxTextLength
-           && std::count_if(utf8.begin(), utf8.end(), [](char c) { return (c & 0xC0) != 0x80; })
-                  > kMaxTextLength;
+    return utf8.size() > kMaxTextLength && std::count_if(utf8.begin(), utf8.end(), [](char c) {
+                                               return (c & 0xC0) != 0x80;
+                                           }) > kMaxTextLength;
 }
 
 bool IsUtf8(std::string const& text)

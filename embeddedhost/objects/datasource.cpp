@@ -10,8 +10,7 @@ constexpr int kReadWriteAccess = 0;
 
 CDataSource::CDataSource(Description const& description)
     : m_Description(description)
-{
-}
+{}
 
 int CDataSource::GetAccessMode() const
 {

@@ -10,8 +10,7 @@ using namespace qorm;
 CDbObject::CDbObject(CObjectDatabase& database, int cacheIndex)
     : m_Database(&database)
     , m_CacheIndex(cacheIndex)
-{
-}
+{}
 
 void CDbObject::Close()
 {

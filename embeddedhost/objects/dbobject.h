@@ -11,8 +11,7 @@ class CObjectDatabase;
 
 /// One object of the database as everything that it can be seen as. What it is, and whether it
 /// still is, the database knows.
-class CDbObject final
-    : public CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qorm::IValueAsset>
+class CDbObject final : public CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qorm::IValueAsset>
 {
 public:
     CDbObject(CObjectDatabase& database, int cacheIndex);

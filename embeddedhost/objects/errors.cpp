@@ -14,8 +14,7 @@ int gDisabledReporting = 0;
 
 ExBase::ExBase(std::string const& errorString)
     : m_ErrorString(errorString)
-{
-}
+{}
 
 ExBase::~ExBase() noexcept = default;
 
@@ -32,8 +31,7 @@ char const* ExBase::what() const noexcept
 ExBase::NullPtr::NullPtr(char const* what, char const* file, int line)
     : ExBase(std::string("Null pointer in ") + what + " (" + file + ":" + std::to_string(line)
              + ")")
-{
-}
+{}
 
 DisableErrorReportingGuard::DisableErrorReportingGuard()
 {

@@ -14,16 +14,14 @@ class CHelper final : public CRefCounted<qorm::IHelper>
 public:
     explicit CHelper(CObjectDatabase* database)
         : m_Database(database)
-    {
-    }
+    {}
 
     void MoveToDataSource(qorm::QormHandle<qorm::IDbObject> const& object,
                           qorm::QormPtr<qorm::IDataSource> const& target,
                           bool /*withFiles*/) override
     {
         CLibrary* const library = m_Database ? m_Database->GetLibrary() : nullptr;
-        CLibraryItem* const item =
-            library ? m_Database->GetItem(object.GetCacheIndex()) : nullptr;
+        CLibraryItem* const item = library ? m_Database->GetItem(object.GetCacheIndex()) : nullptr;
         if (item)
             MoveItem(*library, *item, FindSource(*library, target),
                      tarno::datamodel::GetApplicationCommandManager());

@@ -30,8 +30,8 @@ std::array<signed char, 256> MakeDigitValues()
 
 bool HasUidForm(char const* text)
 {
-    return text && qstrnlen(text, kUidLength + 1) == kUidLength && text[8] == '-'
-           && text[13] == '-' && text[18] == '-' && text[23] == '-';
+    return text && qstrnlen(text, kUidLength + 1) == kUidLength && text[8] == '-' && text[13] == '-'
+           && text[18] == '-' && text[23] == '-';
 }
 
 /// Each bit of the number decides on all bits of the result (the finalizer of splitmix64).
@@ -95,16 +95,16 @@ std::string Text(char const* text)
 /// The same UID in either case, or else the same text.
 bool IsSame(std::string const& a, std::string const& b)
 {
-    return a == b || (DbObjectId::IsUID(a.c_str())
-                      && embeddedhost::EqualIgnoringAsciiCase(a.c_str(), b.c_str()));
+    return a == b
+           || (DbObjectId::IsUID(a.c_str())
+               && embeddedhost::EqualIgnoringAsciiCase(a.c_str(), b.c_str()));
 }
 
 } // namespace
 
 UID::UID(char const* text)
     : m_Text(Text(text))
-{
-}
+{}
 
 char const* UID::GetStr() const
 {
@@ -130,8 +130,7 @@ UID const& UID_Resource()
 
 DbObjectId::DbObjectId(char const* text)
     : m_Text(Text(text))
-{
-}
+{}
 
 char const* DbObjectId::GetStr() const
 {
@@ -151,8 +150,7 @@ bool DbObjectId::IsUID(char const* text)
 
 CQueryResult::CQueryResult(DbObjectId const& objectId)
     : m_ObjectId(objectId)
-{
-}
+{}
 
 DbObjectId CQueryResult::GetObjectId() const
 {

@@ -15,8 +15,7 @@ IRefCounted::~IRefCounted() = default;
 template <class T>
 QormPtr<T>::QormPtr()
     : m_Object(nullptr)
-{
-}
+{}
 
 template <class T>
 QormPtr<T>::QormPtr(T* object)
@@ -29,8 +28,7 @@ QormPtr<T>::QormPtr(T* object)
 template <class T>
 QormPtr<T>::QormPtr(QormPtr const& other)
     : QormPtr(other.m_Object)
-{
-}
+{}
 
 template <class T>
 QormPtr<T>& QormPtr<T>::operator=(QormPtr const& other)
@@ -106,15 +104,13 @@ CObjectDatabase* FindDatabase(QormPtr<IQormInstance> const& instance, int cacheI
 template <class T>
 QormHandle<T>::QormHandle()
     : m_CacheIndex(-1)
-{
-}
+{}
 
 template <class T>
 QormHandle<T>::QormHandle(QormPtr<IQormInstance> const& instance, int cacheIndex)
     : m_Instance(instance)
     , m_CacheIndex(cacheIndex)
-{
-}
+{}
 
 template <class T>
 QormHandle<T>::QormHandle(QormHandle const& other) = default;

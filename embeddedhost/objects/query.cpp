@@ -18,8 +18,7 @@ public:
         : m_Begin(query)
         , m_At(query)
         , m_Error(error)
-    {
-    }
+    {}
 
     void TakeKeyword(char const* keyword)
     {

@@ -47,8 +47,9 @@ bool CommitLibrary(CLibrary& library, char const* uid, std::list<std::string>* m
     tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
     SaveResult result;
     if (!library.GetNotifier().PreCommit()) {
-        result.failures.push_back(QStringLiteral("Another part of the program does not allow a save "
-                                                 "now. Nothing was written; try again later."));
+        result.failures.push_back(
+            QStringLiteral("Another part of the program does not allow a save "
+                           "now. Nothing was written; try again later."));
     } else if (kept.Revalidate()) {
         result = SaveFiles(library, FindModifiedFiles(library, uid));
     }

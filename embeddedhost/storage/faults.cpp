@@ -25,8 +25,7 @@ QString Shorten(QString const& text)
 
 FaultReporter::FaultReporter(CMessageChannel& messages)
     : m_Messages(messages)
-{
-}
+{}
 
 void FaultReporter::ReportFatal(QString const& place, QString const& reason) const
 {
@@ -43,10 +42,10 @@ void FaultReporter::ReportRest(QString const& libraryFolder) const
 {
     int const rest = m_Count - kMaxReportedFaults;
     if (rest > 0)
-        m_Messages.Post(eSeverity::kWarning,
-                        Sentence(libraryFolder,
-                                 QStringLiteral("the library has %1 more faults like these.")
-                                     .arg(rest)));
+        m_Messages.Post(
+            eSeverity::kWarning,
+            Sentence(libraryFolder,
+                     QStringLiteral("the library has %1 more faults like these.").arg(rest)));
 }
 
 } // namespace embeddedhost

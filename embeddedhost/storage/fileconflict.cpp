@@ -28,8 +28,7 @@ public:
         , m_Source(item.GetSource())
         , m_Path(item.GetFile().path)
         , m_Ours(item.GetObject())
-    {
-    }
+    {}
 
     void Do() override
     {

@@ -82,8 +82,7 @@ public:
         , m_FromPath(item.GetFile().path)
         , m_To(target)
         , m_ToPath(GetTargetPath(item.GetFile(), *target))
-    {
-    }
+    {}
 
     void Do() override
     {

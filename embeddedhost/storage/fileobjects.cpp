@@ -40,7 +40,9 @@ bool MakesItem(ordered_json const& entry, IsUidTaken const& isTaken, ObjectFault
 void TakeInLeftOutEntries(CLibrary& library)
 {
     tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
-    auto const isTaken = [&](char const* uid) { return library.HasUid(uid); };
+    auto const isTaken = [&](char const* uid) {
+        return library.HasUid(uid);
+    };
     // Listeners may add files and entries meanwhile.
     for (std::size_t i = 0; i < library.GetFiles().size(); ++i) {
         LibraryFile& file = *library.GetFiles()[i];
@@ -54,8 +56,7 @@ void TakeInLeftOutEntries(CLibrary& library)
     }
 }
 
-FileObjects::FileObjects(CLibrary const& library, QString const& path,
-                         ordered_json const& content)
+FileObjects::FileObjects(CLibrary const& library, QString const& path, ordered_json const& content)
 {
     auto const isTaken = [&](char const* uid) {
         CLibraryItem const* const item = library.FindItem(uid);

@@ -27,8 +27,7 @@ public:
         , m_Kept(library.GetAccessor())
         , m_File(file)
         , m_Objects(library, file.path, content)
-    {
-    }
+    {}
 
     void Apply()
     {
@@ -200,7 +199,8 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
         return eReconciled::kConflict;
     if (!file)
-        file = &library->AddFile({path, source, json.content.is_array(), {}, {}, false, isReadOnly});
+        file =
+            &library->AddFile({path, source, json.content.is_array(), {}, {}, false, isReadOnly});
 
     bool const hadOtherEntries = file->hasOtherEntries;
     FileReconciler reconciler(*library, *file, json.content);

@@ -30,8 +30,7 @@ public:
     FolderScan(QString const& libraryFolder, FaultReporter const& faults)
         : m_LibraryFolder(libraryFolder)
         , m_Faults(faults)
-    {
-    }
+    {}
 
     void Visit(QString const& folder)
     {
@@ -40,9 +39,8 @@ public:
             Report(folder, QStringLiteral("the folder cannot be read; its files are left out."));
             return;
         }
-        auto const entries = dir.entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot
-                                                   | QDir::System,
-                                               QDir::Name);
+        auto const entries = dir.entryInfoList(
+            QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot | QDir::System, QDir::Name);
         ReportLostNames(folder);
         for (QFileInfo const& entry : entries) {
             if (entry.isDir())

@@ -14,8 +14,8 @@ namespace embeddedhost {
 /// Whether the path lies in the folder, or is it; both canonical.
 bool IsWithin(QString const& folder, QString const& path);
 
-/// Whether the folder is there, with no link on the way to it. Links to files are followed, links to
-/// folders are not.
+/// Whether the folder is there, with no link on the way to it. Links to files are followed, links
+/// to folders are not.
 bool IsRealFolder(QString const& folder);
 
 /// The path as messages show it: relative to the library folder.

@@ -143,16 +143,16 @@ std::vector<CJournal::Leftover> CJournal::FindLeftovers()
     if (m_LibraryFolder.isEmpty())
         return leftovers;
     QString const pattern = QFileInfo(GetFileStem()).fileName() + QStringLiteral("-*.json");
-    QFileInfoList const files = QDir(m_Folder).entryInfoList({pattern}, QDir::Files,
-                                                             QDir::Time | QDir::Reversed);
+    QFileInfoList const files =
+        QDir(m_Folder).entryInfoList({pattern}, QDir::Files, QDir::Time | QDir::Reversed);
     for (QFileInfo const& info : files) {
         QString const file = m_Folder + QLatin1Char('/') + info.fileName();
         std::unique_ptr<QLockFile> lock = Lock(file);
         if (!lock)
             continue;
         QString fault;
-        auto const document = ParseUnsavedChanges(ReadLeftover(file, &fault), m_LibraryFolder,
-                                                  &fault);
+        auto const document =
+            ParseUnsavedChanges(ReadLeftover(file, &fault), m_LibraryFolder, &fault);
         if (document.is_null()) {
             SetAside(file, fault);
             continue;

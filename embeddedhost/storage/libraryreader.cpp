@@ -22,8 +22,7 @@ public:
     LibraryReader(CLibrary& library, FaultReporter const& faults)
         : m_Library(library)
         , m_Faults(faults)
-    {
-    }
+    {}
 
     void AddSources(std::vector<CDataSource::Description> const& descriptions)
     {
@@ -39,8 +38,8 @@ public:
     void ListFiles()
     {
         for (DataSourcePtr const& source : m_Library.GetSources()) {
-            auto const paths = ListJsonFiles(m_Library.GetFolder(),
-                                             source->GetDescription().folder, m_Faults);
+            auto const paths =
+                ListJsonFiles(m_Library.GetFolder(), source->GetDescription().folder, m_Faults);
             for (QString const& path : paths)
                 m_Files.push_back({path, source});
         }
@@ -107,7 +106,9 @@ private:
 
     void ReadObject(LibraryFile& file, ordered_json& object)
     {
-        auto const isTaken = [this](char const* uid) { return m_Library.HasUid(uid); };
+        auto const isTaken = [this](char const* uid) {
+            return m_Library.HasUid(uid);
+        };
         auto const report = [this](QString const& key, QString const& reason) {
             ReportKey(GetPlace(), key, reason);
         };
@@ -147,9 +148,9 @@ private:
         auto const& uid = found->get_ref<std::string const&>();
         if (uid.empty() || m_Library.FindItem(uid.c_str()))
             return;
-        QString const place = JoinPlace(
-            GetShownPath(m_Library.GetFolder(), item.GetFile().path),
-            QStringLiteral("object %1").arg(QString::fromUtf8(item.GetIdentity().uid)));
+        QString const place =
+            JoinPlace(GetShownPath(m_Library.GetFolder(), item.GetFile().path),
+                      QStringLiteral("object %1").arg(QString::fromUtf8(item.GetIdentity().uid)));
         ReportKey(place, QString::fromLatin1(key),
                   QStringLiteral("the library has no object %1.").arg(QString::fromStdString(uid)));
     }
@@ -164,8 +165,8 @@ private:
     QString GetPlace() const
     {
         bool const isInArray = m_ObjectNumber > 0;
-        return JoinPlace(m_ShownPath, isInArray ? QStringLiteral("object %1").arg(m_ObjectNumber)
-                                                : QString());
+        return JoinPlace(m_ShownPath,
+                         isInArray ? QStringLiteral("object %1").arg(m_ObjectNumber) : QString());
     }
 
     CLibrary& m_Library;
@@ -209,8 +210,8 @@ std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& me
     if (!manifest)
         return nullptr;
 
-    auto library = std::make_shared<CLibrary>(QFileInfo(folder).canonicalFilePath(),
-                                              manifest->name, messages);
+    auto library =
+        std::make_shared<CLibrary>(QFileInfo(folder).canonicalFilePath(), manifest->name, messages);
     LibraryReader reader(*library, faults);
     reader.AddSources(manifest->sources);
     reader.ListFiles();

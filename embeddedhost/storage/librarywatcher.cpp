@@ -96,9 +96,8 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source)
     // What is odd about the folders was said when the library was opened.
     CMessageChannel unheard;
     Stamps stamps;
-    QStringList const paths =
-        ListJsonFiles(m_Library->GetFolder(), source->GetDescription().folder,
-                      FaultReporter(unheard));
+    QStringList const paths = ListJsonFiles(m_Library->GetFolder(), source->GetDescription().folder,
+                                            FaultReporter(unheard));
     for (QString const& path : paths)
         stamps[path] = GetStamp(path);
     return stamps;
@@ -265,8 +264,7 @@ QStringList CLibraryWatcher::FindEndedConflicts(DataSourcePtr const& source) con
     return ended;
 }
 
-void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path,
-                                Stamps const& now)
+void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path, Stamps const& now)
 {
     QPointer<CLibraryWatcher> const self(this);
     QString fault;

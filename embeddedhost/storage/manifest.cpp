@@ -36,8 +36,7 @@ public:
     SourcesReader(QString const& libraryFolder, FaultReporter const& faults)
         : m_LibraryFolder(libraryFolder)
         , m_Faults(faults)
-    {
-    }
+    {}
 
     void Read(ordered_json const& source)
     {
@@ -143,8 +142,8 @@ private:
         std::string const* const name = FindText(source, "name");
         if (!name)
             Report("key \"name\": a text is needed; the folder's name is shown instead.");
-        description.name
-            = ToLatin1(name ? *name : QFileInfo(description.folder).fileName().toStdString());
+        description.name =
+            ToLatin1(name ? *name : QFileInfo(description.folder).fileName().toStdString());
     }
 
     void ReadAccess(ordered_json const& source, CDataSource::Description& description)

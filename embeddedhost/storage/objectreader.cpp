@@ -81,8 +81,7 @@ public:
     ObjectCheck(ordered_json const& object, ObjectFault const& fault)
         : m_Object(object)
         , m_Fault(fault)
-    {
-    }
+    {}
 
     /// A text that is not empty has to be there.
     std::string const* RequireText(char const* key) const

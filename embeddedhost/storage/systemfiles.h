@@ -25,8 +25,8 @@ struct FileContent
 };
 
 /// Reads a regular file of no more than kMaxFileSize. What else may be found there, a pipe or a
-/// device, is neither opened nor waited for. When `folder`, which is canonical, is given, only links
-/// to files within it are followed; what lies behind a link to a folder is not there.
+/// device, is neither opened nor waited for. When `folder`, which is canonical, is given, only
+/// links to files within it are followed; what lies behind a link to a folder is not there.
 FileContent ReadRegularFile(QString const& path, QString const& folder);
 
 } // namespace embeddedhost

@@ -34,8 +34,8 @@ FileContent ReadRegularFile(QString const& path, QString const& folder)
     if (file.error() != QFileDevice::NoError)
         return Unreadable(QStringLiteral("it cannot be read: %1").arg(file.errorString()));
     if (bytes.size() > kMaxFileSize)
-        return Unreadable(QStringLiteral("it is larger than %1 MiB")
-                              .arg(kMaxFileSize / (1024 * 1024)));
+        return Unreadable(
+            QStringLiteral("it is larger than %1 MiB").arg(kMaxFileSize / (1024 * 1024)));
     return {true, bytes, QString(), realPath};
 }
 

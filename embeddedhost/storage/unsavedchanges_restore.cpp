@@ -38,8 +38,7 @@ public:
         , m_Digest(digest)
         , m_TheirSaved(item.GetSavedObject())
         , m_TheirDigest(item.GetFile().digest)
-    {
-    }
+    {}
 
     void Do() override
     {
@@ -76,8 +75,7 @@ class Restorer
 public:
     explicit Restorer(CLibrary& library)
         : m_Library(library)
-    {
-    }
+    {}
 
     void Add(ordered_json const& entry)
     {
@@ -94,8 +92,8 @@ public:
     {
         QString const path = GetPath(entry);
         LibraryFile const* const file = m_Library.FindFile(path);
-        bool const isAlone = file && !file->isArray && file->entries.size() == 1
-                             && file->entries.front().item;
+        bool const isAlone =
+            file && !file->isArray && file->entries.size() == 1 && file->entries.front().item;
         if (isAlone && file->digest == GetDigest(entry))
             Keep(new CRemoveItemCommand(m_Library, *file->entries.front().item, std::string()));
         else if (file && !file->entries.empty())

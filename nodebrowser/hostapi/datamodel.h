@@ -42,7 +42,7 @@ extern char const* const gSolver;
 extern char const* const gPolymorphicSolver;
 extern char const* const gCompound;
 extern char const* const gGlobalConstant;
-}
+} // namespace TarnoType
 namespace LibType {
 extern char const* const gType;
 }

@@ -13,7 +13,7 @@ namespace tarno {
 namespace datamodel {
 class ItemLibraryAccessor;
 }
-}
+} // namespace tarno
 
 namespace wek {
 

@@ -155,7 +155,10 @@ class IDataSource : public IRefCounted
 {
 public:
     /// The access mode that means read-only.
-    enum { kReadOnlyAccess = 1 };
+    enum
+    {
+        kReadOnlyAccess = 1
+    };
 
     /// kReadOnlyAccess, or any other value for a data source that can be written.
     virtual int GetAccessMode() const = 0;

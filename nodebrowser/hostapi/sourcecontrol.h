@@ -26,7 +26,7 @@ public:
     /// read-only data sources. Called by the first paint after a library was set or states were
     /// switched on, also while no states are shown. The list may be empty, and handles in it may be
     /// invalid. Returns at once. Items that get no answer keep the waiting state.
-    void RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject> > const& objects);
+    void RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject>> const& objects);
     /// Instead of delete, when the panel dies: the task frees itself when it is safe to, and
     /// delivers nothing more.
     void DeleteMe();

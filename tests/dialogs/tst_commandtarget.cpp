@@ -257,7 +257,8 @@ void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
         QMetaObject::invokeMethod(m_Browser.get(), command);
     }
 
-    // The selected row counts for one, too, that is called inside any call which the menu's command makes.
+    // The selected row counts for one, too, that is called inside any call which the menu's command
+    // makes.
     bool hasRun = true;
     for (int call = 1; hasRun; ++call) {
         MakePanel();

@@ -99,8 +99,8 @@ private Q_SLOTS:
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
         QCOMPARE(Prepare(), QString());
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        for (QString const& name : {QStringLiteral("/project"),
-                                    QStringLiteral("/project/glow.json")})
+        for (QString const& name :
+             {QStringLiteral("/project"), QStringLiteral("/project/glow.json")})
             QVERIFY2(QFile::permissions(m_Copy + name) & QFile::WriteOwner, qPrintable(name));
     }
 

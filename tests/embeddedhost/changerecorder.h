@@ -65,15 +65,14 @@ public:
     {
         m_Told << "name " + NameOf(id);
     }
-    void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor&,
-                         tarno::datamodel::ItemID const& id, char const* category) override
+    void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor&, tarno::datamodel::ItemID const& id,
+                         char const* category) override
     {
         m_Told << "tags " + NameOf(id) + ' ' + category;
     }
     void ItemAccessStateChanged(tarno::datamodel::ItemLibraryAccessor&,
                                 tarno::datamodel::ItemID const&, long) override
-    {
-    }
+    {}
     void OnPreCommit(tarno::datamodel::ItemLibraryAccessor&, bool* cancel) override
     {
         m_Told << "precommit";

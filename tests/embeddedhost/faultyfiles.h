@@ -8,8 +8,8 @@
 /// at one of them something happens.
 namespace faultyfiles {
 
-/// From now on the call with this number, counted from 1, fails with the error; with `forGood` those
-/// after it fail, too. A write with `isHalf` writes half of what it was given before.
+/// From now on the call with this number, counted from 1, fails with the error; with `forGood`
+/// those after it fail, too. A write with `isHalf` writes half of what it was given before.
 void FailAt(int call, int error, bool forGood, bool isHalf = false);
 /// Runs the action before the call with this number. Calls of the action are not counted.
 void RunAt(int call, std::function<void()> action);

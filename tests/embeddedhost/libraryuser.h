@@ -12,16 +12,15 @@ class LibraryUser
 public:
     explicit LibraryUser(CEmbeddedHost& host)
         : m_Host(host)
-    {
-    }
+    {}
 
     tarno::datamodel::ItemID Create(char const* name, bool isSignature = false,
                                     char const* signature = "", char const* category = "")
     {
         tarno::datamodel::CompoundModifierAccessor modifier;
-        auto const id = modifier.CreateAndSetFromNewCompound(
-            m_Host.GetLibrary(), name, isSignature, isSignature ? nullptr : signature, category,
-            &m_Host.GetCommandManager());
+        auto const id = modifier.CreateAndSetFromNewCompound(m_Host.GetLibrary(), name, isSignature,
+                                                             isSignature ? nullptr : signature,
+                                                             category, &m_Host.GetCommandManager());
         m_IsBound = modifier.IsValid();
         return id;
     }

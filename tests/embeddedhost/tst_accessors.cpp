@@ -76,8 +76,8 @@ private Q_SLOTS:
     {
         QFETCH(int, uid);
         QFETCH(QList<int>, interfaces);
-        UnspecifiedAccessor const model
-            = m_Host->GetLibrary().GetModel(m_Host->FindItem(Uid(uid)), nullptr);
+        UnspecifiedAccessor const model =
+            m_Host->GetLibrary().GetModel(m_Host->FindItem(Uid(uid)), nullptr);
         QCOMPARE(GetInterfaces(model), std::set<int>(interfaces.begin(), interfaces.end()));
     }
 
@@ -136,8 +136,9 @@ private Q_SLOTS:
             compound.SetFrom(GetItem(*m_Host, uid));
             return compound.CanModifyCompound(true);
         };
-        auto const isReadOnly
-            = [&](int uid) { return library.ItemIsReadOnly(m_Host->FindItem(Uid(uid))); };
+        auto const isReadOnly = [&](int uid) {
+            return library.ItemIsReadOnly(m_Host->FindItem(Uid(uid)));
+        };
         QVERIFY(!isReadOnly(3) && canModify(3));
         QVERIFY2(isReadOnly(11) && !canModify(11), "a locked object in a writable data source");
         QVERIFY2(isReadOnly(12) && !canModify(12), "an object in a read-only data source");
@@ -248,7 +249,8 @@ private:
             Object(4, "compound", "Loop", R"(, "loop": true)"),
             Object(5, "constant", "Constant"),
             Object(6, "type", "Type"),
-            Object(7, "compound", "Nested", R"(, "parent": "BBBBBBBB-0000-0000-0000-000000000003")"),
+            Object(7, "compound", "Nested",
+                   R"(, "parent": "BBBBBBBB-0000-0000-0000-000000000003")"),
             Object(8, "solver", "Special",
                    R"(, "specializes": "BBBBBBBB-0000-0000-0000-000000000002")"),
             Object(9, "compound", "Signature", R"(, "signature": true)"),

@@ -93,8 +93,8 @@ private Q_SLOTS:
     void CreatesAndTakesItBack()
     {
         ItemID const blur = m_Host->FindItem(Uid(3));
-        ItemID const id = m_User->Create("Fast Blur", false, ItemIDUnlock::GetItemIDUID(blur),
-                                         "Images/Blur");
+        ItemID const id =
+            m_User->Create("Fast Blur", false, ItemIDUnlock::GetItemIDUID(blur), "Images/Blur");
         QVERIFY(m_User->IsBound());
         QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "added Fast Blur", "end"}));
         QVERIFY(m_User->IsModified(id));
@@ -120,8 +120,7 @@ private Q_SLOTS:
         QVERIFY(Helpers::IsAbstractFunction(item));
 
         LoopCompoundModifierAccessor modifier;
-        modifier.CreateAndSetFromNewLoopCompound(m_Host->GetLibrary(), "Repeat", "", "",
-                                                 nullptr);
+        modifier.CreateAndSetFromNewLoopCompound(m_Host->GetLibrary(), "Repeat", "", "", nullptr);
         LoopCompoundAccessor loop;
         loop.SetFrom(modifier);
         QVERIFY(loop.IsValid());
@@ -131,8 +130,8 @@ private Q_SLOTS:
     void UndoLeavesAloneWhatOthersChanged()
     {
         m_User->Rename(m_Glow, "Soft Glow");
-        m_Folder->Write("project/ramp.json", Object(2, "solver", "Ramp",
-                                                    R"(, "tags": {"ApplicationTags": "other"})"));
+        m_Folder->Write("project/ramp.json",
+                        Object(2, "solver", "Ramp", R"(, "tags": {"ApplicationTags": "other"})"));
         m_Host->CheckFolder();
         Stack().undo();
         QCOMPARE(TagsOf(m_Host->FindItem(Uid(2))), std::string("other"));
@@ -173,8 +172,9 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("kind");
         QTest::addColumn<QByteArray>("more");
-        for (char const* more : {R"(, "signature": true)", R"(, "loop": true)", R"(, "parent": "x")",
-                                 R"(, "specializes": "x")", R"(, "readOnly": true)"})
+        for (char const* more :
+             {R"(, "signature": true)", R"(, "loop": true)", R"(, "parent": "x")",
+              R"(, "specializes": "x")", R"(, "readOnly": true)"})
             QTest::newRow(more) << QByteArray("compound") << QByteArray(more);
         QTest::newRow("kind") << QByteArray("type") << QByteArray();
     }
@@ -274,19 +274,32 @@ private Q_SLOTS:
         QTest::addColumn<QString>("change");
         QTest::addColumn<QString>("reason");
 
-        QTest::newRow("empty name") << "create:" << "name is empty";
-        QTest::newRow("used name") << "create:GLOW" << "\"GLOW\" is used already";
-        QTest::newRow("name of another item") << "rename1:ramp" << "\"ramp\" is used already";
-        QTest::newRow("no such signature") << "implement" << "no signature with the uid";
-        QTest::newRow("read-only source, rename") << "rename3:New" << "\"Factory\" is read-only";
-        QTest::newRow("read-only source, tags") << "tag4:x" << "\"Factory\" is read-only";
-        QTest::newRow("long name") << "create:*" << "The name is longer than 65536";
-        QTest::newRow("long name, rename") << "rename1:*" << "The name is longer than 65536";
-        QTest::newRow("long tags") << "tag1:*" << "The tag text is longer than 65536";
-        QTest::newRow("long node") << "node:*" << "more than 65536 characters";
-        QTest::newRow("infinite position") << "place:inf" << "\"n\" is not a finite number";
-        QTest::newRow("position of no number") << "place:nan" << "\"n\" is not a finite number";
-        QTest::newRow("other encoding") << "node:\u00FC" << "not UTF-8";
+        QTest::newRow("empty name") << "create:"
+                                    << "name is empty";
+        QTest::newRow("used name") << "create:GLOW"
+                                   << "\"GLOW\" is used already";
+        QTest::newRow("name of another item") << "rename1:ramp"
+                                              << "\"ramp\" is used already";
+        QTest::newRow("no such signature") << "implement"
+                                           << "no signature with the uid";
+        QTest::newRow("read-only source, rename") << "rename3:New"
+                                                  << "\"Factory\" is read-only";
+        QTest::newRow("read-only source, tags") << "tag4:x"
+                                                << "\"Factory\" is read-only";
+        QTest::newRow("long name") << "create:*"
+                                   << "The name is longer than 65536";
+        QTest::newRow("long name, rename") << "rename1:*"
+                                           << "The name is longer than 65536";
+        QTest::newRow("long tags") << "tag1:*"
+                                   << "The tag text is longer than 65536";
+        QTest::newRow("long node") << "node:*"
+                                   << "more than 65536 characters";
+        QTest::newRow("infinite position") << "place:inf"
+                                           << "\"n\" is not a finite number";
+        QTest::newRow("position of no number") << "place:nan"
+                                               << "\"n\" is not a finite number";
+        QTest::newRow("other encoding") << "node:\u00FC"
+                                        << "not UTF-8";
     }
 
     void Refuses()

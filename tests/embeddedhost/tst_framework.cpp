@@ -157,8 +157,8 @@ private Q_SLOTS:
     {
         LibraryFolder const folder;
         CEmbeddedHost host;
-        auto* const proxy
-            = dynamic_cast<wek::fwk::IQormDBProxy*>(wekGetSystem()->GetService("QormDBProxy"));
+        auto* const proxy =
+            dynamic_cast<wek::fwk::IQormDBProxy*>(wekGetSystem()->GetService("QormDBProxy"));
         ProxyListener listener;
         proxy->AddListener(&listener);
         QSignalSpy const changes(&host, &CEmbeddedHost::LibraryChanged);
@@ -307,9 +307,9 @@ private Q_SLOTS:
         CCommandManager manager;
         int left = 2;
         Run(manager, new Command(m_Record, "A", [&] {
-            if (--left == 0)
-                Run(manager, new Command(m_Record, "B"));
-        }));
+                if (--left == 0)
+                    Run(manager, new Command(m_Record, "B"));
+            }));
         manager.GetUndoStack().undo();
         QCOMPARE(m_Record, QStringList({"do A", "undo A", "do B"}));
         QCOMPARE(GetStack(manager), QStringList("B"));

@@ -268,8 +268,7 @@ private Q_SLOTS:
         QString const path = m_Folder->GetPath(kTwoFile);
         QCOMPARE(m_Host->FindConflicts(), QStringList(path));
 
-        QVERIFY(isOverwritten ? m_Host->OverwriteFileOnDisk(path)
-                              : m_Host->TakeFileFromDisk(path));
+        QVERIFY(isOverwritten ? m_Host->OverwriteFileOnDisk(path) : m_Host->TakeFileFromDisk(path));
         QVERIFY(m_User->Save());
         QVERIFY(Content(kTwoFile).contains(isOverwritten ? "Ours" : "Theirs"));
         QVERIFY(m_Host->FindConflicts().isEmpty());
@@ -323,13 +322,13 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("after");
         QTest::newRow("torn") << QByteArray("Soft Glow\"") << QByteArray();
-        QTest::newRow("another library") << QByteArray("\"library\": \"")
-                                         << QByteArray("\"library\": \"/elsewhere");
-        QTest::newRow("another format") << QByteArray("\"format\": 1")
-                                        << QByteArray("\"format\": 2");
+        QTest::newRow("another library")
+            << QByteArray("\"library\": \"") << QByteArray("\"library\": \"/elsewhere");
+        QTest::newRow("another format")
+            << QByteArray("\"format\": 1") << QByteArray("\"format\": 2");
         QTest::newRow("nested without end")
-            << QByteArray("\"kind\"") << "\"x\": " + QByteArray(100000, '[')
-                                            + QByteArray(100000, ']') + ", \"kind\"";
+            << QByteArray("\"kind\"")
+            << "\"x\": " + QByteArray(100000, '[') + QByteArray(100000, ']') + ", \"kind\"";
         QTest::newRow("an object of no kind") << QByteArray("\"kind\"") << QByteArray("\"kin\"");
     }
 

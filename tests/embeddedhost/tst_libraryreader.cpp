@@ -33,10 +33,9 @@ QStringList GetNames(ItemLibraryAccessor const& library, char const* kind)
 
 QStringList GetAllNames(ItemLibraryAccessor const& library)
 {
-    return GetNames(library, TarnoType::gSolver)
-           + GetNames(library, TarnoType::gPolymorphicSolver)
-           + GetNames(library, TarnoType::gCompound)
-           + GetNames(library, TarnoType::gGlobalConstant) + GetNames(library, LibType::gType);
+    return GetNames(library, TarnoType::gSolver) + GetNames(library, TarnoType::gPolymorphicSolver)
+           + GetNames(library, TarnoType::gCompound) + GetNames(library, TarnoType::gGlobalConstant)
+           + GetNames(library, LibType::gType);
 }
 
 } // namespace
@@ -58,9 +57,8 @@ private Q_SLOTS:
     {
         LibraryFolder folder;
         folder.Write("factory/a.json", Object(1, "solver", "1"));
-        folder.Write("project/b.json",
-                     '[' + Object(2, "solver", "2") + ',' + Object(3, "type", "3") + ','
-                         + Object(4, "solver", "4") + ']');
+        folder.Write("project/b.json", '[' + Object(2, "solver", "2") + ',' + Object(3, "type", "3")
+                                           + ',' + Object(4, "solver", "4") + ']');
         folder.Write("project/a/z.json", Object(5, "solver", "5"));
         folder.Write("project/Z.json", Object(6, "solver", "6"));
         folder.Write("project/.hidden/a.json", Object(7, "solver", "7"));
@@ -158,7 +156,8 @@ private Q_SLOTS:
         row("empty", {"project/empty.json, line 1, column 1: this is not JSON: "});
         row("not-utf8", {"project/not-utf8.json, line 2, column 15: this is not JSON: "});
         row("number-too-large", {"too-large.json, line 1, column 98: this is not JSON: number "});
-        row("zero-byte", {"project/zero-byte.json, line 2, column 1: this is not JSON: there is a "});
+        row("zero-byte",
+            {"project/zero-byte.json, line 2, column 1: this is not JSON: there is a "});
         row("keys-twice",
             {"object 1, key \"tags.ApplicationTags\": the key is there more than once. The last ",
              "object 1, key \"nodes[0].id\": the key is", "object 1, key \"name\": the key is",
@@ -188,8 +187,9 @@ private Q_SLOTS:
              "key \"nodes[2].id\": ", "key \"nodes[3].position\": it must be an array of two",
              "key \"nodes[4].id\": ", "key \"connections[1].from\": it must be an array"},
             {"Second"});
-        row("reference-to-nothing", {"object BBBBBBBB-0000-0000-0000-000000000002, key "
-                                     "\"parent\": the library has no object BBBBBBBB-0000"},
+        row("reference-to-nothing",
+            {"object BBBBBBBB-0000-0000-0000-000000000002, key "
+             "\"parent\": the library has no object BBBBBBBB-0000"},
             {"Second"});
     }
 
@@ -269,8 +269,8 @@ private Q_SLOTS:
         row("tags.a", ", \"tags\": {\"a\": \"", "\"}");
         row("nodes[0].id", ", \"nodes\": [{\"item\": \"a\", \"position\": [0, 0], \"id\": \"",
             "\"}]");
-        row("connections[0].to", ", \"connections\": [{\"from\": [\"a\", \"b\"], \"to\": [\"a\", \"",
-            "\"]}]");
+        row("connections[0].to",
+            ", \"connections\": [{\"from\": [\"a\", \"b\"], \"to\": [\"a\", \"", "\"]}]");
         QTest::newRow("long, but not used") << ", \"later\": \"" + text + text + '"' << QString();
     }
 

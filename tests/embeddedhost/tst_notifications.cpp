@@ -23,8 +23,7 @@ public:
         : m_Record(record)
         , m_Name(name)
         , m_React(react)
-    {
-    }
+    {}
 
     void Register(ItemLibraryAccessor const& library)
     {
@@ -35,8 +34,7 @@ public:
 
     void Unregister(ItemLibraryAccessor const& library)
     {
-        library.RemoveNotification(this, kItemLibraryNotificationInterface,
-                                   library.GetContextID());
+        library.RemoveNotification(this, kItemLibraryNotificationInterface, library.GetContextID());
         ItemTOCAccessor const toc(library.GetContext(), embeddedhost::kTocHandle);
         toc.RemoveNotification(this, kItemTOCNotificationInterface, toc.GetContextID());
     }
@@ -231,10 +229,9 @@ private Q_SLOTS:
         thrower.Register(m_Library);
         other.Register(m_Library);
         QVERIFY(LibraryUser(*m_Host).Tag(m_Host->FindItem(Uid(1)), "light"));
-        QCOMPARE(m_Record, QStringList({"thrower: begin", "other: begin",
-                                        "thrower: tags ApplicationTags",
-                                        "other: tags ApplicationTags", "thrower: end",
-                                        "other: end"}));
+        QCOMPARE(m_Record,
+                 QStringList({"thrower: begin", "other: begin", "thrower: tags ApplicationTags",
+                              "other: tags ApplicationTags", "thrower: end", "other: end"}));
         m_Host->GetCommandManager().GetUndoStack().undo();
         QVERIFY(!m_Host->IsModified());
         QCOMPARE(m_Host->GetMessages().GetLog().size(), std::size_t(6));

@@ -50,8 +50,8 @@ protected:
 private:
     static QByteArray Indented(QByteArray const& object)
     {
-        return QByteArray::fromStdString(
-            nlohmann::ordered_json::parse(object.toStdString()).dump(2) + '\n');
+        return QByteArray::fromStdString(nlohmann::ordered_json::parse(object.toStdString()).dump(2)
+                                         + '\n');
     }
 
     void Open()
@@ -137,7 +137,8 @@ private Q_SLOTS:
 
         // "..." stands for the object's uid and kind.
         auto const row = [](char const* name, QByteArray before, QByteArray after) {
-            QByteArray const start = Object(9, "compound", "").split(',').mid(0, 2).join(',').mid(1);
+            QByteArray const start =
+                Object(9, "compound", "").split(',').mid(0, 2).join(',').mid(1);
             QTest::newRow(name) << before.replace("...", start) << after.replace("...", start);
         };
         QByteArray const tags = R"("tags": {"ApplicationTags":"light"})";
@@ -146,11 +147,14 @@ private Q_SLOTS:
             "{..., " + tags
                 + R"(, "a": 12345678901234567890123, "name": "New", "b": [1e-400, 1.50]})");
         QByteArray const odd =
-            "\xEF\xBB\xBF[ 7 ,{\"uid\":\"?\",\"n\":1,\"n\":1E5},\r\n\t{...,\n\t\t\"\\u006eame\" : \"Old\",\n"
-            "\t\t\"tags\": {\"Other\": \"\\u0061\",  \"ApplicationTags\": \"dark\" }\n\t}\r\n ,\"\\/\"\t]";
+            "\xEF\xBB\xBF[ 7 ,{\"uid\":\"?\",\"n\":1,\"n\":1E5},\r\n\t{...,\n\t\t\"\\u006eame\" : "
+            "\"Old\",\n"
+            "\t\t\"tags\": {\"Other\": \"\\u0061\",  \"ApplicationTags\": \"dark\" }\n\t}\r\n "
+            ",\"\\/\"\t]";
         row("the layout of others, and other objects", odd,
             QByteArray(odd).replace("Old", "New").replace("dark", "light"));
-        row("the last of equal keys", R"({..., "a": 0.10, "name": "Odd", "a": 0.20, "name": "Old"})",
+        row("the last of equal keys",
+            R"({..., "a": 0.10, "name": "Odd", "a": 0.20, "name": "Old"})",
             "{..., " + tags + R"(, "a": 0.20, "name": "New"})");
     }
 
@@ -220,10 +224,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("way");
         QTest::addColumn<QString>("reason");
         // Not even root can replace it.
-        QTest::newRow("a folder") << "folder" << "not a regular file";
-        QTest::newRow("a link to nothing") << "link" << "leads nowhere";
+        QTest::newRow("a folder") << "folder"
+                                  << "not a regular file";
+        QTest::newRow("a link to nothing") << "link"
+                                           << "leads nowhere";
 #ifndef NODEBROWSER_PORTABLE_FILES
-        QTest::newRow("a writer") << "writer" << "save again";
+        QTest::newRow("a writer") << "writer"
+                                  << "save again";
 #endif
     }
 
@@ -359,8 +366,9 @@ private Q_SLOTS:
             return QString::fromLatin1(embeddedhost::GetDigest(content).toHex());
         };
         auto const staged = [&](int number) {
-            return staging + QStringLiteral("%1-%2-%3-glow.json.staged")
-                                 .arg(QString::number(number), hex("old"), hex("new"));
+            return staging
+                   + QStringLiteral("%1-%2-%3-glow.json.staged")
+                         .arg(QString::number(number), hex("old"), hex("new"));
         };
         QStringList kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF",
                             staging + "mine.txt"};
@@ -616,7 +624,8 @@ private Q_SLOTS:
         QTest::newRow("its twin becomes another")
             << twins << Contents{{"project/two.json", Object(8, "compound", "Eight")}};
         QTest::newRow("to a later file")
-            << Contents{{"project/a.json", '[' + ramp + ']'}, {"project/b.json", "[]"},
+            << Contents{{"project/a.json", '[' + ramp + ']'},
+                        {"project/b.json", "[]"},
                         {"project/two.json", "[]"}}
             << Contents{{"project/a.json", "[]"}, {"project/b.json", '[' + ramp + ']'}};
         QTest::newRow("to an earlier file")
@@ -684,10 +693,10 @@ private Q_SLOTS:
     void LooksWhileChangesGoOn()
     {
         m_Folder->Write("project/new.json", Object(9, "compound", "New"));
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (m_Folder->Write("project/busy", ""), QFile::remove(m_Folder->GetPath("project/busy")),
-             Item(9).IsValid()),
-            20000);
+        QTRY_VERIFY_WITH_TIMEOUT((m_Folder->Write("project/busy", ""),
+                                  QFile::remove(m_Folder->GetPath("project/busy")),
+                                  Item(9).IsValid()),
+                                 20000);
     }
 
     void TriesHalfWrittenFilesAgain()
@@ -761,8 +770,8 @@ private Q_SLOTS:
         };
         auto const object = find(Uid(4));
         qorm::IHelper::GetHelper(object.GetInstance())
-            ->MoveToDataSource(
-                object, find("AAAAAAAA-0000-0000-0000-000000000003").GetDataSource(), true);
+            ->MoveToDataSource(object, find("AAAAAAAA-0000-0000-0000-000000000003").GetDataSource(),
+                               true);
         QVERIFY(QFile::remove(m_Folder->GetPath("factory/odd.json")));
         m_Host->CheckFolder();
         QVERIFY(Item(4).IsNull());

@@ -9,7 +9,6 @@
 #include <QFileInfo>
 #include <QTest>
 
-
 using namespace embeddedhost;
 using namespace embeddedhost::StateBits;
 

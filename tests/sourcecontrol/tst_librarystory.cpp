@@ -157,7 +157,8 @@ private Q_SLOTS:
             ->MoveToDataSource(object, FindObject(kFade).GetDataSource(), true);
         QVERIFY(QFile::exists(m_Folder->GetPath("shared/cafe-lamp.json")));
         QFile::remove(lock);
-        QTRY_COMPARE(GetStatus(), QStringList{"R  project/cafe-lamp.json -> shared/cafe-lamp.json"});
+        QTRY_COMPARE(GetStatus(),
+                     QStringList{"R  project/cafe-lamp.json -> shared/cafe-lamp.json"});
 
         // When it is busy for long, the user is told what to do.
         m_Folder->Write(".git/index.lock", "");

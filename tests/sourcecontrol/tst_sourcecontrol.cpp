@@ -217,8 +217,9 @@ void TestSourceControl::listenerDoesAnything()
     WaitForNothing();
     QCOMPARE(recorder->count, count);
     if (library.host && count == 10)
-        QCOMPARE(library.host->GetMessages().GetLog().back().text,
-                 QString("A part of the program could not follow a change of the library: too many."));
+        QCOMPARE(
+            library.host->GetMessages().GetLog().back().text,
+            QString("A part of the program could not follow a change of the library: too many."));
 }
 
 void TestSourceControl::structureChangesAnnounceOnce()
