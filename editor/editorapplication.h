@@ -6,7 +6,7 @@
 class CMessageChannel;
 
 /// An application that outlives exceptions out of event handlers: each is logged, told, and
-/// counts as an event that nobody handled.
+/// counts as an event that was not handled.
 class CEditorApplication : public QApplication
 {
     Q_OBJECT

@@ -4,7 +4,7 @@
 #include <QIcon>
 #include <QStyle>
 
-/// The icon of a message box, plain and sharp at any size; null for what is not one.
+/// The icon of a message box, plain and sharp at any size; null for any other icon.
 QIcon MakeMessageIcon(QStyle::StandardPixmap kind);
 
 #endif

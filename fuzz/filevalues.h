@@ -17,7 +17,7 @@ struct EntryValues
     /// Folded; empty for none.
     std::string uid;
     /// The values of the keys, in their order, as texts that are equal if the values are, numbers
-    /// to their last digit; one without a key for what is no object.
+    /// to their last digit; one without a key for an entry that is not an object.
     std::vector<std::pair<std::string, std::string>> members;
     /// A key is there twice, so that one of the values has to be lost.
     bool hasTwinKeys = false;

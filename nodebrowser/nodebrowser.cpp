@@ -50,7 +50,7 @@ CNodeBrowser::CNodeBrowser(eConfigType config)
     try {
         ConnectRevisionControl();
     } catch (...) {
-        // Nobody else does: there is no destructor call for what was not constructed.
+        // The destructor does not run for an object whose constructor failed.
         m_ScsTask->DeleteMe();
         throw;
     }

@@ -189,7 +189,7 @@ void TestInput::showsToolTipOfCompounds()
     QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
     QCOMPARE(QToolTip::text(), "state of " + uid);
 
-    // What is not a compound hides it.
+    // Any other item hides it.
     for (QPoint const& point : {m_Browser->GetRowCenter(2), m_Browser->GetRowCenter(9),
                                 QPoint(5, m_Browser->m_HeaderHeight)}) {
         Hover(m_Browser->GetRowCenter(0));

@@ -9,7 +9,7 @@ class CMessageChannel;
 
 namespace embeddedhost {
 
-/// Runs `call` where nobody is left to catch what it raises: in a timer's slot, a watcher's, a
+/// Runs `call` where no caller catches exceptions: in a timer's slot, a watcher's, a
 /// worker's delivery. That becomes an error message instead, "<what>: <reason>", where `what`
 /// says whose failure it is, such as a file. The channel may be null, and `call` may destroy it:
 /// the message goes to the debug output then. False when something was raised.

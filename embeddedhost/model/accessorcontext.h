@@ -11,7 +11,8 @@
 namespace embeddedhost {
 class CLibrary;
 
-/// Handles of what is not an item. An item's handle is the address of its identity.
+/// Handles of the library and its table of contents. An item's handle is the address of its
+/// identity.
 constexpr tarno::datamodel::ItemHandle kLibraryHandle = 1;
 constexpr tarno::datamodel::ItemHandle kTocHandle = 2;
 

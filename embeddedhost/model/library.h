@@ -56,7 +56,7 @@ public:
     CLibraryItem* FindItem(char const* uid) const;
     /// An item has the uid, or what the library is made of.
     bool HasUid(char const* uid) const;
-    /// Some item has the name, but for the case of ASCII letters.
+    /// Some item has the name, ignoring ASCII case.
     bool HasName(char const* name) const;
     /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
     /// it at the end of its kind.

@@ -20,9 +20,9 @@ struct LibraryFile
 {
     struct Entry
     {
-        /// Null for what is no item.
+        /// Null for an entry that is not an item.
         CLibraryItem* item;
-        /// What is no item.
+        /// The raw entry, if it is not an item.
         nlohmann::ordered_json other;
     };
 

@@ -19,7 +19,7 @@ constexpr int kMaxTextLength = 65536;
 bool IsTooLong(std::string const& utf8);
 bool IsUtf8(std::string const& text);
 
-/// Equal but for the case of ASCII letters.
+/// Equal, ignoring ASCII case.
 bool EqualIgnoringAsciiCase(char const* a, char const* b);
 
 } // namespace embeddedhost

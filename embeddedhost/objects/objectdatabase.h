@@ -45,7 +45,7 @@ public:
     bool Exists(int cacheIndex) const;
     bool IsTypeAsset(int cacheIndex) const;
     bool IsResource(int cacheIndex) const;
-    /// Null for what is no item.
+    /// Null for an object that is not an item.
     CLibraryItem* GetItem(int cacheIndex) const;
     /// Where the object lives; for a resource this is the data source that it stands for.
     DataSourcePtr GetHome(int cacheIndex) const;

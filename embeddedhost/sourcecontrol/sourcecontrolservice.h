@@ -83,7 +83,7 @@ private:
     void Deliver(CStateDelivery::Entry const& entry);
     void StartNextPass();
 
-    /// What is done where nobody catches what it raises.
+    /// Runs what a timer or a delivery calls, where no caller catches exceptions.
     void Guard(std::function<void()> const& call);
 
     CLibrary* m_Library = nullptr;

@@ -18,7 +18,7 @@ struct StateRequest
     std::unordered_set<ItemKey> wanted;
     /// Being looked up, or waiting to be delivered.
     std::unordered_set<ItemKey> asked;
-    /// Brings up to date what was answered before; nobody shows that he is waiting.
+    /// Brings up to date what was answered before; no row shows a waiting mark.
     bool isRefresh = false;
 };
 
@@ -30,7 +30,7 @@ public:
 
     /// A request that is known already may be added again.
     void Add(RequestPtr const& request);
-    /// No request but for a refresh is alive.
+    /// Only the request of a refresh is left, if any.
     bool IsEmpty() const;
 
     bool IsAnythingWanted() const;
@@ -40,9 +40,9 @@ public:
 
     /// All that is wanted, each item once, is asked from now on.
     std::vector<ItemKey> Ask();
-    /// False when nobody asked, or does any more.
+    /// False when no living request has asked.
     bool Answer(ItemKey item);
-    /// Nobody wants anything any more.
+    /// Drops everything that was requested.
     void Clear();
 
 private:

@@ -10,7 +10,7 @@ namespace embeddedhost {
 /// "place, part"; only the place when there is no part.
 QString JoinPlace(QString const& place, QString const& part);
 
-/// A part of a message, cut where nobody would read on: files may hold texts of any length.
+/// A part of a message, cut to a readable length: files may hold texts of any length.
 QString Shorten(QString const& text);
 
 /// So many faults of one library are listed.

@@ -103,7 +103,7 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         if (wasOurs
             && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience) == eRemoval::kRemoved)
             return {reason};
-        // Nobody came between: the newest is in place, the one before is kept.
+        // No other program came between: the newest is in place, the one before is kept.
         if (!wasOurs && GetStagedDigest(staged) == placedDigest)
             break;
         placedDigest = digest;

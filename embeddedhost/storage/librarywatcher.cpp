@@ -93,7 +93,7 @@ CLibraryWatcher::Stamp CLibraryWatcher::GetStamp(QString const& path)
 
 CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source) const
 {
-    // What is odd about the folders was said when the library was opened.
+    // Faults of the folders were reported when the library was opened.
     CMessageChannel unheard;
     Stamps stamps;
     QStringList const paths = ListJsonFiles(m_Library->GetFolder(), source->GetDescription().folder,

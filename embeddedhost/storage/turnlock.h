@@ -5,7 +5,7 @@
 
 namespace embeddedhost {
 
-/// A lock file that is held by one process at a time, and by nobody when that process is gone.
+/// A lock file that is held by one process at a time, and released when that process ends.
 class CTurnLock
 {
 public:

@@ -449,8 +449,8 @@ bool IsValidGraphItemType(char const* kind, ItemAccessor& item);
 /// True for a compound that only states a signature; asked for compounds only.
 bool IsAbstractFunction(ItemAccessor& item);
 /// Makes the compound the one that the editor works on: called at a double click on a compound,
-/// and after one was created. Nobody has tested `compound`: it is invalid when the item is gone or
-/// cannot be seen as a compound. The panel leaves `context` empty.
+/// and after one was created. The panel has not tested `compound`: it is invalid when the item is
+/// gone or cannot be seen as a compound. The panel leaves `context` empty.
 void SetGlobalTarnoCompoundTarget(CompoundAccessor compound, CompoundAccessor context);
 
 } // namespace Helpers

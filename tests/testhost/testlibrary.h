@@ -46,7 +46,7 @@ public:
                   char const* uid = nullptr);
     /// The item of that name, which must exist.
     TestItem& operator[](std::string const& name);
-    /// Takes the item out; nobody is told.
+    /// Takes the item out without a notification.
     void Remove(TestItem& item);
 
     tarno::datamodel::ItemLibraryAccessor GetAccessor() const;

@@ -21,7 +21,7 @@ int const kRowHeight = 24;
 int const kRowCentre = 60;
 QSize const kWindowSize(1200, 800);
 
-/// The rows of a panel are nobody's business but its own; tests look anyway.
+/// Opens the protected rows of the panel to tests.
 struct SPanelInside : CNodeBrowser
 {
     static std::vector<unsigned long> const& GetRows(CNodeBrowser const& panel)
