@@ -103,6 +103,11 @@ void ItemList::CollectName(std::string const& name)
     m_NewNames.push_back(name);
 }
 
+std::size_t ItemList::GetCollectedCount() const
+{
+    return m_Collected.size();
+}
+
 ItemID const& ItemList::GetCollected(std::size_t position) const
 {
     return m_Collected[position].id;
@@ -172,6 +177,7 @@ std::vector<ItemList::Row> ItemList::OrderByName(std::vector<Row> moved) const
 /// `order` gives for each row the collected item.
 void ItemList::Take(std::vector<Row> const& order)
 {
+    bool const hadDuplicates = HasDuplicates();
     TakePlaces();
     TakeTags(order);
     std::vector<SRow> before;
@@ -184,9 +190,12 @@ void ItemList::Take(std::vector<Row> const& order)
         m_RowsAsCollected[position] = row;
         bool const hasEntry =
             item.areTagsKnown && (m_TagStrings.GetLength(row) > 0 || *item.kind->tag);
-        m_Rows.push_back(SRow{item.id, item.kind, position, hasEntry, item.areTagsKnown});
+        bool const areTagsCollected =
+            item.areTagsKnown && (item.newTags != kNoRow || before[item.before].areTagsCollected);
+        m_Rows.push_back(SRow{item.id, item.kind, position, hasEntry, areTagsCollected});
     }
-    TakeRegistry(before);
+    // Identifiers that stand in several rows share one entry.
+    TakeRegistry(before, hadDuplicates || HasDuplicates());
 
     std::vector<SCollected>().swap(m_Collected);
     std::vector<std::string>().swap(m_NewNames);
@@ -284,7 +293,7 @@ std::set<std::string> ItemList::SplitTags(std::string const& tagString, char con
 }
 
 /// Brings the registry from the rows before to those of now.
-void ItemList::TakeRegistry(std::vector<SRow> const& before)
+void ItemList::TakeRegistry(std::vector<SRow> const& before, bool sharesEntries)
 {
     std::vector<char> isKept(before.size(), 0);
     std::vector<Row> changed;
@@ -294,9 +303,8 @@ void ItemList::TakeRegistry(std::vector<SRow> const& before)
         else
             changed.push_back(m_RowsAsCollected[std::size_t(&item - m_Collected.data())]);
     }
-    // Identifiers that stand in several rows share one entry, and others may have changed the
-    // registry since.
-    if (m_RegistryRevision != m_Registry.m_Revision || m_IsReordered || HasDuplicates()
+    // A subclass may have changed the registry since.
+    if (sharesEntries || m_IsReordered || !IsRegistryCurrent()
         || changed.size() > m_Rows.size() / 4) {
         RegisterAll();
         return;
@@ -361,6 +369,11 @@ std::size_t ItemList::GetCount() const
 bool ItemList::HasNames() const
 {
     return m_Names.GetCount() == m_Rows.size();
+}
+
+bool ItemList::IsRegistryCurrent() const
+{
+    return m_RegistryRevision == m_Registry.m_Revision;
 }
 
 std::pair<ItemList::Places::const_iterator, ItemList::Places::const_iterator>

@@ -57,6 +57,7 @@ public:
     /// The stored tags of the item that was collected last.
     void CollectTags(std::string const& tagString);
     void CollectName(std::string const& name);
+    std::size_t GetCollectedCount() const;
     /// The item that was collected as the n-th.
     tarno::datamodel::ItemID const& GetCollected(std::size_t position) const;
     /// Takes the collected items over, sorted by name, ignoring ASCII case. Returns for each row
@@ -69,6 +70,8 @@ public:
     std::size_t GetCount() const;
     /// Names were collected for all rows, so that they can be searched.
     bool HasNames() const;
+    /// The registry has the tags of this list: it was not changed through its own operations.
+    bool IsRegistryCurrent() const;
 
     /// The first row with the identifier, kNoRow for none.
     Row Find(tarno::datamodel::ItemID const& id) const;
@@ -132,7 +135,7 @@ private:
     void TakeNames(std::vector<Row> const& order);
     void TakePlaces();
     void TakeTags(std::vector<Row> const& order);
-    void TakeRegistry(std::vector<SRow> const& before);
+    void TakeRegistry(std::vector<SRow> const& before, bool sharesEntries);
     bool KeepsTags(SCollected const& item) const;
     std::set<std::string> SplitTags(std::string const& tagString, char const* kindTag) const;
     bool HasDuplicates() const;

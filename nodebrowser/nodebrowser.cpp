@@ -126,6 +126,7 @@ void CNodeBrowser::Unregister()
 
 void CNodeBrowser::SetItemLibrary(ItemLibraryAccessor const& library)
 {
+    m_Private->isFresh = false;
     Unregister();
     m_ItemLibrary = library;
     m_ItemLibrary.AddNotification(this, kItemLibraryNotificationInterface,

@@ -85,8 +85,9 @@ void CNodeBrowser::UpdateVisibleItems()
 std::vector<unsigned long> CNodeBrowser::MatchItems()
 {
     ItemList const& list = m_Private->list;
-    // A rebuild that broke off left items without names, and a subclass may change the items.
-    if (list.HasNames() && list.GetCount() == m_Items.size())
+    // A rebuild that broke off left items without names, and a subclass may change the items and
+    // their tags.
+    if (list.HasNames() && list.GetCount() == m_Items.size() && list.IsRegistryCurrent())
         return MatchList();
     std::vector<SMatchingItem> matches;
     for (unsigned long index = 0; index < m_Items.size(); ++index) {

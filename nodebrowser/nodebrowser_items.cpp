@@ -184,7 +184,11 @@ void CNodeBrowser::BuildAllItemList(StateRequests* stateRequests)
         update();
         throw;
     }
-    SortItems(list.Commit());
+    // A subclass that is told of something meanwhile may change the items.
+    if (list.GetCollectedCount() == m_Items.size())
+        SortItems(list.Commit());
+    else
+        list.CommitUnfinished();
     m_VisibleListDirty = true;
     update();
 }
@@ -221,7 +225,7 @@ void CNodeBrowser::CollectItem(ItemAccessor& accessor, qorm::IRevisionControlUIH
 void CNodeBrowser::CollectNames()
 {
     ItemList& list = m_Private->list;
-    for (std::size_t position = 0; position < m_Items.size(); ++position)
+    for (std::size_t position = 0; position < list.GetCollectedCount(); ++position)
         list.CollectName(m_ItemLibrary.GetItemName(list.GetCollected(position), true, nullptr));
 }
 
@@ -245,7 +249,10 @@ bool CNodeBrowser::CanRequestStates() const
 /// In the order of the table of contents, as while the list is made.
 void CNodeBrowser::RequestStates(StateRequests& stateRequests)
 {
+    QScopedValueRollback<bool> const use(m_Private->isListInUse);
+    m_Private->isListInUse = true;
     m_Private->isFresh = false;
+    m_VisibleListDirty = true;
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     for (std::size_t position = 0; helper && position < m_Items.size(); ++position) {
         Item& item = m_Items[m_Private->list.GetRowOfCollected(position)];

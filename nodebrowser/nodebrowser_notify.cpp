@@ -70,12 +70,15 @@ CNodeBrowser::Item* CNodeBrowser::FindItem(ItemID const& id)
     auto const hasID = [&](Item const& item) {
         return item.GetItemID() == id;
     };
-    if (id.IsNull()) {
-        auto const found = std::find_if(m_Items.begin(), m_Items.end(), hasID);
-        return found == m_Items.end() ? nullptr : &*found;
-    }
     ItemList::Row const row = m_Private->list.Find(id);
-    return row < m_Items.size() && hasID(m_Items[row]) ? &m_Items[row] : nullptr;
+    // A subclass may have changed the items since they were listed.
+    bool const isListed = m_Private->list.GetCount() == m_Items.size();
+    if (isListed && row < m_Items.size() && hasID(m_Items[row]))
+        return &m_Items[row];
+    if (isListed && row == ItemList::kNoRow && !id.IsNull())
+        return nullptr;
+    auto const found = std::find_if(m_Items.begin(), m_Items.end(), hasID);
+    return found == m_Items.end() ? nullptr : &*found;
 }
 
 // The four sides of a transaction say nothing new: rebuilding waits for the next paint anyway.

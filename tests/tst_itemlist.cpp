@@ -115,7 +115,7 @@ public:
 
     void ChangeOne(TestBrowser& browser)
     {
-        std::size_t const change = m_Random.Number(12);
+        std::size_t const change = m_Random.Number(14);
         if (change == 0 || GetLibrary().m_Listed.empty())
             return Add();
         std::vector<TestItem*>& listed = GetLibrary().m_Listed;
@@ -149,6 +149,15 @@ public:
             break;
         case 10:
             TellState(*item);
+            break;
+        case 11: {
+            // It stands in the table of contents twice then.
+            TestItem* const twice = item;
+            listed.push_back(twice);
+            break;
+        }
+        case 12:
+            listed.erase(std::find(listed.begin(), listed.end(), item));
             break;
         default:
             Replace(browser);
