@@ -9,7 +9,7 @@ unsigned long const kMostItems = 10000000;
 int const kLongestSide = 10000;
 double const kLargestScale = 8;
 
-/// Says what is wrong with the command line.
+/// Raised with a sentence about the fault in the command line.
 struct SFault
 {
     QString text;
@@ -123,8 +123,8 @@ void ParseRender(QCommandLineParser const& parser, CommandLine& line)
 void ParseNew(QCommandLineParser const& parser, CommandLine& line)
 {
     if (!line.libraryFolder.isEmpty())
-        throw SFault{
-            QStringLiteral("One library at a time; \"%1\" is too much.").arg(line.libraryFolder)};
+        throw SFault{QStringLiteral("One library at a time; unexpected argument \"%1\".")
+                         .arg(line.libraryFolder)};
     line.isNew = true;
     line.libraryFolder = parser.value(QStringLiteral("new"));
     if (line.libraryFolder.isEmpty())
@@ -135,8 +135,8 @@ void ParseEdit(QCommandLineParser const& parser, CommandLine& line)
 {
     QStringList const positional = parser.positionalArguments();
     if (positional.size() > 1)
-        throw SFault{
-            QStringLiteral("One library at a time; \"%1\" is too much.").arg(positional.at(1))};
+        throw SFault{QStringLiteral("One library at a time; unexpected argument \"%1\".")
+                         .arg(positional.at(1))};
     if (!positional.isEmpty())
         line.libraryFolder = positional.first();
     line.isDark = parser.isSet(QStringLiteral("dark"));

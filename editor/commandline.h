@@ -14,10 +14,11 @@ enum class eAction
     kShowVersion
 };
 
-/// What the command line asks for.
+/// The command line, parsed.
 struct CommandLine
 {
-    /// What is wrong with it, for a person; when this is not empty nothing else counts.
+    /// A sentence for the user about what is wrong; the other members are valid only if this is
+    /// empty.
     QString fault;
     eAction action = eAction::kEdit;
 

@@ -20,7 +20,7 @@ QString DescribeFailure(QEvent::Type type, char const* receiver, char const* rea
              QString::fromLocal8Bit(reason));
 }
 
-/// Runs in a handler of an exception, so nothing may be raised from here.
+/// Called in a handler of an exception, so it must not throw.
 void Report(CEditorApplication* application, QEvent::Type type, char const* receiver,
             char const* reason) noexcept
 {

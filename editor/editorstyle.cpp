@@ -95,7 +95,7 @@ QSize CEditorStyle::sizeFromContents(ContentsType type, QStyleOption const* opti
 int CEditorStyle::styleHint(StyleHint hint, QStyleOption const* option, QWidget const* widget,
                             QStyleHintReturn* returnData) const
 {
-    // On a dark ground the shadow is what one would read.
+    // On a dark background the white shadow would be easier to read than the text.
     return hint == SH_EtchDisabledText ? 0
                                        : QProxyStyle::styleHint(hint, option, widget, returnData);
 }

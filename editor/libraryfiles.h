@@ -21,7 +21,7 @@ nlohmann::ordered_json MakeDataSource(std::string const& uid, char const* name, 
 void WriteManifest(QString const& folder, std::string const& name,
                    nlohmann::ordered_json const& dataSources);
 
-/// Makes a library with one data source that can be written, and nothing in it.
+/// Makes an empty library with one writable data source.
 void MakeLibrary(QString const& folder);
 
 #endif

@@ -16,7 +16,7 @@ unsigned long const kObjectsPerFile = 1000;
 unsigned long const kProjectShare = 10;
 unsigned long const kMostProjectItems = 20000;
 
-/// The component that stands for what ships with the application.
+/// The component of the items that ship with the application.
 char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
 void WriteManifest(QString const& folder, unsigned long itemCount, ItemGenerator& generator)

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-/// What names of generated items are put together from.
+/// The words that names of generated items are made of.
 std::vector<std::string> const& NameWords();
-/// What generated items are tagged with: about 200 words.
+/// The tags of generated items: about 200 words.
 std::vector<std::string> const& TagWords();
 
 #endif

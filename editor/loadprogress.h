@@ -8,8 +8,8 @@
 
 class QStatusBar;
 
-/// Shows in a status bar how far something has come that takes long; what is done quickly shows
-/// nothing. Windows are painted meanwhile, but take no input.
+/// Shows the progress of a long task in a status bar; quick tasks show nothing. Windows are
+/// painted meanwhile, but take no input.
 class CLoadProgress
 {
 public:

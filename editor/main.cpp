@@ -155,7 +155,7 @@ int RunWindow(CommandLine const& line, int& argc, char** argv)
     return line.action == eAction::kRender ? Render(line, host) : Edit(line, host);
 }
 
-/// Before there is a window: what cannot be opened at all is told where it was typed.
+/// Runs before there is a window, so that the fault is printed in the terminal of the command.
 void CheckLibrary(CommandLine const& line)
 {
     if (line.isNew)

@@ -64,7 +64,7 @@ void CMainWindow::CreateCanvas()
 
 void CMainWindow::CreatePanel()
 {
-    // The panel paints rows and nothing behind them. On this colour they look like a list, and
+    // The panel paints no background behind its rows. On this colour they look like a list, and
     // the search field above them still stands out.
     m_Panel->setBackgroundRole(QPalette::AlternateBase);
     m_Panel->setAutoFillBackground(true);
@@ -105,7 +105,7 @@ void CMainWindow::ConnectHost()
     connect(&m_Host, &CEmbeddedHost::LibraryChanged, this, &CMainWindow::ShowLibrary);
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowSummary);
     connect(&m_Host, &CEmbeddedHost::ContentChanged, this, &CMainWindow::ShowTitle);
-    // What is marked as changed in the panel is so no longer after a save.
+    // A save sends no item notification, but the marks of changed items go.
     connect(&m_Host, &CEmbeddedHost::ContentChanged, m_Panel, qOverload<>(&QWidget::update));
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::ShowTitle);
     connect(&m_Host, &CEmbeddedHost::CompoundTargetChanged, this, &CMainWindow::RememberCompound);

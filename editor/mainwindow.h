@@ -17,7 +17,7 @@ class CSettings;
 class CTrailBar;
 class QDockWidget;
 
-/// The editor's window: the panel at the left, the canvas, and what the host has to say in the
+/// The editor's window: the panel at the left, the canvas, and the host's messages in the
 /// status bar and in a log.
 class CMainWindow : public QMainWindow
 {
@@ -30,11 +30,11 @@ public:
     /// Takes the window's state from the settings, and keeps it there from now on. They have to
     /// outlive the window, as has the journal.
     void UseSettings(CSettings& settings);
-    /// Offers what the journal has of libraries that are opened from now on.
+    /// Offers to recover unsaved changes from the journal for libraries opened from now on.
     void UseJournal(CJournal& journal);
 
-    /// False when nothing could be opened; why stands among the host's messages, and the library
-    /// that is open stays so. Otherwise its unsaved changes are lost.
+    /// On success unsaved changes of the library open before are lost. On failure that library
+    /// stays open, and the reason is among the host's messages.
     bool OpenLibrary(QString const& folder);
     /// As if typed into the panel.
     void Search(QString const& text);
@@ -82,9 +82,9 @@ private:
     /// The compound that was worked on last in the library.
     void RestoreCompound();
     void RememberCompound();
-    /// The library may be closed: nothing is unsaved, or wanted any more.
+    /// Asks what to do with unsaved changes; true if the library may be closed then.
     bool MayCloseLibrary();
-    /// Whatever the user chooses; false when something is still not saved.
+    /// Does what the user answers; false if changes are still unsaved.
     bool SaveOrDiscard();
     void ResolveConflicts();
     void TakeFromDisk(QStringList const& files);
@@ -104,7 +104,7 @@ private:
     CMessageLog* const m_Log;
     QDockWidget* m_PanelDock = nullptr;
     QDockWidget* m_LogDock = nullptr;
-    /// Null when nothing is kept.
+    /// Null if no settings are kept, as for pictures and tests.
     CSettings* m_Settings = nullptr;
     CJournal* m_Journal = nullptr;
 

@@ -22,7 +22,7 @@ QString Name(eSeverity severity)
     return QString();
 }
 
-/// One paragraph, whatever the text has in it.
+/// The text as one paragraph: line breaks in it become line separators.
 QString MakeParagraph(QString const& text)
 {
     QString paragraph = ShortenText(text);

@@ -9,9 +9,9 @@
 
 #include <deque>
 
-/// Shows what the host had to say, the newest last. A library can have hundreds of thousands of
-/// faults: what comes in together is shown together, long texts are cut, and the newest 1000
-/// messages are kept, below a line that says how many there were before.
+/// Shows the host's messages, newest last. A library can have hundreds of thousands of faults:
+/// messages are added in batches, long texts are cut, and the newest 1000 are kept, below a line
+/// that says how many there were before.
 class CMessageLog : public QPlainTextEdit
 {
     Q_OBJECT

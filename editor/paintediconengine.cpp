@@ -13,7 +13,7 @@ void PaintedIconEngine::paint(QPainter* painter, QRect const& rect, QIcon::Mode 
     painter->restore();
 }
 
-/// The base class leaves it to chance what is behind.
+/// The base class paints into a pixmap that was not cleared.
 QPixmap PaintedIconEngine::pixmap(QSize const& size, QIcon::Mode mode, QIcon::State state)
 {
     QPixmap pixmap(size);

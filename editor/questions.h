@@ -6,8 +6,8 @@
 
 class QWidget;
 
-// What the editor asks its user, each in a message box over the parent. Closing the box is the
-// answer that changes nothing.
+// The editor's questions, each in a message box over the parent. Closing the box is the answer
+// that changes nothing.
 
 enum class eSaveAnswer
 {

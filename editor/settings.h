@@ -10,18 +10,18 @@
 
 class QMainWindow;
 
-/// What the editor remembers from one run to the next, in a file in the user's configuration
-/// folder.
+/// Settings that the editor keeps from one run to the next, in a file in the user's
+/// configuration folder.
 class CSettings
 {
 public:
     CSettings();
 
-    /// Size, place and docks. False when nothing is remembered.
+    /// Size, place and docks. False if none were kept.
     bool RestoreWindow(QMainWindow& window) const;
     void KeepWindow(QMainWindow const& window);
 
-    /// Nothing before the user has chosen.
+    /// Empty until the user has chosen.
     std::optional<bool> IsDark() const;
     void SetDark(bool isDark);
 
@@ -34,7 +34,7 @@ public:
     void RemoveRecentLibrary(QString const& folder);
 
     /// The uid (UTF-8) of the compound last worked on in the library, one of the recent ones;
-    /// empty for none.
+    /// empty if there is none.
     std::string GetCompound(QString const& library) const;
     void SetCompound(QString const& library, std::string const& uid);
 

@@ -9,8 +9,7 @@
 class QGridLayout;
 class QMenuBar;
 
-/// Lists what can be done by keyboard and mouse: the menus' shortcuts, and what the panel and
-/// the canvas react to.
+/// Lists shortcuts and gestures: those of the menus, and those of the panel and the canvas.
 class CShortcutList : public QDialog
 {
     Q_OBJECT
@@ -19,7 +18,7 @@ public:
     CShortcutList(QMenuBar const& menuBar, QWidget* parent);
 
 private:
-    /// What is done, and how.
+    /// An action and its keys or gesture.
     typedef QVector<QPair<QString, QString>> Lines;
 
     static Lines CollectMenuShortcuts(QMenuBar const& menuBar);

@@ -39,7 +39,7 @@ private:
     CEmbeddedHost& m_Host;
     /// From the outermost compound to the current one.
     std::vector<tarno::datamodel::ItemID> m_Trail;
-    /// What is shown of it.
+    /// The buttons and separators of the part that fits.
     QList<QWidget*> m_Steps;
     QHBoxLayout* m_Layout;
     QLabel* m_ReadOnlyLabel;

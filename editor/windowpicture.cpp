@@ -10,7 +10,7 @@
 
 namespace {
 
-/// In points: what a plain desktop has. Without one the toolkit takes a larger font.
+/// Points, as on a plain desktop. Without a desktop the toolkit takes a larger font.
 int const kFontSize = 9;
 
 } // namespace
@@ -24,11 +24,11 @@ void PrepareForPictures()
 
 void SaveWindowPicture(QWidget& window, QSize const& size, QString const& file)
 {
-    // Without a desktop nothing can be constrained, and the toolkit would complain.
+    // The offscreen platform supports no size constraints and would print a warning.
     window.layout()->setSizeConstraint(QLayout::SetNoConstraint);
     window.resize(size);
     window.show();
-    // What the first paint finds out about the layout is in place for the second.
+    // The first paint corrects the layout, the second shows it.
     QApplication::processEvents();
     QApplication::processEvents();
 

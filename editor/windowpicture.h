@@ -9,7 +9,7 @@ class QWidget;
 /// Makes pictures look as on a plain desktop; called before the window is made.
 void PrepareForPictures();
 
-/// Shows the window at a size in device-independent pixels and writes what it looks like to a
+/// Shows the window at a size in device-independent pixels and writes a picture of it to a
 /// PNG file. Raises std::runtime_error with the file and the reason when that cannot be written.
 void SaveWindowPicture(QWidget& window, QSize const& size, QString const& file);
 

@@ -70,7 +70,7 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
 
 void CCanvas::CreateLabels()
 {
-    // What lies on the viewport itself would be scrolled along with the graph.
+    // Children of the viewport would be scrolled along with the graph, so the hint is beside it.
     m_Hint = new QWidget(this);
     m_Hint->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_NameLabel = MakeLabel(m_Hint);
@@ -230,7 +230,7 @@ void CCanvas::Fit()
     double const zoom =
         std::min({1.0, room.width() / bounds.width(), room.height() / bounds.height()});
     SetZoom(zoom);
-    // The middle of what is too large to be seen whole may be empty.
+    // The middle of a graph that is too large for the view may be empty: start at a node.
     centerOn(zoom < kSmallestZoom ? m_Scene.GetFirstNodePosition() : bounds.center());
     m_IsFitted = true;
 }

@@ -22,8 +22,8 @@ class QMenu;
 class QMimeData;
 
 /// Shows the graph of the host's current compound and lets it be edited. Each change is one
-/// command of the host's command manager. As long as there is no compound it says what library
-/// is open.
+/// command of the host's command manager. Without a compound it shows a hint and the name of the
+/// open library.
 class CCanvas : public QGraphicsView
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ public:
 public Q_SLOTS:
     void Cut();
     void Copy();
-    /// Under the mouse, otherwise beside what was copied.
+    /// Under the mouse if it is over the canvas, otherwise beside the nodes that were copied.
     void Paste();
     void Duplicate();
     void DeleteSelection();
@@ -109,7 +109,7 @@ private:
     void CreateLabels();
     void ConnectHost();
     void AnnounceSelection();
-    /// Shows the current compound as it is now.
+    /// Reads the current compound from the host anew and shows it.
     void Refresh();
     void LeaveCompound();
     void EnterCompound();
@@ -148,12 +148,12 @@ private:
     void DrawConnection(QPointF const& scenePoint);
     void FinishConnection(QPointF const& scenePoint);
     void ShowHover(QPointF const& scenePoint);
-    /// The connection from the port where the mouse was pressed to another one; none when they
-    /// cannot go together, and `reason` tells why.
+    /// The connection from the port where the mouse was pressed to `end`; none if the ports do
+    /// not fit together, with the reason in `reason`.
     std::optional<GraphConnection> MakeConnection(PortPick const& end, QString* reason) const;
 
     // canvas_drop.cpp
-    /// Null for what cannot become a node.
+    /// Null if the data carries no item, or one that cannot become a node.
     tarno::datamodel::ItemID FindDraggedItem(QMimeData const* data) const;
     void AnswerDrag(QDragMoveEvent* event);
     QString GetItemName(tarno::datamodel::ItemID const& id) const;
@@ -194,7 +194,7 @@ private:
 
     tarno::datamodel::ItemID m_Compound;
     GraphBody m_Body;
-    /// The compound is shown as it is since its last change here.
+    /// What is shown is up to date with the last change made here, so Refresh need not read it.
     bool m_IsFresh = false;
     /// The clipboard holds nodes.
     bool m_IsNodeCopied = false;

@@ -60,7 +60,7 @@ void CCanvas::dragMoveEvent(QDragMoveEvent* event)
 
 void CCanvas::dragLeaveEvent(QDragLeaveEvent*)
 {
-    // Nothing was shown; the base class would tell a scene that was told of no drag.
+    // The scene never saw the drag enter, so the base class must not tell it that it left.
 }
 
 void CCanvas::dropEvent(QDropEvent* event)
@@ -72,7 +72,7 @@ void CCanvas::dropEvent(QDropEvent* event)
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    // What follows, undo above all, is meant for the graph.
+    // The next keys, undo above all, are meant for the graph.
     setFocus(Qt::MouseFocusReason);
     AddDroppedNode(id, mapToScene(PositionOf(event)));
 }

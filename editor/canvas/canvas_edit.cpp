@@ -54,7 +54,7 @@ bool CCanvas::Commit(GraphBody const& body, char const* text)
     QPointer<CCanvas> const guard(this);
     m_IsFresh = false;
     bool const isDone = m_Host.SetBody(m_Compound, body, text);
-    // Takes back what was shown of a change that is refused.
+    // A refused change sends no notification, so the preview of it is removed here.
     if (guard && !m_IsFresh)
         Refresh();
     return isDone && guard;

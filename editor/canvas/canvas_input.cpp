@@ -1,4 +1,4 @@
-// What the mouse and the keyboard do on the canvas. Only ids are kept between events: the graph
+// Mouse and keyboard on the canvas. Only ids are kept between events: the graph
 // may change under a gesture.
 
 #include "canvas.h"
@@ -231,7 +231,7 @@ void CCanvas::wheelEvent(QWheelEvent* event)
     QPoint const viewPoint = PositionOf(event);
     QPointF const before = mapToScene(viewPoint);
     ScaleTo(transform().m11() * std::pow(kNotchZoom, delta / kNotch));
-    // What was under the mouse stays there.
+    // The point under the mouse stays there.
     QPointF const moved = mapFromScene(before) - viewPoint;
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(moved.x()));
     verticalScrollBar()->setValue(verticalScrollBar()->value() + qRound(moved.y()));

@@ -9,11 +9,11 @@
 /// A colour between two others: all of the first with a share of 0.
 QColor MixColors(QColor const& ground, QColor const& ink, double share);
 
-/// The colour by which ports and connections of a type are known, the same in each run. Grey for
-/// what is untyped.
+/// The colour by which ports and connections of a type are known, the same in each run. Grey
+/// without a type.
 QColor GetTypeColor(std::string const& type, std::string const& typeName, bool isDark);
 
-/// What the canvas is painted in, derived from a palette.
+/// The colours of the canvas, derived from a palette.
 struct CanvasColors
 {
     explicit CanvasColors(QPalette const& palette);

@@ -75,8 +75,8 @@ std::vector<CurvePiece> MakeWayBack(QPointF const& from, QPointF const& to)
             {end, end - reach, to - reach, to}};
 }
 
-/// Halves the curve until its pieces are straight enough, and leaves out what is not in the
-/// rectangle.
+/// Halves the curve until its pieces are straight enough, and leaves out pieces outside of
+/// the rectangle.
 void AddLines(CurvePiece const& piece, QRectF const& rect, double tolerance, int halvings,
               QVector<QLineF>& lines)
 {
@@ -103,7 +103,7 @@ CConnectionItem::CConnectionItem(GraphConnection const& connection, CanvasColors
     , m_Colors(colors)
 {
     setFlag(ItemIsSelectable);
-    // To be told what part is exposed.
+    // Only with this flag the style option carries the exposed rectangle.
     setFlag(ItemUsesExtendedStyleOption);
 }
 

@@ -20,7 +20,7 @@ struct CurvePiece
     QPointF end;
 };
 
-/// A connection as it is painted: a curve that leaves its output to the right and comes to its
+/// Paints a connection: a curve that leaves its output to the right and comes to its
 /// input from the left.
 class CConnectionItem : public QGraphicsItem
 {
@@ -52,7 +52,7 @@ private:
 
     GraphConnection const m_Connection;
     CanvasColors const& m_Colors;
-    /// One curve, or what leads around to an input that lies behind.
+    /// One curve, or several that lead around to an input at the left of the output.
     std::vector<CurvePiece> m_Curves;
     QPointF m_From;
     QPointF m_To;

@@ -20,8 +20,8 @@ std::string const* FindContainer(std::set<std::string> const& items, std::string
                                  BodyOf const& bodyOf)
 {
     std::string const wanted = ToUpper(other);
-    // Libraries made by other means may hold compounds that contain themselves already. What was
-    // seen within one item and did not lead to the other one need not be gone into again.
+    // Libraries made by other means may hold compounds that contain themselves already. Items
+    // visited once did not lead to the other one and need not be visited again.
     std::unordered_set<std::string> seen;
     for (std::string const& item : items) {
         std::vector<std::string> open{item};

@@ -11,7 +11,7 @@
 typedef std::function<GraphBody(std::string const& uid)> BodyOf;
 
 /// The first of the items that is the other one, or has it among its nodes or in the nodes of
-/// these, at any depth; null for none. Each body is asked for once, whatever the number of items.
+/// these, at any depth; null if there is none. Each body is asked for once at most.
 std::string const* FindContainer(std::set<std::string> const& items, std::string const& other,
                                  BodyOf const& bodyOf);
 

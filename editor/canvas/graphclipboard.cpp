@@ -16,7 +16,7 @@ QString const kNodesMimeType = QStringLiteral("application/x-nodeeditor-nodes+js
 
 /// Some 100,000 nodes.
 int const kMostBytes = 16 << 20;
-/// Nodes need four levels. Each level costs whoever walks the document a piece of the stack.
+/// Nodes need four levels. The document is walked recursively: this bounds the stack.
 int const kMostLevels = 100;
 
 /// Counts brackets outside of texts.
@@ -44,7 +44,7 @@ QString Translate(char const* text)
     return QCoreApplication::translate("GraphClipboard", text);
 }
 
-/// Null with a reason when it is not what the editor would put there.
+/// Null with a reason if the bytes are not a document as the editor writes it.
 nlohmann::ordered_json ParseNodes(QByteArray const& bytes, QString* reason)
 {
     std::string const text = bytes.size() > kMostBytes ? std::string() : bytes.toStdString();
@@ -92,7 +92,7 @@ GraphBody ReadClipboardData(QMimeData const* data, QString* reason)
     if (document.is_null())
         return GraphBody();
     GraphBody body = embeddedhost::ReadGraphBody(document, [](auto const&, auto const&) {
-        // Another program's mistake; what is usable is pasted.
+        // Faulty entries of another program are skipped and the rest is pasted.
     });
     if (body.nodes.empty())
         *reason = Translate("none of them is complete");

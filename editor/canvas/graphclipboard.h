@@ -12,9 +12,9 @@ class QString;
 /// The caller owns the data. Null when there is more than is read again, which is 16 MB.
 QMimeData* MakeClipboardData(GraphBody const& nodes);
 
-/// By the format alone: what is there may belong to a program that is slow to hand it over.
+/// Looks at the format alone: another program may be slow to hand the content over.
 bool HasClipboardNodes(QMimeData const* data);
-/// Without nodes when none can be read; `reason` is a clause then that says why.
+/// Has no nodes if none can be read; `reason` then gets a clause that says why.
 GraphBody ReadClipboardData(QMimeData const* data, QString* reason = nullptr);
 
 #endif

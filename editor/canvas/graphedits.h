@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// What can be done to a graph, as plain changes of its body. Texts are UTF-8.
+// Edits of a graph, as plain changes of its body. Texts are UTF-8.
 
 /// The nodes that stand for a compound's own inputs and outputs in its connections.
 extern char const* const kInputsNode;
@@ -19,7 +19,7 @@ bool operator<(GraphEnd const& left, GraphEnd const& right);
 bool operator<(GraphConnection const& left, GraphConnection const& right);
 
 /// Whether values of one type may flow into an input of another. The name of a type counts too:
-/// what is untyped or of a type "Any" goes with everything.
+/// ports without a type, or of a type "Any", fit every other.
 bool AreTypesCompatible(std::string const& fromType, std::string const& fromName,
                         std::string const& toType, std::string const& toName);
 

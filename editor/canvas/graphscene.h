@@ -19,8 +19,8 @@
 
 class CConnectionItem;
 
-/// The nodes and connections of one graph. Whoever asks for them gets ids and copies: items come
-/// and go with each change of the graph.
+/// The nodes and connections of one graph. Callers get ids and copies, because items come and
+/// go with each change of the graph.
 class CGraphScene : public QGraphicsScene
 {
     Q_OBJECT
@@ -33,13 +33,13 @@ public:
     /// Of the pictures that nodes are painted from.
     NodePictures& GetPictures();
 
-    /// Shows the graph instead of the one shown. What is in both stays and stays selected.
+    /// Shows another graph. Items that are in both stay, and stay selected.
     void Show(std::vector<NodeLook> const& looks, std::vector<GraphConnection> const& connections);
     QRectF GetBounds() const;
-    /// Of the first node by id; (0, 0) when there is none.
+    /// The position of the first node by id; (0, 0) without nodes.
     QPointF GetFirstNodePosition() const;
 
-    /// What lies at the point; `reach` is how far off the point a connection may be.
+    /// The item at the point; a connection may be as far as `reach` away from it.
     std::optional<NodeLook> FindNodeAt(QPointF const& point) const;
     /// Where the node is on the screen; null for an unknown one.
     std::optional<QPointF> FindNodePosition(std::string const& id) const;
@@ -83,7 +83,7 @@ private:
     // Owned by the scene.
     std::map<std::string, CNodeItem*> m_Nodes;
     std::map<GraphConnection, CConnectionItem*> m_Connections;
-    /// What Show was given, also what cannot be seen.
+    /// All connections given to Show, also those that have no item because they cannot be seen.
     std::vector<GraphConnection> m_ShownConnections;
     CConnectionItem* m_Preview;
     std::string m_MarkedNode;

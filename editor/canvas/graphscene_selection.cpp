@@ -1,4 +1,4 @@
-// What is selected in the scene.
+// The selection of the scene.
 
 #include "connectionitem.h"
 #include "graphscene.h"

@@ -11,7 +11,7 @@ char const* const kItemMimeType = "tarno/toc.key";
 
 namespace {
 
-/// An identifier is short. Nothing longer is read, whatever length it claims to have.
+/// Identifiers are short. A payload that claims a greater length is refused unread.
 int const kLongestPayload = 64 * 1024;
 
 /// The panel makes a character of each byte.

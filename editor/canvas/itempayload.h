@@ -9,8 +9,8 @@ class QMimeData;
 /// The format in which the panel drags items.
 extern char const* const kItemMimeType;
 
-/// The identifier of the item, as ItemID::Serialize() gives it, that a drag carries. Empty when it
-/// carries none, or anything but one text.
+/// The identifier of the item, as ItemID::Serialize() gives it, that a drag carries. Empty if it
+/// carries no such text, or more than one.
 std::string ReadItemPayload(QMimeData const* data);
 
 /// The uid within a serialised identifier, "kind:uid"; empty for something else.

@@ -12,7 +12,7 @@ namespace {
 /// Selection rings, shadows and port marks reach no further beyond the node.
 double const kMargin = 11;
 
-/// Above connections; what is selected lies above what it is moved across.
+/// Above connections; selected nodes lie above those they are moved across.
 double const kLayer = 1;
 double const kSelectedLayer = 1.5;
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// A port as it is pointed at.
+/// A port under the mouse.
 struct PortPick
 {
     std::string node;
@@ -29,7 +29,7 @@ enum class ePortMark
     kRefused
 };
 
-/// A node as it is painted. It reacts to nothing by itself.
+/// Paints a node. Mouse and keys are handled by the canvas.
 class CNodeItem : public QGraphicsItem
 {
 public:

@@ -35,7 +35,7 @@ struct PortLook
 {
     /// As connections name it.
     std::string name;
-    /// The uid, and the name that the library has for it; empty when there is none.
+    /// The uid, and its name in the library; empty without a type or a name.
     std::string type;
     std::string typeName;
     bool isConnected = false;

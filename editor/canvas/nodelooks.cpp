@@ -38,8 +38,8 @@ eNodeKind GetKind(ItemID const& id)
     return id.GetType() == TarnoType::gGlobalConstant ? eNodeKind::kConstant : eNodeKind::kSolver;
 }
 
-/// Marks what connections name on one side of a node. Ports that the item lacks are added, so
-/// that their connections are seen too.
+/// Marks the ports that connections name on one side of a node. Ports that the item lacks are
+/// added, so that their connections are seen too.
 void MarkConnected(NodeLook& look, std::vector<PortLook> NodeLook::*side,
                    std::vector<std::string_view> const& names)
 {
@@ -86,7 +86,7 @@ void MarkConnections(std::vector<GraphConnection> const& connections, std::vecto
     }
 }
 
-/// What the nodes cover, not yet knowing the ports that only connections name.
+/// The area of the nodes, before ports are added that only connections name.
 QRectF GetBounds(std::vector<NodeLook> const& looks)
 {
     QRectF bounds;

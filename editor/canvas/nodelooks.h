@@ -14,8 +14,8 @@
 
 class CEmbeddedHost;
 
-/// Makes looks of the nodes of a compound from what the library knows of their items. What was
-/// found out is kept until Forget.
+/// Makes the looks of a compound's nodes from their items in the library. Looks of items are
+/// cached until Forget.
 class NodeLooks
 {
 public:

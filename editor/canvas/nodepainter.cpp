@@ -21,7 +21,7 @@ double const kCornerRadius = 7;
 double const kSelectionWidth = 2;
 int const kGlowWidth = 4;
 int const kGlowAlpha = 80;
-/// Of the ring that a port is as long as it is not connected.
+/// Pixels of the pen; a port without a connection is a ring.
 double const kDotWidth = 2;
 /// How much of a faded port is seen.
 double const kFadedShare = 0.22;

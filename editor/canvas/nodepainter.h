@@ -9,7 +9,7 @@
 
 class QPainter;
 
-/// Nothing of a node is painted farther beyond its rectangle.
+/// How far shadow, glow and ports reach beyond a node's rectangle at most.
 int const kNodePaintMargin = 6;
 
 /// Below this zoom a frame is no more than two rectangles, which need no picture.
@@ -18,7 +18,7 @@ double const kFrameFrom = 0.25;
 /// How wide a node has to be for its texts: whole steps of the grid, within the limits.
 int MeasureNodeWidth(NodeLook const& look);
 
-/// What tells the kinds of nodes apart.
+/// The header's colour, which tells the kinds of nodes apart.
 QColor const& GetTint(CanvasColors const& colors, eNodeKind kind);
 
 /// Paints nodes, whose top left is at the painter's (0, 0), in as much detail as its zoom shows.
@@ -29,7 +29,7 @@ public:
 
     /// Body, header and border: the same for all nodes of a kind and size.
     void PaintFrame(QPainter& painter, NodeLook const& look, bool isSelected) const;
-    /// What is within.
+    /// Texts and ports.
     void PaintContents(QPainter& painter, NodeLook const& look);
 
 private:

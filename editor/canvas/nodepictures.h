@@ -42,7 +42,7 @@ private:
         double zoom;
     };
 
-    /// Drops what was made for another screen.
+    /// Drops pictures made for another zoom or pixel ratio of the screen.
     void UseScale(double zoom, double sharpness);
     void PaintNew(QPainter& painter, NodeLook const& look, bool isSelected, QByteArray const& key);
     QPixmap MakePicture(NodeLook const& look, bool isSelected);

@@ -8,8 +8,8 @@
 class QPainter;
 class QRectF;
 
-/// Nodes have a size of their own, whatever that of the desktop's fonts: positions in library
-/// files count on it.
+/// The fonts of nodes do not follow the desktop's: positions in library files rely on the size
+/// of nodes.
 QFont GetNodeNameFont();
 QFont GetNodeTitleFont();
 
