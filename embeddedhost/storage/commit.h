@@ -8,9 +8,9 @@
 
 namespace embeddedhost {
 
-/// Saves what is modified in the library, or the one object with the uid. Listeners may refuse
-/// beforehand. True when all of it was written; otherwise `messages`, unless null, and the
-/// message channel have a line for each thing that was not, 8-bit in `messages`.
+/// Saves the modified files of the library, or the one object with the uid. Listeners may refuse
+/// beforehand. True if everything was written; otherwise the message channel has a line for each
+/// file that was not, as has `messages` (8-bit) unless it is null.
 bool CommitLibrary(CLibrary& library, char const* uid, std::list<std::string>* messages);
 
 } // namespace embeddedhost

@@ -39,7 +39,7 @@ public:
         return m_Number;
     }
 
-    /// For whoever closes it.
+    /// Hands the ownership to the caller, who has to close the descriptor.
     int Release()
     {
         return std::exchange(m_Number, -1);
@@ -66,11 +66,12 @@ private:
     QByteArray const m_Path;
 };
 
-/// For reading what is a regular file, or a thing that became one the moment before.
+/// For reading regular files. They do not block, in case the file has just been replaced by a
+/// pipe or a device.
 constexpr int kReadFlags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-/// What errno says.
+/// The text of errno.
 QString GetSystemError();
 
 /// The name under which an open file can be opened once more.
@@ -80,7 +81,8 @@ QString GetRealPath(Descriptor const& file);
 
 /// Up to the end of the file, or one byte more than is allowed. Null, with errno, when it fails.
 QByteArray ReadAll(Descriptor const& file, qint64 expectedSize);
-/// What is at a place that was opened with O_PATH, or why that failed, after errno.
+/// Reads the file that `place` was opened for with O_PATH; if it is not open, the reason is
+/// taken from errno.
 FileContent ReadFileAt(Descriptor const& place);
 
 } // namespace embeddedhost

@@ -16,16 +16,16 @@ QString Shorten(QString const& text);
 /// So many faults of one library are listed.
 constexpr int kMaxReportedFaults = 100;
 
-/// Reports what is wrong with a library folder, each fault with its place.
+/// Reports the faults of a library folder, each with its place.
 class FaultReporter
 {
 public:
     explicit FaultReporter(CMessageChannel& messages);
 
-    /// What the library cannot be opened with.
+    /// A fault that keeps the library from being opened.
     void ReportFatal(QString const& place, QString const& reason) const;
-    /// What is left out or not as it should be; the rest is loaded. From the hundred and first
-    /// on it is only counted.
+    /// A fault in one entry, which is left out or repaired; the rest is loaded. From the hundred
+    /// and first on faults are only counted.
     void Report(QString const& place, QString const& reason) const;
     /// Says how many were only counted.
     void ReportRest(QString const& libraryFolder) const;

@@ -50,7 +50,7 @@ private:
         return library ? library->FindItem(m_Uid.c_str()) : nullptr;
     }
 
-    /// `object` takes the place of what is there; null for nothing.
+    /// Replaces the object of the file; null removes it.
     void Put(ordered_json const& object)
     {
         CLibraryItem* const item = FindItem();
@@ -127,7 +127,8 @@ private:
     std::vector<std::string> m_Changed;
 };
 
-/// Whatever differs from `onDisk` is left to the next save, also when our changes are undone.
+/// Makes `onDisk` the saved state: objects that differ from it are written by the next save,
+/// also after our changes have been undone.
 void SetOnDisk(LibraryFile& file, FileObjects const& onDisk)
 {
     std::set<ordered_json const*> known;
@@ -195,7 +196,7 @@ bool OverwriteFileOnDisk(CLibrary& library, QString const& path)
     LibraryFile* const file = library.FindFile(path);
     if (!file)
         return false;
-    // Without changes of ours there is nothing to keep: what is on disk is taken as ever.
+    // Without changes of ours there is no conflict: the file is read as after any change of it.
     if (!file->IsModified())
         return true;
     JsonFile const json = ReadObjectFile(library, *file->source, path);

@@ -17,13 +17,13 @@ namespace {
 constexpr int kIndentation = 2;
 constexpr int kOnOneLine = -1;
 
-/// Texts are written as they are, with a replacement for what is not UTF-8.
+/// Texts are written unescaped; bytes that are not UTF-8 become replacement characters.
 std::string Dump(ordered_json const& value, int indentation)
 {
     return value.dump(indentation, ' ', false, ordered_json::error_handler_t::replace);
 }
 
-/// What stands between the children of a container.
+/// The separators between the children of a container.
 struct Layout
 {
     std::string beforeFirst;
@@ -65,7 +65,7 @@ public:
             WriteNew(value, level, kIndentation);
     }
 
-    /// `old` is of the same type as what the children are of.
+    /// `old` has the same type as the container of the children.
     void WriteChildren(JsonChildren const& children, ordered_json const& old, std::string_view text,
                        int level)
     {
@@ -128,7 +128,7 @@ private:
     std::string m_Content;
 };
 
-/// What is on disk, with the blanks around it.
+/// The text on disk, with the blanks around it.
 struct OldText
 {
     /// Equal to nothing unless the text was read.

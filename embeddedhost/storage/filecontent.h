@@ -7,9 +7,9 @@
 
 namespace embeddedhost {
 
-/// What a save writes into the file: its entries, with two blanks a level and one newline at the
-/// end. Of `oldBytes`, what is on disk now, it keeps byte for byte what the entries have too: it
-/// may be written in another way, and hold numbers that no double holds.
+/// The bytes that a save writes: the file's entries, indented by two blanks a level, with one
+/// newline at the end. Values that `oldBytes`, the file on disk, already has are copied byte for
+/// byte, since they may be laid out in another way, or be numbers that no double can hold.
 QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes);
 
 } // namespace embeddedhost

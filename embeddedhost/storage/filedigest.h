@@ -8,8 +8,8 @@ namespace embeddedhost {
 
 /// Tells the content of a file from any other.
 QByteArray GetDigest(QByteArray const& content);
-/// Of what is on disk now; empty when there is nothing. What cannot be read, or lies outside
-/// `folder` (see ReadRegularFile), has the digest of no content.
+/// The digest of the file on disk; empty if there is none. A file that cannot be read, or lies
+/// outside `folder` (see ReadRegularFile), has the digest of an empty file.
 QByteArray GetDigestOnDisk(QString const& path, QString const& folder);
 
 } // namespace embeddedhost

@@ -83,7 +83,7 @@ PlacingResult CFilePlacer::GiveUp(QString const& staged, FileResult const& failu
     return Explain(failure);
 }
 
-/// `staged` has what came out, which is not what was expected.
+/// `staged` is the file that was taken out, which another program had changed.
 PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newDigest,
                                    ePlacing reason) const
 {

@@ -10,7 +10,7 @@ enum class ePlacing
     kDone,
     /// Another program's content was found in place, and is there again.
     kOvertaken,
-    /// Another program still has the file open for writing. What was there is there again.
+    /// Another program still has the file open for writing, so its version was put back.
     kBeingWritten,
     kFailed
 };
@@ -22,16 +22,16 @@ struct PlacingResult
     FileResult failure = FileResult();
 };
 
-/// Puts one file in place, or removes it, so that what was there can be looked at afterwards: when
-/// it is not what is expected it is put back. When others keep on writing, the newest of their
-/// versions ends up in place, and one before it may stay in the staging folder under the name it
-/// has there.
+/// Puts one file in place, or removes it, by an exchange: the version that was in place is
+/// compared with the expected one afterwards, and put back if it differs. If other programs keep
+/// on writing, the newest of their versions ends up in place, and an earlier one may stay in the
+/// staging folder.
 class CFilePlacer
 {
 public:
     /// For the file `name` in `folder`; all of them have to outlive the placer. `patience`, in
-    /// milliseconds, is how long to wait for those who are writing the file, and is what is left
-    /// of it afterwards.
+    /// milliseconds, is the longest wait for programs that are writing the file; the time waited
+    /// is subtracted from it.
     CFilePlacer(CHeldFolder const& staging, CHeldFolder const& folder, QString const& name,
                 int* patience);
 

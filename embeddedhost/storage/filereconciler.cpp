@@ -17,7 +17,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// Brings one file's items up to what is on disk. The library stays in memory meanwhile, but a
+/// Brings one file's items up to date with the disk. The library stays in memory meanwhile, but a
 /// listener may close it.
 class FileReconciler
 {
@@ -43,7 +43,7 @@ public:
         }
     }
 
-    /// Puts the entries into the order of the file, with what makes no item in its place.
+    /// Puts the entries into the order of the file; raw entries that make no item keep their place.
     void Reorder()
     {
         std::vector<LibraryFile::Entry> entries;
@@ -195,7 +195,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         *fault = json.fault;
         return eReconciled::kUnreadable;
     }
-    // Their change to what we removed would undo the removal.
+    // Taking in another program's change of a file that we removed would undo the removal.
     if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
         return eReconciled::kConflict;
     if (!file)
@@ -209,7 +209,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         return eReconciled::kClosed;
     // With a conflict the old digest stays, and keeps a save from replacing the file.
     if (reconciler.HasConflict()) {
-        // What left with the others' change is not for us to save.
+        // Raw entries that another program removed must not be written again.
         file->hasOtherEntries = hadOtherEntries;
         return eReconciled::kConflict;
     }

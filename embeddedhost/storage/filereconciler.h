@@ -10,7 +10,8 @@
 
 namespace embeddedhost {
 
-/// What came of bringing the library up to a file that somebody else may have changed.
+/// The result of bringing the library up to date with a file that another program may have
+/// changed.
 enum class eReconciled
 {
     kUpToDate,   ///< the library has what is on disk, or had it before

@@ -25,8 +25,8 @@ QString GetShownPath(QString const& libraryFolder, QString const& path);
 bool LiesInReadOnlySource(std::vector<DataSourcePtr> const& sources, QString const& realPath);
 
 /// The *.json files below a data source's folder, sub-folders included, in the order of their
-/// names. Links to folders are not followed, nor links to files outside the library, and what is
-/// not a regular file is left out.
+/// names. Links to folders are not followed, nor links to files outside the library. Only regular
+/// files are listed.
 QStringList ListJsonFiles(QString const& libraryFolder, QString const& sourceFolder,
                           FaultReporter const& faults);
 

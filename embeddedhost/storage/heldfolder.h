@@ -24,11 +24,11 @@ enum class eFileError
     kOther
 };
 
-/// What came of an operation on a file.
+/// The result of an operation on a file.
 struct FileResult
 {
     eFileError error = eFileError::kNone;
-    /// What the system says about it: "No space left on device". Empty without an error.
+    /// The system's text: "No space left on device". Empty without an error.
     QString reason = QString();
 
     bool IsDone() const
@@ -37,7 +37,7 @@ struct FileResult
     }
 };
 
-/// What came of removing a file that must not have changed.
+/// The result of removing a file, which is done only if it has not changed.
 enum class eRemoval
 {
     kRemoved,
@@ -48,14 +48,14 @@ enum class eRemoval
 };
 
 /// A folder that is held open. Its files are reached by their names in it, and never through a
-/// link, wherever somebody moves the folder meanwhile and whatever takes its place.
+/// link, even if the folder is moved meanwhile and another one takes its place.
 class CHeldFolder
 {
 public:
-    /// Opens `path`, which is `root` or a folder below it, both canonical. With `makesPath` what is
-    /// missing below the root is made, but never the root itself. Null, with the reason as a
-    /// sentence without the full stop, when it is missing, or a link has taken the place of one of
-    /// the folders.
+    /// Opens `path`, which is `root` or a folder below it, both canonical. With `makesPath`
+    /// missing folders below the root are made, but never the root itself. Null, with the reason as
+    /// a sentence without the full stop, when it is missing, or a link has taken the place of one
+    /// of the folders.
     static std::unique_ptr<CHeldFolder> Open(QString const& root, QString const& path,
                                              bool makesPath, QString* fault);
     ~CHeldFolder();
@@ -66,8 +66,8 @@ public:
     QString const& GetPath() const;
     /// For operations that only one system has; -1 where folders cannot be held.
     int GetDescriptor() const;
-    /// Of everything in it that is no folder, but for "." and "..", in no particular order. No
-    /// names at all when they cannot be read.
+    /// The names of all entries except folders, in no particular order. Empty if they cannot be
+    /// read.
     QStringList GetNames() const;
 
     FileContent Read(QString const& name) const;
@@ -82,8 +82,8 @@ public:
     FileResult Sync(QString const& name) const;
     FileResult Remove(QString const& name) const;
     /// Removes the file if it has one of these digests and no other program has it open for
-    /// writing. Waits for such a program as long as `patience`, in milliseconds, which is what is
-    /// left of it afterwards.
+    /// writing. Waits for such a program no longer than `patience`, in milliseconds; the time
+    /// waited is subtracted from it.
     eRemoval RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
                              int* patience) const;
 

@@ -84,7 +84,7 @@ bool TakeAttributes(Descriptor const& file, QString const& like)
 
 /// Tells whether another program has the file open for writing, and as long as it lives makes
 /// one that opens it so wait: a lease for reading is given only when there is no writer. Where
-/// there are no leases, or the file is another user's, nobody is noticed.
+/// there are no leases, or the file is another user's, writers go unnoticed.
 class WriterWatch
 {
 public:

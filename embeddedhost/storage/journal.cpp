@@ -120,7 +120,7 @@ bool CJournal::ClaimFile()
     for (int number = 1; number <= kMostFiles; ++number) {
         QString const file = QStringLiteral("%1-%2.json").arg(GetFileStem()).arg(number);
         std::unique_ptr<QLockFile> lock = Lock(file);
-        // What has been left behind is not to be written over.
+        // A journal left behind by another process must not be overwritten.
         if (!lock || QFileInfo::exists(file))
             continue;
         m_Lock = std::move(lock);

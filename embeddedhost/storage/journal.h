@@ -18,15 +18,15 @@ class QLockFile;
 /// that is killed loses the last few seconds at most.
 ///
 /// The file is written a while after a change, and removed when everything is saved or undone.
-/// Each process has one of its own, which it holds a lock on; what a process has left behind can
-/// be recovered or discarded by the next one that opens the library. A journal that is destroyed,
-/// or whose library is closed, leaves its file behind unless it was dropped before.
+/// Each process has one of its own, which it holds a lock on; the file of a process that has ended
+/// can be recovered or discarded by the next one that opens the library. A journal that is
+/// destroyed, or whose library is closed, leaves its file behind unless it was dropped before.
 class CJournal : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What a process left behind.
+    /// The journal of a process that ended with unsaved changes.
     struct Leftover
     {
         QString file;
@@ -55,7 +55,7 @@ public:
 private:
     void FollowLibrary();
     void FollowChanges();
-    /// False when what is unsaved could not be written; it is tried again after a pause.
+    /// False if the journal could not be written; it is tried again after a pause.
     bool Write();
     bool ClaimFile();
     void RemoveFile();
@@ -74,7 +74,7 @@ private:
     std::unique_ptr<QLockFile> m_Lock;
     QByteArray m_Written;
     bool m_HasFailed = false;
-    /// Locks on what was left behind, by the file.
+    /// Locks on the leftovers, by file.
     std::map<QString, std::unique_ptr<QLockFile>> m_LeftoverLocks;
 };
 

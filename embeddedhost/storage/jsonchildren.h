@@ -15,8 +15,8 @@ namespace embeddedhost {
 /// A member of an object or an entry of an array.
 struct JsonChild
 {
-    /// What it is recognised by in an older text: a member's key; the uid, id or name of an entry,
-    /// which it keeps when something else in it changes; or else the whole entry.
+    /// Finds the child in an older text: a member's key; the uid, id or name of an array's entry,
+    /// which it keeps if something else in it changes; otherwise the whole entry.
     std::string id;
     nlohmann::ordered_json const* value;
 };
@@ -33,7 +33,7 @@ class OldChildren
 public:
     static constexpr std::size_t kNone = std::size_t(-1);
 
-    /// `text` is what the container was read from.
+    /// `text` is the text of the container.
     OldChildren(nlohmann::ordered_json const& container, std::string_view text);
 
     JsonParts const& GetParts() const;

@@ -18,7 +18,7 @@ bool Closes(char character)
     return character == '}' || character == ']';
 }
 
-/// Walks a text. At its end everything is empty, whatever the text was.
+/// Walks a text. At its end everything is empty, also if the text was not JSON.
 class JsonWalk
 {
 public:

@@ -36,7 +36,7 @@ std::string_view TrimJson(std::string_view text);
 JsonParts SplitJson(std::string_view text);
 
 /// Where the first bracket is that opens more than `levels` levels; the text's length for none.
-/// What comes after it need not be JSON.
+/// The text after it need not be JSON.
 std::size_t FindJsonDepth(std::string_view text, int levels);
 
 } // namespace embeddedhost

@@ -26,7 +26,7 @@ bool CanBeListed(QString const& folder)
     return info.isDir() && info.isReadable() && info.isExecutable();
 }
 
-/// What a file costs that cannot be taken in is that file.
+/// A file that cannot be taken in must not keep the others from being read.
 eReconciled TryToReconcile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
                            QString const& path, QString* fault)
 {
@@ -103,8 +103,8 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source)
     return stamps;
 }
 
-/// Also of what should be there: we may have put a file there since the last look, and another
-/// program may have removed it.
+/// Includes files that are expected but missing: another program may have removed a file that we
+/// saved since the last look.
 CLibraryWatcher::Stamps CLibraryWatcher::ReadStampsWithGone(DataSourcePtr const& source) const
 {
     Stamps stamps = ReadStamps(source);
@@ -192,7 +192,8 @@ void CLibraryWatcher::Check()
     }
     QPointer<CLibraryWatcher> const self(this);
     m_IsChecking = true;
-    // A copy: a listener may close the library, and what it raises is said with the folder.
+    // A copy: a listener may close the library, and the folder is needed for the message about an
+    // exception.
     QString const folder = m_Library->GetFolder();
     RunGuarded(&m_Library->GetMessages(), folder, [this] { CheckSources(); });
     if (self)
@@ -238,7 +239,7 @@ bool CLibraryWatcher::CheckFiles(DataSourcePtr const& source)
 {
     QPointer<CLibraryWatcher> const self(this);
     Stamps const now = ReadStampsWithGone(source);
-    // Afterwards: what was listed was there then.
+    // Only now: if the folder is there after the listing, it was there during it.
     if (!FindMissingFolder(source).isEmpty())
         return false;
     QStringList touched = FindTouchedFiles(m_Stamps[source->GetDescription().folder], now);
@@ -251,7 +252,7 @@ bool CLibraryWatcher::CheckFiles(DataSourcePtr const& source)
     return !touched.isEmpty();
 }
 
-/// Those whose changes are no more, so that what is on disk can be taken.
+/// Files in conflict whose changes have been undone, so that the version on disk can be taken.
 QStringList CLibraryWatcher::FindEndedConflicts(DataSourcePtr const& source) const
 {
     QStringList ended;

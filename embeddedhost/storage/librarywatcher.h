@@ -18,11 +18,12 @@
 
 namespace embeddedhost {
 
-/// Notices what other programs do to an open library's folders, and brings the library up to it.
+/// Watches the folders of an open library for changes by other programs, and brings the library
+/// up to date.
 ///
 /// Only folders are watched: a watch on a file dies when the file is replaced. A change within a
 /// file that stays in its place is noticed when the application becomes active, and by Check().
-/// A folder that is gone is not one without files: what it held is kept until it is back.
+/// A folder that is gone is not an empty one: its items are kept until it is back.
 class CLibraryWatcher : public QObject
 {
     Q_OBJECT
@@ -30,7 +31,7 @@ class CLibraryWatcher : public QObject
 public:
     explicit CLibraryWatcher(std::shared_ptr<CLibrary> library, QObject* parent = nullptr);
 
-    /// Looks at the folders now. Nothing is raised; the message channel says what was.
+    /// Looks at the folders now. Does not throw; exceptions go to the message channel.
     void Check();
 
 public Q_SLOTS:

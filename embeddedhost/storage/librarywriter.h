@@ -10,7 +10,7 @@
 
 namespace embeddedhost {
 
-/// What a save came to.
+/// The result of a save.
 struct SaveResult
 {
     int writtenFiles = 0;
@@ -21,9 +21,9 @@ struct SaveResult
 };
 
 /// Writes the files: all are prepared in a staging folder and on the disk before the first is put
-/// in place. A save that is interrupted leaves whole files only. A file that somebody else has
-/// changed, be it in the last moment, is left as it is, and so is one that cannot be written; what
-/// was to go into them stays modified.
+/// in place. A save that is interrupted leaves whole files only. A file that another program has
+/// changed, even in the last moment, is left as it is, and so is one that cannot be written; the
+/// objects of these files stay modified.
 SaveResult SaveFiles(CLibrary const& library, std::vector<LibraryFile*> const& files);
 
 } // namespace embeddedhost

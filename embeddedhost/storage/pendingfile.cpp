@@ -46,7 +46,7 @@ bool CPendingFile::Prepare(CStagingFolders& stagings)
     FileContent const onDisk = ReadRegularFile(m_File.path, m_Library.GetFolder());
     if (!onDisk.fault.isEmpty())
         return Fail(onDisk.fault);
-    // Whoever removed it, we agree.
+    // Another program has removed it already.
     if (m_IsRemoval && !onDisk.exists)
         return true;
     if ((onDisk.exists ? GetDigest(onDisk.bytes) : QByteArray()) != m_File.digest)

@@ -10,9 +10,9 @@ class CStagingFolder;
 class CStagingFolders;
 struct PlacingResult;
 
-/// One file on its way to disk. Each step is taken for all files before the next one, and only
-/// after the one before it succeeded; when a step fails the failure says why, and what the file
-/// was to hold stays modified.
+/// A file that is being saved. Each step is taken for all files before the next step, and only if
+/// the one before it succeeded; if a step fails the failure has the reason, and the objects of
+/// the file stay modified.
 class CPendingFile
 {
 public:
@@ -44,7 +44,7 @@ private:
     LibraryFile& m_File;
     /// The last object of the file is gone, and the file goes with it.
     bool const m_IsRemoval;
-    /// What is on disk now, and where it really is: the file's path may be that of a link.
+    /// The content on disk, and its real path: the file's own path may be that of a link.
     QByteArray m_OldContent;
     QString m_RealPath;
     QString m_Root;

@@ -14,7 +14,7 @@ namespace {
 QString const kFolderName = QStringLiteral(".nodebrowser");
 QString const kMarkName = QStringLiteral(".gitignore");
 QString const kLockName = QStringLiteral("lock");
-/// What the .gitignore holds: by it the folder is known as ours.
+/// The content of .gitignore, by which the folder is recognised as ours.
 QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
 /// Another process may remove the folder between two of our steps.
 constexpr int kMakeAttempts = 5;

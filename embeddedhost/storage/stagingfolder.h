@@ -13,15 +13,15 @@ namespace embeddedhost {
 /// .gitignore that keeps it from being seen. When it is closed it is removed, unless something of
 /// another program had to be kept in it.
 ///
-/// The names in it tell what a process that was killed has left there: "7.new" is being written,
+/// The names in it identify the leftovers of a killed process: "7.new" was being written,
 /// "7-<digest>-<digest>-glow.json.staged" is the old or the new version of glow.json, or else
 /// another program's, which came between.
 class CStagingFolder
 {
 public:
     /// Makes the folder in `parent`, a canonical path, and waits for its lock no longer than
-    /// `patience`, in milliseconds, which is what is left of it afterwards. Null, with the reason
-    /// as a sentence without the full stop, when one of them is not to be had.
+    /// `patience`, in milliseconds; the time waited is subtracted from it. Null, with the reason
+    /// as a sentence without the full stop, if there is no folder or no lock.
     static std::unique_ptr<CStagingFolder> Open(QString const& parent, int* patience,
                                                 QString* fault);
     /// There is one in `parent`, of another save or left behind by one.
@@ -37,8 +37,8 @@ public:
     QString MakeStagedName(QString const& name, QByteArray const& oldDigest,
                            QByteArray const& newDigest);
 
-    /// Removes what a process left that was killed. What is another program's stays. Not to be
-    /// called while a save is at work in it.
+    /// Removes the leftovers of a killed process, except the content of other programs. Must not
+    /// be called during a save.
     void TidyUp();
     /// The paths of the files in it that hold another program's content.
     QStringList FindKept() const;

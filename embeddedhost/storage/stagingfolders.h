@@ -22,8 +22,8 @@ public:
     /// the first time only.
     CStagingFolder* Get(QString const& root, QString* fault);
 
-    /// Says what is kept in those that were opened, a sentence for each of the first files and
-    /// one for the rest.
+    /// The files kept in the opened folders: a sentence for each of the first ones and one for
+    /// the rest.
     QStringList DescribeKept() const;
 
 private:
@@ -38,8 +38,8 @@ private:
     int m_Patience;
 };
 
-/// Removes what a save left behind in the library's folders that was killed, and reports what it
-/// has kept of others.
+/// Removes the leftovers of a killed save from the library's folders, and reports the content of
+/// other programs that is kept there.
 void TidyUpStagingFolders(CLibrary const& library);
 
 } // namespace embeddedhost

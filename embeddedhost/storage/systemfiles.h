@@ -4,14 +4,14 @@
 #include <QByteArray>
 #include <QString>
 
-/// What each system does in a way of its own. There is one implementation for Linux and one that
+/// File operations that depend on the system. There is one implementation for Linux and one that
 /// needs the toolkit only, with weaker guarantees against other programs; the build picks one.
 namespace embeddedhost {
 
 /// No file of a library is larger, in bytes (256 MiB).
 constexpr qint64 kMaxFileSize = qint64(256) * 1024 * 1024;
 
-/// What was found under a file's name.
+/// The file found under a name.
 struct FileContent
 {
     /// Something is there, be it a file or not. A link that leads nowhere is not there.
@@ -24,9 +24,9 @@ struct FileContent
     QString realPath = QString();
 };
 
-/// Reads a regular file of no more than kMaxFileSize. What else may be found there, a pipe or a
-/// device, is neither opened nor waited for. When `folder`, which is canonical, is given, only
-/// links to files within it are followed; what lies behind a link to a folder is not there.
+/// Reads a regular file of no more than kMaxFileSize bytes. Pipes and devices are neither opened
+/// nor waited for. If `folder`, a canonical path, is given, only links to files within it are
+/// followed; files behind a link to a folder do not exist.
 FileContent ReadRegularFile(QString const& path, QString const& folder);
 
 } // namespace embeddedhost

@@ -7,7 +7,7 @@ namespace embeddedhost {
 
 FileContent ReadRegularFile(QString const& path, QString const& folder)
 {
-    // A place only: looking at what it is has no effect on a pipe or a device.
+    // Opened as a path only: asking for its type then has no effect on a pipe or a device.
     Descriptor const place(open(Encode(path), O_PATH | O_CLOEXEC));
     FileContent const content = ReadFileAt(place);
     if (!content.exists || folder.isEmpty() || content.realPath == path)

@@ -19,7 +19,7 @@ namespace {
 /// How often to look whether the lock is free, in milliseconds.
 constexpr int kPause = 20;
 
-/// Who holds the lock, for whoever waits.
+/// This process, as the holder of the lock is described to processes that wait.
 QString DescribeProcess()
 {
     return QStringLiteral("%1 (process %2 on %3)")

@@ -34,9 +34,9 @@ nlohmann::ordered_json ParseUnsavedChanges(QByteArray const& text, QString const
 /// How many objects the document is about.
 int CountUnsavedChanges(nlohmann::ordered_json const& document);
 
-/// Makes the changes of the document as one command. An object that others have changed since
-/// is in conflict with what is on disk, as if it had been open all the time. What cannot be
-/// changed any more is left out, and returned, a sentence for each.
+/// Makes the changes of the document as one command. An object that other programs have
+/// changed since is in conflict with the file, as if it had been open all the time. Changes that
+/// are no longer possible are left out and returned, a sentence for each.
 QStringList RestoreUnsavedChanges(CLibrary& library, nlohmann::ordered_json const& document,
                                   wek::fwk::ICommandManager* manager);
 

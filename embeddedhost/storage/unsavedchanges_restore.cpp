@@ -29,7 +29,7 @@ QByteArray GetDigest(ordered_json const& entry)
 class CConflictCommand final : public CLibraryCommand
 {
 public:
-    /// `saved` and `digest` are what the changes were made to.
+    /// `saved` and `digest` are the object and the file before the changes.
     CConflictCommand(CLibrary& library, CLibraryItem const& item, ordered_json const& saved,
                      QByteArray const& digest)
         : CLibraryCommand(library, std::string())
