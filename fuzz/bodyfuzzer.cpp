@@ -40,7 +40,7 @@ void RequireSameOtherKeys(ordered_json const& before, ordered_json const& after)
                 "what is not of the body stays");
 }
 
-/// `object` is what the body is written into.
+/// Writes the body into a copy of `object` and reads it again.
 void RequireRoundTrip(GraphBody const& body, ordered_json const& object)
 {
     ordered_json written = object;

@@ -10,7 +10,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The number without what does not matter to its value: "-1.50E+2" is "-15e1".
+/// One form for all ways to write the same number: "-1.50E+2" is "-15e1".
 std::string NormalizeNumber(std::string const& raw)
 {
     auto const exponentAt = raw.find_first_of("eE");

@@ -11,7 +11,7 @@
 /// In capital letters: their case makes no difference to a UID.
 std::string FoldUid(std::string uid);
 
-/// An object of a file, or whatever stands in the place of one.
+/// An entry of a file, usually an object.
 struct EntryValues
 {
     /// Folded; empty for none.
@@ -23,7 +23,7 @@ struct EntryValues
     bool hasTwinKeys = false;
 };
 
-/// What a file of objects holds, read by other means than the library's own.
+/// The entries of a file, read without the library's own reader.
 struct FileValues
 {
     bool isArray = false;

@@ -199,7 +199,7 @@ void LibraryRun::Recover(Step const&)
     for (auto item = after.begin(); hadOverwritten && item != after.end();)
         item = before.count(item->first) ? std::next(item) : after.erase(item);
     Require(before == after, "recovered items are as they were" + Describe(before, after));
-    // What was to replace something else in an overwritten file goes beside it.
+    // An object that was to replace another one in an overwritten file is added beside it.
     auto const list = hadOverwritten ? GetObjects : GetEntries;
     Require(list(m_Host.GetUnsavedChanges()) == list(changes),
             "recovered changes are as they were");
@@ -289,7 +289,7 @@ void LibraryRun::RequireSameItems(LibraryState saved, LibraryState read) const
     Require(saved == read, "a saved library is read the same" + Describe(saved, read));
 }
 
-/// What is said about files names them.
+/// Messages about files name the file.
 void LibraryRun::RequireNamedFiles() const
 {
     for (CMessageChannel::Message const& message : m_Host.GetMessages().GetLog()) {

@@ -20,7 +20,7 @@ public:
     LibraryRun(CEmbeddedHost& host, FuzzFolder& folder);
 
     void Do(Step const& step);
-    /// Whatever has happened, the library is settled, saved, and read again as it was.
+    /// Resolves all conflicts, saves, and requires that the library is read again as it was.
     void Finish();
 
 private:
@@ -41,7 +41,7 @@ private:
     void Take(Step const& step);
     void Overwrite(Step const& step);
     void Save(Step const&);
-    /// What is not saved is made again in a library that was opened anew.
+    /// Opens the library anew and restores the unsaved changes.
     void Recover(Step const&);
 
     tarno::datamodel::ItemID ChooseItem(Step const& step);
@@ -64,7 +64,7 @@ private:
     /// Null when no library is open.
     std::unique_ptr<StateListener> m_Listener;
     ExpectedChanges m_Expected;
-    /// The next save replaces what others did to a file.
+    /// The next save replaces a file that another program has changed.
     bool m_HasOverwritten = false;
     /// Before the edit that is being made.
     LibraryState m_Before;

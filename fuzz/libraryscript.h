@@ -14,7 +14,7 @@ struct Step
     QByteArray text;
 };
 
-/// The steps of a script. What comes before the first one is passed over.
+/// The steps of a script. Lines before the first step are ignored.
 std::vector<Step> ParseScript(QByteArray const& script);
 
 #endif

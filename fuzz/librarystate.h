@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-/// What a library tells of an item, as a text for each question.
+/// The library's answers about an item, by question.
 typedef std::map<std::string, std::string> ItemState;
 
 /// The items of the open library by their folded uids.
@@ -18,13 +18,13 @@ LibraryState GetState(CEmbeddedHost const& host);
 /// Null for none.
 tarno::datamodel::ItemID FindItem(CEmbeddedHost const& host, std::string const& foldedUid);
 
-/// The entries of what CEmbeddedHost::GetUnsavedChanges() gave, whose order depends on that of the
-/// files.
+/// The entries of a document of CEmbeddedHost::GetUnsavedChanges(), whose order depends on that
+/// of the files.
 std::multiset<std::string> GetEntries(QByteArray const& unsavedChanges);
 /// The objects alone, as a save would write them, wherever that is.
 std::multiset<std::string> GetObjects(QByteArray const& unsavedChanges);
 
-/// What is different, for a message.
+/// The differences, for a message.
 std::string Describe(LibraryState const& left, LibraryState const& right);
 
 #endif

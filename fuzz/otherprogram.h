@@ -8,7 +8,7 @@
 #include <set>
 #include <string>
 
-/// Does to a library folder what any program may do, and knows what is odd about it since.
+/// Changes a library folder as other programs may, and keeps track of the faults that it made.
 class OtherProgram
 {
 public:
@@ -26,7 +26,7 @@ public:
     /// There was something in place of a file from which no objects can be read.
     bool HasUnreadable() const;
     /// Folded uids that more than one object had, now or before: which one of them is in the
-    /// library depends on what came first.
+    /// library depends on the order in which they were read.
     std::set<std::string> const& GetAmbiguousUids() const;
 
 private:

@@ -69,7 +69,7 @@ void CheckClipboard(QMimeData const& data)
 
 } // namespace
 
-/// What is dragged onto the canvas and what lies on the clipboard may come from any program.
+/// Data that is dragged onto the canvas or pasted may come from any program.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     QByteArray const bytes(reinterpret_cast<char const*>(data), int(size));

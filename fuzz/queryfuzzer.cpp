@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                 .endsWith(QStringLiteral(": %1 is expected at character %2.")
                               .arg(error.expected, QString::number(error.position + 1))),
             "the description says it, too");
-    // What comes before the error is not to blame: it is a query, or one that ends too early.
+    // The text before the error must be a query, or one that ends too early.
     QueryError again;
     std::string const begin = query.substr(0, std::size_t(error.position));
     Require(ParseQuery(begin.c_str(), again) || again.position == error.position,

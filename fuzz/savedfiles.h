@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-/// What was done to a library's objects, so that a save may write it.
+/// The changes made to a library's objects, which are the only ones a save may write.
 class ExpectedChanges
 {
 public:

@@ -3,8 +3,8 @@
 
 #include "librarystate.h"
 
-/// Knows the items of the open library from what it is told, as a panel does. It has to go before
-/// the library is closed.
+/// Follows the items of the open library by its notifications, as a panel does. Has to be
+/// destroyed before the library is closed.
 class StateListener final : public tarno::datamodel::IItemTOCNotification,
                             public tarno::datamodel::IItemLibraryNotification
 {
@@ -12,7 +12,7 @@ public:
     explicit StateListener(CEmbeddedHost& host);
     ~StateListener();
 
-    /// Whatever is shown of the items was told; their bodies are not shown.
+    /// Requires that notifications told everything a panel shows, which excludes bodies.
     void RequireEverythingTold() const;
 
     void ItemAdded(tarno::datamodel::ItemAccessor& item) override;

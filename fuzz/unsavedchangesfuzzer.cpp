@@ -28,7 +28,7 @@ void Prepare(FuzzFolder& folder)
     folder.Write(QStringLiteral("factory/four.json"), kFactoryObject);
 }
 
-/// Inputs cannot know where the library lies and what its files come to.
+/// Fills in the library's folder and the digests of its files, which inputs cannot know.
 QByteArray FillIn(QByteArray text, FuzzFolder const& folder)
 {
     text.replace("@library@", folder.GetPath().toUtf8());
@@ -69,7 +69,7 @@ public:
         RequireState(m_Restored, m_Changes, "redone");
     }
 
-    /// What was collected is complete: nothing of it gets lost once more.
+    /// Collects the changes again and requires that none has been lost.
     void RestoreAgain()
     {
         if (m_Changes.isEmpty())

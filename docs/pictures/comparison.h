@@ -11,7 +11,7 @@ enum class eComparison
     kNotComparable
 };
 
-/// Keeps in the PNG file what it was rendered with: the toolkit and font of this program. Raises
+/// Writes toolkit and font of this program into the PNG file's texts. Raises
 /// std::runtime_error with the file when that cannot be written.
 void SignPicture(QString const& file);
 

@@ -30,7 +30,7 @@ enum eExitCode
 
 char const* const kPictures[] = {"editor", "search", "menu"};
 
-// The compound that is worked on, one with a body worth showing, and what the panel shows.
+// The compound in the canvas, one with a body worth showing, and the texts for the panel.
 char const kCompoundUid[] = "810C1EF4-3E28-4110-90A2-12AA9BC26148";
 QString const kSearchText = QStringLiteral("light");
 QString const kMenuItem = QStringLiteral("Café Lamp");
@@ -131,7 +131,7 @@ void Render(QString const& library, QString const& folder)
 {
     PrepareForPictures();
     CEmbeddedHost host;
-    // What git has to say comes later, and depends on what was done to the work tree.
+    // Marks of git would come late, and depend on the state of the work tree.
     host.SetRevisionControlEnabled(false);
     OpenLibrary(host, library);
     Pictures const pictures(host, folder);

@@ -18,7 +18,7 @@ public:
     CCommandManager();
     ~CCommandManager() override;
 
-    /// What the command raises passes through; such a command is not kept.
+    /// Exceptions of the command pass through; such a command does not become undoable.
     void Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& command) override;
 
     /// For undo and redo, their actions and views.

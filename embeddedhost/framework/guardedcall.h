@@ -10,9 +10,9 @@ class CMessageChannel;
 namespace embeddedhost {
 
 /// Runs `call` where no caller catches exceptions: in a timer's slot, a watcher's, a
-/// worker's delivery. That becomes an error message instead, "<what>: <reason>", where `what`
-/// says whose failure it is, such as a file. The channel may be null, and `call` may destroy it:
-/// the message goes to the debug output then. False when something was raised.
+/// worker's delivery. An exception becomes an error message, "<what>: <reason>", where `what`
+/// names the thing that failed, such as a file. The channel may be null, and `call` may destroy
+/// it: the message goes to the debug output then. False after an exception.
 bool RunGuarded(CMessageChannel* messages, QString const& what, std::function<void()> const& call);
 
 } // namespace embeddedhost

@@ -14,7 +14,7 @@ void CMessageChannel::Post(eSeverity severity, QString const& text)
     try {
         Q_EMIT MessagePosted(severity, text);
     } catch (...) {
-        // A message says what has happened already; who shows it has no say in that.
+        // The event of the message has happened already; a failing view of it must not undo that.
         qWarning("A message could not be shown: %s", qPrintable(text));
     }
 }

@@ -15,7 +15,7 @@ enum class eSeverity
 };
 Q_DECLARE_METATYPE(eSeverity)
 
-/// What the host has to say to its user: each message is a sentence or two that can be acted on.
+/// The host's messages to its user, each a sentence or two that can be acted on.
 class CMessageChannel : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
 
     explicit CMessageChannel(QObject* parent = nullptr);
 
-    /// What a slot raises goes no further; the log has the message.
+    /// Does not throw: exceptions of slots are caught, and the log has the message.
     void Post(eSeverity severity, QString const& text);
 
     /// Oldest first.

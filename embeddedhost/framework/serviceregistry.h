@@ -6,8 +6,8 @@
 #include <map>
 #include <string>
 
-/// The system object of the process: services by name. It owns none of them; whoever puts a
-/// service in takes it out before the service dies.
+/// The system object of the process: services by name. It owns none of them: a
+/// service has to be taken out before it is destroyed.
 class CServiceRegistry : public wek::fwk::ISystem
 {
 public:
@@ -15,7 +15,8 @@ public:
 
     wek::IBase* GetService(char const* name) override;
 
-    /// Puts the service in place of what the name stood for, which is returned; null removes.
+    /// Registers the service under the name and returns the one registered before; null removes
+    /// it.
     wek::IBase* SetService(std::string const& name, wek::IBase* service);
     /// Takes the service out unless something else has taken its place.
     void RemoveService(std::string const& name, wek::IBase const* service);

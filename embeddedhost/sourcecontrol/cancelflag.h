@@ -7,8 +7,8 @@
 
 namespace embeddedhost {
 
-/// Set by one thread to stop what another one is running. The other one looks at it all the time,
-/// and that it did so last is its sign of life.
+/// Set by one thread to stop the job of another one. The other one polls it, and the time of the
+/// last poll is its sign of life.
 class CancelFlag
 {
 public:

@@ -20,8 +20,8 @@ QString GetListPath(CGitWorkTree const& tree)
     return tree.GetGitFolder() + QStringLiteral("checkedout.json");
 }
 
-/// For one change of a list at a time. Lists have nothing to do with each other: whoever hangs in
-/// one holds up nobody else.
+/// Serialises the changes of one list. Each list has a mutex of its own, so that a thread that
+/// hangs in one list does not block the others.
 std::mutex& GetListMutex(CGitWorkTree const& tree)
 {
     // Never destroyed, as a thread may use them while the process ends.
@@ -53,7 +53,7 @@ bool WriteList(CGitWorkTree const& tree, ordered_json const& list)
 
 } // namespace
 
-// Whoever may do everything can write the file anyway, so its own permission is looked at.
+// Looks at the permission bits, because root can write to any file.
 QString MakeFileWritable(QString const& file)
 {
     QFile::Permissions const permissions = QFile::permissions(file);

@@ -74,8 +74,8 @@ std::optional<FileFacts> CFileHistory::Find(QString const& file, std::chrono::mi
     auto const isReady = [this](std::chrono::milliseconds time) {
         return m_Search->result.wait_for(time) == std::future_status::ready;
     };
-    // What an earlier search found may not be so any more; a new one is quick, it begins with
-    // what the earlier one left in the cache.
+    // The result of a finished search may be out of date. A new search is quick, because it
+    // starts from the cache of the earlier one.
     if (!m_Search || m_Search->file != file || isReady(std::chrono::milliseconds(0)))
         Start(file);
     if (!isReady(patience))

@@ -12,8 +12,8 @@
 
 namespace embeddedhost {
 
-/// Looks up single files in the background. A long history makes nobody wait: what was not found
-/// in time is found by the time it is asked for again.
+/// Looks up the history of single files in the background. Callers do not wait for a long
+/// history: if the search takes too long, the next call has the result.
 class CFileHistory
 {
 public:
@@ -22,7 +22,7 @@ public:
     /// Nothing while the search goes on. A search for another file ends the one before.
     std::optional<FileFacts> Find(QString const& file, std::chrono::milliseconds patience);
     void Cancel();
-    /// Cancels and forgets what was found; for another library.
+    /// Cancels the search and clears the cache, for another library.
     void Forget();
 
 private:

@@ -8,7 +8,7 @@
 
 namespace embeddedhost {
 
-/// What the user does to single files and git has to follow.
+/// The user's actions on single files that git has to follow: moves and check-outs.
 class CGitActions : public QObject
 {
     Q_OBJECT

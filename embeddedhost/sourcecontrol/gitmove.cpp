@@ -55,7 +55,7 @@ bool CGitWorkTree::MoveEntry(std::string const& from, std::string const& to)
             break;
         std::this_thread::sleep_for(kAttemptPause);
     }
-    // What was changed in memory only is forgotten.
+    // Drops the changes that were made in memory only.
     if (index)
         git_index_read(index.get(), true);
     return refuse(QStringLiteral("git's index cannot be written; another git command may be at "

@@ -30,7 +30,7 @@ typedef std::unique_ptr<git_repository, GitFree<git_repository_free>> GitReposit
 typedef std::unique_ptr<git_tree, GitFree<git_tree_free>> GitTreePtr;
 typedef std::unique_ptr<git_tree_entry, GitFree<git_tree_entry_free>> GitTreeEntryPtr;
 
-/// What only the parts of CGitWorkTree see.
+/// The repository of a CGitWorkTree, shared by its source files.
 class CGitWorkTree::Private
 {
 public:

@@ -44,7 +44,7 @@ unsigned GetUnstagedState(git_delta_t change)
     }
 }
 
-/// `state` is what the work tree says; the result takes in what is staged.
+/// Adds the staged change to `state`, which is that of the work tree.
 unsigned AddStagedState(unsigned state, git_delta_t change)
 {
     bool const isTracked = state & (StateBits::kClean | StateBits::kModified);

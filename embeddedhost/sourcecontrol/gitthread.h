@@ -16,14 +16,14 @@ namespace embeddedhost {
 /// Runs jobs that ask git, one after another, on a thread of its own.
 ///
 /// A job may hang, as one that opens a pipe or a file on a dead network mount, and nothing can end
-/// it then. So the thread belongs to nobody: all that it uses is shared with it, nobody waits for
-/// it without a limit, and the process may end meanwhile. When the job returns after all, the jobs
+/// it then. So the thread is detached: it shares the ownership of all that it uses, every wait for
+/// it has a limit, and the process may end meanwhile. When the job returns after all, the jobs
 /// behind it have their turn.
 class CGitThread : public std::enable_shared_from_this<CGitThread>
 {
 public:
     typedef std::function<void()> Work;
-    /// Gives a text, for the asker to know what it means.
+    /// Answers with a text, whose meaning is between the caller and the question.
     typedef std::function<QString(CancelFlag const& cancel)> Question;
 
     /// The thread of that name. As long as a job hangs in it this is the same one, so no more
@@ -33,7 +33,7 @@ public:
     /// that were waited for in vain before are not waited for again.
     static void WaitForAll(std::chrono::milliseconds patience);
 
-    /// Jobs that are cancelled before they begin are left out. What a job raises is logged.
+    /// Jobs that are cancelled before they begin are left out. Exceptions of jobs are logged.
     void Run(CancelFlagPtr const& cancel, Work const& work);
     /// Holds the calling thread at the longest for that time; nothing, and the question is
     /// cancelled, when there is no answer by then.

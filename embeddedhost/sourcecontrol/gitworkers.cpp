@@ -18,10 +18,10 @@ constexpr int kWatchInterval = 500;
 /// Git does not answer when there was no sign of life for that long.
 constexpr milliseconds kSilence(3000);
 
-/// What an answer that is needed at once may take.
+/// The longest wait for an answer that is needed at once.
 constexpr milliseconds kAnswerPatience(500);
 
-/// What the end of the process waits for jobs that are cancelled.
+/// The longest wait for cancelled jobs at the end of the process.
 constexpr milliseconds kEndPatience(500);
 
 } // namespace

@@ -48,8 +48,8 @@ public:
     static QString FindGitFolder(QString const& folder);
 
     eAccess GetAccess() const;
-    /// Why the work tree is not readable, or why the last MoveEntry failed, and what can be done
-    /// about it; words that go on after a colon.
+    /// Why the work tree is not readable, or why the last MoveEntry failed, and a remedy; a clause
+    /// to stand after a colon.
     QString GetError() const;
 
     /// Canonical and without a slash at the end.

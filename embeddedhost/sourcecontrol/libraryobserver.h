@@ -9,7 +9,7 @@ namespace embeddedhost {
 
 class CLibraryNotifier;
 
-/// What source control wants to know of a library's changes.
+/// Tells source control about the changes of a library.
 class CLibraryObserver : public QObject,
                          private tarno::datamodel::IItemTOCNotification,
                          private tarno::datamodel::IItemLibraryNotification

@@ -9,7 +9,7 @@
 namespace embeddedhost {
 
 /// Brings results of worker threads to the thread that it lives on, through the event loop. The
-/// workers hold the slot and not the box: what they post when the box is gone is dropped.
+/// workers hold the slot and not the box: results posted after the box is gone are dropped.
 class CMailbox : public QObject
 {
     Q_OBJECT

@@ -10,7 +10,7 @@ namespace embeddedhost {
 
 namespace {
 
-/// What git may take for a folder that was just filled.
+/// The longest wait for git in a folder that was just filled.
 constexpr std::chrono::seconds kPatience(3);
 
 typedef std::unique_ptr<git_signature, GitFree<git_signature_free>> GitSignaturePtr;
@@ -23,7 +23,7 @@ GitRepositoryPtr Initialize(QString const& folder)
     return GitRepositoryPtr(repository);
 }
 
-/// The tree of everything in the work tree, whatever the user has git ignore elsewhere.
+/// The tree of all files of the work tree, regardless of the user's global ignore rules.
 GitTreePtr AddAll(git_repository* repository)
 {
     git_index* opened = nullptr;

@@ -14,8 +14,8 @@ namespace embeddedhost {
 
 class CSourceControlService;
 
-/// The service "RevisionControlUIHelper" over the library that is open. It asks nobody: what it
-/// was asked to do it does, or says on the message channel why not.
+/// The service "RevisionControlUIHelper" over the library that is open. It shows no
+/// questions: it does as requested, or posts the reason on the message channel.
 class CRevisionControlHelper : public qorm::IRevisionControlUIHelper
 {
 public:

@@ -14,7 +14,7 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// What a tool tip may take.
+/// The longest wait for a tool tip's text.
 constexpr std::chrono::milliseconds kToolTipPatience(30);
 
 CSourceControlService* gService = nullptr;
@@ -171,7 +171,7 @@ void CSourceControlService::OnSilence()
              .arg(QDir::toNativeSeparators(m_Library->GetFolder())));
 }
 
-/// Whoever listens may do anything.
+/// Guarded, because a listener of the channel may throw.
 void CSourceControlService::Warn(QString const& text)
 {
     Guard([this, text] {

@@ -23,11 +23,11 @@ namespace embeddedhost {
 
 class CLibrary;
 
-/// Source control of the open library: collects who wants to know what, has it read on another
-/// thread, and tells the library's listeners. It never waits for git without a limit, and says on
-/// the message channel when git does not answer.
+/// Source control of the open library: collects requests for states, has them read on another
+/// thread, and notifies the library's listeners. It never waits for git without a limit, and says
+/// on the message channel when git does not answer.
 ///
-/// One pass over the work tree runs at a time; what is asked for meanwhile waits for the next.
+/// One pass over the work tree runs at a time; requests made meanwhile wait for the next.
 class CSourceControlService : public QObject
 {
     Q_OBJECT
@@ -83,7 +83,7 @@ private:
     void Deliver(CStateDelivery::Entry const& entry);
     void StartNextPass();
 
-    /// Runs what a timer or a delivery calls, where no caller catches exceptions.
+    /// For calls from timers and deliveries, where no caller catches exceptions.
     void Guard(std::function<void()> const& call);
 
     CLibrary* m_Library = nullptr;

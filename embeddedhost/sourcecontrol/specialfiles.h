@@ -9,9 +9,9 @@ namespace embeddedhost {
 /// the topmost one when there is none. Opens nothing.
 QString FindGitRoot(QString const& folder);
 
-/// Git opens its own files without looking what they are, and hangs when one is a pipe or a device.
-/// The first such file of the work tree around the folder, empty when there is none. Only the files
-/// that git opens in nearly all that it does are looked at.
+/// Git opens its own files without checking their type, and hangs if one is a pipe or a device.
+/// The first such file of the work tree around the folder; empty if there is none. Only files
+/// that nearly all git operations open are checked.
 QString FindSpecialGitFile(QString const& folder);
 
 } // namespace embeddedhost

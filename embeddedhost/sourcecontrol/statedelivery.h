@@ -18,7 +18,8 @@ class CStateDelivery : public QObject
     Q_OBJECT
 
 public:
-    /// One to go out: an answer, or without a state an announcement of what is known.
+    /// A notification to send: the answer to a request, or, without a state, an announcement of
+    /// the state that is known.
     struct Entry
     {
         ItemKey item;

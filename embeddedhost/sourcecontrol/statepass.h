@@ -9,9 +9,9 @@
 
 namespace embeddedhost {
 
-/// The state bits of each file, given with its absolute path, with one pass over each work tree
-/// that files lie in. A file outside of all work trees has no state. Runs on any thread; what is
-/// returned after it was cancelled is of no use.
+/// The state bits of each file, which is given by its absolute path. Makes one pass over each work
+/// tree that has some of the files. A file outside of all work trees has no state bits. Runs on any
+/// thread; after a cancellation the result is incomplete.
 std::vector<unsigned> ReadFileStates(std::vector<QString> const& files, CancelFlag const& cancel);
 
 } // namespace embeddedhost

@@ -34,7 +34,7 @@ public:
 
     explicit CStateReader(CGitWorkers& workers);
 
-    /// What was being read is not delivered any more.
+    /// Replaces the pass that is running, whose results are not delivered any more.
     void Start(std::vector<ItemFile> const& files);
     void Cancel();
 

@@ -11,14 +11,14 @@ namespace embeddedhost {
 
 typedef tarno::datamodel::ItemIdentity const* ItemKey;
 
-/// What one asker wants to know. The asker owns it; with it, the request is gone.
+/// The request of one listener, which owns it; destroying it withdraws the request.
 struct StateRequest
 {
-    /// To be looked up from now on, as what is being looked up may be older than the question.
+    /// Items for the next pass: a pass that is running may have read them before they changed.
     std::unordered_set<ItemKey> wanted;
     /// Being looked up, or waiting to be delivered.
     std::unordered_set<ItemKey> asked;
-    /// Brings up to date what was answered before; no row shows a waiting mark.
+    /// Updates states that were answered before, so no row shows a waiting mark.
     bool isRefresh = false;
 };
 

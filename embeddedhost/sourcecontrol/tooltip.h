@@ -9,7 +9,7 @@
 
 namespace embeddedhost {
 
-/// What source control knows of one file.
+/// The facts of one file under source control.
 struct FileFacts
 {
     /// Relative to the work tree; empty outside of one and for one that is not readable.
