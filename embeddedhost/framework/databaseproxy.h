@@ -1,9 +1,8 @@
 #ifndef EMBEDDEDHOST_DATABASEPROXY_H
 #define EMBEDDEDHOST_DATABASEPROXY_H
 
-#include "model/listenerlist.h"
-
 #include <datamodel.h>
+#include <listenerlist.h>
 
 namespace embeddedhost {
 
@@ -20,7 +19,7 @@ public:
 
 private:
     tarno::datamodel::ItemLibraryAccessor m_Library;
-    ListenerList<wek::fwk::IQormDBProxy_Signal> m_Listeners;
+    hostkit::ListenerList<wek::fwk::IQormDBProxy_Signal> m_Listeners;
 };
 
 } // namespace embeddedhost

@@ -27,12 +27,6 @@ using namespace embeddedhost;
 
 namespace {
 
-ContextID NextContextID()
-{
-    static std::atomic<ContextID> last(0);
-    return ++last;
-}
-
 bool ItemSupports(eInterfaceID interfaceID, CLibraryItem const& item)
 {
     char const* const kind = item.GetIdentity().kind;
@@ -64,27 +58,9 @@ bool LibrarySupports(eInterfaceID interfaceID)
 } // namespace
 
 AccessorContext::AccessorContext(CLibrary& library)
-    : m_References(0)
-    , m_ID(NextContextID())
-    , m_Library(&library)
+    : m_Library(&library)
     , m_Notifier(*this)
 {}
-
-void AccessorContext::AddRef()
-{
-    m_References.fetch_add(1, std::memory_order_relaxed);
-}
-
-void AccessorContext::Release()
-{
-    if (m_References.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        delete this;
-}
-
-ContextID AccessorContext::GetID() const
-{
-    return m_ID;
-}
 
 CLibrary* AccessorContext::GetLibrary() const
 {
@@ -128,3 +104,8 @@ CLibrary* FindLibrary(UnspecifiedAccessor const& accessor)
 
 } // namespace datamodel
 } // namespace tarno
+
+hostkit::CSharedContext& hostkit::GetShared(tarno::datamodel::AccessorContext& context)
+{
+    return context;
+}

@@ -5,8 +5,7 @@
 #include "model/librarynotifier.h"
 
 #include <datamodel.h>
-
-#include <atomic>
+#include <sharedcontext.h>
 
 namespace embeddedhost {
 class CLibrary;
@@ -26,18 +25,11 @@ namespace datamodel {
 
 /// What the accessors of one library share. It outlives the library while accessors hold it;
 /// they answer empty or false from then on.
-class AccessorContext
+class AccessorContext : public hostkit::CSharedContext
 {
 public:
     explicit AccessorContext(embeddedhost::CLibrary& library);
-    AccessorContext(AccessorContext const&) = delete;
-    AccessorContext& operator=(AccessorContext const&) = delete;
 
-    void AddRef();
-    /// Frees the context with its last share.
-    void Release();
-
-    ContextID GetID() const;
     /// Null once the library is closed.
     embeddedhost::CLibrary* GetLibrary() const;
     /// The living item behind the handle; null for none.
@@ -51,10 +43,8 @@ public:
     void Close();
 
 private:
-    ~AccessorContext() = default;
+    ~AccessorContext() override = default;
 
-    std::atomic<int> m_References;
-    ContextID const m_ID;
     embeddedhost::CLibrary* m_Library;
     embeddedhost::CLibraryNotifier m_Notifier;
 };

@@ -1,9 +1,7 @@
 #include "model/itemidentity.h"
 
-#include "model/itemkinds.h"
 #include "model/stablepool.h"
 
-#include <functional>
 #include <string_view>
 #include <unordered_map>
 
@@ -56,24 +54,6 @@ ItemIdentity::ItemIdentity(char const* itemKind, std::string const& itemUid)
     , uid(serialized.c_str() + (serialized.size() - itemUid.size()))
 {}
 
-ItemID::ItemID()
-    : m_Identity(nullptr)
-{}
-
-ItemID::ItemID(ItemIdentity const* identity)
-    : m_Identity(identity)
-{}
-
-bool ItemID::IsNull() const
-{
-    return !m_Identity;
-}
-
-bool ItemID::IsValid() const
-{
-    return m_Identity && embeddedhost::GetKindIndex(m_Identity->kind) != embeddedhost::kNoKind;
-}
-
 char const* ItemID::GetType() const
 {
     return m_Identity ? m_Identity->kind : nullptr;
@@ -84,31 +64,9 @@ std::string ItemID::Serialize() const
     return m_Identity ? m_Identity->serialized : std::string();
 }
 
-bool ItemID::operator==(ItemID const& other) const
-{
-    return m_Identity == other.m_Identity;
-}
-
-bool ItemID::operator!=(ItemID const& other) const
-{
-    return m_Identity != other.m_Identity;
-}
-
-bool ItemID::operator<(ItemID const& other) const
-{
-    if (!m_Identity || !other.m_Identity)
-        return !m_Identity && other.m_Identity;
-    return std::less<ItemIdentity const*>()(m_Identity, other.m_Identity);
-}
-
 char const* ItemIDUnlock::GetItemIDUID(ItemID const& id)
 {
     return id.m_Identity ? id.m_Identity->uid : "";
-}
-
-ItemIdentity const* ItemIDUnlock::GetIdentity(ItemID const& id)
-{
-    return id.m_Identity;
 }
 
 } // namespace datamodel

@@ -4,20 +4,6 @@
 
 #include <algorithm>
 
-namespace tarno {
-namespace datamodel {
-namespace TarnoType {
-char const* const gSolver = "solver";
-char const* const gPolymorphicSolver = "polymorphicSolver";
-char const* const gCompound = "compound";
-char const* const gGlobalConstant = "constant";
-} // namespace TarnoType
-namespace LibType {
-char const* const gType = "type";
-}
-} // namespace datamodel
-} // namespace tarno
-
 namespace embeddedhost {
 
 using namespace tarno::datamodel;

@@ -27,14 +27,6 @@ bool IsLibraryRegistration(UnspecifiedAccessor const& library, eInterfaceID inte
 
 } // namespace
 
-ItemLibraryAccessor::ItemLibraryAccessor()
-    : UnspecifiedAccessor(kItemLibraryInterface)
-{}
-
-ItemLibraryAccessor::ItemLibraryAccessor(AccessorContext* context, ItemHandle handle)
-    : UnspecifiedAccessor(kItemLibraryInterface, context, handle)
-{}
-
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*) const
 {
     CLibraryItem const* const item = FindItem(*this, id);

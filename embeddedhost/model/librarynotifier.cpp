@@ -15,12 +15,12 @@ CLibraryNotifier::CLibraryNotifier(AccessorContext& context)
     : m_Context(context)
 {}
 
-ListenerList<IItemTOCNotification>& CLibraryNotifier::GetTocListeners()
+hostkit::ListenerList<IItemTOCNotification>& CLibraryNotifier::GetTocListeners()
 {
     return m_TocListeners;
 }
 
-ListenerList<IItemLibraryNotification>& CLibraryNotifier::GetLibraryListeners()
+hostkit::ListenerList<IItemLibraryNotification>& CLibraryNotifier::GetLibraryListeners()
 {
     return m_LibraryListeners;
 }

@@ -1,9 +1,8 @@
 #ifndef EMBEDDEDHOST_LIBRARYNOTIFIER_H
 #define EMBEDDEDHOST_LIBRARYNOTIFIER_H
 
-#include "model/listenerlist.h"
-
 #include <datamodel.h>
+#include <listenerlist.h>
 
 #include <functional>
 #include <string>
@@ -18,8 +17,8 @@ class CLibraryNotifier
 public:
     explicit CLibraryNotifier(tarno::datamodel::AccessorContext& context);
 
-    ListenerList<tarno::datamodel::IItemTOCNotification>& GetTocListeners();
-    ListenerList<tarno::datamodel::IItemLibraryNotification>& GetLibraryListeners();
+    hostkit::ListenerList<tarno::datamodel::IItemTOCNotification>& GetTocListeners();
+    hostkit::ListenerList<tarno::datamodel::IItemLibraryNotification>& GetLibraryListeners();
 
     void ItemAdded(tarno::datamodel::ItemID id);
     void ItemRemoved(tarno::datamodel::ItemID id);
@@ -43,8 +42,8 @@ private:
     void TellLibrary(Call const& call);
 
     tarno::datamodel::AccessorContext& m_Context;
-    ListenerList<tarno::datamodel::IItemTOCNotification> m_TocListeners;
-    ListenerList<tarno::datamodel::IItemLibraryNotification> m_LibraryListeners;
+    hostkit::ListenerList<tarno::datamodel::IItemTOCNotification> m_TocListeners;
+    hostkit::ListenerList<tarno::datamodel::IItemLibraryNotification> m_LibraryListeners;
 };
 
 } // namespace embeddedhost

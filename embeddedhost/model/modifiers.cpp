@@ -40,16 +40,8 @@ ItemID Create(UnspecifiedAccessor& modifier, ItemLibraryAccessor const& libraryA
 
 } // namespace
 
-LowLevelItemLibraryAccessor::LowLevelItemLibraryAccessor()
-    : UnspecifiedAccessor(kLowLevelItemLibraryInterface)
-{}
-
 /// Objects are always in the form in which they are written.
 void LowLevelItemLibraryAccessor::PrepareForSave() const {}
-
-ItemLibraryModifierAccessor::ItemLibraryModifierAccessor()
-    : UnspecifiedAccessor(kItemLibraryModifierInterface)
-{}
 
 bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* category,
                                               char const* tags,
@@ -69,10 +61,6 @@ void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::s
     bool const isWhole = item == qorm::UID_Null();
     succeeded = library && CommitLibrary(*library, isWhole ? nullptr : item.GetStr(), messages);
 }
-
-CompoundModifierAccessor::CompoundModifierAccessor()
-    : UnspecifiedAccessor(kCompoundModifierInterface)
-{}
 
 ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     ItemLibraryAccessor const& library, char const* name, bool isSignature,
@@ -100,10 +88,6 @@ bool CompoundModifierAccessor::RenameCompound(char const* newName,
     CLibraryItem* const item = FindItem(*this);
     return item && RenameItem(*GetContext()->GetLibrary(), *item, OrEmpty(newName), commandManager);
 }
-
-LoopCompoundModifierAccessor::LoopCompoundModifierAccessor()
-    : UnspecifiedAccessor(kLoopCompoundModifierInterface)
-{}
 
 ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     ItemLibraryAccessor const& library, char const* name, char const* signatureUid,

@@ -31,10 +31,14 @@ CObjectDatabase::~CObjectDatabase()
 
 CObjectDatabase* CObjectDatabase::From(QormPtr<IQormInstance> const& instance)
 {
-    IQormInstance* const found = instance.Get();
+    return From(instance.Get());
+}
+
+CObjectDatabase* CObjectDatabase::From(IQormInstance* instance)
+{
     // Cheaper than a dynamic cast: handles ask this for everything.
-    bool const isOurs = found && typeid(*found) == typeid(CObjectDatabase);
-    return isOurs ? static_cast<CObjectDatabase*>(found) : nullptr;
+    bool const isOurs = instance && typeid(*instance) == typeid(CObjectDatabase);
+    return isOurs ? static_cast<CObjectDatabase*>(instance) : nullptr;
 }
 
 void CObjectDatabase::AddResource(DataSourcePtr const& source)

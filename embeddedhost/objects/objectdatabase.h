@@ -29,6 +29,7 @@ public:
 
     /// The database behind an instance; null when it is none of ours.
     static CObjectDatabase* From(qorm::QormPtr<qorm::IQormInstance> const& instance);
+    static CObjectDatabase* From(qorm::IQormInstance* instance);
 
     void AddResource(DataSourcePtr const& source);
     void AddComponent(DataSourcePtr const& home, std::string const& uid);

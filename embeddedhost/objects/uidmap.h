@@ -1,6 +1,8 @@
 #ifndef EMBEDDEDHOST_UIDMAP_H
 #define EMBEDDEDHOST_UIDMAP_H
 
+#include <uidtext.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -9,20 +11,8 @@
 
 namespace embeddedhost {
 
-/// A well-formed UID as a number.
-struct UidKey
-{
-    std::uint64_t high;
-    std::uint64_t low;
-
-    bool operator==(UidKey const& other) const
-    {
-        return high == other.high && low == other.low;
-    }
-};
-
-/// False unless the text is a well-formed UID.
-bool ParseUid(char const* text, UidKey& key);
+using hostkit::ParseUid;
+using hostkit::UidKey;
 
 /// Another number in each run of the program, so that no library can be written whose UIDs all
 /// come to lie in one place.

@@ -46,6 +46,3 @@ void ScsTask::DeleteMe()
     if (CSourceControlService* const service = CSourceControlService::GetInstance())
         service->OnRequestDropped();
 }
-
-IRevisionControlPropertiesMgr_Slot::IRevisionControlPropertiesMgr_Slot() = default;
-IRevisionControlPropertiesMgr_Slot::~IRevisionControlPropertiesMgr_Slot() = default;

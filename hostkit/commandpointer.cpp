@@ -1,19 +1,9 @@
-// The parts of the framework contract that need no room of their own.
-
 #include <framework.h>
 
 #include <utility>
 
 namespace wek {
-
-IBase::~IBase() = default;
-
 namespace fwk {
-
-ISystem::~ISystem() = default;
-ICommand::~ICommand() = default;
-ICommandManager::~ICommandManager() = default;
-IQormDBProxy_Signal::~IQormDBProxy_Signal() = default;
 
 template <class T>
 RefCountedAutoPtr<T>::RefCountedAutoPtr()

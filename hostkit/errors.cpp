@@ -1,8 +1,6 @@
-#include "objects/errors.h"
+#include "nullpointererror.h"
 
 #include <qorm.h>
-
-#include <QtGlobal>
 
 namespace qorm {
 
@@ -48,14 +46,9 @@ bool DisableErrorReportingGuard::IsErrorReportingDisabled()
     return gDisabledReporting > 0;
 }
 
-void PrintDebugString(std::string const& text)
-{
-    qDebug("%s", text.c_str());
-}
-
 } // namespace qorm
 
-namespace embeddedhost {
+namespace hostkit {
 
 void RaiseNullPtr()
 {
@@ -66,4 +59,4 @@ void RaiseNullPtr()
     throw error;
 }
 
-} // namespace embeddedhost
+} // namespace hostkit

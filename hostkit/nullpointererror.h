@@ -1,12 +1,12 @@
-#ifndef EMBEDDEDHOST_ERRORS_H
-#define EMBEDDEDHOST_ERRORS_H
+#ifndef HOSTKIT_NULLPOINTERERROR_H
+#define HOSTKIT_NULLPOINTERERROR_H
 
-namespace embeddedhost {
+namespace hostkit {
 
 /// Raises ExBase::NullPtr for a pointer or handle that was followed, after printing it unless
 /// error reporting is disabled.
 [[noreturn]] void RaiseNullPtr();
 
-} // namespace embeddedhost
+} // namespace hostkit
 
 #endif

@@ -1,11 +1,11 @@
-#ifndef EMBEDDEDHOST_LISTENERLIST_H
-#define EMBEDDEDHOST_LISTENERLIST_H
+#ifndef HOSTKIT_LISTENERLIST_H
+#define HOSTKIT_LISTENERLIST_H
 
 #include <algorithm>
 #include <cstddef>
 #include <vector>
 
-namespace embeddedhost {
+namespace hostkit {
 
 /// Listeners, told in the order they were added. While one is told, any may be added or
 /// removed, and another delivery may begin: a removed one is not told any more, an added one is
@@ -73,6 +73,6 @@ private:
     int m_Deliveries = 0;
 };
 
-} // namespace embeddedhost
+} // namespace hostkit
 
 #endif

@@ -1,0 +1,93 @@
+// What handles and the panel ask of the database.
+
+#include "model/text8.h"
+#include "objects/objectdatabase.h"
+
+#include <objectaccess.h>
+#include <qorm.h>
+
+namespace hostkit {
+
+using namespace qorm;
+using embeddedhost::CObjectDatabase;
+
+bool HasObject(IQormInstance* instance, int cacheIndex, eObjectKind kind)
+{
+    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    if (!database)
+        return false;
+    switch (kind) {
+    case eObjectKind::kTypeAsset:
+        return database->IsTypeAsset(cacheIndex);
+    case eObjectKind::kValueAsset:
+        return database->IsResource(cacheIndex);
+    case eObjectKind::kAnyObject:
+        break;
+    }
+    return database->Exists(cacheIndex);
+}
+
+IDbObject* GetDbObject(IQormInstance* instance, int cacheIndex)
+{
+    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+}
+
+ITypeAsset* GetTypeAsset(IQormInstance* instance, int cacheIndex)
+{
+    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+}
+
+IValueAsset* GetValueAsset(IQormInstance* instance, int cacheIndex)
+{
+    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+}
+
+QormPtr<IDataSource> FindDataSource(IQormInstance* instance, int cacheIndex)
+{
+    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    return QormPtr<IDataSource>(database ? database->GetHome(cacheIndex).get() : nullptr);
+}
+
+DbObjectId FindObjectId(IQormInstance* instance, int cacheIndex)
+{
+    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    return database ? database->GetId(cacheIndex) : DbObjectId("");
+}
+
+QormPtr<IDataModelMgr> FindManager(IQormInstance* instance, int cacheIndex)
+{
+    CObjectDatabase* const database = CObjectDatabase::From(instance);
+    return QormPtr<IDataModelMgr>(database && database->Exists(cacheIndex) ? database : nullptr);
+}
+
+/// Items are read whole.
+bool IsAssetLoaded(IQormInstance* instance, int cacheIndex)
+{
+    return HasObject(instance, cacheIndex, eObjectKind::kTypeAsset);
+}
+
+} // namespace hostkit
+
+namespace qorm {
+
+UID const& UID_Resource()
+{
+    static UID const resource("8F07CBAF-E884-4FC7-A749-46011EE6C329");
+    return resource;
+}
+
+QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource)
+{
+    return resource.GetDataSource();
+}
+
+std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource)
+{
+    auto const* const database = embeddedhost::CObjectDatabase::From(resource.GetInstance());
+    int const index = resource.GetCacheIndex();
+    if (!database || !database->IsResource(index))
+        return std::string();
+    return embeddedhost::ToLatin1(database->GetHome(index)->GetDescription().folder.toStdString());
+}
+
+} // namespace qorm

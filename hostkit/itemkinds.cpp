@@ -1,0 +1,20 @@
+// The kind constants. Their addresses tell kinds apart, so a program has them once.
+
+#include <datamodel.h>
+
+namespace tarno {
+namespace datamodel {
+
+namespace TarnoType {
+char const* const gSolver = "solver";
+char const* const gPolymorphicSolver = "polymorphicSolver";
+char const* const gCompound = "compound";
+char const* const gGlobalConstant = "constant";
+} // namespace TarnoType
+
+namespace LibType {
+char const* const gType = "type";
+}
+
+} // namespace datamodel
+} // namespace tarno

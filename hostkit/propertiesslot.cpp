@@ -1,0 +1,4 @@
+#include <sourcecontrol.h>
+
+IRevisionControlPropertiesMgr_Slot::IRevisionControlPropertiesMgr_Slot() = default;
+IRevisionControlPropertiesMgr_Slot::~IRevisionControlPropertiesMgr_Slot() = default;

@@ -1,0 +1,24 @@
+#include "sharedcontext.h"
+
+namespace hostkit {
+
+using tarno::datamodel::ContextID;
+
+namespace {
+
+ContextID MakeContextID()
+{
+    static std::atomic<ContextID> last(0);
+    return ++last;
+}
+
+} // namespace
+
+CSharedContext::CSharedContext()
+    : m_References(0)
+    , m_ID(MakeContextID())
+{}
+
+CSharedContext::~CSharedContext() = default;
+
+} // namespace hostkit

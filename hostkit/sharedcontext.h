@@ -1,0 +1,54 @@
+#ifndef HOSTKIT_SHAREDCONTEXT_H
+#define HOSTKIT_SHAREDCONTEXT_H
+
+#include <datamodel.h>
+
+#include <atomic>
+
+namespace hostkit {
+
+/// What the accessors of the kit need of a context: a count and a number. The host derives its
+/// AccessorContext from it:
+///
+///     class tarno::datamodel::AccessorContext : public hostkit::CSharedContext { ... };
+///
+/// A context that no accessor has held yet has the count 0. It deletes itself with its last
+/// accessor, so a library keeps one accessor for as long as it is open.
+class CSharedContext
+{
+public:
+    CSharedContext();
+    CSharedContext(CSharedContext const&) = delete;
+    CSharedContext& operator=(CSharedContext const&) = delete;
+
+    void AddRef()
+    {
+        m_References.fetch_add(1, std::memory_order_relaxed);
+    }
+    void Release()
+    {
+        if (m_References.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            delete this;
+    }
+
+    /// Not 0, and no other context of the process has had it.
+    tarno::datamodel::ContextID GetID() const
+    {
+        return m_ID;
+    }
+
+protected:
+    virtual ~CSharedContext();
+
+private:
+    std::atomic<int> m_References;
+    tarno::datamodel::ContextID const m_ID;
+};
+
+/// Defined by the host, which knows its AccessorContext: `return context;`. Called for each copy of
+/// an accessor.
+CSharedContext& GetShared(tarno::datamodel::AccessorContext& context);
+
+} // namespace hostkit
+
+#endif

@@ -1,0 +1,25 @@
+#ifndef HOSTKIT_UIDTEXT_H
+#define HOSTKIT_UIDTEXT_H
+
+#include <cstdint>
+
+namespace hostkit {
+
+/// A well-formed UID as a number.
+struct UidKey
+{
+    std::uint64_t high;
+    std::uint64_t low;
+
+    bool operator==(UidKey const& other) const
+    {
+        return high == other.high && low == other.low;
+    }
+};
+
+/// False unless the text is a well-formed UID, in either case.
+bool ParseUid(char const* text, UidKey& key);
+
+} // namespace hostkit
+
+#endif

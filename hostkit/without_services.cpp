@@ -1,0 +1,23 @@
+// A host without services: the panel shows no database objects and no states.
+
+#include <framework.h>
+
+namespace {
+
+class CNoServices : public wek::fwk::ISystem
+{
+public:
+    wek::IBase* GetService(char const* /*name*/) override
+    {
+        return nullptr;
+    }
+};
+
+} // namespace
+
+wek::fwk::ISystem* wekGetSystem()
+{
+    // Never destroyed: services may be asked for while the process ends.
+    static CNoServices& system = *new CNoServices;
+    return &system;
+}
