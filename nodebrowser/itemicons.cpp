@@ -7,13 +7,6 @@
 
 namespace nodebrowser {
 
-namespace {
-
-/// Width of the strip at the left of an icon that carries a badge, in pixels.
-int const kBadgeMargin = 7;
-
-} // namespace
-
 ItemIcons::ItemIcons()
     : m_Last(m_DisplayIcons.end())
 {}
@@ -57,14 +50,14 @@ QPixmap ItemIcons::Compose(QPixmap const& base, Marks const& marks)
 QPixmap ItemIcons::AddBadge(QPixmap const& base)
 {
     QSize const size = qtcompat::LogicalSize(base);
-    QPixmap composite =
-        qtcompat::TransparentPixmap(QSize(size.width() + kBadgeMargin, size.height()), base);
+    QPixmap composite = qtcompat::TransparentPixmap(
+        QSize(size.width() + ScsUtils::kStateStripWidth, size.height()), base);
     if (composite.isNull()) // the host supplies no images
         return composite;
     QPixmap const& badge = GetResource(":./res/projectbrowser/PB_Factory.png");
 
     QPainter painter(&composite);
-    painter.drawPixmap(kBadgeMargin, 0, base);
+    painter.drawPixmap(ScsUtils::kStateStripWidth, 0, base);
     painter.drawPixmap(0, size.height() - qtcompat::LogicalSize(badge).height(), badge);
     return composite;
 }

@@ -18,7 +18,7 @@ public:
     /// What a display icon shows besides its base.
     struct Marks
     {
-        /// Drawn with the factory badge over a margin of 7 pixels at the left.
+        /// Drawn with the factory badge over a strip at the left.
         bool isFactory;
         /// A factory item without state overlay.
         bool isReadOnlySource;

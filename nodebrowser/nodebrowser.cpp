@@ -158,6 +158,6 @@ void CNodeBrowser::SetSourceControlEnabled(bool enabled)
         QScopedValueRollback<bool> const use(m_Private->isListInUse);
         m_Private->isListInUse = true;
         for (Item& item : m_Items)
-            item.setScState(0);
+            item.setScState(ScsUtils::kNoState);
     }
 }

@@ -11,9 +11,6 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// Marks an item whose source-control state has been asked for and is not there yet.
-int const kWaitingForState = 0x400000;
-
 /// The application's two components; what lives in their data sources comes with the application.
 struct SComponents
 {
@@ -65,7 +62,7 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, int scState,
 CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, ItemID const& extraID)
     : m_Browser(browser)
     , m_Accessor(item)
-    , m_ScState(0)
+    , m_ScState(ScsUtils::kNoState)
     , m_HasScState(false)
     , m_IsFactory(false)
     , m_IsReadOnlySource(false)
@@ -267,7 +264,7 @@ void CNodeBrowser::RequestState(Item& item, qorm::IRevisionControlUIHelper* help
     char const* const uid = ItemIDUnlock::GetItemIDUID(item.GetItemID());
     if (!qorm::DbObjectId::IsUID(uid))
         return;
-    item.setScState(kWaitingForState);
+    item.setScState(ScsUtils::kWaitingState);
     stateRequests.push_back(helper->FindObject(qorm::DbObjectId(uid)));
 }
 

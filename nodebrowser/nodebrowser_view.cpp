@@ -25,7 +25,7 @@ int const kTextLeft = 35;
 /// An icon with a badge strip starts further left by the width of the strip, so that the icons
 /// proper of all rows stand in one column.
 int const kBadgedIconLeft = 2;
-int const kIconLeft = 9;
+int const kIconLeft = kBadgedIconLeft + ScsUtils::kStateStripWidth;
 int const kIconHeight = 20;
 
 } // namespace

@@ -1,6 +1,8 @@
 #ifndef EMBEDDEDHOST_STATEBITS_H
 #define EMBEDDEDHOST_STATEBITS_H
 
+#include <sourcecontrol.h>
+
 namespace embeddedhost {
 
 /// Source-control state of an object's file: one of the first group, or kAdded together with
@@ -17,8 +19,8 @@ constexpr unsigned kUnknown = 0x40;    ///< git cannot be asked, or refuses to l
 
 constexpr unsigned kCheckedOut = 0x100; ///< claimed by the user until it is committed next
 
-/// Asked for and not answered yet; set by who asks.
-constexpr unsigned kWaiting = 0x400000;
+/// Of items that the panel has asked for and that have no answer yet.
+constexpr unsigned kWaiting = ScsUtils::kWaitingState;
 
 } // namespace StateBits
 

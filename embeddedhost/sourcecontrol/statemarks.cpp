@@ -119,11 +119,11 @@ constexpr Mark kCheckedOutMark = {StateBits::kCheckedOut, PaintTick, 0xFFB455C8}
 QPixmap AddStateStrip(QPixmap const& icon)
 {
     qreal const ratio = icon.devicePixelRatio();
-    QPixmap wide(icon.width() + qRound(kStateStripWidth * ratio), icon.height());
+    QPixmap wide(icon.width() + qRound(ScsUtils::kStateStripWidth * ratio), icon.height());
     wide.setDevicePixelRatio(ratio);
     wide.fill(Qt::transparent);
     QPainter painter(&wide);
-    painter.drawPixmap(kStateStripWidth, 0, icon);
+    painter.drawPixmap(ScsUtils::kStateStripWidth, 0, icon);
     return wide;
 }
 

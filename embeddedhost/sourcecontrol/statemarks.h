@@ -5,9 +5,6 @@
 
 namespace embeddedhost {
 
-/// Width of the strip for marks at the left of an icon, in device-independent pixels.
-constexpr int kStateStripWidth = 7;
-
 /// The icon with an empty strip at its left.
 QPixmap AddStateStrip(QPixmap const& icon);
 

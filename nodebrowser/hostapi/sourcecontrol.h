@@ -43,28 +43,36 @@ private:
 
 namespace ScsUtils {
 
+/// The states that the panel sets itself; all other bits are the host's. No state: all items have
+/// it after a rebuild of the panel's list and after states are switched off. A state such as "up to
+/// date" needs a bit, therefore, and after a rebuild that did not ask RequestObjectStates the host
+/// announces the states again.
+int const kNoState = 0;
+/// Asked for, no answer yet: the panel sets it on the items that it asks RequestObjectStates for.
+/// The host leaves the bit free, and may mark such icons or not.
+int const kWaitingState = 0x400000;
+
+/// Width of the strip at the left of an icon that carries a badge or a mark, in device-independent
+/// pixels.
+int const kStateStripWidth = 7;
+
 /// True when the files of the library are under version control at all. Asked for each icon while
 /// states are switched on, and when that is about to happen; false shows no states.
 bool IsFileVersionControlActive();
 
 /// The base pixmap with the overlay of the state bits, as it is painted in a row. `active` tells
 /// whether states are shown; without, the answer is the base. `plain` is true for a plain icon and
-/// false for a factory composite, which already carries a 7-pixel strip at its left. Sizes are
+/// false for a factory composite, which already carries the strip at its left. Sizes are
 /// device-independent pixels. `base` is null when the program lacks the image; it may be painted
 /// on, for the panel uses the answer only. The panel keeps the answer for all items with the same
 /// arguments, until its next rebuild.
 ///
-/// The bits are the host's, those that it sent with ItemAccessStateChanged, with two exceptions:
-/// - 0 is no state. All items have it after a rebuild of the panel's list and after states are
-///   switched off. A state such as "up to date" needs a bit, therefore, and after a rebuild that
-///   did not ask RequestObjectStates the host announces the states again.
-/// - 0x400000 stands for "asked for, no answer yet": the panel sets it on the items that it asks
-///   RequestObjectStates for. The host leaves the bit free, and may mark such icons or not.
+/// The bits are those that the host sent with ItemAccessStateChanged, or a state of the panel.
 ///
-/// While states are shown, the panel paints the icon of a compound 7 pixels further left, unless
-/// its data source is read-only. So the answer for a state other than 0 has the strip at its left,
-/// with the mark in it, to keep the icons of all rows in one column. For 0 the answer is the base:
-/// items that take no part in source control have that state, too.
+/// While states are shown, the panel paints the icon of a compound further left by the width of the
+/// strip, unless its data source is read-only. So the answer for a state other than kNoState has
+/// the strip at its left, with the mark in it, to keep the icons of all rows in one column. For
+/// kNoState the answer is the base: items that take no part in source control have that state, too.
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain);
 
 /// Tool-tip text for the object, plain or rich; empty shows none. Asked when the mouse rests on a
