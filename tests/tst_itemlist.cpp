@@ -314,8 +314,8 @@ void TestItemList::raisesForObjectWithoutDataSource()
     m_Library->Add(TarnoType::gSolver, "after");
     QVERIFY_EXCEPTION_THROWN(m_Browser->SetItemLibrary(m_Library->GetAccessor()),
                              qorm::ExBase::NullPtr);
-    QCOMPARE(m_Host->TakeCalls().last(), QString("PrintDebugString 'null pointer: "
-                                                 "GetPointeeNotNull:102'"));
+    QCOMPARE(m_Host->TakeCalls().last(), QString("PrintDebugString 'Null pointer in "
+                                                 "GetPointeeNotNull (qormptr.h:102)'"));
     QCOMPARE(m_Browser->GetNames(), QStringList("before"));
 }
 

@@ -3,6 +3,8 @@
 #include "model/library.h"
 #include "model/libraryitem.h"
 
+#include <interfaces.h>
+
 namespace embeddedhost {
 
 using tarno::datamodel::ItemHandle;
@@ -24,38 +26,6 @@ namespace tarno {
 namespace datamodel {
 
 using namespace embeddedhost;
-
-namespace {
-
-bool ItemSupports(eInterfaceID interfaceID, CLibraryItem const& item)
-{
-    char const* const kind = item.GetIdentity().kind;
-    bool const isCompound = kind == TarnoType::gCompound;
-    switch (interfaceID) {
-    case kItemInterface:
-        return true;
-    case kCompoundInterface:
-    case kCompoundModifierInterface:
-        return isCompound;
-    case kLoopCompoundInterface:
-    case kLoopCompoundModifierInterface:
-        return isCompound && item.IsLoop();
-    case kFunctionInterface:
-        return isCompound || kind == TarnoType::gSolver || kind == TarnoType::gPolymorphicSolver;
-    case kTypeDescriptorInterface:
-        return kind == LibType::gType;
-    default:
-        return false;
-    }
-}
-
-bool LibrarySupports(eInterfaceID interfaceID)
-{
-    return interfaceID == kItemLibraryInterface || interfaceID == kItemLibraryModifierInterface
-           || interfaceID == kLowLevelItemLibraryInterface;
-}
-
-} // namespace
 
 AccessorContext::AccessorContext(CLibrary& library)
     : m_Library(&library)
@@ -80,11 +50,11 @@ bool AccessorContext::Supports(eInterfaceID interfaceID, ItemHandle handle) cons
     if (interfaceID == kUnspecifiedInterface)
         return true;
     if (handle == kLibraryHandle)
-        return LibrarySupports(interfaceID);
+        return hostkit::LibrarySupports(interfaceID);
     if (handle == kTocHandle)
-        return interfaceID == kItemTOCInterface;
+        return hostkit::TocSupports(interfaceID);
     CLibraryItem const* const item = FindItem(handle);
-    return item && ItemSupports(interfaceID, *item);
+    return item && hostkit::ItemSupports(interfaceID, item->GetIdentity().kind, item->IsLoop());
 }
 
 CLibraryNotifier& AccessorContext::GetNotifier()

@@ -6,12 +6,6 @@ namespace {
 
 std::function<void(Part const&)> compoundOpener;
 
-AccessorContext* GetContext()
-{
-    static AccessorContext context;
-    return &context;
-}
-
 } // namespace
 
 std::vector<Part> const& GetParts()
@@ -34,7 +28,9 @@ std::vector<Part> const& GetParts()
 
 ItemLibraryAccessor GetPartsLibrary()
 {
-    return ItemLibraryAccessor(GetContext(), kLibraryHandle);
+    // The accessor keeps the context.
+    static ItemLibraryAccessor const library(new AccessorContext, kLibraryHandle);
+    return library;
 }
 
 Part const* PartOf(UnspecifiedAccessor const& accessor)

@@ -4,6 +4,7 @@
 // What this host works on: a fixed list of parts, which lives as long as the process.
 
 #include <datamodel.h>
+#include <sharedcontext.h>
 
 #include <functional>
 #include <string>
@@ -21,9 +22,8 @@ struct ItemIdentity
     std::string tags;
 };
 
-/// What accessors are bound to. There is one library, which never goes away, so there is nothing
-/// to count or to hold.
-class AccessorContext
+/// What accessors are bound to. There is one library, so there is nothing to hold.
+class AccessorContext : public hostkit::CSharedContext
 {
 };
 

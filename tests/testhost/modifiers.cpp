@@ -18,18 +18,10 @@ QString TextOf(wek::fwk::ICommandManager* manager)
 namespace tarno {
 namespace datamodel {
 
-LowLevelItemLibraryAccessor::LowLevelItemLibraryAccessor()
-    : UnspecifiedAccessor(kLowLevelItemLibraryInterface)
-{}
-
 void LowLevelItemLibraryAccessor::PrepareForSave() const
 {
     TestHost::Get().Record("PrepareForSave", {TextOf(LibraryOf(*this))});
 }
-
-ItemLibraryModifierAccessor::ItemLibraryModifierAccessor()
-    : UnspecifiedAccessor(kItemLibraryModifierInterface)
-{}
 
 bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* category,
                                               char const* tags,
@@ -56,10 +48,6 @@ void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::s
                                             TextOf(onlyChecked), item.GetStr()});
     succeeded = LibraryOf(*this) && !TestHost::Get().m_RefusesChanges;
 }
-
-CompoundModifierAccessor::CompoundModifierAccessor()
-    : UnspecifiedAccessor(kCompoundModifierInterface)
-{}
 
 ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     ItemLibraryAccessor const& library, char const* name, bool isSignature,
@@ -103,10 +91,6 @@ bool CompoundModifierAccessor::RenameCompound(char const* newName,
         });
     return true;
 }
-
-LoopCompoundModifierAccessor::LoopCompoundModifierAccessor()
-    : UnspecifiedAccessor(kLoopCompoundModifierInterface)
-{}
 
 ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     ItemLibraryAccessor const& library, char const* name, char const* signatureUid,

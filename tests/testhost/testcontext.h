@@ -3,9 +3,9 @@
 
 // What the accessors of the test host are bound to.
 
+#include "sharedcontext.h"
 #include "testhost.h"
 
-#include <atomic>
 #include <string>
 
 namespace tarno {
@@ -17,34 +17,15 @@ struct ItemIdentity
     std::string uid;
 };
 
-class AccessorContext
+class AccessorContext : public hostkit::CSharedContext
 {
 public:
     explicit AccessorContext(TestLibrary* library)
         : m_Library(library)
-        , m_References(1)
     {}
-
-    ContextID GetID() const
-    {
-        return reinterpret_cast<ContextID>(this);
-    }
-
-    void AddRef()
-    {
-        ++m_References;
-    }
-    void Release()
-    {
-        if (--m_References == 0)
-            delete this;
-    }
 
     /// Null once the library is gone.
     TestLibrary* m_Library;
-
-private:
-    std::atomic<int> m_References;
 };
 
 } // namespace datamodel

@@ -8,9 +8,15 @@ using namespace qorm;
 namespace {
 
 /// The manager of all objects.
-class TestManager : public Counted<IDataModelMgr>
+class TestManager : public hostkit::CRefCounted<IDataModelMgr>
 {
 public:
+    TestManager()
+    {
+        // It lives as long as the process.
+        AddRef();
+    }
+
     bool RunQuery(char const* query, qorm::Vector<CQueryResult>& results) override
     {
         TestHost::Get().Record("RunQuery", {Quoted(query)});
@@ -57,17 +63,6 @@ TestObject::TestObject(std::string const& uid, int cacheIndex, TestDataSource* s
     , m_Source(source)
 {}
 
-void TestObject::AddRef()
-{
-    ++m_References;
-}
-
-void TestObject::Release()
-{
-    if (--m_References == 0)
-        delete this;
-}
-
 QormPtr<IDataModelMgr> TestObject::GetDataModelMgr() const
 {
     return m_HasManager ? GetTestManager() : QormPtr<IDataModelMgr>();
@@ -108,6 +103,7 @@ TestDatabase& TestDatabase::Get()
 
 TestDatabase::TestDatabase()
 {
+    AddRef();
     char const* const components[] = {"D2BA853A-8668-704A-A121-1F7DE917B664",
                                       "34F315D3-58CF-4019-9BE3-381FCED0E983"};
     for (int index = 0; index < 2; ++index) {
@@ -133,12 +129,14 @@ void TestDatabase::Clear()
 TestDataSource* TestDatabase::AddSource(std::string const& uri, int accessMode)
 {
     m_Sources.push_back(new TestDataSource(uri, accessMode));
+    m_Sources.back()->AddRef();
     return m_Sources.back();
 }
 
 TestObject& TestDatabase::AddObject(std::string const& uid, TestDataSource* source)
 {
     m_Cache.push_back(new TestObject(uid, static_cast<int>(m_Cache.size()), source));
+    m_Cache.back()->AddRef();
     return *m_Cache.back();
 }
 
@@ -155,7 +153,7 @@ TestObject& TestDatabase::AddResource(std::string const& uid, std::string const&
 void TestDatabase::Remove(TestObject& object)
 {
     m_Cache[object.m_CacheIndex] = nullptr;
-    static_cast<IDbObject&>(object).Release();
+    object.Release();
 }
 
 TestObject* TestDatabase::Find(std::string const& uid) const

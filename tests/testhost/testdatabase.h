@@ -4,32 +4,14 @@
 // The object database of the test host.
 
 #include "qorm.h"
+#include "refcounted.h"
 
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-/// Counts references; whoever makes one holds the first.
-template <class Base>
-class Counted : public Base
-{
-public:
-    void AddRef() override
-    {
-        ++m_References;
-    }
-    void Release() override
-    {
-        if (--m_References == 0)
-            delete this;
-    }
-
-private:
-    int m_References = 1;
-};
-
-class TestDataSource : public Counted<qorm::IDataSource>
+class TestDataSource : public hostkit::CRefCounted<qorm::IDataSource>
 {
 public:
     explicit TestDataSource(std::string const& uri, int accessMode = 0);
@@ -40,13 +22,11 @@ public:
 };
 
 /// A database object in all the forms that the contract knows.
-class TestObject : public qorm::IDbObject, public qorm::ITypeAsset, public qorm::IValueAsset
+class TestObject : public hostkit::CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qorm::IValueAsset>
 {
 public:
     TestObject(std::string const& uid, int cacheIndex, TestDataSource* source);
 
-    void AddRef() override;
-    void Release() override;
     qorm::QormPtr<qorm::IDataModelMgr> GetDataModelMgr() const override;
     bool IsLoaded() const;
     bool IsReadOnly() const override;
@@ -68,14 +48,11 @@ public:
     std::string m_ResourceName;
     /// What the resource stands for; may be null.
     TestDataSource* m_Represents = nullptr;
-
-private:
-    int m_References = 1;
 };
 
 /// One database with its objects. It lives as long as the process, because the panel keeps the
 /// two components that long.
-class TestDatabase : public Counted<qorm::IQormInstance>
+class TestDatabase : public hostkit::CRefCounted<qorm::IQormInstance>
 {
 public:
     static TestDatabase& Get();

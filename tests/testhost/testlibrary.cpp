@@ -21,13 +21,12 @@ void TellAll(std::vector<Listener*> const& listeners, Call call)
 
 TestLibrary::TestLibrary(char const* name)
     : m_Name(name)
-    , m_Context(new AccessorContext(this))
+    , m_Self(new AccessorContext(this), kLibraryHandle)
 {}
 
 TestLibrary::~TestLibrary()
 {
-    m_Context->m_Library = nullptr;
-    m_Context->Release();
+    m_Self.GetContext()->m_Library = nullptr;
 }
 
 TestItem& TestLibrary::Add(char const* kind, std::string const& name, std::string const& tags,
@@ -67,12 +66,12 @@ void TestLibrary::Remove(TestItem& item)
 
 ItemLibraryAccessor TestLibrary::GetAccessor() const
 {
-    return ItemLibraryAccessor(m_Context, kLibraryHandle);
+    return m_Self;
 }
 
 ItemAccessor TestLibrary::GetAccessor(TestItem const& item) const
 {
-    return ItemAccessor(m_Context, item.handle);
+    return ItemAccessor(m_Self.GetContext(), item.handle);
 }
 
 TestObject& TestLibrary::AddObject(TestItem const& item, TestDataSource* source)

@@ -77,7 +77,8 @@ public:
 private:
     TestLibrary(TestLibrary const&) = delete;
 
-    tarno::datamodel::AccessorContext* m_Context;
+    /// Keeps the context.
+    tarno::datamodel::ItemLibraryAccessor const m_Self;
     std::deque<TestItem> m_Items;
 };
 
