@@ -14,10 +14,12 @@
 #include "storage/filedigest.h"
 #include "storage/libraryreader.h"
 #include "storage/librarywatcher.h"
+#include "storage/memorylibrary.h"
 #include "storage/stagingfolders.h"
 #include "storage/unsavedchanges.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QScopedValueRollback>
 #include <QTimer>
@@ -38,6 +40,16 @@ CEmbeddedHost* gInstance = nullptr;
 class CEmbeddedHost::Private
 {
 public:
+    /// False, and a message says so, unless the library that is open has a folder.
+    bool RequireFolder()
+    {
+        if (library && library->IsInMemory())
+            messages.Post(
+                eSeverity::kError,
+                QStringLiteral("\"%1\" is not kept in a folder.").arg(library->GetName()));
+        return library && !library->IsInMemory();
+    }
+
     CMessageChannel messages;
     CCommandManager commandManager;
     CDatabaseProxy databaseProxy;
@@ -105,35 +117,68 @@ bool CEmbeddedHost::CanOpenLibrary(QString const& folder)
 
 bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
-    if (gInstance != this || m_Private->isReading) {
-        m_Private->messages.Post(eSeverity::kError,
-                                 QStringLiteral("Another library is being opened; try again."));
+    if (!CanOpenAnother() || !CanOpenLibrary(folder))
         return false;
-    }
-    if (!CanOpenLibrary(folder))
-        return false;
-    {
-        QScopedValueRollback<bool> const reading(m_Private->isReading, true);
-        // Before the other one is read: its items may have the same uids.
-        CloseLibrary();
-        m_Private->library = ReadLibrary(folder, m_Private->messages, progress);
-    }
-    if (!m_Private->library)
-        return false;
+    Replace([&] { return ReadLibrary(folder, m_Private->messages, progress); });
     std::shared_ptr<CLibrary> const library = m_Private->library;
-    m_Private->watcher = std::make_unique<CLibraryWatcher>(m_Private->library);
-    m_Private->revisionControlHelper.SetDatabase(&m_Private->library->GetDatabase());
-    m_Private->sourceControl.Open(*m_Private->library);
-    m_Private->observer.Attach(m_Private->library->GetNotifier());
+    if (!library)
+        return false;
+    m_Private->watcher = std::make_unique<CLibraryWatcher>(library);
+    m_Private->sourceControl.Open(*library);
     connect(m_Private->watcher.get(), &CLibraryWatcher::FilesTouched, &m_Private->sourceControl,
             &CSourceControlService::RefreshAll);
     connect(&m_Private->commandManager.GetUndoStack(), &QUndoStack::indexChanged,
             m_Private->watcher.get(), &CLibraryWatcher::CheckConflicts);
+    if (Announce())
+        TidyUpStagingFolders(*library);
+    // Listeners to messages may close it, too.
+    return m_Private->library == library;
+}
+
+bool CEmbeddedHost::OpenItems(QString const& name, std::vector<MemoryItem> const& items,
+                              SaveItems const& save)
+{
+    if (!CanOpenAnother())
+        return false;
+    QString fault;
+    // Before the other library is closed: a listener to that may change what the caller has.
+    auto objects = MakeMemoryObjects(items, &fault);
+    MemoryStore const store = {save};
+    if (!objects) {
+        m_Private->messages.Post(eSeverity::kError,
+                                 QStringLiteral("\"%1\" cannot be opened: %2.").arg(name, fault));
+        return false;
+    }
+    Replace(
+        [&] { return MakeMemoryLibrary(name, std::move(*objects), store, m_Private->messages); });
+    return Announce();
+}
+
+bool CEmbeddedHost::CanOpenAnother()
+{
+    if (gInstance == this && !m_Private->isReading)
+        return true;
+    m_Private->messages.Post(eSeverity::kError,
+                             QStringLiteral("Another library is being opened; try again."));
+    return false;
+}
+
+void CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& read)
+{
+    QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+    // Before the other one is read: its items may have the same uids.
+    CloseLibrary();
+    m_Private->library = read();
+}
+
+bool CEmbeddedHost::Announce()
+{
+    // Kept: a listener may close the library.
+    std::shared_ptr<CLibrary> const library = m_Private->library;
+    m_Private->revisionControlHelper.SetDatabase(&library->GetDatabase());
+    m_Private->observer.Attach(library->GetNotifier());
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
-    // Who listens to that, or to messages, may have closed the library.
-    if (m_Private->library == library)
-        TidyUpStagingFolders(*library);
     return m_Private->library == library;
 }
 
@@ -167,6 +212,11 @@ QString CEmbeddedHost::GetLibraryName() const
 QString CEmbeddedHost::GetLibraryFolder() const
 {
     return m_Private->library ? m_Private->library->GetFolder() : QString();
+}
+
+std::vector<MemoryItem> CEmbeddedHost::GetItems() const
+{
+    return m_Private->library ? ListItems(*m_Private->library) : std::vector<MemoryItem>();
 }
 
 ItemID CEmbeddedHost::FindItem(std::string const& uid) const
@@ -205,8 +255,9 @@ bool CEmbeddedHost::IsModified() const
 
 QByteArray CEmbeddedHost::GetUnsavedChanges() const
 {
-    auto const document =
-        m_Private->library ? CollectUnsavedChanges(*m_Private->library) : nlohmann::ordered_json();
+    auto const document = m_Private->library && !m_Private->library->IsInMemory()
+                              ? CollectUnsavedChanges(*m_Private->library)
+                              : nlohmann::ordered_json();
     if (document.is_null())
         return QByteArray();
     // As a save writes texts that are not UTF-8.
@@ -216,6 +267,8 @@ QByteArray CEmbeddedHost::GetUnsavedChanges() const
 
 bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)
 {
+    if (m_Private->library && !m_Private->RequireFolder())
+        return false;
     QString fault;
     auto const document = ParseUnsavedChanges(changes, GetLibraryFolder(), &fault);
     if (!m_Private->library || document.is_null()) {
@@ -233,7 +286,7 @@ bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)
 QStringList CEmbeddedHost::FindConflicts() const
 {
     QStringList paths;
-    if (!m_Private->library)
+    if (!m_Private->library || m_Private->library->IsInMemory())
         return paths;
     for (auto const& file : m_Private->library->GetFiles()) {
         if (file->IsModified() && GetDigestOnDisk(file->path, GetLibraryFolder()) != file->digest)
@@ -255,13 +308,14 @@ void CEmbeddedHost::CheckFolder()
 
 bool CEmbeddedHost::TakeFileFromDisk(QString const& path)
 {
-    return m_Private->library
+    return m_Private->RequireFolder()
            && embeddedhost::TakeFileFromDisk(m_Private->library, path, &m_Private->commandManager);
 }
 
 bool CEmbeddedHost::OverwriteFileOnDisk(QString const& path)
 {
-    return m_Private->library && embeddedhost::OverwriteFileOnDisk(*m_Private->library, path);
+    return m_Private->RequireFolder()
+           && embeddedhost::OverwriteFileOnDisk(*m_Private->library, path);
 }
 
 CCommandManager& CEmbeddedHost::GetCommandManager()

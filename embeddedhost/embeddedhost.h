@@ -3,6 +3,7 @@
 
 #include "commandmanager.h"
 #include "graphbody.h"
+#include "memoryitem.h"
 #include "messagechannel.h"
 #include "serviceregistry.h"
 
@@ -15,8 +16,14 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
-/// The embedded host: a library folder on disk behind the interfaces that the panel calls.
+namespace embeddedhost {
+class CLibrary;
+}
+
+/// The embedded host: a library folder on disk, or a list of items in memory, behind the interfaces
+/// that the panel calls.
 ///
 /// There is one at a time in a process. The host's free functions answer from it, and safely
 /// when there is none. It registers the services "RevisionControlUIHelper",
@@ -29,6 +36,11 @@ class CEmbeddedHost : public QObject
 
 public:
     typedef std::function<void(int done, int total)> Progress;
+    /// Saves the items of a library in memory: all of them as they are now, in the order in which
+    /// they were opened, new ones last. Answers why it could not, as a sentence without a full
+    /// stop; empty when they are saved. What it raises is taken for such an answer, too. It may run
+    /// an event loop; what is changed meanwhile stays unsaved.
+    typedef std::function<QString(std::vector<MemoryItem> const& items)> SaveItems;
 
     explicit CEmbeddedHost(QObject* parent = nullptr);
     /// Closes the library.
@@ -44,14 +56,25 @@ public:
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
     /// Whether it would be opened; otherwise the message channel says why not.
     bool CanOpenLibrary(QString const& folder);
+    /// Opens the items as a library without a folder in place of the one that is open. They take
+    /// changes as those of a folder do, with undo and notifications. False when one of them is at
+    /// fault: the message channel says which and why, and what is open stays so. `save` is called
+    /// by a save when something has changed; without it, saving is refused. The items' only data
+    /// source is the library, so they cannot be moved; they have no files to check out or to show.
+    bool OpenItems(QString const& name, std::vector<MemoryItem> const& items,
+                   SaveItems const& save = SaveItems());
     void CloseLibrary();
 
     /// Invalid when none is open.
     tarno::datamodel::ItemLibraryAccessor GetLibrary() const;
-    /// Name and canonical folder of the open library; empty when there is none.
+    /// Name and canonical folder of the open library; empty when there is none. A library in memory
+    /// has no folder.
     QString GetLibraryName() const;
     QString GetLibraryFolder() const;
 
+    /// The items of the open library as they are now, for programs that keep them: in the order in
+    /// which they were opened, those of a folder file by file.
+    std::vector<MemoryItem> GetItems() const;
     /// The item of the open library with the uid (UTF-8); null for none.
     tarno::datamodel::ItemID FindItem(std::string const& uid) const;
     /// Ports, nodes and connections of the item; empty for an unknown one.
@@ -66,7 +89,7 @@ public:
     /// Something in the library is not saved.
     bool IsModified() const;
     /// What is not saved, as a text from which RestoreUnsavedChanges makes it again, also in
-    /// another process; empty when there is nothing.
+    /// another process; empty when there is nothing, and for a library in memory.
     QByteArray GetUnsavedChanges() const;
     /// Makes the changes again, as one command, after which they are unsaved as they were. False
     /// when some could not be made; the message channel says which and why.
@@ -113,6 +136,13 @@ Q_SIGNALS:
 
 private:
     class Private;
+
+    bool CanOpenAnother();
+    /// Closes the library that is open, and opens the one that `read` makes; null for none.
+    void Replace(std::function<std::shared_ptr<embeddedhost::CLibrary>()> const& read);
+    /// Shows the library that was opened. False when a listener has closed it.
+    bool Announce();
+
     std::unique_ptr<Private> const m_Private;
 };
 

@@ -35,6 +35,11 @@ QString const& CLibrary::GetName() const
     return m_Name;
 }
 
+bool CLibrary::IsInMemory() const
+{
+    return m_Folder.isEmpty();
+}
+
 CMessageChannel& CLibrary::GetMessages() const
 {
     return m_Messages;
@@ -63,6 +68,16 @@ std::vector<DataSourcePtr> const& CLibrary::GetSources() const
 void CLibrary::AddSource(DataSourcePtr const& source)
 {
     m_Sources.push_back(source);
+}
+
+std::shared_ptr<MemoryStore> const& CLibrary::GetMemoryStore() const
+{
+    return m_MemoryStore;
+}
+
+void CLibrary::SetMemoryStore(std::shared_ptr<MemoryStore> const& store)
+{
+    m_MemoryStore = store;
 }
 
 CLibrary::Items const& CLibrary::GetItems(KindIndex kind) const

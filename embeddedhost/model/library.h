@@ -25,15 +25,17 @@
 namespace embeddedhost {
 
 class CLibraryNotifier;
+struct MemoryStore;
 
 /// An open library: its data sources, its items in the order of the table of contents, and the
-/// files they come from.
+/// files they come from. One that is kept in memory has no folder; its files have no place on disk.
 class CLibrary
 {
 public:
     typedef std::vector<CLibraryItem*> Items;
 
-    /// `folder` is the canonical path. The message channel has to outlive the open library.
+    /// `folder` is the canonical path; empty for a library in memory. The message channel has to
+    /// outlive the open library.
     CLibrary(QString const& folder, QString const& name, CMessageChannel& messages);
     /// Closes the library.
     ~CLibrary();
@@ -42,6 +44,7 @@ public:
 
     QString const& GetFolder() const;
     QString const& GetName() const;
+    bool IsInMemory() const;
     CMessageChannel& GetMessages() const;
     CObjectDatabase& GetDatabase() const;
     CLibraryNotifier& GetNotifier() const;
@@ -49,6 +52,10 @@ public:
 
     std::vector<DataSourcePtr> const& GetSources() const;
     void AddSource(DataSourcePtr const& source);
+
+    /// How a library in memory is saved; null for one in a folder.
+    std::shared_ptr<MemoryStore> const& GetMemoryStore() const;
+    void SetMemoryStore(std::shared_ptr<MemoryStore> const& store);
 
     Items const& GetItems(KindIndex kind) const;
     std::size_t GetItemCount() const;
@@ -95,6 +102,7 @@ private:
     QString const m_Folder;
     QString const m_Name;
     CMessageChannel& m_Messages;
+    std::shared_ptr<MemoryStore> m_MemoryStore;
     /// Keeps the context.
     tarno::datamodel::UnspecifiedAccessor const m_Self;
     ObjectDatabasePtr const m_Database;

@@ -139,8 +139,10 @@ QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char 
     QString path = stem + QStringLiteral(".json");
     // A link that leads nowhere is not said to exist.
     auto const isTaken = [&] {
+        if (library.FindFile(path))
+            return true;
         QFileInfo const file(path);
-        return library.FindFile(path) || file.exists() || file.isSymLink();
+        return !library.IsInMemory() && (file.exists() || file.isSymLink());
     };
     for (int number = 2; isTaken(); ++number)
         path = QStringLiteral("%1-%2.json").arg(stem).arg(number);

@@ -79,6 +79,12 @@ QString CRevisionControlHelper::FindFile(CLibraryItem const* item)
 {
     if (!item)
         return QString();
+    if (item->GetSource()->GetDescription().folder.isEmpty()) {
+        m_Messages.Post(eSeverity::kWarning,
+                        QStringLiteral("\"%1\" has no file: its library is not kept in a folder.")
+                            .arg(QString::fromLatin1(item->GetName())));
+        return QString();
+    }
     QString const path = item->GetFile().path;
     if (QFileInfo::exists(path))
         return path;

@@ -34,7 +34,7 @@ QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon
         return QString();
     QString const name = QString::fromLatin1(database->GetName(object.GetCacheIndex()));
     CLibraryItem const* const item = database->GetItem(object.GetCacheIndex());
-    if (!item)
+    if (!item || database->GetLibrary()->IsInMemory())
         return BuildPlainToolTip(icon, name, QString());
 
     QString const file = item->GetFile().path;

@@ -3,6 +3,7 @@
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "storage/librarywriter.h"
+#include "storage/memorylibrary.h"
 
 namespace embeddedhost {
 
@@ -51,7 +52,8 @@ bool CommitLibrary(CLibrary& library, char const* uid, std::list<std::string>* m
             QStringLiteral("Another part of the program does not allow a save "
                            "now. Nothing was written; try again later."));
     } else if (kept.Revalidate()) {
-        result = SaveFiles(library, FindModifiedFiles(library, uid));
+        result = library.IsInMemory() ? SaveMemoryLibrary(library)
+                                      : SaveFiles(library, FindModifiedFiles(library, uid));
     }
     // A listener may have closed the library; its message channel may be gone with it.
     if (!kept.Revalidate())

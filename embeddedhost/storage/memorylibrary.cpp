@@ -1,0 +1,315 @@
+#include "storage/memorylibrary.h"
+
+#include "model/graphjson.h"
+#include "model/graphwriter.h"
+#include "model/library.h"
+#include "model/objectchange.h"
+#include "model/text8.h"
+#include "storage/faults.h"
+
+#include <QScopedValueRollback>
+#include <QStringList>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace embeddedhost {
+
+using nlohmann::ordered_json;
+
+namespace {
+
+char const* const kPanelCategory = "ApplicationTags";
+
+/// Stands for the digest of a file that was saved.
+QByteArray GetSavedDigest()
+{
+    return QByteArrayLiteral("saved");
+}
+
+QString ShownText(std::string const& utf8)
+{
+    return Shorten(QString::fromStdString(utf8));
+}
+
+/// Counted from 1.
+QString ShownPlace(std::vector<MemoryItem> const& items, MemoryItem const& item)
+{
+    return QString::number(&item - items.data() + 1);
+}
+
+QString FindTextFault(char const* what, std::string const& text)
+{
+    QString const subject = QStringLiteral("the %1 ").arg(QLatin1String(what));
+    if (text.find('\0') != std::string::npos)
+        return subject + QStringLiteral("has a zero byte");
+    if (!IsUtf8(text))
+        return subject + QStringLiteral("is not UTF-8");
+    if (IsTooLong(text))
+        return subject + QStringLiteral("is longer than %1 characters").arg(kMaxTextLength);
+    return QString();
+}
+
+QString FindNeededTextFault(char const* what, std::string const& text)
+{
+    return text.empty() ? QStringLiteral("the %1 is empty").arg(QLatin1String(what))
+                        : FindTextFault(what, text);
+}
+
+QString FindKindFault(std::string const& kind)
+{
+    if (FindItemKind(kind))
+        return QString();
+    QStringList known;
+    for (char const* name : GetItemKinds())
+        known << QString::fromLatin1(name);
+    return QStringLiteral("the kind \"%1\" is not known, it must be one of %2")
+        .arg(ShownText(kind), known.join(QStringLiteral(", ")));
+}
+
+QString FindTagsFault(MemoryItem const& item)
+{
+    QString fault = FindTextFault("tag text", item.tags);
+    for (auto const& [category, tags] : item.otherTags) {
+        if (fault.isEmpty() && category == kPanelCategory)
+            fault = QStringLiteral("the other tags have the category \"%1\", which is that of its "
+                                   "tags")
+                        .arg(QLatin1String(kPanelCategory));
+        if (fault.isEmpty())
+            fault = FindTextFault("tag category", category);
+        if (fault.isEmpty())
+            fault = FindTextFault("tag text", tags);
+    }
+    return fault;
+}
+
+/// What would be left out when the object is read again.
+QString FindGraphFault(ordered_json const& object)
+{
+    QString fault;
+    ReadGraphBody(object, [&](std::string const& key, std::string const& reason) {
+        if (fault.isEmpty())
+            fault = ShownText(key + ' ' + reason);
+    });
+    return fault;
+}
+
+QString FindItemFault(MemoryItem const& item)
+{
+    QString fault = FindKindFault(item.kind);
+    if (fault.isEmpty())
+        fault = FindNeededTextFault("uid", item.uid);
+    if (fault.isEmpty())
+        fault = FindNeededTextFault("name", item.name);
+    if (fault.isEmpty())
+        fault = FindTagsFault(item);
+    if (fault.isEmpty())
+        fault = FindTextFault("category", item.category);
+    if (fault.isEmpty())
+        fault = FindTextFault("uid of its signature", item.implements);
+    return fault.isEmpty() ? FindBodyFault(item.body) : fault;
+}
+
+ordered_json MakeTagsObject(MemoryItem const& item)
+{
+    ordered_json tags = ordered_json::object();
+    if (!item.tags.empty())
+        tags[kPanelCategory] = item.tags;
+    for (auto const& [category, text] : item.otherTags)
+        tags[category] = text;
+    return tags;
+}
+
+ordered_json MakeItemObject(MemoryItem const& item)
+{
+    ordered_json object = {{"uid", item.uid}, {"kind", item.kind}, {"name", item.name}};
+    auto const setText = [&](char const* key, std::string const& text) {
+        if (!text.empty())
+            SetKey(object, key, text);
+    };
+    auto const setFlag = [&](char const* key, bool isSet) {
+        if (isSet)
+            SetKey(object, key, true);
+    };
+    setText("category", item.category);
+    setText("implements", item.implements);
+    setFlag("signature", item.isSignature);
+    setFlag("loop", item.isLoop);
+    setFlag("readOnly", item.isReadOnly);
+    if (ordered_json tags = MakeTagsObject(item); !tags.empty())
+        SetKey(object, "tags", std::move(tags));
+    WriteGraphBody(item.body, object);
+    return object;
+}
+
+std::string ReadText(ordered_json const& object, char const* key)
+{
+    auto const found = object.find(key);
+    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+bool ReadFlag(ordered_json const& object, char const* key)
+{
+    auto const found = object.find(key);
+    return found != object.end() && found->is_boolean() && found->get<bool>();
+}
+
+void ReadTagTexts(ordered_json const& object, MemoryItem& item)
+{
+    auto const found = object.find("tags");
+    if (found == object.end() || !found->is_object())
+        return;
+    for (auto const& [category, text] : found->items()) {
+        if (!text.is_string())
+            continue;
+        std::string& tags = category == kPanelCategory ? item.tags : item.otherTags[category];
+        tags = text.get<std::string>();
+    }
+}
+
+MemoryItem ReadItem(ordered_json const& object)
+{
+    MemoryItem item;
+    item.kind = ReadText(object, "kind");
+    item.uid = ReadText(object, "uid");
+    item.name = ReadText(object, "name");
+    item.category = ReadText(object, "category");
+    item.implements = ReadText(object, "implements");
+    item.isSignature = ReadFlag(object, "signature");
+    item.isLoop = ReadFlag(object, "loop");
+    item.isReadOnly = ReadFlag(object, "readOnly");
+    ReadTagTexts(object, item);
+    item.body = ReadGraphBody(object, [](std::string const&, std::string const&) {
+        // Reported when the library was read.
+    });
+    return item;
+}
+
+/// What a save hands over of the places of items, to be noted when it has succeeded.
+class SavedState
+{
+public:
+    explicit SavedState(CLibrary const& library)
+    {
+        for (auto const& file : library.GetFiles()) {
+            for (LibraryFile::Entry const& entry : file->entries) {
+                if (entry.item && entry.item->IsModified())
+                    m_Objects.emplace_back(entry.item->GetIdentity().uid, entry.item->GetObject());
+            }
+            m_Files.emplace_back(file.get(), !file->entries.empty());
+        }
+    }
+
+    /// The library is still open. What was changed since stays unsaved.
+    void NoteSaved(CLibrary& library)
+    {
+        for (auto& [uid, object] : m_Objects) {
+            if (CLibraryItem* const item = library.FindItem(uid.c_str()))
+                item->SetSavedObject(std::move(object));
+        }
+        for (auto const& [file, hadItem] : m_Files) {
+            file->digest = hadItem ? GetSavedDigest() : QByteArray();
+            file->hasOtherEntries = file->entries.empty() == hadItem;
+        }
+    }
+
+private:
+    std::vector<std::pair<std::string, ordered_json>> m_Objects;
+    /// Whether there was an item in it. Files live as long as the library is open.
+    std::vector<std::pair<LibraryFile*, bool>> m_Files;
+};
+
+/// Why the items could not be saved; empty when they were.
+QString CallStore(MemoryStore& store, std::vector<MemoryItem> const& items)
+{
+    if (!store.save)
+        return QStringLiteral("it has no folder, and the program did not say how to save it");
+    if (store.isSaving)
+        return QStringLiteral("it is being saved already");
+    QScopedValueRollback<bool> const saving(store.isSaving, true);
+    try {
+        return store.save(items);
+    } catch (std::exception const& error) {
+        return QString::fromUtf8(error.what());
+    } catch (...) {
+        return QStringLiteral("an unknown failure");
+    }
+}
+
+} // namespace
+
+std::optional<MemoryObjects> MakeMemoryObjects(std::vector<MemoryItem> const& items, QString* fault)
+{
+    MemoryObjects objects;
+    objects.reserve(items.size());
+    UidMap<MemoryItem const> known;
+    for (MemoryItem const& item : items) {
+        *fault = FindItemFault(item);
+        if (fault->isEmpty()) {
+            objects.push_back(MakeItemObject(item));
+            *fault = FindGraphFault(objects.back());
+        }
+        MemoryItem const* const other = fault->isEmpty() ? known.Find(item.uid.c_str()) : nullptr;
+        if (other)
+            *fault = QStringLiteral("the uid %1 is that of item %2 already")
+                         .arg(ShownText(item.uid), ShownPlace(items, *other));
+        if (!fault->isEmpty()) {
+            *fault = QStringLiteral("item %1 (\"%2\"): %3")
+                         .arg(ShownPlace(items, item), ShownText(item.name), *fault);
+            return std::nullopt;
+        }
+        known.Insert(item.uid.c_str(), &item);
+    }
+    return objects;
+}
+
+std::shared_ptr<CLibrary> MakeMemoryLibrary(QString const& name, MemoryObjects objects,
+                                            MemoryStore const& store, CMessageChannel& messages)
+{
+    auto library = std::make_shared<CLibrary>(QString(), name, messages);
+    library->SetMemoryStore(std::make_shared<MemoryStore>(store));
+    DataSourcePtr const source(new CDataSource(
+        {std::string(), name.toLatin1().toStdString(), QString(), false, std::string()}));
+    library->AddSource(source);
+    for (ordered_json& object : objects) {
+        QString const path = QString::fromStdString(ReadText(object, "uid"));
+        LibraryFile& file = library->AddFile({path, source, false, {}, GetSavedDigest()});
+        file.entries.push_back({&library->AddItem(file, std::move(object)), ordered_json()});
+    }
+    return library;
+}
+
+std::vector<MemoryItem> ListItems(CLibrary const& library)
+{
+    std::vector<MemoryItem> items;
+    items.reserve(library.GetItemCount());
+    for (auto const& file : library.GetFiles()) {
+        for (LibraryFile::Entry const& entry : file->entries) {
+            if (entry.item)
+                items.push_back(ReadItem(entry.item->GetObject()));
+        }
+    }
+    return items;
+}
+
+SaveResult SaveMemoryLibrary(CLibrary& library)
+{
+    SaveResult result;
+    auto const& files = library.GetFiles();
+    if (std::none_of(files.begin(), files.end(),
+                     [](auto const& file) { return file->IsModified(); }))
+        return result;
+    tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
+    std::shared_ptr<MemoryStore> const store = library.GetMemoryStore();
+    QString const name = library.GetName();
+    SavedState state(library);
+    QString const reason = CallStore(*store, ListItems(library));
+    if (!reason.isEmpty())
+        result.failures.push_back(QStringLiteral("\"%1\" was not saved: %2.").arg(name, reason));
+    else if (kept.Revalidate())
+        state.NoteSaved(library);
+    return result;
+}
+
+} // namespace embeddedhost
