@@ -1,5 +1,5 @@
-# Run as a script: install, then configure the consumer and the example of embedding against the
-# install tree, build them, run them.
+# Run as a script: install, then configure the consumer and the examples against the install
+# tree, build them, run them.
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
@@ -26,9 +26,12 @@ set(ENV{QT_QPA_PLATFORM} offscreen)
 build_against_prefix(consumer ${SOURCE_DIR}/consumer -DINSTALLED_HEADERS=${prefix}/${HEADERS_DIR})
 run(${WORK_DIR}/consumer/consumer)
 
-build_against_prefix(embedding ${SOURCE_DIR}/../../examples/embedding
-    -DCMAKE_COMPILE_WARNING_AS_ERROR=ON)
-run(${WORK_DIR}/embedding/embedding ${WORK_DIR}/embedding/window.png)
-if(NOT EXISTS ${WORK_DIR}/embedding/window.png)
-    message(FATAL_ERROR "the example rendered no picture")
-endif()
+foreach(example embedding fiftyitems)
+    build_against_prefix(${example} ${SOURCE_DIR}/../../examples/${example}
+        -DCMAKE_COMPILE_WARNING_AS_ERROR=ON)
+    set(picture ${WORK_DIR}/${example}/window.png)
+    run(${WORK_DIR}/${example}/${example} ${picture})
+    if(NOT EXISTS ${picture})
+        message(FATAL_ERROR "the example ${example} rendered no picture")
+    endif()
+endforeach()
