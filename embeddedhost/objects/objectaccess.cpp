@@ -6,14 +6,39 @@
 #include <objectaccess.h>
 #include <qorm.h>
 
+#include <typeinfo>
+
+namespace embeddedhost {
+
+namespace {
+
+/// Not visible outside, so that the compiler inlines it: the functions below are called for each
+/// item of a rebuild.
+CObjectDatabase* FindDatabase(qorm::IQormInstance* instance)
+{
+    // Cheaper than a dynamic cast.
+    bool const isOurs = instance && typeid(*instance) == typeid(CObjectDatabase);
+    return isOurs ? static_cast<CObjectDatabase*>(instance) : nullptr;
+}
+
+} // namespace
+
+CObjectDatabase* CObjectDatabase::From(qorm::IQormInstance* instance)
+{
+    return FindDatabase(instance);
+}
+
+} // namespace embeddedhost
+
 namespace hostkit {
 
 using namespace qorm;
 using embeddedhost::CObjectDatabase;
+using embeddedhost::FindDatabase;
 
 bool HasObject(IQormInstance* instance, int cacheIndex, eObjectKind kind)
 {
-    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    CObjectDatabase const* const database = FindDatabase(instance);
     if (!database)
         return false;
     switch (kind) {
@@ -29,34 +54,34 @@ bool HasObject(IQormInstance* instance, int cacheIndex, eObjectKind kind)
 
 IDbObject* GetDbObject(IQormInstance* instance, int cacheIndex)
 {
-    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+    return FindDatabase(instance)->GetObject(cacheIndex);
 }
 
 ITypeAsset* GetTypeAsset(IQormInstance* instance, int cacheIndex)
 {
-    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+    return FindDatabase(instance)->GetObject(cacheIndex);
 }
 
 IValueAsset* GetValueAsset(IQormInstance* instance, int cacheIndex)
 {
-    return CObjectDatabase::From(instance)->GetObject(cacheIndex);
+    return FindDatabase(instance)->GetObject(cacheIndex);
 }
 
 QormPtr<IDataSource> FindDataSource(IQormInstance* instance, int cacheIndex)
 {
-    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    CObjectDatabase const* const database = FindDatabase(instance);
     return QormPtr<IDataSource>(database ? database->GetHome(cacheIndex).get() : nullptr);
 }
 
 DbObjectId FindObjectId(IQormInstance* instance, int cacheIndex)
 {
-    CObjectDatabase const* const database = CObjectDatabase::From(instance);
+    CObjectDatabase const* const database = FindDatabase(instance);
     return database ? database->GetId(cacheIndex) : DbObjectId("");
 }
 
 QormPtr<IDataModelMgr> FindManager(IQormInstance* instance, int cacheIndex)
 {
-    CObjectDatabase* const database = CObjectDatabase::From(instance);
+    CObjectDatabase* const database = FindDatabase(instance);
     return QormPtr<IDataModelMgr>(database && database->Exists(cacheIndex) ? database : nullptr);
 }
 

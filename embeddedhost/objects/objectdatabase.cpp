@@ -4,7 +4,6 @@
 #include "objects/query.h"
 
 #include <algorithm>
-#include <typeinfo>
 
 namespace embeddedhost {
 
@@ -32,13 +31,6 @@ CObjectDatabase::~CObjectDatabase()
 CObjectDatabase* CObjectDatabase::From(QormPtr<IQormInstance> const& instance)
 {
     return From(instance.Get());
-}
-
-CObjectDatabase* CObjectDatabase::From(IQormInstance* instance)
-{
-    // Cheaper than a dynamic cast: handles ask this for everything.
-    bool const isOurs = instance && typeid(*instance) == typeid(CObjectDatabase);
-    return isOurs ? static_cast<CObjectDatabase*>(instance) : nullptr;
 }
 
 void CObjectDatabase::AddResource(DataSourcePtr const& source)
