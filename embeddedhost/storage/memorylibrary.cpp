@@ -231,7 +231,8 @@ QString CallStore(MemoryStore& store, std::vector<MemoryItem> const& items)
     try {
         return store.save(items);
     } catch (std::exception const& error) {
-        return QString::fromUtf8(error.what());
+        QString const reason = QString::fromUtf8(error.what());
+        return reason.isEmpty() ? QStringLiteral("an unknown failure") : reason;
     } catch (...) {
         return QStringLiteral("an unknown failure");
     }
