@@ -89,7 +89,7 @@ std::string ItemAccessor::GetName(bool display, char const* reserved) const
 {
     TestItem const* const item = ItemOf(*this);
     TestHost::Get().Query("GetName", {TextOf(item), TextOf(display), Quoted(reserved)});
-    return item ? item->name : std::string();
+    return item ? (display ? "" : "stored ") + item->name : std::string();
 }
 
 Iterator<ItemAccessor> ItemTOCAccessor::GetItems(char const* kind) const
@@ -126,7 +126,8 @@ std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool display,
 {
     TestItem const* const item = ItemOf(*this, id);
     TestHost::Get().Query("GetItemName", {TextOf(item), TextOf(display), Quoted(reserved)});
-    return item ? item->name : std::string();
+    // No test mistakes the name that is stored for the one to be shown.
+    return item ? (display ? "" : "stored ") + item->name : std::string();
 }
 
 bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& id) const

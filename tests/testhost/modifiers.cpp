@@ -73,7 +73,7 @@ bool CompoundModifierAccessor::Initialize()
 bool CompoundModifierAccessor::CanModifyCompound(bool askHost) const
 {
     TestHost::Get().Query("CanModifyCompound", {TextOf(ItemOf(*this)), TextOf(askHost)});
-    return ItemOf(*this) && ItemOf(*this)->canModify;
+    return ItemOf(*this) && ItemOf(*this)->canModify && askHost;
 }
 
 bool CompoundModifierAccessor::RenameCompound(char const* newName,
