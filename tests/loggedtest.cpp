@@ -5,6 +5,8 @@
 #include <QStyleFactory>
 #include <QTest>
 
+#include <memory>
+
 namespace {
 
 LoggedTest* current = nullptr;
@@ -75,12 +77,18 @@ bool LoggedTest::IsExpected(QString const& message) const
     return false;
 }
 
-int RunTest(LoggedTest& test, int argc, char** argv)
+QApplication* MakeApplication(int& argc, char** argv)
 {
-    QApplication application(argc, argv);
-    application.setStyle(new StillStyle);
+    QApplication* const application = new QApplication(argc, argv);
+    QApplication::setStyle(new StillStyle);
     QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
     QApplication::setEffectEnabled(Qt::UI_AnimateTooltip, false);
     QApplication::setEffectEnabled(Qt::UI_FadeTooltip, false);
+    return application;
+}
+
+int RunTest(LoggedTest& test, int argc, char** argv)
+{
+    std::unique_ptr<QApplication> const application(MakeApplication(argc, argv));
     return QTest::qExec(&test, argc, argv);
 }

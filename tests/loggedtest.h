@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QStringList>
 
+class QApplication;
+
 /// Base of all tests: a warning or error in the log fails the test function it appears in, unless
 /// it was announced.
 class LoggedTest : public QObject
@@ -36,9 +38,19 @@ private:
     QtMessageHandler m_PreviousHandler;
 };
 
-/// Runs the tests of the object in an application that looks the same everywhere and moves
-/// nothing by itself.
+/// An application that looks the same everywhere and moves nothing by itself.
+QApplication* MakeApplication(int& argc, char** argv);
+/// Runs the tests of the object in such an application.
 int RunTest(LoggedTest& test, int argc, char** argv);
+
+typedef LoggedTest* (*MakeTest)();
+/// For NODEBROWSER_TEST; the value means nothing.
+bool AddTest(MakeTest makeTest);
+
+/// Adds the class to a program of several, of which the first argument may name one. Their main
+/// function is in testmain.cpp.
+#define NODEBROWSER_TEST(Test)                                                                     \
+    static bool const is##Test##Added = AddTest([]() -> LoggedTest* { return new Test; });
 
 #define NODEBROWSER_TEST_MAIN(Test)                                                                \
     int main(int argc, char** argv)                                                                \
