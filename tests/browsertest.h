@@ -1,20 +1,21 @@
 #ifndef NODEBROWSER_TESTS_BROWSERTEST_H
 #define NODEBROWSER_TESTS_BROWSERTEST_H
 
-#include "paneltest.h"
+#include "loggedtest.h"
 #include "testbrowser.h"
+#include "testhost.h"
 
-#include <QApplication>
 #include <QMouseEvent>
+#include <QTest>
 
-/// Base of tests around one panel: each test function has an empty library, too, and makes its
-/// panel when it likes.
-class BrowserTest : public PanelTest
+/// Base of tests of the panel and its dialogs: each test function has a fresh host and an empty
+/// library, and makes its panel when it likes.
+class BrowserTest : public LoggedTest
 {
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
+        m_Host.reset(new TestHost);
         m_Library.reset(new TestLibrary);
     }
 
@@ -22,25 +23,51 @@ protected:
     {
         m_Browser.reset();
         m_Library.reset();
-        PanelTest::TearDown();
+        m_Host.reset();
     }
 
-    /// An item with a database object in the source.
-    TestObject& AddStored(char const* kind, char const* name, TestDataSource* source)
+    /// The kind of that name, as the host writes it down: kinds are told apart by address.
+    static char const* FindKind(QString const& name)
     {
-        return m_Library->AddObject(m_Library->Add(kind, name), source);
+        using namespace tarno::datamodel;
+        for (char const* kind : {TarnoType::gPolymorphicSolver, TarnoType::gSolver,
+                                 TarnoType::gCompound, TarnoType::gGlobalConstant}) {
+            if (kind == name)
+                return kind;
+        }
+        return LibType::gType;
     }
 
-    /// A type chooser, whose header is 23 high, over that many types without a name. The row
+    /// Adds an item with a database object in the source. Returns its UID.
+    QString AddStored(char const* kind, char const* name, TestDataSource* source)
+    {
+        return QString::fromStdString(
+            m_Library->AddObject(m_Library->Add(kind, name), source).m_Uid);
+    }
+
+    /// A panel over the library, painted once, that shows items of all kinds.
+    void MakeBrowser(CNodeBrowser::eConfigType config = CNodeBrowser::eConfigNodes)
+    {
+        m_Browser.reset(new TestBrowser(config));
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        m_Browser->TabChanged(CNodeBrowser::eConfigAll);
+        m_Browser->Paint();
+    }
+
+    /// A type chooser, whose header is 23 high, over that many more types without a name. The row
     /// area has the given size.
     void MakeTypeChooser(int rows, QSize const& rowArea)
     {
         for (int row = 0; row < rows; ++row)
             m_Library->Add(tarno::datamodel::LibType::gType, "");
-        m_Browser.reset(new TestBrowser(CNodeBrowser::eConfigTypes));
+        MakeBrowser(CNodeBrowser::eConfigTypes);
         m_Browser->resize(rowArea.width(), 23 + rowArea.height());
-        m_Browser->SetItemLibrary(m_Library->GetAccessor());
         m_Browser->Paint();
+    }
+
+    void Click(int row, Qt::MouseButton button = Qt::LeftButton)
+    {
+        QTest::mouseClick(m_Browser.get(), button, Qt::NoModifier, m_Browser->GetRowCenter(row));
     }
 
     /// Gives the panel a mouse event as the toolkit does.
@@ -52,6 +79,27 @@ protected:
         QApplication::sendEvent(m_Browser.get(), &event);
     }
 
+    void TellInvalidated()
+    {
+        m_Library->Tell(
+            [](auto& listener, auto& library) { listener.LibraryInvalidated(library); });
+    }
+
+    void TellTags(tarno::datamodel::ItemID const& id, char const* category = "ApplicationTags")
+    {
+        m_Library->Tell([&](auto& listener, auto& library) {
+            listener.ItemTagsChanged(library, id, category);
+        });
+    }
+
+    void TellState(tarno::datamodel::ItemID const& id, long state)
+    {
+        m_Library->Tell([&](auto& listener, auto& library) {
+            listener.ItemAccessStateChanged(library, id, state);
+        });
+    }
+
+    std::unique_ptr<TestHost> m_Host;
     std::unique_ptr<TestLibrary> m_Library;
     std::unique_ptr<TestBrowser> m_Browser;
 };

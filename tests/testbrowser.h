@@ -3,8 +3,13 @@
 
 #include "nodebrowser.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QImage>
+#include <QPaintEvent>
 #include <QStringList>
+
+#include <utility>
 
 /// The panel with its inside open to tests.
 class TestBrowser : public CNodeBrowser
@@ -16,52 +21,17 @@ public:
         resize(300, 400);
     }
 
-    using CNodeBrowser::BuildAllItemList;
-    using CNodeBrowser::ClearButton;
-    using CNodeBrowser::CompareToFilter;
-    using CNodeBrowser::EnterPressed;
-    using CNodeBrowser::GetItemIndexAt;
-    using CNodeBrowser::OnCheckOutItem;
-    using CNodeBrowser::OnDatasourceChange;
-    using CNodeBrowser::OnDeleteItem;
-    using CNodeBrowser::OnEditItemTags;
-    using CNodeBrowser::OnMakeItemWritable;
-    using CNodeBrowser::OnNewCompound;
-    using CNodeBrowser::OnNewLoopCompound;
-    using CNodeBrowser::OnNewSignature;
-    using CNodeBrowser::OnRenameItem;
-    using CNodeBrowser::OnSaveGraphLibrary;
-    using CNodeBrowser::OnShowItemFiles;
-    using CNodeBrowser::paintEvent;
-    using CNodeBrowser::PopContexMenu;
-    using CNodeBrowser::SearchTextChange;
-    using CNodeBrowser::TabChanged;
-    using CNodeBrowser::UpdateScrollbar;
-    using CNodeBrowser::UpdateVisibleItems;
-
-    using CNodeBrowser::m_BrowserConfig;
-    using CNodeBrowser::m_ClearButton;
-    using CNodeBrowser::m_CommandManager;
-    using CNodeBrowser::m_ConfigType;
-    using CNodeBrowser::m_ContentHeight;
-    using CNodeBrowser::m_HeaderHeight;
-    using CNodeBrowser::m_ItemLibrary;
-    using CNodeBrowser::m_ItemListDirty;
-    using CNodeBrowser::m_Items;
-    using CNodeBrowser::m_ItemTOC;
-    using CNodeBrowser::m_PressPos;
-    using CNodeBrowser::m_ScrollBar;
-    using CNodeBrowser::m_ScrollOffset;
-    using CNodeBrowser::m_ScStatesStale;
-    using CNodeBrowser::m_SearchEdit;
-    using CNodeBrowser::m_SearchText;
-    using CNodeBrowser::m_SearchTextLower;
-    using CNodeBrowser::m_SelectedIndex;
-    using CNodeBrowser::m_SourceControlEnabled;
-    using CNodeBrowser::m_TabBar;
-    using CNodeBrowser::m_TagsRegistry;
-    using CNodeBrowser::m_VisibleItems;
-    using CNodeBrowser::m_VisibleListDirty;
+    using CNodeBrowser::BuildAllItemList, CNodeBrowser::CompareToFilter,
+        CNodeBrowser::GetItemIndexAt, CNodeBrowser::PopContexMenu, CNodeBrowser::SearchTextChange,
+        CNodeBrowser::TabChanged, CNodeBrowser::UpdateVisibleItems;
+    using CNodeBrowser::m_ContentHeight, CNodeBrowser::m_HeaderHeight, CNodeBrowser::m_ItemLibrary,
+        CNodeBrowser::m_ItemListDirty, CNodeBrowser::m_Items, CNodeBrowser::m_ItemTOC,
+        CNodeBrowser::m_ScrollOffset, CNodeBrowser::m_ScStatesStale, CNodeBrowser::m_SelectedIndex,
+        CNodeBrowser::m_SourceControlEnabled, CNodeBrowser::m_TagsRegistry,
+        CNodeBrowser::m_VisibleItems, CNodeBrowser::m_VisibleListDirty;
+    using CNodeBrowser::OnCheckOutItem, CNodeBrowser::OnDatasourceChange,
+        CNodeBrowser::OnDeleteItem, CNodeBrowser::OnEditItemTags, CNodeBrowser::OnMakeItemWritable,
+        CNodeBrowser::OnRenameItem, CNodeBrowser::OnShowItemFiles;
 
     /// What the panel looks like; a paint with all that it brings about.
     QImage Paint()
@@ -76,28 +46,28 @@ public:
     }
 
     /// Names of the item list, in its order.
-    QStringList GetNames() const
+    QString GetNames() const
     {
         QStringList names;
         for (Item const& item : m_Items)
             names << GetName(item);
-        return names;
+        return names.join(' ');
     }
 
-    /// Names of the rows after a paint.
-    QStringList GetRows()
+    /// Names of the rows as they are, without a paint.
+    QString GetStaleRows() const
     {
-        Paint();
         QStringList names;
         for (unsigned long position : m_VisibleItems)
             names << GetName(m_Items.at(position));
-        return names;
+        return names.join(' ');
     }
 
-    /// The item of that name; throws when there is none.
-    Item& GetItem(QString const& name)
+    /// Names of the rows after a paint.
+    QString GetRows()
     {
-        return m_Items.at(static_cast<std::size_t>(GetNames().indexOf(name)));
+        Paint();
+        return GetStaleRows();
     }
 
     /// A point in the middle of a row.
@@ -105,6 +75,25 @@ public:
     {
         return QPoint(width() / 2, m_HeaderHeight - m_ScrollOffset + row * 24 + 12);
     }
+
+    /// How often its rows were painted since the last call, with what is due now.
+    int TakePaintCount()
+    {
+        QEvent event(QEvent::UpdateRequest);
+        QCoreApplication::sendEvent(this, &event);
+        return std::exchange(m_PaintCount, 0);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        // A child that is painted has the panel paint what is under it.
+        m_PaintCount += event->rect().contains(rect().center());
+        CNodeBrowser::paintEvent(event);
+    }
+
+private:
+    int m_PaintCount = 0;
 };
 
 #endif

@@ -1,9 +1,9 @@
 #include "browsertest.h"
+#include "testtable.h"
 
 #include <QHelpEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTest>
 #include <QToolTip>
 #include <QWheelEvent>
 
@@ -11,26 +11,19 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// Counts paints and notes context menus instead of opening them.
-class WatchedBrowser : public TestBrowser
+/// Notes context menus instead of opening them.
+class MenuNotingBrowser : public TestBrowser
 {
 public:
     using TestBrowser::TestBrowser;
 
-    int m_PaintCount = 0;
-    QStringList m_Menus;
+    QString m_Menus;
 
 protected:
     void PopContexMenu(QPoint const& globalPos, unsigned long index) override
     {
         bool const isHere = mapFromGlobal(globalPos) == GetRowCenter(int(index));
-        m_Menus << QString("%1 at %2").arg(index).arg(isHere ? "row" : "somewhere else");
-    }
-
-    void paintEvent(QPaintEvent* event) override
-    {
-        ++m_PaintCount;
-        TestBrowser::paintEvent(event);
+        m_Menus += QString("%1 at %2").arg(index).arg(isHere ? "row" : "somewhere else");
     }
 };
 
@@ -43,15 +36,11 @@ class TestInput : public BrowserTest
 private Q_SLOTS:
     void selectsWithPresses_data();
     void selectsWithPresses();
-    void repaintsAtOnceForSelectionOnly();
     void makesCompoundCurrentOnDoubleClick();
     void showsToolTipOfCompounds();
-    void showsNoToolTipWithoutDatabaseObject();
-    void survivesItsEndWithToolTip();
     void scrollsByThreeRows_data();
     void scrollsByThreeRows();
     void scrollsRowsThatAllFit();
-    void tellsWhetherSelectionIsType();
 
 protected:
     void SetUp() override
@@ -61,27 +50,15 @@ protected:
         m_Library->Add(TarnoType::gCompound, "b signature").isAbstract = true;
         m_Library->Add(TarnoType::gSolver, "c solver");
         m_Library->Add(LibType::gType, "d type");
-        MakeBrowser(CNodeBrowser::eConfigNodes);
     }
 
 private:
-    void MakeBrowser(CNodeBrowser::eConfigType config)
-    {
-        m_Watched = new WatchedBrowser(config);
-        m_Browser.reset(m_Watched);
-        m_Browser->SetItemLibrary(m_Library->GetAccessor());
-        m_Browser->TabChanged(CNodeBrowser::eConfigAll);
-        m_Browser->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
-        m_Browser->Paint();
-    }
-
-    /// Whether the event counted as handled, and whether it was accepted.
-    std::pair<bool, bool> Hover(QPoint const& point)
+    /// Whether the event was accepted; it counts as handled in either case.
+    bool Hover(QPoint const& point)
     {
         QHelpEvent event(QEvent::ToolTip, point, m_Browser->mapToGlobal(point));
         bool const isHandled = static_cast<QObject*>(m_Browser.get())->event(&event);
-        return std::make_pair(isHandled, event.isAccepted());
+        return isHandled && event.isAccepted();
     }
 
     bool Wheel(QPoint const& point, QPoint const& delta)
@@ -91,31 +68,21 @@ private:
         QApplication::sendEvent(m_Browser.get(), &event);
         return event.isAccepted();
     }
-
-    /// The panel, again.
-    WatchedBrowser* m_Watched = nullptr;
 };
 
 void TestInput::selectsWithPresses_data()
 {
-    QTest::addColumn<int>("config");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("isSelected");
-    QTest::addColumn<QString>("menus");
-
-    auto const row = [](char const* name, int config, Qt::MouseButton button, int row,
-                        bool isSelected, char const* menus) {
-        QTest::newRow(name) << config << int(button) << row << isSelected << menus;
-    };
-    row("left", 0, Qt::LeftButton, 2, true, "");
-    row("left below the rows", 0, Qt::LeftButton, 4, false, "");
-    row("left in the header", 0, Qt::LeftButton, -1, false, "");
-    row("right", 0, Qt::RightButton, 1, true, "1 at row");
-    row("right below the rows", 0, Qt::RightButton, 4, false, "");
-    row("right in the type chooser", 1, Qt::RightButton, 1, false, "");
-    row("right in another configuration", 2, Qt::RightButton, 1, true, "1 at row");
-    row("middle", 0, Qt::MiddleButton, 1, false, "");
+    AddColumns<int, int, int, bool, QString>("config", "button", "row", "isSelected", "menus");
+    int const left = Qt::LeftButton;
+    int const right = Qt::RightButton;
+    AddRow("left", 0, left, 2, true, "");
+    AddRow("left below the rows", 0, left, 4, false, "");
+    AddRow("left in the header", 0, left, -1, false, "");
+    AddRow("right", 0, right, 1, true, "1 at row");
+    AddRow("right below the rows", 0, right, 4, false, "");
+    AddRow("right in the type chooser", 1, right, 1, false, "");
+    AddRow("right in another configuration", 2, right, 1, true, "1 at row");
+    AddRow("middle", 0, int(Qt::MiddleButton), 1, false, "");
 }
 
 void TestInput::selectsWithPresses()
@@ -124,123 +91,88 @@ void TestInput::selectsWithPresses()
     QFETCH(int, button);
     QFETCH(int, row);
     QFETCH(bool, isSelected);
-    MakeBrowser(static_cast<CNodeBrowser::eConfigType>(config));
-    QTest::mouseClick(m_Browser.get(), Qt::LeftButton, Qt::NoModifier, m_Browser->GetRowCenter(3));
-    QVERIFY(m_Browser->GetSelection() == (*m_Library)["d type"].id);
+    MenuNotingBrowser* const browser =
+        new MenuNotingBrowser(static_cast<CNodeBrowser::eConfigType>(config));
+    m_Browser.reset(browser);
+    QVERIFY(!browser->IsSelectionType());
+    browser->SetItemLibrary(m_Library->GetAccessor());
+    browser->TabChanged(CNodeBrowser::eConfigAll);
+    browser->Paint();
+    Click(3);
+    QVERIFY(browser->GetSelection() == (*m_Library)["d type"].id && browser->IsSelectionType());
 
-    QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
-    QPoint const point =
-        row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row);
-    QTest::mouseClick(m_Browser.get(), static_cast<Qt::MouseButton>(button), Qt::NoModifier, point);
-    QCOMPARE(m_Browser->m_SelectedIndex,
-             isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
-    QCOMPARE(m_Browser->GetSelection().IsNull(), !isSelected);
+    QSignalSpy selections(browser, SIGNAL(SelectionChanged()));
+    QPoint const header(250, browser->m_HeaderHeight);
+    QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier,
+                      row < 0 ? header : browser->GetRowCenter(row));
+    QVERIFY(browser->GetSelection()
+            == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
+    QCOMPARE(browser->m_SelectedIndex, isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
+    QVERIFY(!browser->IsSelectionType());
     QCOMPARE(selections.count(), isSelected ? 1 : 0);
-    QTEST(m_Watched->m_Menus.join(" "), "menus");
-    if (isSelected && button == Qt::LeftButton)
-        QCOMPARE(m_Browser->m_PressPos, point);
-}
-
-void TestInput::repaintsAtOnceForSelectionOnly()
-{
-    QTRY_VERIFY(m_Watched->m_PaintCount > 0);
-    QApplication::processEvents();
-    m_Watched->m_PaintCount = 0;
-    Send(QEvent::MouseButtonPress, m_Browser->GetRowCenter(1), Qt::LeftButton, Qt::LeftButton);
-    QCOMPARE(m_Watched->m_PaintCount, 1);
-    // The highlight stays until something else paints.
-    Send(QEvent::MouseButtonPress, QPoint(250, 5 + m_Browser->m_HeaderHeight + 24 * 4),
-         Qt::LeftButton, Qt::LeftButton);
-    QApplication::processEvents();
-    QCOMPARE(m_Watched->m_PaintCount, 1);
-    QCOMPARE(m_Browser->m_SelectedIndex, 0xFFFFFFFFul);
+    QTEST(browser->m_Menus, "menus");
 }
 
 void TestInput::makesCompoundCurrentOnDoubleClick()
 {
+    MakeBrowser();
+    Click(3);
     m_Host->TakeCalls();
     QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
-    m_Browser->m_SelectedIndex = 3;
-    QStringList const expected[] = {{"SetGlobalTarnoCompoundTarget a compound -"},
-                                    {"SetGlobalTarnoCompoundTarget b signature -"},
-                                    {},
-                                    {},
-                                    {}};
-    for (int row = 0; row < 5; ++row) {
-        Send(QEvent::MouseButtonDblClick, m_Browser->GetRowCenter(row), Qt::LeftButton,
-             Qt::LeftButton);
-        QCOMPARE(m_Host->TakeCalls(), expected[row]);
-    }
-    Send(QEvent::MouseButtonDblClick, QPoint(250, m_Browser->m_HeaderHeight), Qt::LeftButton,
-         Qt::LeftButton);
-    QVERIFY(m_Host->TakeCalls().isEmpty());
-    QCOMPARE(m_Browser->m_SelectedIndex, 3ul);
+    for (int row = -1; row < 5; ++row)
+        Send(QEvent::MouseButtonDblClick,
+             row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row),
+             Qt::LeftButton, Qt::LeftButton);
+    QCOMPARE(m_Host->TakeCalls(), (QStringList{"SetGlobalTarnoCompoundTarget a compound -",
+                                               "SetGlobalTarnoCompoundTarget b signature -"}));
+    QVERIFY(m_Browser->GetSelection() == (*m_Library)["d type"].id);
     QCOMPARE(selections.count(), 0);
 }
 
 void TestInput::showsToolTipOfCompounds()
 {
-    m_Host->AddRevisionControl();
     TestObject const& object =
         m_Library->AddObject((*m_Library)["a compound"], m_Host->m_Database.AddSource("project"));
     QString const uid = QString::fromStdString(object.m_Uid);
+    m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "e", "", "Compound:e"), nullptr);
+    MakeBrowser();
+    m_Browser->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
     m_Host->TakeCalls();
-    QVERIFY(Hover(m_Browser->GetRowCenter(0)).first);
-    QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
-    QCOMPARE(QToolTip::text(), "state of " + uid);
+    // Without the service, a database UID or an object there is none.
+    QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+    m_Host->AddRevisionControl();
+    QVERIFY(Hover(m_Browser->GetRowCenter(1)));
+    QVERIFY(Hover(m_Browser->GetRowCenter(4)));
+    QVERIFY(m_Host->TakeCalls().isEmpty() && !QToolTip::isVisible());
 
     // Any other item hides it.
     for (QPoint const& point : {m_Browser->GetRowCenter(2), m_Browser->GetRowCenter(9),
                                 QPoint(5, m_Browser->m_HeaderHeight)}) {
-        Hover(m_Browser->GetRowCenter(0));
-        QVERIFY(QToolTip::isVisible());
-        QCOMPARE(Hover(point), std::make_pair(true, false));
+        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
+        QCOMPARE(QToolTip::text(), "state of " + uid);
+        QVERIFY(!Hover(point));
         QTRY_VERIFY(!QToolTip::isVisible());
     }
-}
-
-void TestInput::showsNoToolTipWithoutDatabaseObject()
-{
-    m_Library->Add(TarnoType::gCompound, "e", "", "Compound:e");
-    m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
-    m_Browser->Paint();
-    m_Host->TakeCalls();
-    QVERIFY(Hover(m_Browser->GetRowCenter(0)).first);
-    m_Host->AddRevisionControl();
-    QVERIFY(Hover(m_Browser->GetRowCenter(0)).first);
-    QVERIFY(Hover(m_Browser->GetRowCenter(4)).first);
-    QVERIFY(m_Host->TakeCalls().isEmpty());
-    QVERIFY(!QToolTip::isVisible());
-}
-
-void TestInput::survivesItsEndWithToolTip()
-{
-    m_Host->AddRevisionControl();
-    m_Library->AddObject((*m_Library)["a compound"], m_Host->m_Database.AddSource("project"));
-    Hover(m_Browser->GetRowCenter(0));
-    QVERIFY(QToolTip::isVisible());
+    // It may outlast the library and the panel.
+    QVERIFY(Hover(m_Browser->GetRowCenter(0)));
     m_Library.reset();
-    m_Browser->Paint();
-    Hover(m_Browser->GetRowCenter(0));
+    QVERIFY(!Hover(m_Browser->GetRowCenter(0)));
     m_Browser.reset();
-    QApplication::processEvents();
-    QToolTip::hideText();
     QTRY_VERIFY(!QToolTip::isVisible());
 }
 
 void TestInput::scrollsByThreeRows_data()
 {
-    QTest::addColumn<int>("y");
-    QTest::addColumn<QPoint>("delta");
-    QTest::addColumn<int>("offset");
-
-    QTest::newRow("up") << 100 << QPoint(0, 120) << 100 - 72;
-    QTest::newRow("down") << 100 << QPoint(0, -120) << 100 + 72;
-    QTest::newRow("as far, however fast") << 100 << QPoint(0, -1200) << 100 + 72;
-    QTest::newRow("no way counts as down") << 100 << QPoint(0, 0) << 100 + 72;
-    QTest::newRow("sideways") << 100 << QPoint(120, 0) << 100 - 72;
-    QTest::newRow("first line of the rows") << 43 << QPoint(0, 120) << 100 - 72;
-    QTest::newRow("header") << 42 << QPoint(0, 120) << 100;
+    AddColumns<int, QPoint, int>("y", "delta", "offset");
+    AddRow("up", 100, QPoint(0, 120), 100 - 72);
+    AddRow("down", 100, QPoint(0, -120), 100 + 72);
+    AddRow("as far, however fast", 100, QPoint(0, -1200), 100 + 72);
+    AddRow("no way counts as down", 100, QPoint(0, 0), 100 + 72);
+    AddRow("sideways", 100, QPoint(120, 0), 100 - 72);
+    AddRow("first line of the rows", 43, QPoint(0, 120), 100 - 72);
+    AddRow("header", 42, QPoint(0, 120), 100);
 }
 
 void TestInput::scrollsByThreeRows()
@@ -250,38 +182,23 @@ void TestInput::scrollsByThreeRows()
     QFETCH(int, offset);
     for (int i = 0; i < 40; ++i)
         m_Library->Add(TarnoType::gSolver, "more");
-    m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
-    m_Browser->Paint();
-    m_Browser->m_ScrollBar->setValue(100);
-    bool const isAccepted = Wheel(QPoint(250, y), delta);
+    MakeBrowser();
+    m_Browser->findChild<QScrollBar*>()->setValue(100);
+    QCOMPARE(Wheel(QPoint(250, y), delta), offset != 100);
     QCOMPARE(m_Browser->m_ScrollOffset, offset);
-    QCOMPARE(isAccepted, offset != 100);
-
     for (int i = 0; i < 40; ++i)
-        Wheel(QPoint(100, 100), QPoint(0, -120));
+        Wheel(QPoint(100, 399), QPoint(0, -120));
     QCOMPARE(m_Browser->m_ScrollOffset, 44 * 24 - (400 - 43));
 }
 
 /// A scroll bar that never had a range keeps the toolkit's own, hidden or not.
 void TestInput::scrollsRowsThatAllFit()
 {
-    QVERIFY(m_Browser->m_ScrollBar->isHidden());
+    MakeBrowser();
     QVERIFY(Wheel(QPoint(100, 100), QPoint(0, -120)));
-    QCOMPARE(m_Browser->m_ScrollOffset, 72);
     QCOMPARE(m_Browser->GetItemIndexAt(QPoint(100, 44)), 3ul);
 }
 
-void TestInput::tellsWhetherSelectionIsType()
-{
-    QVERIFY(!m_Browser->IsSelectionType());
-    for (int row = 0; row < 6; ++row) {
-        QTest::mouseClick(m_Browser.get(), Qt::LeftButton, Qt::NoModifier,
-                          m_Browser->GetRowCenter(row));
-        QCOMPARE(m_Browser->IsSelectionType(), row == 3);
-    }
-    QVERIFY(!TestBrowser().IsSelectionType());
-}
-
-NODEBROWSER_TEST_MAIN(TestInput)
+NODEBROWSER_TEST(TestInput)
 
 #include "tst_input.moc"

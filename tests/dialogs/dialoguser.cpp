@@ -1,9 +1,10 @@
 #include "dialoguser.h"
 
 #include <QApplication>
+#include <QMetaEnum>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
-#include <QTimerEvent>
 #include <QWindow>
 
 namespace {
@@ -14,11 +15,52 @@ int const kPollInterval = 1;
 QString Describe(QWidget const* widget)
 {
     if (QAbstractButton const* const button = qobject_cast<QAbstractButton const*>(widget))
-        return button->text();
+        return button->text().remove('&');
     return widget ? widget->metaObject()->className() : "nothing";
 }
 
+QPushButton* FindButton(QWidget& window, QString const& text)
+{
+    for (QPushButton* const button : window.findChildren<QPushButton*>()) {
+        if (!text.isEmpty() && Describe(button) == text)
+            return button;
+    }
+    return nullptr;
+}
+
 } // namespace
+
+void Use(QWidget& window, QString const& text)
+{
+    QRegularExpressionMatchIterator parts = QRegularExpression("<([^>]+)>|.").globalMatch(text);
+    while (parts.hasNext()) {
+        QRegularExpressionMatch const part = parts.next();
+        QString const name = part.captured(1);
+        QByteArray const key = "Key_" + name.toLatin1();
+        // Keys go to the window, which hands them to whatever has the focus.
+        if (name.isEmpty())
+            QTest::sendKeyEvent(QTest::Click, window.windowHandle(), Qt::Key_unknown,
+                                part.captured(), Qt::NoModifier);
+        else if (name == "close")
+            window.close();
+        else if (QPushButton* const button = FindButton(window, name))
+            QTest::mouseClick(button, Qt::LeftButton);
+        else
+            QTest::keyClick(window.windowHandle(),
+                            Qt::Key(QMetaEnum::fromType<Qt::Key>().keyToValue(key)));
+    }
+}
+
+QString GetTabOrder(QWidget& window)
+{
+    QStringList order;
+    QWidget* const first = window.focusWidget();
+    do {
+        order << Describe(window.focusWidget());
+        Use(window, "<Tab>");
+    } while (window.focusWidget() != first && order.size() < 10);
+    return order.join(' ');
+}
 
 DialogUser::DialogUser(Action const& action)
     : m_Action(action)
@@ -27,6 +69,10 @@ DialogUser::DialogUser(Action const& action)
 {
     m_Timer.start(kPollInterval, this);
 }
+
+DialogUser::DialogUser(QString const& text)
+    : DialogUser([text](QDialog& dialog) { Use(dialog, text); })
+{}
 
 bool DialogUser::HasClosed() const
 {
@@ -43,38 +89,4 @@ void DialogUser::timerEvent(QTimerEvent* /*event*/)
     m_HasClosed = !dialog || !dialog->isVisible();
     if (!m_HasClosed)
         dialog->reject();
-}
-
-void PressKey(QWidget& window, Qt::Key key)
-{
-    QTest::keyClick(window.windowHandle(), key);
-}
-
-void TypeText(QWidget& window, QString const& text)
-{
-    for (QChar const character : text)
-        QTest::sendKeyEvent(QTest::Click, window.windowHandle(), Qt::Key_unknown,
-                            QString(character), Qt::NoModifier);
-}
-
-QStringList GetTabOrder(QWidget& window)
-{
-    QStringList order;
-    QWidget* const first = window.focusWidget();
-    do {
-        order << Describe(window.focusWidget());
-        PressKey(window, Qt::Key_Tab);
-    } while (window.focusWidget() != first && order.size() < 10);
-    return order;
-}
-
-void ClickButton(QWidget& window, char const* text)
-{
-    for (QPushButton* const button : window.findChildren<QPushButton*>()) {
-        if (button->text().remove('&') == text) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            return;
-        }
-    }
-    QFAIL(text);
 }

@@ -1,15 +1,12 @@
 #include "browsertest.h"
 #include "dialoguser.h"
+#include "testtable.h"
 
 #include <QAction>
 #include <QHelpEvent>
 #include <QMenu>
-#include <QPointer>
 #include <QRegularExpression>
-#include <QTest>
 #include <QTimer>
-
-#include <functional>
 
 using namespace tarno::datamodel;
 
@@ -58,6 +55,10 @@ char const kClipUid[] = "AAAAAAAA-0000-4000-8000-000000000000";
 char const kGlowUid[] = "AAAAAAAA-0000-4000-8000-000000000001";
 char const kResourceUid[] = "EEEEEEEE-0000-4000-8000-000000000001";
 
+char const* const kEvents[] = {"item added before", "item removed",   "item renamed",
+                               "library replaced",  "library closed", "panel deleted",
+                               "service withdrawn"};
+
 } // namespace
 
 /// Three rows, the second of which is "Soft Glow", and as many in the library that is not shown.
@@ -103,7 +104,7 @@ void TestCommandTarget::Happen(QString const& event)
     else if (event == "service withdrawn")
         m_Host->SetService("RevisionControlUIHelper", nullptr);
     if (m_Browser && !m_Browser->testAttribute(Qt::WA_WState_InPaintEvent)) {
-        m_Browser->m_ItemListDirty = true;
+        m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
         m_Browser->Paint();
     }
     m_Host->TakeCalls();
@@ -114,10 +115,8 @@ void TestCommandTarget::Choose(QMenu& menu, QString const& entry)
     // The menu is closed before the command runs, as it is for a click.
     menu.close();
     for (QAction* const action : menu.findChildren<QAction*>()) {
-        if (action->text().startsWith(entry)) {
-            action->trigger();
-            return;
-        }
+        if (action->text().startsWith(entry))
+            return action->trigger();
     }
     QFAIL(qPrintable("no entry " + entry));
 }
@@ -147,87 +146,61 @@ void TestCommandTarget::ChooseInMenuOfHost(QString const& entry)
 
 void TestCommandTarget::actsOnTheItemThatTheEntryNames_data()
 {
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<QString>("event");
-    QTest::addColumn<bool>("isInDialog");
-    QTest::addColumn<bool>("hasDialog");
-    QTest::addColumn<QStringList>("calls");
-
-    struct SEntry
-    {
-        char const* text;
-        bool isOfItem;
-        bool hasDialog;
-        QString calls;
-    };
+    AddColumns<QString, QString, QString, QString>("entry", "afterChoice", "inDialog", "calls");
     QString const uid = kGlowUid;
     QString const create = "Create%1 A 'Halo' %2'' manager|SetGlobalTarnoCompoundTarget Halo -";
-    SEntry const entries[] = {
-        {"Show Files", true, false, "ShowFiles " + uid + " false"},
-        {"elsewhere", true, false, "MoveToDataSource " + uid + " 'elsewhere' true"},
-        {"Rename", true, true, "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager"},
-        {"Edit Tags", true, true, "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager"},
-        {"Delete", true, false, ""},
-        {"Compound sig", false, true, create.arg("AndSetFromNewCompound", "true null ")},
-        {"Public compound", false, true, create.arg("AndSetFromNewCompound", "false '' ")},
-        {"Public looping", false, true, create.arg("AndSetFromNewLoopCompound", "'' ")},
+    // One sign for each event: done, not done, or left to the host, which refuses a library that
+    // is not there.
+    auto const add = [](char const* entry, char const* afterChoice, char const* inDialog,
+                        QString const& calls) {
+        AddRow(entry, entry, afterChoice, inDialog, calls);
     };
-    for (SEntry const& entry : entries) {
-        for (char const* eventText :
-             {"item added before", "item removed", "item renamed", "library replaced",
-              "library closed", "panel deleted", "service withdrawn"}) {
-            QString const event = eventText;
-            bool const isLost = event == "library replaced" || event == "panel deleted";
-            bool const isItemLost = isLost || event == "item removed" || event == "library closed";
-            bool const isOfService = entry.isOfItem && !entry.hasDialog;
-            QString calls = entry.calls;
-            if ((entry.isOfItem ? isItemLost : isLost)
-                || (isOfService && event == "service withdrawn"))
-                calls.clear();
-            if (event == "item renamed")
-                calls.replace("Soft Glow", "A Glow");
-            // A library that is not there is the host's to refuse.
-            if (event == "library closed")
-                calls = calls.section('|', 0, 0).replace(" A ", " - ");
-            for (bool const isInDialog : {false, true}) {
-                if (isInDialog ? !entry.hasDialog : !entry.isOfItem)
-                    continue;
-                QString const row = QString("%1, %2%3")
-                                        .arg(entry.text, event)
-                                        .arg(isInDialog ? " in its dialog" : "");
-                QTest::newRow(qPrintable(row))
-                    << entry.text << event << isInDialog
-                    << (entry.hasDialog && (isInDialog || !isItemLost))
-                    << (calls.isEmpty() ? QStringList() : calls.split('|'));
-            }
-        }
-    }
+    add("Show Files", "+-+----", "", "ShowFiles " + uid + " false");
+    add("elsewhere", "+-+----", "", "MoveToDataSource " + uid + " 'elsewhere' true");
+    add("Rename", "+-+---+", "+-+---+",
+        "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager");
+    add("Edit Tags", "+-+---+", "+-+---+",
+        "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager");
+    add("Delete", "-------", "", "");
+    add("Compound sig", "", "+++-?-+", create.arg("AndSetFromNewCompound", "true null "));
+    add("Public compound", "", "+++-?-+", create.arg("AndSetFromNewCompound", "false '' "));
+    add("Public looping", "", "+++-?-+", create.arg("AndSetFromNewLoopCompound", "'' "));
 }
 
 void TestCommandTarget::actsOnTheItemThatTheEntryNames()
 {
     QFETCH(QString, entry);
-    QFETCH(QString, event);
-    QFETCH(bool, isInDialog);
-    DialogUser user([&](QDialog& dialog) {
-        TypeText(dialog, "Hal");
-        if (isInDialog)
-            Happen(event);
-        QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
-        TypeText(dialog, "o");
-        PressKey(dialog, Qt::Key_Return);
-    });
-    if (entry.startsWith("Public") || entry.startsWith("Compound"))
-        ChooseInMenuOfHost(entry);
-    else
-        ChooseInContextMenu(entry, [&] {
-            if (!isInDialog)
+    QFETCH(QString, afterChoice);
+    QFETCH(QString, inDialog);
+    QFETCH(QString, calls);
+    QString const outcomes = afterChoice + inDialog;
+    for (int step = 0; step < outcomes.size(); ++step) {
+        bool const isInDialog = step >= afterChoice.size();
+        QString const event = kEvents[step % 7];
+        MakePanel();
+        DialogUser user([&](QDialog& dialog) {
+            Use(dialog, "Hal");
+            if (isInDialog)
                 Happen(event);
+            QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
+            Use(dialog, "o<Return>");
         });
-    QTEST(m_Host->TakeCalls(), "calls");
-    QTEST(user.HasClosed(), "hasDialog");
-    if (m_Browser)
-        QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
+        if (afterChoice.isEmpty())
+            ChooseInMenuOfHost(entry);
+        else
+            ChooseInContextMenu(entry, [&] {
+                if (!isInDialog)
+                    Happen(event);
+            });
+        QString expected = outcomes[step] == '-' ? "" : calls;
+        if (event == "item renamed")
+            expected.replace("Soft Glow", "A Glow");
+        if (outcomes[step] == '?')
+            expected = expected.section('|', 0, 0).replace(" A ", " - ");
+        QCOMPARE(event + ": " + m_Host->TakeCalls().join('|'), event + ": " + expected);
+        QCOMPARE(user.HasClosed(), isInDialog || (outcomes[step] == '+' && !inDialog.isEmpty()));
+        QVERIFY(!m_Browser || m_Browser->m_SelectedIndex == 1);
+    }
 }
 
 /// Whatever menu or dialog is open at the time.
@@ -239,8 +212,7 @@ void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
     };
     DialogUser user([&](QDialog& dialog) {
         callTheHostsCommand();
-        TypeText(dialog, "Halo");
-        PressKey(dialog, Qt::Key_Return);
+        Use(dialog, "Halo<Return>");
     });
     ChooseInContextMenu("Rename", [&] {
         m_Host->TakeCalls();
@@ -256,42 +228,23 @@ void TestCommandTarget::actsOnTheSelectedRowWhenTheHostCalls()
         DialogUser none([](QDialog&) { QFAIL("a dialog"); });
         QMetaObject::invokeMethod(m_Browser.get(), command);
     }
-
-    // The selected row counts for one, too, that is called inside any call which the menu's command
-    // makes.
-    bool hasRun = true;
-    for (int call = 1; hasRun; ++call) {
-        MakePanel();
-        ChooseInContextMenu("elsewhere", [&] {
-            m_Host->TakeCalls();
-            m_Host->RunAt(call, callTheHostsCommand);
-        });
-        hasRun = m_Host->HasRun();
-        m_Host->RunAt(0, {});
-        QCOMPARE(m_Host->TakeCalls().contains(show), hasRun);
-        QVERIFY(hasRun || call > 1);
-    }
 }
 
 void TestCommandTarget::survivesEveryCallOfTheHost_data()
 {
-    QTest::addColumn<QString>("scenario");
-
+    AddColumns<QString>("scenario");
     for (char const* scenario :
          {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound", "OnSaveGraphLibrary",
           "OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable", "OnShowItemFiles",
           "OnEditItemTags", "Show Files", "Rename", "elsewhere", "Edit Tags", "double click",
           "tool tip", "selection", "list: paint", "list: tags told", "list: state told"})
-        QTest::newRow(scenario) << scenario;
+        AddRow(scenario, scenario);
 }
 
 void TestCommandTarget::Run(QString const& scenario)
 {
     QPoint const point = m_Browser->GetRowCenter(1);
-    DialogUser user([](QDialog& dialog) {
-        TypeText(dialog, "Halo");
-        PressKey(dialog, Qt::Key_Return);
-    });
+    DialogUser user("Halo<Return>");
     if (scenario == "double click") {
         Send(QEvent::MouseButtonDblClick, point, Qt::LeftButton, Qt::LeftButton);
     } else if (scenario == "tool tip") {
@@ -338,13 +291,13 @@ void TestCommandTarget::survivesEveryCallOfTheHost()
             QStringList const wrong = m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
             QVERIFY2(isOfList || wrong.isEmpty(), qPrintable(wrong.join('|')));
             if (m_Browser && m_Host->HasRun())
-                QCOMPARE(m_Browser->GetRows().join(' '), QString("B B B"));
+                QCOMPARE(m_Browser->GetRows(), QString("B B B"));
         } while (m_Host->HasRun());
         m_Host->RunAt(0, nullptr);
         QVERIFY(call > 1);
     }
 }
 
-NODEBROWSER_TEST_MAIN(TestCommandTarget)
+NODEBROWSER_TEST(TestCommandTarget)
 
 #include "tst_commandtarget.moc"

@@ -1,20 +1,18 @@
+#include "browsertest.h"
 #include "dialoguser.h"
-#include "paneltest.h"
 #include "renamedialog.h"
+#include "testtable.h"
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
-#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
 #include <QToolTip>
 #include <QValidator>
 
 using namespace tarno::datamodel;
 
-class TestRenameDialog : public PanelTest
+class TestRenameDialog : public BrowserTest
 {
     Q_OBJECT
 
@@ -24,15 +22,11 @@ private Q_SLOTS:
     void checksWhatIsTyped();
     void recoversFromABadName();
     void letsTheSameCharactersInWithEveryToolkit();
-    void closes_data();
-    void closes();
-    void passesErrorsOfTheHost();
 
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         m_Compound.SetFrom(m_Library->GetAccessor(m_Library->Add(TarnoType::gCompound, "Blur")));
         m_Library->Add(TarnoType::gSolver, "Glow");
         m_Library->m_InheritedNames = {"Shine", "\xE9", "?"};
@@ -46,14 +40,12 @@ protected:
     {
         m_Dialog.reset();
         m_Compound = CompoundAccessor();
-        m_Library.reset();
-        PanelTest::TearDown();
+        BrowserTest::TearDown();
     }
 
     /// Good when the reason is empty.
     void CheckShown(QString const& reason) const;
 
-    std::unique_ptr<TestLibrary> m_Library;
     CompoundAccessor m_Compound;
     std::unique_ptr<CRenameCompoundDialog> m_Dialog;
     QLineEdit* m_Field;
@@ -80,15 +72,25 @@ void TestRenameDialog::startsWithTheOldName()
     QCOMPARE(m_Dialog->windowTitle(), QString("Rename Blur"));
     QVERIFY(!(m_Dialog->windowFlags() & Qt::WindowContextHelpButtonHint));
     QVERIFY(!m_Dialog->parent());
-    QCOMPARE(m_Dialog->findChild<QLabel*>()->text(), QString("New name:"));
-    QCOMPARE(m_Field->minimumWidth(), 120);
-    QCOMPARE(m_Dialog->layout()->contentsMargins(), QMargins(5, 5, 5, 5));
     m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
-
     DialogUser user([this](QDialog& dialog) {
+        // Five pixels around the label, the field right of it, and the buttons in the corner.
+        QLabel const& label = *m_Dialog->findChild<QLabel*>();
+        QWidget const& buttons = *m_OkButton->parentWidget();
+        QCOMPARE(label.text(), QString("New name:"));
+        QCOMPARE(label.x(), 5);
+        QVERIFY(label.geometry().right() < m_Field->x()
+                && label.y() < m_Field->geometry().bottom());
+        QVERIFY(m_Field->y() == 5 && m_Field->width() >= 120 && m_Field->minimumWidth() == 120);
+        QCOMPARE(m_Field->geometry().right(), dialog.width() - 6);
+        QVERIFY(buttons.y() > m_Field->geometry().bottom());
+        dialog.resize(500, 300);
+        QCoreApplication::processEvents();
+        QCOMPARE(buttons.geometry().bottomRight(), QPoint(500 - 6, 300 - 6));
+
         QVERIFY(m_Field->hasFocus());
         QCOMPARE(m_Field->selectedText(), QString("Blur"));
-        QCOMPARE(GetTabOrder(dialog).mid(1).join(' ').remove('&'), QString("OK Cancel"));
+        QCOMPARE(GetTabOrder(dialog), QString("QLineEdit OK Cancel"));
         // Names that are set are not checked, whatever they are.
         for (char const* name : {"Glow", "a-b", ""}) {
             m_Dialog->SetOldName(name);
@@ -98,10 +100,9 @@ void TestRenameDialog::startsWithTheOldName()
         QCOMPARE(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), 0);
         // They do not become the name that is the compound's own, either.
         m_Dialog->SetOldName("Glo");
-        PressKey(dialog, Qt::Key_End);
-        TypeText(dialog, "w");
+        Use(dialog, "<End>w");
         QVERIFY(!m_OkButton->isEnabled());
-        PressKey(dialog, Qt::Key_Escape);
+        Use(dialog, "<Escape>");
     });
     m_Dialog->exec();
     QVERIFY(user.HasClosed());
@@ -109,57 +110,35 @@ void TestRenameDialog::startsWithTheOldName()
 
 void TestRenameDialog::checksWhatIsTyped_data()
 {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("reason");
-    QTest::addColumn<int>("questions");
-
+    AddColumns<QString, QString, QString, int>("typed", "text", "reason", "questions");
     QString const used = "Name already used";
-    QTest::newRow("free name") << "Halo"
-                               << "Halo"
-                               << "" << 1;
-    QTest::newRow("own name in another case") << "bLUR"
-                                              << "bLUR"
-                                              << "" << 0;
-    QTest::newRow("name of another item") << "Glow"
-                                          << "Glow" << used << 1;
-    QTest::newRow("name of a library below") << "Shine"
-                                             << "Shine" << used << 1;
-    QTest::newRow("8-bit letter") << QString(QChar(0xE9)) << QString(QChar(0xE9)) << used << 1;
-    QTest::newRow("other letter") << QString(QChar(0x3A9)) << QString(QChar(0x3A9)) << used << 1;
+    AddRow("free name", "Halo", "Halo", "", 1);
+    AddRow("own name in another case", "bLUR", "bLUR", "", 0);
+    AddRow("name of another item", "Glow", "Glow", used, 1);
+    AddRow("name of a library below", "Shine", "Shine", used, 1);
+    AddRow("8-bit letter", "\u00E9", "\u00E9", used, 1);
+    AddRow("other letter", "\u03A9", "\u03A9", used, 1);
     // A digit is a word character.
-    QTest::newRow("leading digit") << "2nd"
-                                   << "2nd"
-                                   << "" << 1;
-    QTest::newRow("leading underscore") << "_x"
-                                        << "_x"
-                                        << "" << 1;
-    QTest::newRow("leading blank") << " x"
-                                   << "x"
-                                   << "" << 1;
-    QTest::newRow("inner blank and digit") << "Halo 2"
-                                           << "Halo 2"
-                                           << "" << 1;
-    QTest::newRow("trailing blank") << "Glow "
-                                    << "Glow "
-                                    << "" << 1;
-    QTest::newRow("punctuation") << "a-b.c"
-                                 << "abc"
-                                 << "" << 1;
+    AddRow("leading digit", "2nd", "2nd", "", 1);
+    AddRow("leading underscore", "_x", "_x", "", 1);
+    AddRow("leading blank", " x", "x", "", 1);
+    AddRow("inner blank and digit", "Halo 2", "Halo 2", "", 1);
+    AddRow("trailing blank", "Glow ", "Glow ", "", 1);
+    AddRow("punctuation", "a-b.c", "abc", "", 1);
 }
 
 void TestRenameDialog::checksWhatIsTyped()
 {
     QFETCH(QString, typed);
+    QFETCH(QString, reason);
     DialogUser user([&](QDialog& dialog) {
-        TypeText(dialog, typed.left(typed.size() - 1));
+        Use(dialog, typed.left(typed.size() - 1));
         m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
-        TypeText(dialog, typed.right(1));
+        Use(dialog, typed.right(1));
         QTEST(m_Dialog->GetNewName(), "text");
         QTEST(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), "questions");
-        QFETCH(QString, reason);
         CheckShown(reason);
-        PressKey(dialog, Qt::Key_Escape);
+        Use(dialog, "<Escape>");
     });
     QCOMPARE(m_Dialog->exec(), int(QDialog::Rejected));
     QVERIFY(user.HasClosed());
@@ -168,21 +147,20 @@ void TestRenameDialog::checksWhatIsTyped()
 void TestRenameDialog::recoversFromABadName()
 {
     DialogUser user([this](QDialog& dialog) {
-        PressKey(dialog, Qt::Key_Backspace);
+        Use(dialog, "<Backspace>");
         CheckShown("Name can't be empty");
-        PressKey(dialog, Qt::Key_Return);
+        QCOMPARE(QToolTip::text(), QString("Name can't be empty"));
+        Use(dialog, "<Return>");
         QVERIFY(dialog.isVisible());
-        TypeText(dialog, "Glow");
+        Use(dialog, "Glow");
         CheckShown("Name already used");
-        TypeText(dialog, "s");
+        Use(dialog, "s");
         CheckShown("");
-        PressKey(dialog, Qt::Key_Return);
+        Use(dialog, "<Return>");
     });
     QCOMPARE(m_Dialog->exec(), int(QDialog::Accepted));
     QVERIFY(user.HasClosed());
     QCOMPARE(m_Dialog->GetNewName(), QString("Glows"));
-    // It asks; the command renames.
-    QVERIFY(m_Host->TakeCalls().isEmpty());
 }
 
 /// Expressions of the newest generation have other ideas of what a word is.
@@ -203,43 +181,6 @@ void TestRenameDialog::letsTheSameCharactersInWithEveryToolkit()
     QVERIFY(!accepts(QString()));
 }
 
-void TestRenameDialog::closes_data()
-{
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("result");
-
-    QTest::newRow("Enter") << "" << int(Qt::Key_Enter) << 1;
-    QTest::newRow("Escape") << "" << int(Qt::Key_Escape) << 0;
-    QTest::newRow("OK") << "OK" << 0 << 1;
-    QTest::newRow("Cancel") << "Cancel" << 0 << 0;
-}
-
-void TestRenameDialog::closes()
-{
-    QFETCH(QString, button);
-    QFETCH(int, key);
-    DialogUser user([&](QDialog& dialog) {
-        if (button.isEmpty())
-            PressKey(dialog, Qt::Key(key));
-        else
-            ClickButton(dialog, qPrintable(button));
-    });
-    QTEST(m_Dialog->exec(), "result");
-    QVERIFY(user.HasClosed());
-}
-
-void TestRenameDialog::passesErrorsOfTheHost()
-{
-    m_Host->ThrowAt("GetItemName", 1);
-    QVERIFY_EXCEPTION_THROWN(CRenameCompoundDialog(m_Library->GetAccessor(), m_Compound),
-                             HostError);
-    m_Host->ThrowAt("IsNameInNodeLibraryHierarchy", 1);
-    QVERIFY_EXCEPTION_THROWN(
-        QMetaObject::invokeMethod(m_Dialog.get(), "OnNameChanged", Q_ARG(QString, "Halo")),
-        HostError);
-}
-
-NODEBROWSER_TEST_MAIN(TestRenameDialog)
+NODEBROWSER_TEST(TestRenameDialog)
 
 #include "tst_renamedialog.moc"

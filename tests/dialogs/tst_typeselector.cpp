@@ -1,19 +1,16 @@
+#include "browsertest.h"
 #include "dialoguser.h"
-#include "nodebrowser.h"
-#include "paneltest.h"
+#include "testtable.h"
 #include "typeselector.h"
 
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabBar>
-#include <QTest>
 
 using namespace tarno::datamodel;
 
-Q_DECLARE_METATYPE(DialogUser::Action)
-
-class TestTypeSelector : public PanelTest
+class TestTypeSelector : public BrowserTest
 {
     Q_OBJECT
 
@@ -21,32 +18,19 @@ private Q_SLOTS:
     void offersTheTypes();
     void endsOnce_data();
     void endsOnce();
-    void staysOpenBesideTheRows();
     void canBeUsedAgain();
-    void opensEmptyWithoutLibrary_data();
-    void opensEmptyWithoutLibrary();
-    void survivesTheEndOfItsLibrary();
     void passesErrorsOfTheHost();
 
 protected:
     void SetUp() override
     {
-        PanelTest::SetUp();
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         for (char const* name : {"vector", "float", "int"})
             m_Library->Add(LibType::gType, name);
         m_Library->Add(TarnoType::gSolver, "interpolate");
         m_Host->m_Proxy.m_ItemLibrary = m_Library->GetAccessor();
         m_Host->SetService("QormDBProxy", &m_Host->m_Proxy);
     }
-
-    void TearDown() override
-    {
-        m_Library.reset();
-        PanelTest::TearDown();
-    }
-
-    std::unique_ptr<TestLibrary> m_Library;
 };
 
 namespace {
@@ -70,94 +54,74 @@ void TestTypeSelector::offersTheTypes()
     QCOMPARE(selector.windowFlags(), Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
     CNodeBrowser* const browser = selector.findChild<CNodeBrowser*>();
     QVERIFY(!browser->findChild<QTabBar*>());
-    QCOMPARE(m_Library->m_LibraryListeners.size(), std::size_t(1));
 
     DialogUser user([&](QDialog& dialog) {
-        QCOMPARE(GetTabOrder(dialog).join(' '), QString("QLineEdit  Cancel"));
-        // A context menu would stop the test here.
+        // The panel above the button, both as wide as the dialog allows.
+        QWidget const& button = *selector.findChildren<QPushButton*>().last();
+        QVERIFY(browser->height() > 300 && browser->geometry().bottom() < button.y());
+        QCOMPARE(browser->x(), button.x());
+        QCOMPARE(browser->width(), button.width());
+        QCOMPARE(GetTabOrder(dialog), QString("QLineEdit  Cancel"));
+        // A context menu would stop the test here, and nothing beside the rows ends the dialog.
         ClickRow(dialog, 0, Qt::RightButton);
+        ClickRow(dialog, 3);
+        Use(dialog, "vec");
+        browser->grab();
+        ClickRow(dialog, 1);
+        // The clear button is a button of the panel.
+        Use(dialog, "<Tab><Return>");
+        QCOMPARE(dialog.findChild<QLineEdit*>()->text(), QString());
         QVERIFY(dialog.isVisible());
-        PressKey(dialog, Qt::Key_Escape);
+        Use(dialog, "<Escape>");
     });
-    selector.exec();
+    QCOMPARE(selector.exec(), int(QDialog::Rejected));
     QVERIFY(user.HasClosed());
 }
 
 void TestTypeSelector::endsOnce_data()
 {
-    QTest::addColumn<DialogUser::Action>("action");
-    QTest::addColumn<QString>("chosen");
-
-    typedef DialogUser::Action Action;
-    QTest::newRow("click") << Action([](QDialog& dialog) { ClickRow(dialog, 1); }) << "int";
-    QTest::newRow("Enter") << Action([](QDialog& dialog) { PressKey(dialog, Qt::Key_Return); })
-                           << "float";
-    QTest::newRow("Enter of the number pad")
-        << Action([](QDialog& dialog) { PressKey(dialog, Qt::Key_Enter); }) << "float";
-    QTest::newRow("search and Enter") << Action([](QDialog& dialog) {
-        // Straight to the field, so that no paint comes in between.
-        QLineEdit* const field = dialog.findChild<QLineEdit*>();
-        QTest::keyClicks(field, "vec");
-        QTest::keyClick(field, Qt::Key_Return);
-    }) << "vector";
-    QTest::newRow("search without match and Enter") << Action([](QDialog& dialog) {
-        TypeText(dialog, "interpolate");
-        PressKey(dialog, Qt::Key_Return);
-    }) << "";
-    QTest::newRow("acceptance without selection")
-        << Action([](QDialog& dialog) { dialog.accept(); }) << "";
-    QTest::newRow("Escape") << Action([](QDialog& dialog) {
-        TypeText(dialog, "vec");
-        PressKey(dialog, Qt::Key_Escape);
-    }) << "";
-    QTest::newRow("Cancel") << Action([](QDialog& dialog) {
-        TypeText(dialog, "vec");
-        ClickButton(dialog, "Cancel");
-    }) << "";
-    QTest::newRow("Cancel by keyboard") << Action([](QDialog& dialog) {
-        PressKey(dialog, Qt::Key_Tab);
-        PressKey(dialog, Qt::Key_Tab);
-        PressKey(dialog, Qt::Key_Return);
-    }) << "";
-    QTest::newRow("close") << Action([](QDialog& dialog) { dialog.close(); }) << "";
+    AddColumns<QString, QString, QString>("entered", "chosen", "library");
+    for (char const* entered : {"accept", "interpolate<Return>", "vec<Escape>", "vec<Cancel>",
+                                "<Tab><Tab><Return>", "vec<close>"})
+        AddRow(entered, entered, "", "");
+    AddRow("click", "click", "int", "");
+    AddRow("Return", "<Return>", "float", "");
+    AddRow("Enter", "<Enter>", "float", "");
+    AddRow("search and Return", "vec<Return>", "vector", "");
+    for (char const* library : {"no service", "other service", "none open"})
+        AddRow(library, "click<Return>", "", library);
+    AddRow("closed", "click", "", "closed");
 }
 
 void TestTypeSelector::endsOnce()
 {
-    QFETCH(DialogUser::Action, action);
+    QFETCH(QString, entered);
     QFETCH(QString, chosen);
+    QFETCH(QString, library);
+    if (library.endsWith("service"))
+        m_Host->SetService("QormDBProxy",
+                           library == "no service" ? nullptr : &m_Host->m_RevisionControl);
+    if (library == "none open")
+        m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
     CTypeSelector selector(nullptr);
     QVERIFY(selector.GetSelectedType().IsNull());
     QSignalSpy finished(&selector, SIGNAL(finished(int)));
-    DialogUser user(action);
-    bool const isChosen = !chosen.isEmpty();
-    QCOMPARE(selector.exec(), int(isChosen));
+    DialogUser user([&](QDialog& dialog) {
+        if (library == "closed")
+            m_Library.reset();
+        if (entered == "accept")
+            return dialog.accept();
+        if (entered.startsWith("click"))
+            ClickRow(dialog, 1);
+        Use(dialog, QString(entered).remove("click"));
+    });
+    QCOMPARE(selector.exec(), int(!chosen.isEmpty()));
     QVERIFY(user.HasClosed());
     // Whatever the keys still set going.
     QCoreApplication::processEvents();
     QCOMPARE(finished.size(), 1);
-    QCOMPARE(selector.GetSelectedType().IsNull(), !isChosen);
-    if (isChosen)
-        QVERIFY(selector.GetSelectedType() == (*m_Library)[chosen.toStdString()].id);
-}
-
-void TestTypeSelector::staysOpenBesideTheRows()
-{
-    CTypeSelector selector(nullptr);
-    DialogUser user([](QDialog& dialog) {
-        ClickRow(dialog, 3);
-        TypeText(dialog, "vec");
-        QCoreApplication::processEvents();
-        ClickRow(dialog, 1);
-        // The clear button is a button of the panel: it ends nothing.
-        PressKey(dialog, Qt::Key_Tab);
-        PressKey(dialog, Qt::Key_Return);
-        QCOMPARE(dialog.findChild<QLineEdit*>()->text(), QString());
-        QVERIFY(dialog.isVisible());
-        PressKey(dialog, Qt::Key_Escape);
-    });
-    QCOMPARE(selector.exec(), int(QDialog::Rejected));
-    QVERIFY(user.HasClosed());
+    QVERIFY(selector.GetSelectedType()
+            == (chosen.isEmpty() ? ItemID() : (*m_Library)[chosen.toStdString()].id));
 }
 
 /// What was chosen stays until something else is.
@@ -166,50 +130,9 @@ void TestTypeSelector::canBeUsedAgain()
     CTypeSelector selector(nullptr);
     DialogUser first([](QDialog& dialog) { ClickRow(dialog, 2); });
     QCOMPARE(selector.exec(), int(QDialog::Accepted));
-    DialogUser second([](QDialog& dialog) { PressKey(dialog, Qt::Key_Escape); });
+    DialogUser second("<Escape>");
     QCOMPARE(selector.exec(), int(QDialog::Rejected));
     QVERIFY(selector.GetSelectedType() == (*m_Library)["vector"].id);
-}
-
-void TestTypeSelector::opensEmptyWithoutLibrary_data()
-{
-    QTest::addColumn<QString>("what");
-
-    for (char const* what : {"no service", "service of another type", "no library open"})
-        QTest::newRow(what) << what;
-}
-
-void TestTypeSelector::opensEmptyWithoutLibrary()
-{
-    QFETCH(QString, what);
-    if (what == "no service")
-        m_Host->SetService("QormDBProxy", nullptr);
-    else if (what == "service of another type")
-        m_Host->SetService("QormDBProxy", &m_Host->m_RevisionControl);
-    else
-        m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
-    CTypeSelector selector(nullptr);
-    DialogUser user([](QDialog& dialog) {
-        ClickRow(dialog, 0);
-        QVERIFY(dialog.isVisible());
-        PressKey(dialog, Qt::Key_Return);
-    });
-    QCOMPARE(selector.exec(), int(QDialog::Rejected));
-    QVERIFY(user.HasClosed());
-    QVERIFY(selector.GetSelectedType().IsNull());
-}
-
-void TestTypeSelector::survivesTheEndOfItsLibrary()
-{
-    CTypeSelector selector(nullptr);
-    DialogUser user([this](QDialog& dialog) {
-        QCoreApplication::processEvents();
-        m_Library.reset();
-        ClickRow(dialog, 0);
-    });
-    QCOMPARE(selector.exec(), int(QDialog::Rejected));
-    QVERIFY(user.HasClosed());
-    QVERIFY(selector.GetSelectedType().IsNull());
 }
 
 void TestTypeSelector::passesErrorsOfTheHost()
@@ -219,6 +142,6 @@ void TestTypeSelector::passesErrorsOfTheHost()
     QVERIFY(m_Library->m_LibraryListeners.empty());
 }
 
-NODEBROWSER_TEST_MAIN(TestTypeSelector)
+NODEBROWSER_TEST(TestTypeSelector)
 
 #include "tst_typeselector.moc"
