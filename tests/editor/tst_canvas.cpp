@@ -1,14 +1,24 @@
 #include "canvastest.h"
 
+#include <itempayload.h>
+
 #include <QDataStream>
 #include <QDragEnterEvent>
+#include <QHelpEvent>
+#include <QLabel>
 #include <QMimeData>
+#include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QToolTip>
 #include <QWheelEvent>
 
 using namespace tarno::datamodel;
 
 namespace {
+
+QString const kNodes = QStringLiteral("one 0,0|two 300,0|say 0,200|gone 300,200");
+
+typedef std::set<std::string> Ids;
 
 std::unique_ptr<QMimeData> MakePayload(std::string const& serialized)
 {
@@ -16,303 +26,400 @@ std::unique_ptr<QMimeData> MakePayload(std::string const& serialized)
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << QString::fromStdString(serialized);
     auto data = std::make_unique<QMimeData>();
-    data->setData(QStringLiteral("tarno/toc.key"), bytes);
+    data->setData(QString::fromLatin1(kItemMimeType), bytes);
     return data;
 }
 
 } // namespace
 
-/// Nodes: dropped, moved, copied and selected.
+/// Nodes and the view: dropped, moved, copied, selected; zoomed, panned and left.
 class TestCanvas : public CanvasTest
 {
     Q_OBJECT
 
-    bool Enters(QMimeData const* data)
+private:
+    template <class Event>
+    bool IsAccepted(QMimeData const* data, QPoint const& point, Qt::DropActions actions)
     {
-        QPoint const point(500, 300);
-        QDragEnterEvent enter(point, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
-        enter.ignore();
-        QApplication::sendEvent(m_Canvas->viewport(), &enter);
-        QDragMoveEvent move(point, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
-        move.accept();
-        QApplication::sendEvent(m_Canvas->viewport(), &move);
-        return enter.isAccepted() && move.isAccepted();
+        Event event(point, actions, data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QApplication::sendEvent(m_Canvas->viewport(), &event);
+        return event.isAccepted();
     }
 
-    void Drop(int uid, QPointF const& scenePoint)
+    bool Enters(QMimeData const* data, Qt::DropActions actions = Qt::CopyAction)
+    {
+        return IsAccepted<QDragEnterEvent>(data, QPoint(500, 300), actions)
+               && IsAccepted<QDragMoveEvent>(data, QPoint(500, 310), actions);
+    }
+
+    void Drop(int uid, QPoint const& point)
     {
         auto const data = MakePayload(m_Host->FindItem(Uid(uid)).Serialize());
         QVERIFY(Enters(data.get()));
-        QDropEvent drop(m_Canvas->mapFromScene(scenePoint), Qt::CopyAction, data.get(),
-                        Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_Canvas->viewport(), &drop);
+        QVERIFY(IsAccepted<QDropEvent>(data.get(), point, Qt::CopyAction));
+    }
+
+    double Zoom() const
+    {
+        return m_Canvas->transform().m11();
+    }
+
+    QRectF View() const
+    {
+        return m_Canvas->mapToScene(m_Canvas->viewport()->rect()).boundingRect();
+    }
+
+    void TurnWheel(QPoint const& point, int delta)
+    {
+        QWheelEvent event(point, m_Canvas->viewport()->mapToGlobal(point), QPoint(),
+                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_Canvas->viewport(), &event);
+    }
+
+    QString ToolTipAt(QPoint const& point)
+    {
+        QHelpEvent event(QEvent::ToolTip, point, m_Canvas->viewport()->mapToGlobal(point));
+        QApplication::sendEvent(m_Canvas->viewport(), &event);
+        return QToolTip::text();
+    }
+
+    QString ShownTexts() const
+    {
+        QStringList texts;
+        for (QLabel const* const label : m_Canvas->findChildren<QLabel*>())
+            if (label->isVisible())
+                texts << label->text();
+        return texts.join('|');
     }
 
 private Q_SLOTS:
     void droppedItemsBecomeNodes()
     {
-        Drop(kSay, QPointF(253, 471));
-        GraphBody const body = Body();
-        QCOMPARE(body.nodes.size(), std::size_t(5));
-        QCOMPARE(body.nodes.back().item, Uid(kSay));
-        // The header's middle under the mouse, snapped.
-        QCOMPARE(body.nodes.back().position, QPointF(180, 460));
-        QCOMPARE(Stack().undoText(), QStringLiteral("Add Node"));
-        QVERIFY(m_Canvas->HasSelection());
-        Stack().undo();
-        QCOMPARE(Body().nodes.size(), std::size_t(4));
-        QVERIFY(!m_Canvas->HasSelection());
-        QVERIFY(!m_Host->IsModified());
+        // The header's middle comes under the mouse, on the grid.
+        Drop(kSay, ViewPoint(253, 471));
+        QCOMPARE(Nodes(), kNodes + "|say-2 180,460");
+        QCOMPARE(Body().nodes.back().item, Uid(kSay));
+        m_Canvas->DeleteSelection();
+        QCOMPARE(Nodes(), kNodes);
     }
 
     void foreignDragsAreRefused()
     {
-        QVERIFY(Enters(MakePayload(m_Host->FindItem(Uid(kAdd)).Serialize()).get()));
-        QVERIFY(!Enters(MakePayload(m_Host->FindItem(Uid(kFloat)).Serialize()).get()));
-        QVERIFY(!Enters(MakePayload("solver:" + Uid(98)).get()));
-        QVERIFY(!Enters(MakePayload("compound:" + Uid(kAdd)).get()));
-        QMimeData text;
-        text.setText(QString::fromStdString(m_Host->FindItem(Uid(kAdd)).Serialize()));
-        QVERIFY(!Enters(&text));
+        auto const good = MakePayload(m_Host->FindItem(Uid(kAdd)).Serialize());
+        QVERIFY(Enters(good.get()));
+        QVERIFY(!Enters(good.get(), Qt::MoveAction));
+        for (std::string const& id : {m_Host->FindItem(Uid(kFloat)).Serialize(),
+                                      "solver:" + Uid(98), "compound:" + Uid(kAdd)})
+            QVERIFY2(!Enters(MakePayload(id).get()), id.c_str());
         m_Host->SetCompoundTarget(CompoundAccessor());
-        QVERIFY(!Enters(MakePayload(m_Host->FindItem(Uid(kAdd)).Serialize()).get()));
+        QVERIFY(!Enters(good.get()));
     }
 
-    void refusedDropsSayWhy_data()
+    void refusedChangesSayWhy()
     {
-        QTest::addColumn<int>("compound");
-        QTest::addColumn<int>("item");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("into itself") << kMain << kMain << "\"Main\" cannot be put into itself.";
-        QTest::newRow("through its parts")
-            << kMain << kOuter << "\"Outer\" cannot be put into \"Main\", which it contains.";
-        QTest::newRow("read-only") << kLocked << kAdd << "Locked";
-    }
-
-    void refusedDropsSayWhy()
-    {
-        QFETCH(int, compound);
-        QFETCH(int, item);
-        QFETCH(QString, message);
-        Open(compound);
-        std::size_t const before = Body(compound).nodes.size();
+        auto const isTold = [this](char const* text) {
+            QStringList const messages = GetMessages(*m_Host);
+            m_Host->GetMessages().ClearLog();
+            return messages.size() == 1 && messages.first().contains(text) && !Stack().count();
+        };
         m_Host->GetMessages().ClearLog();
-        Drop(item, QPointF(100, 100));
-        QCOMPARE(Body(compound).nodes.size(), before);
-        QCOMPARE(Stack().count(), 0);
-        QStringList const messages = GetMessages(*m_Host);
-        QCOMPARE(messages.size(), 1);
-        QVERIFY2(messages.first().contains(message), qPrintable(messages.first()));
-    }
-
-    void draggedNodesMoveInStepsOfTheGrid()
-    {
-        Click(HeaderOf("one"));
-        Click(HeaderOf("say"), Qt::ControlModifier);
-        QPoint const from = HeaderOf("one");
-        Drag(from, from + QPoint(33, 58));
-        QCOMPARE(PositionOf("one"), QPointF(40, 60));
-        QCOMPARE(PositionOf("say"), QPointF(40, 260));
-        QCOMPARE(PositionOf("two"), QPointF(300, 0));
-        QCOMPARE(Stack().count(), 1);
-        QCOMPARE(Stack().undoText(), QStringLiteral("Move Nodes"));
-        Stack().undo();
-        QCOMPARE(PositionOf("say"), QPointF(0, 200));
-        // On the screen too: the node can be picked up where it was.
-        Drag(HeaderOf("say"), HeaderOf("say") + QPoint(0, 100));
-        QCOMPARE(PositionOf("say"), QPointF(0, 300));
-    }
-
-    void clicksMoveNothing()
-    {
-        Drag(HeaderOf("one"), HeaderOf("one") + QPoint(2, 1));
-        QCOMPARE(Stack().count(), 0);
-    }
-
-    void escapeCallsAMoveOff()
-    {
-        QTest::mousePress(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, HeaderOf("one"));
-        MoveMouse(HeaderOf("one") + QPoint(100, 100));
-        QTest::keyClick(m_Canvas.get(), Qt::Key_Escape);
-        QTest::mouseRelease(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
-        QCOMPARE(PositionOf("one"), QPointF(0, 0));
-        QCOMPARE(Stack().count(), 0);
-    }
-
-    void copiesKeepTheirConnections()
-    {
-        Drag(PortOf("one", 0, true), PortOf("two", 0, false));
-        // A rubber band around the upper two.
-        QPoint const corner = m_Canvas->mapFromScene(QPointF(-30, -30));
-        Drag(corner, m_Canvas->mapFromScene(QPointF(470, 100)));
-        m_Canvas->Copy();
+        Drop(kMain, QPoint(9, 9));
+        QVERIFY(isTold("\"Main\" cannot be put into itself."));
+        Drop(kOuter, QPoint(9, 9));
+        QVERIFY(isTold("\"Outer\" cannot be put into \"Main\", which it contains."));
+        QApplication::clipboard()->setText(QStringLiteral("some words"));
         m_Canvas->Paste();
-        QCOMPARE(Body().nodes.size(), std::size_t(6));
-        QCOMPARE(PositionOf("one-2"), QPointF(40, 40));
-        QCOMPARE(SourceOf("two-2", "a"), std::string("one-2.sum"));
-        QCOMPARE(SourceOf("two-2", "b"), std::string());
-        QCOMPARE(Stack().undoText(), QStringLiteral("Paste"));
-        // The copies are selected.
-        m_Canvas->DeleteSelection();
-        QCOMPARE(Body().nodes.size(), std::size_t(4));
-        QCOMPARE(PositionOf("one"), QPointF(0, 0));
-    }
-
-    void pastedNodesAreSeen()
-    {
-        Click(HeaderOf("one"));
-        m_Canvas->Cut();
-        QVERIFY(!FindNode(Body(), "one"));
-        m_Canvas->Paste();
-        m_Canvas->Paste();
-        QCOMPARE(PositionOf("one"), QPointF(0, 0));
-        QCOMPARE(PositionOf("one-2"), QPointF(40, 40));
-        // Far from where they were copied.
-        m_Canvas->centerOn(QPointF(3000, 3000));
-        m_Canvas->Paste();
-        QVERIFY(m_Canvas->viewport()->rect().contains(HeaderOf("one-3")));
-    }
-
-    void arrowKeysMoveNodes()
-    {
-        QTest::keyClick(m_Canvas.get(), Qt::Key_Down);
-        QCOMPARE(Stack().count(), 0);
-        Click(HeaderOf("two"));
-        QTest::keyClick(m_Canvas.get(), Qt::Key_Down);
-        QTest::keyClick(m_Canvas.get(), Qt::Key_Left);
-        QCOMPARE(PositionOf("two"), QPointF(280, 20));
-        QCOMPARE(PositionOf("one"), QPointF(0, 0));
-    }
-
-    void nodesAtTheEndOfTheWorldAreFound()
-    {
-        GraphBody body = Body();
-        body.nodes[1].position = QPointF(5e30, -5e30);
-        m_Host->SetBody(m_Host->FindItem(Uid(kMain)), body, "Elsewhere");
-        m_Canvas->Fit();
-        QRectF const view = m_Canvas->mapToScene(m_Canvas->viewport()->rect()).boundingRect();
-        QVERIFY(view.contains(PositionOf("gone")));
-        // A copy has nowhere to go.
-        m_Canvas->SelectAll();
-        m_Canvas->Duplicate();
-        QCOMPARE(Body().nodes.size(), std::size_t(8));
-    }
-
-    void pastingIntoAPartOfItselfIsRefused()
-    {
+        QVERIFY(isTold("something else"));
         Open(kOuter);
         m_Canvas->SelectAll();
         m_Canvas->Copy();
         Open(kMain);
         m_Canvas->Paste();
-        QCOMPARE(Stack().count(), 0);
-        QVERIFY(GetMessages(*m_Host).last().contains(QStringLiteral("itself")));
+        QVERIFY(isTold("itself"));
+        Open(kLocked);
+        Drop(kAdd, QPoint(9, 9));
+        QVERIFY(isTold("Locked"));
+    }
+
+    /// Each kind of change once, then all of them back and forth.
+    void editsAreUndoneAndRedone()
+    {
+        struct Edit
+        {
+            char const* undoText;
+            std::function<void()> act;
+            /// Of the graph after it.
+            char const* part;
+        };
+        auto const graph = [this] {
+            return Nodes() + '\n' + Wires();
+        };
+        Edit const edits[] = {
+            {"Move Node", [&] { Drag(HeaderOf("one"), HeaderOf("one") + QPoint(33, 58)); },
+             "one 40,60|two 300,0"},
+            {"Move Node", [&] { TypeKey(Qt::Key_Left); }, "one 20,60|"},
+            {"Move Node", [&] { TypeKey(Qt::Key_Up); }, "one 20,40|"},
+            {"Move Node", [&] { TypeKey(Qt::Key_Right); }, "one 40,40|"},
+            {"Connect", [&] { Drag(PortOf("one.sum"), PortOf("two.a")); }, "|one.sum>two.a"},
+            {"Move Nodes",
+             [&] {
+                 Click(HeaderOf("one"));
+                 Click(HeaderOf("two"), Qt::ShiftModifier);
+                 TypeKey(Qt::Key_Down);
+             },
+             "one 40,60|two 300,20|say 0,200|"},
+            {"Move Nodes", [&] { Drag(HeaderOf("two"), HeaderOf("two") + QPoint(-40, 0)); },
+             "one 0,60|two 260,20|say 0,200|"},
+            {"Duplicate", [&] { m_Canvas->Duplicate(); },
+             "one-2 40,100|two-2 300,60\ngone.lost>two.b|one.sum>two.a|one-2.sum>two-2.a"},
+            {"Cut", [&] { m_Canvas->Cut(); }, "gone 300,200\ngone.lost>two.b|one.sum>two.a"},
+            {"Paste", [&] { m_Canvas->Paste(); }, "|one-2 40,100|two-2 300,60\n"},
+            {"Paste", [&] { m_Canvas->Paste(); }, "|one-3 80,140|two-3 340,100\n"},
+            {"Disconnect", [&] { Drag(PortOf("two.a"), QPoint(5, 5)); }, "\ngone.lost>two.b|one-2"},
+            {"Delete", [&] { Click(HeaderOf("gone")), TypeKey(Qt::Key_Delete); },
+             "|say 0,200|one-2 40,100|"},
+        };
+        QStringList states{graph()};
+        for (Edit const& edit : edits) {
+            edit.act();
+            QCOMPARE(Stack().undoText(), QString::fromLatin1(edit.undoText));
+            QCOMPARE(Stack().count(), states.size());
+            QVERIFY2(graph().contains(QLatin1String(edit.part)), qPrintable(graph()));
+            states << graph();
+        }
+        for (int step = states.size() - 1; step > 0; --step) {
+            QCOMPARE(graph(), states[step]);
+            Stack().undo();
+        }
+        QCOMPARE(graph(), states.first());
+        QVERIFY(!m_Host->IsModified());
+        QCOMPARE(Scene().FindNodePosition("two").value(), QPointF(300, 0));
+        Stack().setIndex(Stack().count());
+        QCOMPARE(graph(), states.last());
+    }
+
+    void movesAreCalledOff()
+    {
+        // Off the grid, where no step leads back to.
+        Change([](GraphBody& body) { body.nodes[0].position = QPointF(7, 9); });
+        QPoint const from = HeaderOf("one");
+        for (QPoint const& way : {QPoint(6, 3), QPoint(0, 0), QPoint(90, 60)}) {
+            Press(from);
+            MoveMouse(from + QPoint(50, 50));
+            QCOMPARE(Scene().FindNodePosition("one").value(), QPointF(60, 60));
+            MoveMouse(from + way);
+            if (way.x() == 90)
+                TypeKey(Qt::Key_Escape);
+            Release(from + way);
+            QCOMPARE(Scene().FindNodePosition("one").value(), QPointF(7, 9));
+            QCOMPARE(m_Canvas->HasSelection(), way.x() < 90);
+        }
+        QCOMPARE(Stack().count(), 1);
+    }
+
+    void nodesFarAwayAreFound()
+    {
+        Click(HeaderOf("one"));
+        m_Canvas->Copy();
+        m_Canvas->centerOn(QPointF(3000, 3000));
+        m_Canvas->Paste();
+        QCOMPARE(Nodes(), kNodes + "|one-2 3000,3000");
+        Change([](GraphBody& body) { body.nodes[1].position = QPointF(5e30, -5e30); });
+        m_Canvas->Fit();
+        QVERIFY(View().contains(QPointF(300, 200)));
+        // A copy has nowhere to go.
+        m_Canvas->SelectAll();
+        m_Canvas->Duplicate();
+        QCOMPARE(Body().nodes.size(), std::size_t(10));
     }
 
     void doubleClicksOpenCompounds()
     {
+        DoubleClick(HeaderOf("one"));
         Open(kOuter);
-        QPoint const header = m_Canvas->mapFromScene(QPointF(80, 12));
-        QTest::mouseDClick(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, header);
+        DoubleClick(PortOf("main.value"));
+        QCOMPARE(m_Host->GetCompoundTarget().GetItemID(), m_Host->FindItem(Uid(kOuter)));
+        DoubleClick(HeaderOf("main"));
         QCOMPARE(m_Host->GetCompoundTarget().GetItemID(), m_Host->FindItem(Uid(kMain)));
-        QTest::mouseRelease(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, header);
         QCOMPARE(Stack().count(), 0);
     }
 
-    void selectionSurvivesChangesFromOutside()
+    void nodesAreSelected()
     {
         QSignalSpy changed(m_Canvas.get(), &CCanvas::SelectionChanged);
+        Click(HeaderOf("one"));
+        Click(HeaderOf("say"), Qt::ControlModifier);
+        QCOMPARE(Scene().GetSelectedNodes(), (Ids{"one", "say"}));
+        Click(HeaderOf("one"), Qt::ControlModifier);
+        QCOMPARE(Scene().GetSelectedNodes(), Ids{"say"});
+        // A rubber band adds with Shift, and takes what it touches.
+        Drag(ViewPoint(200, -30), ViewPoint(310, 10), Qt::ShiftModifier);
+        QCOMPARE(Scene().GetSelectedNodes(), (Ids{"say", "two"}));
+        Drag(ViewPoint(230, -30), ViewPoint(290, 300));
+        QVERIFY(!m_Canvas->HasSelection());
         Click(HeaderOf("two"));
-        QTRY_VERIFY(changed.count() > 0);
-        GraphBody body = Body();
-        RemoveNodes(body, {"one"});
-        body.nodes.front().position += QPointF(20, 20);
-        m_Host->SetBody(m_Host->FindItem(Uid(kMain)), body, "Elsewhere");
-        QVERIFY(m_Canvas->HasSelection());
-        m_Canvas->DeleteSelection();
-        QVERIFY(!FindNode(Body(), "two"));
-        QVERIFY(FindNode(Body(), "say"));
+        Change([](GraphBody& body) { body.nodes.erase(body.nodes.begin()); });
+        QCOMPARE(Scene().GetSelectedNodes(), Ids{"two"});
         QApplication::processEvents();
         changed.clear();
         m_Canvas->SelectAll();
+        QCOMPARE(Scene().GetSelectedNodes(), (Ids{"gone", "say", "two"}));
         QApplication::processEvents();
         // Not of each node: whoever listens may look at all of them.
         QCOMPARE(changed.count(), 1);
     }
 
-    void nodesWithoutItemAreKept()
+    void viewIsZoomed()
     {
-        Drag(HeaderOf("gone"), HeaderOf("gone") + QPoint(0, 60));
-        QCOMPARE(PositionOf("gone"), QPointF(300, 260));
-        QCOMPARE(SourceOf("two", "b"), std::string("gone.lost"));
-        // Its port is known from the connection alone, and can be used.
-        Drag(PortOf("gone", 0, true), PortOf("two", 0, false));
-        QCOMPARE(SourceOf("two", "a"), std::string("gone.lost"));
+        QPoint const point(620, 410);
+        QPointF const before = m_Canvas->mapToScene(point);
+        TurnWheel(point, 240);
+        QVERIFY(qAbs(Zoom() - 1.15 * 1.15) < 0.001);
+        QVERIFY(QLineF(before, m_Canvas->mapToScene(point)).length() < 2);
+        TurnWheel(point, 120 * 50);
+        QCOMPARE(Zoom(), 4.0);
+        TurnWheel(point, -120 * 90);
+        QCOMPARE(Zoom(), 0.05);
+        m_Canvas->ResetZoom();
+        QPointF const middle = View().center();
+        m_Canvas->ZoomIn();
+        QCOMPARE(Zoom(), 1.25);
+        m_Canvas->ZoomOut();
+        m_Canvas->ZoomOut();
+        QCOMPARE(Zoom(), 0.8);
+        QVERIFY(QLineF(middle, View().center()).length() < 3);
     }
 
-    void wheelZoomsAtTheMouse()
+    void graphsAreFittedUntilTheyAreZoomed()
     {
-        QPointF const point(620, 410);
-        QPointF const before = m_Canvas->mapToScene(point.toPoint());
-        for (int notch = 0; notch < 4; ++notch) {
-            QWheelEvent event(point, m_Canvas->viewport()->mapToGlobal(point.toPoint()), QPoint(),
-                              QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
-                              false);
-            QApplication::sendEvent(m_Canvas->viewport(), &event);
-        }
-        QVERIFY(m_Canvas->transform().m11() > 1.5);
-        QVERIFY(QLineF(before, m_Canvas->mapToScene(point.toPoint())).length() < 3);
-    }
-
-    void compoundsAreLeftAndFoundAlike()
-    {
+        m_Canvas->resize(1200, 700);
+        m_Canvas->Fit();
+        QCOMPARE(Zoom(), 1.0);
+        m_Canvas->resize(400, 700);
+        QVERIFY(Zoom() < 0.5);
+        QVERIFY(View().contains(Scene().GetBounds().adjusted(-26, -26, 26, 26)));
+        QVERIFY(QLineF(View().center(), Scene().GetBounds().center()).length() < 6);
         m_Canvas->ZoomIn();
         m_Canvas->centerOn(QPointF(200, 100));
         QTransform const before = m_Canvas->viewportTransform();
         Open(kOuter);
-        QVERIFY(m_Canvas->viewportTransform() != before);
+        QCOMPARE(Zoom(), 1.0);
         Open(kMain);
+        // Scroll bars stand at whole pixels.
         QTransform const after = m_Canvas->viewportTransform();
         QCOMPARE(after.m11(), before.m11());
-        // Scroll bars stand at whole pixels.
-        QVERIFY(std::abs(after.dx() - before.dx()) <= 1);
-        QVERIFY(std::abs(after.dy() - before.dy()) <= 1);
+        QVERIFY(qAbs(after.dx() - before.dx()) <= 1 && qAbs(after.dy() - before.dy()) <= 1);
     }
 
-    void middleButtonPans()
+    void viewIsPanned()
     {
-        QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
-        QTest::mousePress(m_Canvas->viewport(), Qt::MiddleButton, Qt::NoModifier, {300, 300});
-        MoveMouse({350, 280});
-        QTest::mouseRelease(m_Canvas->viewport(), Qt::MiddleButton, Qt::NoModifier, {350, 280});
-        QCOMPARE(m_Canvas->mapToScene(QPoint(0, 0)), before + QPointF(-50, 20));
-        QCOMPARE(Stack().count(), 0);
-    }
-
-    void gesturesOutliveTheirGraph_data()
-    {
-        QTest::addColumn<bool>("onPort");
-        QTest::newRow("moving nodes") << false;
-        QTest::newRow("drawing a connection") << true;
+        for (Qt::MouseButton const button : {Qt::MiddleButton, Qt::LeftButton}) {
+            if (button == Qt::LeftButton)
+                QTest::keyPress(m_Canvas.get(), Qt::Key_Space);
+            QCOMPARE(Cursor(), button == Qt::LeftButton ? Qt::OpenHandCursor : Qt::ArrowCursor);
+            QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
+            Press({300, 300}, button);
+            QCOMPARE(Cursor(), Qt::ClosedHandCursor);
+            MoveMouse({330, 290});
+            MoveMouse({350, 280});
+            Release({350, 280}, button);
+            QCOMPARE(m_Canvas->mapToScene(QPoint(0, 0)), before + QPointF(-50, 20));
+            QTest::keyRelease(m_Canvas.get(), Qt::Key_Space);
+            QCOMPARE(Cursor(), Qt::ArrowCursor);
+        }
+        // The left button does what it did before.
+        Drag(HeaderOf("one"), HeaderOf("one") + QPoint(20, 0));
+        QVERIFY(Nodes().startsWith(QStringLiteral("one 20,0|")));
     }
 
     void gesturesOutliveTheirGraph()
     {
-        QFETCH(bool, onPort);
-        QPoint const from = onPort ? PortOf("one", 0, true) : HeaderOf("one");
-        QTest::mousePress(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, from);
-        MoveMouse(from + QPoint(50, 50));
-        GraphBody body = Body();
-        RemoveNodes(body, {"one"});
-        m_Host->SetBody(m_Host->FindItem(Uid(kMain)), body, "Elsewhere");
-        MoveMouse(from + QPoint(70, 70));
+        for (QPoint const& from : {HeaderOf("one"), PortOf("two.sum")}) {
+            Press(from);
+            MoveMouse(from + QPoint(50, 50));
+            Change([](GraphBody& body) { body.nodes.erase(body.nodes.begin()); });
+            MoveMouse(from + QPoint(70, 70));
+            Release(from + QPoint(70, 70));
+        }
+        Press(HeaderOf("gone"));
         m_Host->CloseLibrary();
-        MoveMouse(from + QPoint(90, 90));
-        QTest::mouseRelease(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier,
-                            from + QPoint(90, 90));
+        MoveMouse(QPoint(400, 400));
+        Release(QPoint(400, 400));
         QVERIFY(!m_Canvas->HasSelection());
+    }
+
+    void hintsAndToolTipsTellWhatIsThere()
+    {
+        m_Canvas->SetSummary(QStringLiteral("Test"), QStringLiteral("3 solvers"));
+        QCOMPARE(ShownTexts(), QString());
+        Open(kEmpty);
+        QVERIFY(ShownTexts().startsWith(QStringLiteral("Drag nodes here")));
+        m_Host->SetCompoundTarget(CompoundAccessor());
+        QVERIFY(ShownTexts().startsWith(QStringLiteral("Test|3 solvers\n\nDouble-click")));
+        m_Canvas->SetSummary(QString(), QString());
+        QCOMPARE(ShownTexts(), QStringLiteral("|Open a library to begin."));
+        Open(kMain);
+        QCOMPARE(ToolTipAt(ViewPoint(230, -30)), QString());
+        QCOMPARE(ToolTipAt(PortOf("one.sum")), QStringLiteral("sum: Float"));
+        QCOMPARE(ToolTipAt(PortOf("gone.lost")), QStringLiteral("lost"));
+        QCOMPARE(ToolTipAt(HeaderOf("one")), QStringLiteral("Add"));
+        QVERIFY(ToolTipAt(HeaderOf("gone")).contains(QString::fromStdString(Uid(99))));
+    }
+
+    /// Whatever is done, in whatever order, the graph stays one that can be saved.
+    void graphsStayWhole()
+    {
+        QRandomGenerator random(20261);
+        auto const somewhere = [&] {
+            // Ports and headers are small; chance alone would seldom find them.
+            QPoint const points[] = {HeaderOf("one"),
+                                     HeaderOf("two"),
+                                     PortOf("one.sum"),
+                                     PortOf("one.a"),
+                                     PortOf("two.a"),
+                                     PortOf("gone.lost"),
+                                     QPoint(random.bounded(1000), random.bounded(700))};
+            return points[random.bounded(7)];
+        };
+        Qt::Key const keys[] = {Qt::Key_Delete, Qt::Key_Escape, Qt::Key_Left, Qt::Key_Space};
+        std::function<void()> const acts[] = {
+            [&] { Press(somewhere(), random.bounded(2) ? Qt::LeftButton : Qt::MiddleButton); },
+            [&] { MoveMouse(somewhere()); },
+            [&] { Release(somewhere()); },
+            [&] { Drag(somewhere(), somewhere()); },
+            [&] { DoubleClick(somewhere()); },
+            [&] { TypeKey(keys[random.bounded(4)]); },
+            [&] { random.bounded(2) ? m_Canvas->Copy() : m_Canvas->Cut(); },
+            [&] { random.bounded(2) ? m_Canvas->Paste() : m_Canvas->Duplicate(); },
+            [&] { random.bounded(2) ? m_Canvas->ZoomIn() : m_Canvas->Fit(); },
+            [&] { random.bounded(2) ? Stack().undo() : Stack().redo(); },
+            [&] { Open(random.bounded(2) ? kMain : kLoop); },
+            [&] { Change([](GraphBody& body) { RemoveNodes(body, {"one"}); }); },
+            [&] {
+                QApplication::processEvents();
+            }};
+        for (int count = 0; count < 2000; ++count) {
+            acts[random.bounded(int(std::size(acts)))]();
+            GraphBody const body = Body();
+            std::set<std::string> ids{kInputsNode, kOutputsNode};
+            for (GraphNode const& node : body.nodes)
+                QVERIFY2(ids.insert(node.id).second, node.id.c_str());
+            std::set<GraphEnd> fed;
+            for (auto const& [from, to] : body.connections)
+                QVERIFY(ids.count(from.node) && ids.count(to.node) && fed.insert(to).second);
+            if (body.nodes.size() > 60)
+                Stack().setIndex(0);
+        }
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestCanvas)
+static TestProgram::Entry<TestCanvas> const kEntry;
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    return TestProgram::Run(argc, argv);
+}
+
 #include "tst_canvas.moc"

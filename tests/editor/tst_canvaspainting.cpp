@@ -1,0 +1,353 @@
+#include "canvastest.h"
+
+#include <gridpainter.h>
+#include <nodepainter.h>
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+/// Pixels between two grid lines, in letters: a line first, then the ground.
+QByteArray Cell(char line, int width, int pitch)
+{
+    return QByteArray(width, line) + QByteArray(pitch - width, '.');
+}
+
+int Darkness(QColor const& color)
+{
+    return 255 - qGray(color.rgb());
+}
+
+QPalette DarkPalette()
+{
+    QPalette palette(QColor(60, 60, 60));
+    palette.setColor(QPalette::WindowText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+/// What the canvas looks like, at chosen pixels.
+class TestCanvasPainting : public CanvasTest
+{
+    Q_OBJECT
+
+private:
+    CanvasColors const& Colors() const
+    {
+        return Scene().GetColors();
+    }
+
+    /// Of the picture, at a point of the scene.
+    QColor ColorAt(double x, double y) const
+    {
+        return Picture().pixelColor(ViewPoint(x, y));
+    }
+
+    /// What is painted within a rectangle of the scene on a ground of one colour.
+    QRect Ink(QRectF const& area, QColor const& ground) const
+    {
+        QImage const picture = Picture();
+        QRect ink;
+        QRect const seen = m_Canvas->mapFromScene(area).boundingRect() & picture.rect();
+        for (int x = seen.left(); x <= seen.right(); ++x)
+            for (int y = seen.top(); y <= seen.bottom(); ++y)
+                if (picture.pixelColor(x, y) != ground)
+                    ink |= QRect(x, y, 1, 1);
+        return ink.translated(-ViewPoint(0, 0));
+    }
+
+    void ZoomTo(double zoom)
+    {
+        m_Canvas->ResetZoom();
+        m_Canvas->scale(zoom, zoom);
+        m_Canvas->centerOn(200, 100);
+    }
+
+    /// Where texts end that begin at 0.
+    static double Width(QFont const& font, QString const& text)
+    {
+        return QFontMetricsF(font).horizontalAdvance(text);
+    }
+
+private Q_SLOTS:
+    void gridIsPainted_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<int>("ratio");
+        QTest::addColumn<QByteArray>("pixels");
+        QByteArray const fine = Cell('s', 1, 20) + Cell('f', 1, 20).repeated(4);
+        QByteArray const sharp = Cell('s', 2, 40) + Cell('f', 2, 40).repeated(4);
+        QByteArray const half = Cell('s', 1, 10) + Cell('f', 1, 10).repeated(4);
+        QTest::newRow("plain") << 1.0 << 1 << fine + 's';
+        QTest::newRow("sharp display") << 1.0 << 2 << sharp + "ss";
+        QTest::newRow("smallest with all lines") << 0.5 << 1 << half + half + 's';
+        QTest::newRow("strong lines alone") << 0.45 << 1 << Cell('s', 1, 45).repeated(2) + 's';
+        QTest::newRow("no lines") << 0.1 << 1 << QByteArray(100, '.');
+    }
+
+    void gridIsPainted()
+    {
+        QFETCH(double, zoom);
+        QFETCH(int, ratio);
+        QFETCH(QByteArray, pixels);
+        CanvasColors colors{QPalette()};
+        QHash<QRgb, char> letters{{colors.ground.rgb(), '.'},
+                                  {colors.faintLine.rgb(), 'f'},
+                                  {colors.strongLine.rgb(), 's'}};
+        QImage image(QSize(330, 330) * ratio, QImage::Format_RGB32);
+        image.setDevicePixelRatio(ratio);
+        QPainter painter(&image);
+        painter.translate(110, 110);
+        painter.scale(zoom, zoom);
+        PaintGrid(painter, QRectF(-110 / zoom, -110 / zoom, 330 / zoom, 330 / zoom), colors);
+        // Beside the lines of the other direction, and backwards as well.
+        int const zero = 110 * ratio;
+        int const beside = zero + 3 * ratio;
+        QByteArray across, down;
+        for (int pixel = zero; pixel < zero + pixels.size(); ++pixel) {
+            across += letters.value(image.pixel(pixel, beside), '?');
+            down += letters.value(image.pixel(beside, pixel), '?');
+        }
+        QCOMPARE(across, pixels);
+        QCOMPARE(down, pixels);
+        QCOMPARE(image.pixel(beside, zero - 2), colors.ground.rgb());
+        QVERIFY(Darkness(colors.strongLine) > Darkness(colors.faintLine));
+        QVERIFY(Darkness(colors.faintLine) > Darkness(colors.ground));
+    }
+
+    void kindsAreToldApart_data()
+    {
+        QTest::addColumn<int>("item");
+        QTest::addColumn<QColor>("tint");
+        CanvasColors const colors{QPalette()};
+        QTest::newRow("solver") << kAdd << colors.solverTint;
+        QTest::newRow("compound") << kLoop << colors.compoundTint;
+        QTest::newRow("constant") << kConstant << colors.constantTint;
+        QTest::newRow("missing") << 99 << colors.missingTint;
+    }
+
+    void kindsAreToldApart()
+    {
+        QFETCH(int, item);
+        QFETCH(QColor, tint);
+        m_Canvas->setPalette(QPalette());
+        Change([item](GraphBody& body) { body.nodes[0].item = Uid(item); });
+        bool const isMissing = item == 99;
+        for (double const zoom : {1.0, 0.2}) {
+            ZoomTo(zoom);
+            QCOMPARE(ColorAt(140, 10), tint);
+            QCOMPARE(ColorAt(80, 32), Colors().nodeBody);
+        }
+        ZoomTo(1);
+        QCOMPARE(ColorAt(-100, 110), Colors().portsTint);
+        QCOMPARE(ColorAt(560, 110), Colors().portsTint);
+        // An icon, if any, and the title behind it.
+        QRect const icon = Ink(QRectF(4, 3, 25, 24), tint);
+        QVERIFY(isMissing || (icon.width() >= 10 && QRect(8, 5, 18, 18).contains(icon)));
+        QRect const title = Ink(QRectF(isMissing ? 4 : 29, 3, 127, 24), tint);
+        QVERIFY(qAbs(title.left() - (isMissing ? 8 : 32)) <= 2);
+        QVERIFY(title.top() > 5 && title.bottom() < 23);
+        // Its frame is dashed in the colour of refusals.
+        QImage const picture = Picture();
+        int redCount = 0;
+        for (int x = 20; x < 140; ++x) {
+            QColor const color = picture.pixelColor(ViewPoint(x, -1));
+            redCount += color.red() > color.blue() + 40;
+        }
+        QVERIFY(isMissing ? redCount > 50 && redCount < 100 : redCount == 0);
+    }
+
+    void textsArePlaced()
+    {
+        QRect const title = Ink(QRectF(29, 3, 127, 24), Colors().solverTint);
+        QVERIFY(qAbs(title.right() - 32 - Width(GetNodeTitleFont(), "Add")) <= 2);
+        QRect const input = Ink(QRectF(7, 33, 60, 18), Colors().nodeBody);
+        QVERIFY(qAbs(input.left() - 11) <= 2);
+        QVERIFY(qAbs(input.right() - 11 - Width(GetNodeNameFont(), "a")) <= 2);
+        QRect const output = Ink(QRectF(70, 33, 83, 18), Colors().nodeBody);
+        QVERIFY(qAbs(output.right() - 149) <= 2);
+        QVERIFY(qAbs(output.left() - 149 + Width(GetNodeNameFont(), "sum")) <= 2);
+        QVERIFY(qAbs(output.center().y() - 43) <= 3);
+        QVERIFY(Ink(QRectF(70, 53, 83, 18), Colors().nodeBody).isEmpty());
+    }
+
+    void longTextsAreCut()
+    {
+        std::string const name(60, 'w');
+        Change([&name](GraphBody& body) {
+            body.connections = {{{"gone", name}, {"say", "text"}},
+                                {{"one", "sum"}, {"gone", name}}};
+        });
+        QCOMPARE(Scene().GetPort({"gone", name}, true)->position, QPointF(580, 242));
+        // Each has half of the row.
+        QRect const input = Ink(QRectF(307, 233, 133, 18), Colors().nodeBody);
+        QRect const output = Ink(QRectF(440, 233, 133, 18), Colors().nodeBody);
+        QVERIFY(input.width() > 100 && input.right() <= 440);
+        QVERIFY(output.width() > 100 && output.left() >= 440);
+    }
+
+    void nodesAreAsWideAsTheirTexts_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<int>("nameLength");
+        QTest::newRow("short") << "Add" << 1;
+        QTest::newRow("title") << QString(20, 'M') << 1;
+        QTest::newRow("names") << "Add" << 14;
+        QTest::newRow("long") << QString(80, 'M') << 1;
+    }
+
+    void nodesAreAsWideAsTheirTexts()
+    {
+        QFETCH(QString, title);
+        QFETCH(int, nameLength);
+        NodeLook look;
+        look.title = title;
+        PortLook port;
+        port.name = std::string(std::size_t(nameLength), 'm');
+        look.inputs = look.outputs = {port, port};
+        double const names = 2 * Width(GetNodeNameFont(), QString(nameLength, 'm')) + 36;
+        double const wanted = qMax(Width(GetNodeTitleFont(), title) + 16, names);
+        int const width = MeasureNodeWidth(look);
+        QCOMPARE(width, qBound(160, int(std::ceil(wanted / 20)) * 20, 280));
+        look.icon = QPixmap(2, 2);
+        QVERIFY(MeasureNodeWidth(look) >= width);
+    }
+
+    void portsShowTypeAndConnection()
+    {
+        QColor const color = GetTypeColor(Uid(kFloat), "Float", false);
+        for (double const zoom : {1.0, 2.5}) {
+            ZoomTo(zoom);
+            QCOMPARE(ColorAt(300, 62).rgb(), color.rgb());
+            QCOMPARE(ColorAt(300, 42), Colors().nodeBody);
+            QVERIFY(IsLike(ColorAt(304, 42), color) && IsLike(ColorAt(300, 38), color));
+            QVERIFY(!IsLike(ColorAt(307, 42), color));
+        }
+        ZoomTo(1);
+        QCOMPARE(ColorAt(460, 242), GetTypeColor("", "", false));
+    }
+
+    void typesHaveColors()
+    {
+        QCOMPARE(GetTypeColor(Uid(kFloat), "Float", false).name(), QStringLiteral("#922ac6"));
+        QCOMPARE(GetTypeColor(Uid(kFloat), "Float", true).name(), QStringLiteral("#be7ede"));
+        QCOMPARE(GetTypeColor("bbbb", "x", false), GetTypeColor("BBBB", "x", false));
+        for (char const* const name : {"", "Any"})
+            QVERIFY(GetTypeColor(Uid(kFloat), name, false).saturation() < 40);
+    }
+
+    void selectedNodesAreFramed()
+    {
+        QColor const plain = ColorAt(-1, 52);
+        QCOMPARE(ColorAt(-4, 52), Colors().ground);
+        QVERIFY(Darkness(ColorAt(0, 52)) > Darkness(Colors().nodeBody) + 20);
+        Click(HeaderOf("one"));
+        QVERIFY(plain != Colors().selection);
+        QCOMPARE(ColorAt(-1, 52), Colors().selection);
+        QCOMPARE(ColorAt(0, 52), Colors().selection);
+        QCOMPARE(ColorAt(1, 52), Colors().nodeBody);
+        QCOMPARE(ColorAt(-4, 52), MixColors(Colors().ground, Colors().selection, 80 / 255.0));
+        QCOMPARE(ColorAt(-5, 52), Colors().ground);
+        ZoomTo(0.2);
+        QCOMPARE(ColorAt(80, 52), Colors().selection);
+        QCOMPARE(ColorAt(80, 10), Colors().solverTint);
+        QCOMPARE(ColorAt(380, 52), Colors().nodeBody);
+    }
+
+    void nodesHaveSoftShadows()
+    {
+        int const near = Darkness(ColorAt(70, 77));
+        int const far = Darkness(ColorAt(70, 79));
+        QVERIFY(near > far && far > Darkness(Colors().ground));
+        QCOMPARE(ColorAt(70, 81), Colors().ground);
+        QCOMPARE(ColorAt(70, -2), Colors().ground);
+        // Round corners leave the ground free.
+        QVERIFY(Darkness(ColorAt(0, 0)) < 60);
+    }
+
+    void detailsComeWithTheZoom_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<bool>("hasTitle");
+        QTest::addColumn<bool>("hasNames");
+        QTest::newRow("plain frames") << 0.2 << false << false;
+        QTest::newRow("frames") << 0.4 << false << false;
+        QTest::newRow("titles") << 0.5 << true << false;
+        QTest::newRow("names") << 0.7 << true << true;
+        QTest::newRow("near") << 2.5 << true << true;
+    }
+
+    void detailsComeWithTheZoom()
+    {
+        QFETCH(double, zoom);
+        QFETCH(bool, hasTitle);
+        QFETCH(bool, hasNames);
+        ZoomTo(zoom);
+        QCOMPARE(!Ink(QRectF(32, 8, 60, 14), Colors().solverTint).isEmpty(), hasTitle);
+        QCOMPARE(!Ink(QRectF(100, 35, 52, 14), Colors().nodeBody).isEmpty(), hasNames);
+        QCOMPARE(ColorAt(300, 62).name() == QStringLiteral("#922ac6"), hasTitle);
+    }
+
+    void portsOfTheCompoundLieBeside()
+    {
+        QCOMPARE(Scene().FindNodePosition("in").value(), QPointF(-240, 100));
+        QCOMPARE(Scene().FindNodePosition("out").value(), QPointF(540, 100));
+        Change([](GraphBody& body) { body.inputs.clear(), body.outputs.clear(); });
+        QVERIFY(!Scene().FindNodePosition("in") && !Scene().FindNodePosition("out"));
+        // Connections that name them are seen all the same.
+        Connect("one.sum", "out.lost");
+        QVERIFY(Scene().GetPort({"out", "lost"}, false));
+    }
+
+    void selectedNodesLieAbove()
+    {
+        Change([](GraphBody& body) { body.nodes[1].position = QPointF(140, 20); });
+        for (char const* const id : {"one", "two", "one"}) {
+            QPoint const header = id[0] == 'o' ? ViewPoint(20, 10) : ViewPoint(280, 30);
+            Click(header);
+            QCOMPARE(Scene().FindNodeAt(QPointF(150, 60))->id, std::string(id));
+        }
+    }
+
+    void palettesAreFollowed()
+    {
+        Connect("one.sum", "two.a");
+        m_Canvas->setPalette(DarkPalette());
+        CanvasColors const dark(DarkPalette());
+        QVERIFY(dark.isDark && dark.ground.lightness() < 60);
+        QCOMPARE(ColorAt(-7, -7), dark.ground);
+        QCOMPARE(ColorAt(80, 32), dark.nodeBody);
+        QVERIFY(IsLike(ColorAt(230, 42), GetTypeColor(Uid(kFloat), "Float", true)));
+    }
+
+    /// While the zoom changes, pictures are stretched, but not for long.
+    void coarseFramesAreRefined()
+    {
+        Change([](GraphBody& body) {
+            for (int node = 0; node < 200; ++node) {
+                std::string const id = "n" + std::to_string(node);
+                body.nodes.push_back({id, Uid(kAdd), QPointF(node % 20 * 40, node / 20 * 30)});
+                // Each looks different.
+                body.connections.push_back({{id, "out " + id}, {"one", "in " + id}});
+            }
+        });
+        ZoomTo(0.7);
+        Picture();
+        NodePictures& pictures = static_cast<CGraphScene*>(m_Canvas->scene())->GetPictures();
+        m_Canvas->ZoomIn();
+        Picture();
+        QVERIFY(pictures.IsFrameCoarse());
+        QTRY_VERIFY(!pictures.IsFrameCoarse());
+        QImage const refined = Picture();
+        pictures.SetColors(Colors());
+        QCOMPARE(Picture(), refined);
+    }
+};
+
+static TestProgram::Entry<TestCanvasPainting> const kEntry;
+
+#include "tst_canvaspainting.moc"
