@@ -1,7 +1,6 @@
 #include "realuser.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QEventLoop>
 #include <QMenu>
 #include <QProcess>
@@ -27,8 +26,7 @@ void RunTool(QString const& program, QStringList const& arguments)
     QProcess process;
     process.start(program, arguments);
     if (!process.waitForFinished(kPatience) || process.exitCode() != 0)
-        Fail(program + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')) + QLatin1String(": ")
-             + QString::fromLocal8Bit(process.readAllStandardError()));
+        Fail(program + ' ' + arguments.join(' ') + ": " + process.readAllStandardError());
 }
 
 void Xdotool(QStringList const& arguments)
@@ -37,56 +35,25 @@ void Xdotool(QStringList const& arguments)
     QThread::msleep(kHand);
 }
 
-QStringList At(QPoint const& point)
-{
-    return {QStringLiteral("mousemove"), QString::number(point.x()), QString::number(point.y())};
-}
-
-QString WithoutMnemonic(QString text)
-{
-    return text.remove(QLatin1Char('&'));
-}
-
-/// The menu that came up last of those that are open; null for none.
-QMenu* OpenMenu()
-{
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-}
-
-QAction* FindEntry(QMenu const* menu, QString const& text)
-{
-    if (!menu || !menu->isVisible())
-        return nullptr;
-    for (QAction* const action : menu->actions()) {
-        if (WithoutMnemonic(action->text()) == text)
-            return action;
-    }
-    return nullptr;
-}
-
-/// Any of the open menus that has the entry.
-QMenu* FindMenuWith(QString const& text)
+/// On the screen, in any of the open menus; none when there is none.
+QPoint FindEntry(QString const& text)
 {
     for (QWidget* const widget : QApplication::topLevelWidgets()) {
         auto* const menu = qobject_cast<QMenu*>(widget);
-        if (FindEntry(menu, text))
-            return menu;
+        for (QAction* const action : menu ? menu->actions() : QList<QAction*>())
+            if (menu->isVisible() && action->text().remove('&') == text)
+                return menu->mapToGlobal(menu->actionGeometry(action).center());
     }
-    return nullptr;
+    return QPoint();
 }
 
 } // namespace
-
-QPoint OnScreenPoint(QWidget const& widget, QPoint const& point)
-{
-    return widget.mapToGlobal(point);
-}
 
 RealUser::RealUser(QString const& pictureFolder)
     : m_PictureFolder(pictureFolder)
 {}
 
-QString RealUser::Play(std::function<void()> const& story)
+QString RealUser::Play(std::function<void()> const& story) const
 {
     QString fault;
     QEventLoop loop;
@@ -95,10 +62,10 @@ QString RealUser::Play(std::function<void()> const& story)
             story();
         } catch (std::exception const& exception) {
             fault = QString::fromUtf8(exception.what());
-            TakePicture(QStringLiteral("fault-in-") + QLatin1String(QTest::currentTestFunction()));
+            TakePicture(QLatin1String("fault-in-") + QTest::currentTestFunction());
             // Whatever is still open would keep the application busy for ever.
             for (int i = 0; i < 5; ++i)
-                Press(QStringLiteral("Escape"));
+                Press("Escape");
         }
     });
     QObject::connect(user, &QThread::finished, &loop, &QEventLoop::quit);
@@ -116,90 +83,71 @@ void RealUser::WaitUntil(QString const& what, std::function<bool()> const& condi
             return;
         QThread::msleep(kLookAgain);
     }
-    Fail(QStringLiteral("waited in vain: ") + what);
+    Fail("waited in vain: " + what);
 }
 
-void RealUser::Check(QString const& what, std::function<bool()> const& condition)
+void RealUser::WaitForDialog(QString const& title)
 {
-    if (!OnScreen(condition))
-        Fail(QStringLiteral("not so: ") + what);
+    WaitUntil("dialog " + title, [&] {
+        QWidget const* const dialog = QApplication::activeModalWidget();
+        return title.isEmpty()
+                   ? !dialog && !QApplication::activePopupWidget()
+                   : dialog && dialog->windowTitle() == title && dialog->isActiveWindow();
+    });
 }
 
-void RealUser::MoveTo(QPoint const& point) const
+void RealUser::MoveTo(QPoint const& point)
 {
-    Xdotool(At(point));
+    Xdotool({"mousemove", QString::number(point.x()), QString::number(point.y())});
 }
 
-void RealUser::Click(QPoint const& point, int button) const
-{
-    MoveTo(point);
-    Xdotool({QStringLiteral("click"), QString::number(button)});
-}
-
-void RealUser::DoubleClick(QPoint const& point) const
+void RealUser::Click(QPoint const& point, int button)
 {
     MoveTo(point);
-    Xdotool({QStringLiteral("click"), QStringLiteral("--repeat"), QStringLiteral("2"),
-             QStringLiteral("--delay"), QStringLiteral("40"), QStringLiteral("1")});
+    Xdotool({"click", QString::number(button)});
 }
 
-void RealUser::Drag(QPoint const& from, QPoint const& to) const
+void RealUser::Drag(QPoint const& from, QPoint const& to)
 {
     int const steps = 8;
     MoveTo(from);
-    Xdotool({QStringLiteral("mousedown"), QStringLiteral("1")});
+    Xdotool({"mousedown", "1"});
     for (int step = 1; step <= steps; ++step)
         MoveTo(from + (to - from) * step / steps);
-    Xdotool({QStringLiteral("mouseup"), QStringLiteral("1")});
+    Xdotool({"mouseup", "1"});
 }
 
-void RealUser::Type(QString const& text) const
+void RealUser::Type(QString const& text)
 {
-    Xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("15"), text});
+    Press("ctrl+a");
+    Xdotool({"type", "--delay", "15", text});
 }
 
-void RealUser::Press(QString const& key) const
+void RealUser::Press(QString const& key)
 {
-    Xdotool({QStringLiteral("key"), key});
+    Xdotool({"key", key});
 }
 
-void RealUser::PointAtEntry(QString const& text) const
+void RealUser::PointAtEntry(QString const& text)
 {
-    WaitUntil(QStringLiteral("menu entry ") + text, [&] { return FindMenuWith(text) != nullptr; });
-    QPoint const entry = OnScreen([&] {
-        QMenu const* const menu = FindMenuWith(text);
-        return OnScreenPoint(*menu, menu->actionGeometry(FindEntry(menu, text)).center());
-    });
+    WaitUntil("menu entry " + text, [&] { return !FindEntry(text).isNull(); });
+    QPoint const entry = OnScreen([&] { return FindEntry(text); });
     // A menu takes no notice of the first move after it came up.
     MoveTo(entry - QPoint(3, 0));
     MoveTo(entry);
 }
 
-void RealUser::ChooseInMenu(QStringList const& texts) const
+void RealUser::ChooseInMenu(QStringList const& texts)
 {
     for (QString const& text : texts) {
         PointAtEntry(text);
-        Xdotool({QStringLiteral("click"), QStringLiteral("1")});
+        Xdotool({"click", "1"});
     }
-}
-
-void RealUser::WaitForDialog(QString const& title)
-{
-    WaitUntil(QStringLiteral("dialog ") + title, [&] {
-        QWidget const* const dialog = QApplication::activeModalWidget();
-        return dialog && dialog->windowTitle() == title && dialog->isActiveWindow();
-    });
-}
-
-void RealUser::WaitForNoDialog()
-{
-    WaitUntil(QStringLiteral("the dialog to close"),
-              [] { return !QApplication::activeModalWidget() && !OpenMenu(); });
 }
 
 QImage RealUser::TakePicture(QString const& name) const
 {
-    QString const file = m_PictureFolder + QLatin1Char('/') + name + QLatin1String(".png");
-    RunTool(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), file});
+    QString const file = m_PictureFolder + '/' + name + ".png";
+    RunTool("import", {"-window", "root", file});
     return QImage(file);
 }

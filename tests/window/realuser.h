@@ -1,12 +1,10 @@
 #ifndef NODEBROWSER_TESTS_REALUSER_H
 #define NODEBROWSER_TESTS_REALUSER_H
 
-#include <QAction>
 #include <QCoreApplication>
 #include <QImage>
 #include <QPoint>
 #include <QString>
-#include <QWidget>
 
 #include <functional>
 
@@ -23,7 +21,7 @@ public:
 
     /// Runs the story while the calling thread serves the application. Empty when it went well,
     /// otherwise what went wrong; the screen is kept as a picture then.
-    QString Play(std::function<void()> const& story);
+    QString Play(std::function<void()> const& story) const;
 
     /// Runs something in the application's thread and gives what it returns.
     template <typename Function>
@@ -38,33 +36,26 @@ public:
 
     /// Waits until it is so; `what` is what is reported when it does not happen.
     static void WaitUntil(QString const& what, std::function<bool()> const& condition);
-    static void Check(QString const& what, std::function<bool()> const& condition);
-
-    void MoveTo(QPoint const& point) const;
-    /// 1 is the left button, 3 the right one; 4 and 5 turn the wheel up and down.
-    void Click(QPoint const& point, int button = 1) const;
-    void DoubleClick(QPoint const& point) const;
-    void Drag(QPoint const& from, QPoint const& to) const;
-    void Type(QString const& text) const;
-    /// A key as the X server names it, with modifiers: "ctrl+s".
-    void Press(QString const& key) const;
-
-    /// Chooses entries of the menu that is open, through its sub-menus.
-    void ChooseInMenu(QStringList const& texts) const;
-    /// Points at an entry of the menu that is open.
-    void PointAtEntry(QString const& text) const;
-
-    /// The dialog that waits for an answer.
+    /// For the dialog that waits for an answer; without a title until there is none.
     static void WaitForDialog(QString const& title);
-    static void WaitForNoDialog();
+
+    static void MoveTo(QPoint const& point);
+    /// 1 is the left button, 3 the right one; 4 and 5 turn the wheel up and down.
+    static void Click(QPoint const& point, int button = 1);
+    static void Drag(QPoint const& from, QPoint const& to);
+    /// Instead of what is in the field.
+    static void Type(QString const& text);
+    /// A key as the X server names it, with modifiers: "ctrl+s".
+    static void Press(QString const& key);
+    /// Points at an entry of a menu that is open.
+    static void PointAtEntry(QString const& text);
+    /// Chooses entries of the menu that is open, through its sub-menus.
+    static void ChooseInMenu(QStringList const& texts);
 
     QImage TakePicture(QString const& name) const;
 
 private:
     QString m_PictureFolder;
 };
-
-/// A point of a widget on the screen.
-QPoint OnScreenPoint(QWidget const& widget, QPoint const& point);
 
 #endif
