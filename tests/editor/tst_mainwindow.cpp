@@ -7,7 +7,6 @@
 #include <libraryfolder.h>
 #include <libraryuser.h>
 #include <mainwindow.h>
-#include <messagelog.h>
 #include <settings.h>
 #include <trailbar.h>
 
@@ -21,7 +20,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QStyle>
 #include <QToolButton>
 
 #include <memory>
@@ -33,13 +31,13 @@ namespace {
 QString const kGlowFile = QStringLiteral("project/glow.json");
 QString const kSave = QStringLiteral("Save graph library");
 
-/// One run of the editor: everything that ends with the process.
-struct SRun
+/// One run of the editor, with everything that ends with the process; its settings are those of the
+/// environment.
+struct EditorRun
 {
-    explicit SRun(QString const& journalFolder)
+    explicit EditorRun(QString const& journalFolder)
         : journal(host, journalFolder)
         , window(host)
-        , user(host)
     {
         journal.SetPause(10);
         window.UseSettings(settings);
@@ -51,7 +49,6 @@ struct SRun
     CSettings settings;
     CJournal journal;
     CMainWindow window;
-    LibraryUser user;
 };
 
 /// Answers the message boxes that come up as long as it lives, one after the other.
@@ -125,7 +122,7 @@ private:
     {
         // There is one host at a time.
         m_Run.reset();
-        m_Run = std::make_unique<SRun>(m_Home->filePath("journal"));
+        m_Run = std::make_unique<EditorRun>(m_Home->filePath("journal"));
     }
 
     void Open()
@@ -137,7 +134,7 @@ private:
     void OpenAndRename()
     {
         Open();
-        m_Run->user.Rename(Item(1), "Soft Glow");
+        LibraryUser(m_Run->host).Rename(Item(1), "Soft Glow");
         QTRY_COMPARE(CountJournals(), 1);
     }
 
@@ -192,7 +189,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_Home;
     std::unique_ptr<LibraryFolder> m_Folder;
-    std::unique_ptr<SRun> m_Run;
+    std::unique_ptr<EditorRun> m_Run;
 
 private Q_SLOTS:
     void titleTellsWhatIsOpen()
@@ -203,7 +200,7 @@ private Q_SLOTS:
         QCOMPARE(window.windowTitle(), QStringLiteral("Test[*]"));
         Show(1);
         QVERIFY(!window.isWindowModified());
-        m_Run->user.Rename(Item(1), "Soft Glow");
+        LibraryUser(m_Run->host).Rename(Item(1), "Soft Glow");
         QTRY_COMPARE(window.windowTitle(), QStringLiteral("Soft Glow - Test[*]"));
         QVERIFY(window.isWindowModified());
         Action("Undo Rename Glow")->trigger();
@@ -300,7 +297,7 @@ private Q_SLOTS:
         QCOMPARE(m_Run->window.close(), !name.startsWith('!'));
         QVERIFY(answers.buttons.isEmpty());
         QVERIFY(answers.said.contains(theirs == "{" ? QString("not JSON") : kGlowFile));
-        QCOMPARE(m_Run->user.NameOf(Item(1)), name.remove('!').toStdString());
+        QCOMPARE(LibraryUser(m_Run->host).NameOf(Item(1)), name.remove('!').toStdString());
     }
 
     void changesOfAKilledEditorAreOffered_data()
@@ -320,7 +317,7 @@ private Q_SLOTS:
         SAnswers const answers({QTest::currentDataTag()});
         Open();
         QVERIFY(answers.said.contains("One item was changed"));
-        QTEST(m_Run->user.NameOf(Item(1)) == "Soft Glow", "isRecovered");
+        QTEST(LibraryUser(m_Run->host).NameOf(Item(1)) == "Soft Glow", "isRecovered");
         QFETCH(bool, isRecovered);
         QTRY_COMPARE(m_Run->window.isWindowModified(), isRecovered);
         QTEST(CountJournals(), "journals");
@@ -403,7 +400,7 @@ private Q_SLOTS:
             QTest::keyClick(field, Qt::Key_Delete);
             QCOMPARE(field->text(), QString());
         }
-        QCOMPARE(m_Run->user.NameOf(Item(1)), std::string("Soft Glow"));
+        QCOMPARE(LibraryUser(m_Run->host).NameOf(Item(1)), std::string("Soft Glow"));
         QCOMPARE(m_Run->host.GetBody(Item(1)).nodes.size(), std::size_t(1));
     }
 
@@ -454,45 +451,18 @@ private Q_SLOTS:
         QCOMPARE(Trail(), QString());
     }
 
-    void messagesComeForwardOnce()
+    void warningsBringTheLogForwardOnce()
     {
         auto* const log = m_Run->window.findChild<QDockWidget*>("Messages");
         CMessageChannel& messages = m_Run->host.GetMessages();
         messages.Post(eSeverity::kInformation, "all is well");
-        QTRY_COMPARE(m_Run->window.statusBar()->currentMessage(), QStringLiteral("all is well"));
         QVERIFY(log->isHidden());
-        messages.Post(eSeverity::kWarning, "one\ntwo");
+        messages.Post(eSeverity::kWarning, "beware");
         QVERIFY(log->isVisible());
-        auto* const text = m_Run->window.findChild<CMessageLog*>();
-        QTRY_VERIFY(text->toPlainText().contains("  Warning: one\u2028two")
-                    || text->blockCount() == 2);
         log->hide();
         messages.Post(eSeverity::kError, "no");
         QVERIFY(log->isHidden());
-    }
-
-    void iconsOfMessagesAreToldApart()
-    {
-        struct Look
-        {
-            QStyle::StandardPixmap icon;
-            QColor color;
-            /// Where there is a part of the white mark, and where there is none, in hundredths.
-            QPoint mark, beside;
-        };
-        Look const looks[] = {
-            {QStyle::SP_MessageBoxInformation, QColor(48, 140, 198), {50, 29}, {50, 39}},
-            {QStyle::SP_MessageBoxWarning, QColor(232, 163, 23), {50, 74}, {40, 74}},
-            {QStyle::SP_MessageBoxCritical, QColor(204, 62, 56), {40, 40}, {50, 38}},
-            {QStyle::SP_MessageBoxQuestion, QColor(48, 140, 198), {50, 75}, {50, 40}}};
-        for (Look const& look : looks) {
-            QIcon const icon = QApplication::style()->standardIcon(look.icon);
-            QImage const picture = icon.pixmap(100, 100).toImage();
-            QCOMPARE(picture.pixelColor(look.mark), QColor(Qt::white));
-            QCOMPARE(picture.pixelColor(look.beside), look.color);
-            QCOMPARE(picture.pixelColor(50, 15), look.color);
-            QCOMPARE(picture.pixelColor(3, 97).alpha(), 0);
-        }
+        QTRY_COMPARE(m_Run->window.statusBar()->currentMessage(), QStringLiteral("no"));
     }
 };
 
