@@ -36,6 +36,12 @@ class TestCanvasPainting : public CanvasTest
     Q_OBJECT
 
 private:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        m_PaintCount += event->type() == QEvent::Paint;
+        return false;
+    }
+
     CanvasColors const& Colors() const
     {
         return Scene().GetColors();
@@ -72,6 +78,8 @@ private:
     {
         return QFontMetricsF(font).horizontalAdvance(text);
     }
+
+    int m_PaintCount = 0;
 
 private Q_SLOTS:
     void gridIsPainted()
@@ -223,17 +231,6 @@ private Q_SLOTS:
         QCOMPARE(ColorAt(380, 52), Colors().nodeBody);
     }
 
-    void nodesHaveSoftShadows()
-    {
-        int const near = Darkness(ColorAt(70, 77));
-        int const far = Darkness(ColorAt(70, 79));
-        QVERIFY(near > far && far > Darkness(Colors().ground));
-        QCOMPARE(ColorAt(70, 81), Colors().ground);
-        QCOMPARE(ColorAt(70, -2), Colors().ground);
-        // Round corners leave the ground free.
-        QVERIFY(Darkness(ColorAt(0, 0)) < 60);
-    }
-
     void detailsComeWithTheZoom()
     {
         for (double const zoom : {0.2, 0.4, 0.5, 0.7, 2.5}) {
@@ -274,6 +271,31 @@ private Q_SLOTS:
         QCOMPARE(ColorAt(-7, -7), dark.ground);
         QCOMPARE(ColorAt(80, 32), dark.nodeBody);
         QVERIFY(IsLike(ColorAt(230, 42), GetTypeColor(Uid(kFloat), "Float", true)));
+    }
+
+    /// From the event loop, unlike the pictures that are taken here.
+    void changesAreShown()
+    {
+        Connect("one.sum", "two.a");
+        QPoint const port = PortOf("one.sum");
+        std::function<void()> const changes[] = {
+            [&] { MoveMouse(port); },
+            [&] { MoveMouse(QPoint(5, 5)); },
+            [&] { Press(port); },
+            [&] { MoveMouse(port + QPoint(100, 100)); },
+            [&] { MoveMouse(PortOf("say.text")); },
+            [&] { TypeKey(Qt::Key_Escape); },
+            [&] { Change([](GraphBody& body) { body.nodes[1].item = Uid(kSay); }); },
+            [&] {
+                m_Canvas->setPalette(DarkPalette());
+            }};
+        for (auto const& change : changes) {
+            QApplication::processEvents();
+            m_PaintCount = 0;
+            m_Canvas->viewport()->installEventFilter(this);
+            change();
+            QTRY_VERIFY(m_PaintCount > 0);
+        }
     }
 
     /// While the zoom changes, pictures are stretched, but not for long.
