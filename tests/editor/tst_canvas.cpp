@@ -416,7 +416,7 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestCanvas> const kEntry;
+static TestProgram::Entry<TestCanvas> const kTestCanvas;
 
 int main(int argc, char** argv)
 {

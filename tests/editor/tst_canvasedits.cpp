@@ -154,6 +154,6 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestCanvasEdits> const kEntry;
+static TestProgram::Entry<TestCanvasEdits> const kTestCanvasEdits;
 
 #include "tst_canvasedits.moc"

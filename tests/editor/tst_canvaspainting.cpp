@@ -322,6 +322,6 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestCanvasPainting> const kEntry;
+static TestProgram::Entry<TestCanvasPainting> const kTestCanvasPainting;
 
 #include "tst_canvaspainting.moc"

@@ -314,6 +314,6 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestCanvasPorts> const kEntry;
+static TestProgram::Entry<TestCanvasPorts> const kTestCanvasPorts;
 
 #include "tst_canvasports.moc"

@@ -123,6 +123,6 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestEditorApplication> const kEntry;
+static TestProgram::Entry<TestEditorApplication> const kTestEditorApplication;
 
 #include "tst_editorapplication.moc"

@@ -18,7 +18,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
@@ -61,33 +60,27 @@ struct SAnswers
         : buttons(texts)
     {}
 
-    bool Answer(QMessageBox& box)
+    void Answer(QMessageBox& box)
     {
         if (&box == answered)
-            return false;
+            return;
         answered = &box;
         said += box.text() + box.informativeText() + box.detailedText();
         QString const text = buttons.isEmpty() ? QString() : buttons.takeFirst();
         for (QAbstractButton* const button : box.buttons())
             if (button->text().remove('&') == text)
-                return button->click(), false;
-        return box.reject(), false;
+                return button->click();
+        box.reject();
     }
 
     QStringList buttons;
     QString said;
     QPointer<QMessageBox> answered;
-    WhenShown const timer{OnDialog<QMessageBox>([this](QMessageBox& box) { return Answer(box); })};
+    WhenShown const timer{OnDialog<QMessageBox>([this](QMessageBox& box) {
+        Answer(box);
+        return false;
+    })};
 };
-
-void CollectActions(QList<QAction*> const& actions, QList<QAction*>& all)
-{
-    for (QAction* const action : actions) {
-        all << action;
-        if (action->menu())
-            CollectActions(action->menu()->actions(), all);
-    }
-}
 
 } // namespace
 
@@ -158,9 +151,7 @@ private:
 
     QAction* Action(QString const& text)
     {
-        QList<QAction*> all;
-        CollectActions(m_Run->window.menuBar()->actions(), all);
-        for (QAction* const action : all)
+        for (QAction* const action : m_Run->window.findChildren<QAction*>())
             if (action->text().remove('&') == text)
                 return action;
         qFatal("There is no menu entry %s.", qPrintable(text));
@@ -458,7 +449,7 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestMainWindow> const kEntry;
+static TestProgram::Entry<TestMainWindow> const kTestMainWindow;
 
 int main(int argc, char** argv)
 {
