@@ -4,6 +4,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 
 #include <functional>
@@ -38,5 +41,35 @@ std::function<bool()> OnDialog(std::function<bool(Dialog&)> const& act)
         return dialog && act(*dialog);
     };
 }
+
+/// Answers the message boxes that come up as long as it lives, one after the other.
+struct SAnswers
+{
+    /// Texts of the buttons to press; an empty one closes the box.
+    explicit SAnswers(QStringList const& texts)
+        : buttons(texts)
+    {}
+
+    void Answer(QMessageBox& box)
+    {
+        if (&box == answered)
+            return;
+        answered = &box;
+        said += box.text() + box.informativeText() + box.detailedText();
+        QString const text = buttons.isEmpty() ? QString() : buttons.takeFirst();
+        for (QAbstractButton* const button : box.buttons())
+            if (button->text().remove('&') == text)
+                return button->click();
+        box.reject();
+    }
+
+    QStringList buttons;
+    QString said;
+    QPointer<QMessageBox> answered;
+    WhenShown const timer{OnDialog<QMessageBox>([this](QMessageBox& box) {
+        Answer(box);
+        return false;
+    })};
+};
 
 #endif
