@@ -2,7 +2,7 @@
 
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <algorithm>
 #include <utility>

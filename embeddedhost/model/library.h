@@ -7,8 +7,8 @@
 #include "model/libraryitem.h"
 #include "model/stablepool.h"
 #include "objects/datasource.h"
-#include "objects/objectdatabase.h"
-#include "objects/uidmap.h"
+#include "model/objectdatabase.h"
+#include "base/uidmap.h"
 
 #include <datamodel.h>
 #include <nlohmann/json.hpp>

@@ -3,7 +3,7 @@
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "model/librarynotifier.h"
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <algorithm>
 #include <iterator>

@@ -4,7 +4,7 @@
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
 #include "model/objectchange.h"
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <QFileInfo>
 #include <QUuid>

@@ -1,6 +1,6 @@
 #include "model/libraryitem.h"
 
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <cstring>
 

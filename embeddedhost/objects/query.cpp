@@ -1,6 +1,6 @@
 #include "objects/query.h"
 
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <cctype>
 #include <cstring>

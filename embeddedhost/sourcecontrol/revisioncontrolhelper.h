@@ -2,7 +2,7 @@
 #define EMBEDDEDHOST_REVISIONCONTROLHELPER_H
 
 #include "framework/messagechannel.h"
-#include "objects/objectdatabase.h"
+#include "model/objectdatabase.h"
 
 #include <qorm.h>
 

@@ -1,7 +1,7 @@
 #ifndef EMBEDDEDHOST_FILEOBJECTS_H
 #define EMBEDDEDHOST_FILEOBJECTS_H
 
-#include "objects/uidmap.h"
+#include "base/uidmap.h"
 #include "storage/objectreader.h"
 
 #include <QString>

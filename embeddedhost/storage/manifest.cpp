@@ -1,6 +1,6 @@
 #include "storage/manifest.h"
 
-#include "model/text8.h"
+#include "base/text8.h"
 #include "storage/folderscan.h"
 #include "storage/jsonfile.h"
 

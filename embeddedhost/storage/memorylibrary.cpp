@@ -4,7 +4,7 @@
 #include "model/graphwriter.h"
 #include "model/library.h"
 #include "model/objectchange.h"
-#include "model/text8.h"
+#include "base/text8.h"
 #include "storage/faults.h"
 
 #include <QScopedValueRollback>

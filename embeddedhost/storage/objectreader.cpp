@@ -2,7 +2,7 @@
 
 #include "model/graphjson.h"
 #include "model/itemkinds.h"
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <QStringList>
 

@@ -3,7 +3,7 @@
 #include "model/librarycommands.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
-#include "model/text8.h"
+#include "base/text8.h"
 #include "storage/folderscan.h"
 
 #include <QDir>

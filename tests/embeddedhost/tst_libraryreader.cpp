@@ -1,7 +1,7 @@
 #include "changerecorder.h"
 #include "libraryfolder.h"
 #include "loggedtest.h"
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "libraryfolder.h"
 #include "loggedtest.h"
-#include "objects/uidmap.h"
+#include "base/uidmap.h"
 
 #include <QSet>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "objects/uidmap.h"
+#include "base/uidmap.h"
 
 #include <random>
 

@@ -1,7 +1,7 @@
-#include "objects/dbobject.h"
+#include "model/dbobject.h"
 
 #include "model/libraryitem.h"
-#include "objects/objectdatabase.h"
+#include "model/objectdatabase.h"
 
 namespace embeddedhost {
 

@@ -1,4 +1,4 @@
-#include "objects/objectdatabase.h"
+#include "model/objectdatabase.h"
 
 #include "model/library.h"
 #include "objects/query.h"

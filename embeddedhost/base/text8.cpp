@@ -1,4 +1,4 @@
-#include "model/text8.h"
+#include "base/text8.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "storage/journal.h"
+#include "journal.h"
 
 #include "embeddedhost.h"
 #include "framework/guardedcall.h"

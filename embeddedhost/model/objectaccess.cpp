@@ -1,7 +1,7 @@
 // What handles and the panel ask of the database.
 
-#include "model/text8.h"
-#include "objects/objectdatabase.h"
+#include "base/text8.h"
+#include "model/objectdatabase.h"
 
 #include <objectaccess.h>
 #include <qorm.h>

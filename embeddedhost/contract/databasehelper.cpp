@@ -1,5 +1,5 @@
 #include "model/library.h"
-#include "objects/objectdatabase.h"
+#include "model/objectdatabase.h"
 #include "storage/filemove.h"
 
 #include <datamodel.h>

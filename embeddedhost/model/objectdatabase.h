@@ -3,7 +3,7 @@
 
 #include "model/itemidentity.h"
 #include "objects/datasource.h"
-#include "objects/dbobject.h"
+#include "model/dbobject.h"
 #include "objects/refcounted.h"
 
 #include <qorm.h>
