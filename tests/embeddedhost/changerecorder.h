@@ -5,21 +5,42 @@
 
 #include <QStringList>
 
+#include <functional>
+
 /// Writes down what a library tells, item names as the library has them by then.
 class ChangeRecorder : public tarno::datamodel::IItemTOCNotification,
                        public tarno::datamodel::IItemLibraryNotification
 {
 public:
-    explicit ChangeRecorder(tarno::datamodel::ItemLibraryAccessor const& library)
+    typedef tarno::datamodel::ItemID ItemID;
+    typedef tarno::datamodel::ItemAccessor ItemAccessor;
+    typedef tarno::datamodel::ItemLibraryAccessor ItemLibraryAccessor;
+
+    explicit ChangeRecorder(ItemLibraryAccessor const& library)
+        : ChangeRecorder(library, QString(), nullptr)
+    {}
+    /// Into a record that several share, each line behind the name.
+    ChangeRecorder(ItemLibraryAccessor const& library, QString const& name, QStringList* record)
         : m_Library(library)
-        , m_Toc(tarno::datamodel::GetTOC(library))
+        , m_Toc(GetTOC(library))
+        , m_Name(name)
+        , m_Record(record ? *record : m_Told)
+    {
+        Register();
+    }
+    virtual ~ChangeRecorder()
+    {
+        Unregister();
+    }
+
+    void Register()
     {
         m_Library.AddNotification(this, tarno::datamodel::kItemLibraryNotificationInterface,
                                   m_Library.GetContextID());
         m_Toc.AddNotification(this, tarno::datamodel::kItemTOCNotificationInterface,
                               m_Toc.GetContextID());
     }
-    ~ChangeRecorder()
+    void Unregister()
     {
         m_Toc.RemoveNotification(this, tarno::datamodel::kItemTOCNotificationInterface,
                                  m_Toc.GetContextID());
@@ -31,68 +52,80 @@ public:
     QStringList Take()
     {
         QStringList taken;
-        taken.swap(m_Told);
+        taken.swap(m_Record);
         return taken;
     }
 
-    void RefuseCommits()
-    {
-        m_RefusesCommits = true;
-    }
+    bool refusesCommits = false;
+    /// Called for each; may destroy the recorder.
+    std::function<void()> onTold;
 
-    void ItemAdded(tarno::datamodel::ItemAccessor& item) override
+    // The accessors belong to this listener: what it does to them concerns no other.
+    void ItemAdded(ItemAccessor& item) override
     {
-        m_Told << "added " + NameOf(item.GetItemID());
+        ItemID const id = item.GetItemID();
+        item = ItemAccessor();
+        Tell("added " + NameOf(id));
     }
-    void ItemRemoved(tarno::datamodel::ItemAccessor&) override
+    void ItemRemoved(ItemAccessor&) override
     {
-        m_Told << "removed";
+        Tell("removed");
     }
-    void OnBeginChanges(tarno::datamodel::ItemLibraryAccessor&) override
+    void OnBeginChanges(ItemLibraryAccessor& library) override
     {
-        m_Told << "begin";
+        bool const isValid = library.IsValid();
+        library = ItemLibraryAccessor();
+        Tell(isValid ? "begin" : "begin of nothing");
     }
-    void OnEndChanges(tarno::datamodel::ItemLibraryAccessor&) override
+    void OnEndChanges(ItemLibraryAccessor&) override
     {
-        m_Told << "end";
+        Tell("end");
     }
-    void LibraryInvalidated(tarno::datamodel::ItemLibraryAccessor&) override
+    void LibraryInvalidated(ItemLibraryAccessor&) override
     {
-        m_Told << "invalidated";
+        Tell("invalidated");
     }
-    void ItemNameChanged(tarno::datamodel::ItemLibraryAccessor&,
-                         tarno::datamodel::ItemID const& id) override
+    void ItemNameChanged(ItemLibraryAccessor&, ItemID const& id) override
     {
-        m_Told << "name " + NameOf(id);
+        Tell("name " + NameOf(id));
     }
-    void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor&, tarno::datamodel::ItemID const& id,
-                         char const* category) override
+    void ItemTagsChanged(ItemLibraryAccessor&, ItemID const& id, char const* category) override
     {
-        m_Told << "tags " + NameOf(id) + ' ' + category;
+        Tell("tags " + NameOf(id) + ' ' + category);
     }
-    void ItemAccessStateChanged(tarno::datamodel::ItemLibraryAccessor&,
-                                tarno::datamodel::ItemID const&, long) override
-    {}
-    void OnPreCommit(tarno::datamodel::ItemLibraryAccessor&, bool* cancel) override
+    void ItemAccessStateChanged(ItemLibraryAccessor&, ItemID const& id, long state) override
     {
-        m_Told << "precommit";
-        *cancel = m_RefusesCommits;
+        Tell("state " + NameOf(id) + ' ' + QString::number(state, 16));
     }
-    void OnPostCommit(tarno::datamodel::ItemLibraryAccessor&) override
+    void OnPreCommit(ItemLibraryAccessor&, bool* cancel) override
     {
-        m_Told << "postcommit";
+        *cancel = refusesCommits;
+        Tell("precommit");
+    }
+    void OnPostCommit(ItemLibraryAccessor&) override
+    {
+        Tell("postcommit");
     }
 
 private:
-    QString NameOf(tarno::datamodel::ItemID const& id) const
+    QString NameOf(ItemID const& id) const
     {
         return QString::fromLatin1(m_Library.GetItemName(id, true, nullptr).c_str());
     }
 
-    tarno::datamodel::ItemLibraryAccessor const m_Library;
+    void Tell(QString const& what)
+    {
+        m_Record << m_Name + what;
+        std::function<void()> const call = onTold;
+        if (call)
+            call();
+    }
+
+    ItemLibraryAccessor const m_Library;
     tarno::datamodel::ItemTOCAccessor const m_Toc;
+    QString const m_Name;
     QStringList m_Told;
-    bool m_RefusesCommits = false;
+    QStringList& m_Record;
 };
 
 #endif

@@ -67,12 +67,6 @@ ssize_t write(int file, void const* bytes, size_t size)
     return -1;
 }
 
-ssize_t read(int file, void* bytes, size_t size)
-{
-    static auto const real = REAL(read);
-    return Fails() ? -1 : real(file, bytes, size);
-}
-
 // The descriptor is closed in any case.
 int close(int file)
 {
@@ -86,59 +80,47 @@ int close(int file)
     return -1;
 }
 
-#define OPEN(name)                                                                                 \
-    int name(char const* path, int flags, ...)                                                     \
-    {                                                                                              \
-        static auto const real = REAL(name);                                                       \
-        va_list more;                                                                              \
-        va_start(more, flags);                                                                     \
-        mode_t const mode = flags & O_CREAT ? va_arg(more, mode_t) : 0;                            \
-        va_end(more);                                                                              \
-        return Fails() ? -1 : real(path, flags, mode);                                             \
-    }
-#define OPENAT(name)                                                                               \
-    int name(int folder, char const* path, int flags, ...)                                         \
-    {                                                                                              \
-        static auto const real = REAL(name);                                                       \
-        va_list more;                                                                              \
-        va_start(more, flags);                                                                     \
-        mode_t const mode = flags & O_CREAT ? va_arg(more, mode_t) : 0;                            \
-        va_end(more);                                                                              \
-        return Fails() ? -1 : real(folder, path, flags, mode);                                     \
-    }
-#define CALL(name, parameters, arguments)                                                          \
+#define OPEN(name, parameters, arguments)                                                          \
     int name parameters                                                                            \
+    {                                                                                              \
+        static auto const real = REAL(name);                                                       \
+        va_list more;                                                                              \
+        va_start(more, flags);                                                                     \
+        mode_t const mode = flags & O_CREAT ? va_arg(more, mode_t) : 0;                            \
+        va_end(more);                                                                              \
+        return Fails() ? -1 : real arguments;                                                      \
+    }
+#define CALL(type, name, parameters, arguments)                                                    \
+    type name parameters                                                                           \
     {                                                                                              \
         static auto const real = REAL(name);                                                       \
         return Fails() ? -1 : real arguments;                                                      \
     }
-
-OPEN(open)
-OPEN(open64)
-OPENAT(openat)
-OPENAT(openat64)
 // No power is lost in a test, and the disk takes its time.
-int fsync(int)
-{
-    return Fails() ? -1 : 0;
-}
+#define SYNC(name)                                                                                 \
+    int name(int)                                                                                  \
+    {                                                                                              \
+        return Fails() ? -1 : 0;                                                                   \
+    }
 
-int fdatasync(int)
-{
-    return Fails() ? -1 : 0;
-}
-
-CALL(fchmod, (int file, mode_t mode), (file, mode))
-CALL(mkdir, (char const* path, mode_t mode) noexcept, (path, mode))
-CALL(mkdirat, (int folder, char const* path, mode_t mode) noexcept, (folder, path, mode))
-CALL(unlink, (char const* path) noexcept, (path))
-CALL(unlinkat, (int folder, char const* path, int flags) noexcept, (folder, path, flags))
-CALL(rmdir, (char const* path) noexcept, (path))
-CALL(rename, (char const* from, char const* to) noexcept, (from, to))
-CALL(renameat2,
+OPEN(open, (char const* path, int flags, ...), (path, flags, mode))
+OPEN(open64, (char const* path, int flags, ...), (path, flags, mode))
+OPEN(openat, (int folder, char const* path, int flags, ...), (folder, path, flags, mode))
+OPEN(openat64, (int folder, char const* path, int flags, ...), (folder, path, flags, mode))
+SYNC(fsync)
+SYNC(fdatasync)
+CALL(ssize_t, read, (int file, void* bytes, size_t size), (file, bytes, size))
+CALL(int, fchmod, (int file, mode_t mode), (file, mode))
+CALL(int, mkdir, (char const* path, mode_t mode) noexcept, (path, mode))
+CALL(int, mkdirat, (int folder, char const* path, mode_t mode) noexcept, (folder, path, mode))
+CALL(int, unlink, (char const* path) noexcept, (path))
+CALL(int, unlinkat, (int folder, char const* path, int flags) noexcept, (folder, path, flags))
+CALL(int, rmdir, (char const* path) noexcept, (path))
+CALL(int, rename, (char const* from, char const* to) noexcept, (from, to))
+CALL(int, renameat2,
      (int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept,
      (folder, from, toFolder, to, flags))
-CALL(linkat, (int folder, char const* from, int toFolder, char const* to, int flags) noexcept,
+CALL(int, linkat, (int folder, char const* from, int toFolder, char const* to, int flags) noexcept,
      (folder, from, toFolder, to, flags))
 
 } // extern "C"

@@ -9,15 +9,26 @@ char const* const kProjectUid = "AAAAAAAA-0000-0000-0000-000000000001";
 char const* const kFactoryUid = "AAAAAAAA-0000-0000-0000-000000000002";
 char const* const kFactoryComponent = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
+namespace {
+
+char const* const kManifest = R"({"format": 1, "name": "Test", "dataSources": [
+    {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
+     "access": "read-write"},
+    {"uid": "AAAAAAAA-0000-0000-0000-000000000002", "name": "Factory", "path": "factory",
+     "access": "read-only", "component": "D2BA853A-8668-704A-A121-1F7DE917B664"}]})";
+
+} // namespace
+
 LibraryFolder::LibraryFolder()
 {
     QDir(GetPath()).mkdir(QStringLiteral("project"));
     QDir(GetPath()).mkdir(QStringLiteral("factory"));
-    Write(QStringLiteral("library.json"), R"({"format": 1, "name": "Test", "dataSources": [
-        {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
-         "access": "read-write"},
-        {"uid": "AAAAAAAA-0000-0000-0000-000000000002", "name": "Factory", "path": "factory",
-         "access": "read-only", "component": "D2BA853A-8668-704A-A121-1F7DE917B664"}]})");
+    Write(QStringLiteral("library.json"), kManifest);
+}
+
+void LibraryFolder::MakeFactoryWritable() const
+{
+    Write(QStringLiteral("library.json"), QByteArray(kManifest).replace("read-only", "read-write"));
 }
 
 QString LibraryFolder::GetPath() const
@@ -33,9 +44,8 @@ QString LibraryFolder::GetPath(QString const& file) const
 void LibraryFolder::Write(QString const& file, QByteArray const& content) const
 {
     QDir(GetPath()).mkpath(QFileInfo(file).path());
-    QFile target(GetPath(file));
-    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
-        qFatal("%s cannot be written", qPrintable(target.fileName()));
+    if (!WriteFile(GetPath(file), content))
+        qFatal("%s cannot be written", qPrintable(GetPath(file)));
 }
 
 QMap<QString, QByteArray> LibraryFolder::Read() const
@@ -43,9 +53,8 @@ QMap<QString, QByteArray> LibraryFolder::Read() const
     QMap<QString, QByteArray> contents;
     QDirIterator files(GetPath(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (files.hasNext()) {
-        QFile file(files.next());
-        if (file.open(QIODevice::ReadOnly))
-            contents[file.fileName()] = file.readAll();
+        QString const path = files.next();
+        contents[path] = ReadFile(path);
     }
     return contents;
 }
@@ -61,6 +70,19 @@ QByteArray Object(int uid, char const* kind, char const* name, char const* more)
 {
     return "{\"uid\": \"" + QByteArray::fromStdString(Uid(uid)) + "\", \"kind\": \"" + kind
            + "\", \"name\": \"" + name + '"' + more + '}';
+}
+
+QByteArray ReadFile(QString const& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool WriteFile(QString const& path, QByteArray const& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
+           && file.write(content) == content.size();
 }
 
 QStringList GetMessages(CEmbeddedHost& host)

@@ -25,6 +25,8 @@ public:
     /// `file` is relative to the library folder.
     QString GetPath(QString const& file) const;
     void Write(QString const& file, QByteArray const& content) const;
+    /// The factory can be written to as well, once the library is opened anew.
+    void MakeFactoryWritable() const;
     /// The contents of all files, by path.
     QMap<QString, QByteArray> Read() const;
 
@@ -37,6 +39,11 @@ std::string Uid(int number);
 
 /// An object with this kind and name and the UID of the number; `more` begins with a comma.
 QByteArray Object(int uid, char const* kind, char const* name, char const* more = "");
+
+/// The whole content; empty when there is none.
+QByteArray ReadFile(QString const& path);
+/// In place, with a single call to the system. False when it fails.
+bool WriteFile(QString const& path, QByteArray const& content);
 
 /// The texts of the messages so far.
 QStringList GetMessages(CEmbeddedHost& host);

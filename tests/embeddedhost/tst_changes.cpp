@@ -1,25 +1,23 @@
 #include "changerecorder.h"
-#include "libraryfolder.h"
-#include "libraryuser.h"
-#include "loggedtest.h"
+#include "hosttest.h"
 
 #include <QTest>
 
 #include <nlohmann/json.hpp>
 
-#include <ctime>
+#include <functional>
+#include <stdexcept>
 
 using namespace tarno::datamodel;
 
-/// Changes of an open library, their notifications, and taking them back.
-class tst_Changes : public LoggedTest
+/// Changes of an open library, what its listeners are told of them, and taking them back.
+class TestChanges : public HostTest
 {
     Q_OBJECT
 
 protected:
-    void SetUp() override
+    void Fill() override
     {
-        m_Folder = std::make_unique<LibraryFolder>();
         m_Folder->Write("project/glow.json",
                         Object(1, "compound", "Glow", R"(, "later": {"b": 1, "a": [2]})"));
         m_Folder->Write("project/ramp.json",
@@ -28,220 +26,258 @@ protected:
                         '[' + Object(3, "compound", "Blur", R"(, "signature": true,
                                      "inputs": [{"name": "image", "type": "local:image"}])")
                             + ',' + Object(4, "constant", "Pi") + ']');
-        m_Host = std::make_unique<CEmbeddedHost>();
-        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        m_Recorder = std::make_unique<ChangeRecorder>(m_Host->GetLibrary());
-        m_User = std::make_unique<LibraryUser>(*m_Host);
-        m_Glow = m_Host->FindItem(Uid(1));
     }
 
-    void TearDown() override
+    void Open() override
     {
-        m_User.reset();
+        HostTest::Open();
+        m_Recorder = std::make_unique<ChangeRecorder>(m_Host->GetLibrary());
+    }
+
+    void Close() override
+    {
         m_Recorder.reset();
-        m_Host.reset();
-        m_Folder.reset();
+        m_Record.clear();
+        HostTest::Close();
     }
 
 private:
-    QUndoStack& Stack()
+    /// A change by its name: "rename1:Other", "tag1:a;b", "create:New", "implement3:New", where the
+    /// number is that of an item, and "place:1.5" or "node:id" for the body of the first.
+    bool Do(QString const& change)
     {
-        return m_Host->GetCommandManager().GetUndoStack();
+        QString const what = change.section(':', 0, 0);
+        int const number = what.back().digitValue();
+        QByteArray text = change.section(':', 1).toLatin1();
+        if (text == "*")
+            text.fill('x', 65537);
+        if (what.startsWith("rename"))
+            return m_User->Rename(Item(number), text);
+        if (what.startsWith("tag"))
+            return m_User->Tag(Item(number), text);
+        if (what == "place")
+            return SetNode({"n", Uid(2), QPointF(text.toDouble(), -1e300)});
+        if (what == "node")
+            return SetNode({text.toStdString(), Uid(2), QPointF()});
+        bool const isDone =
+            !m_User->Create(text, false, number > 0 ? Uid(number).c_str() : "", "Images/Blur")
+                 .IsNull();
+        return m_User->IsBound() == isDone && isDone;
     }
 
-    std::string TagsOf(ItemID const& id)
+    bool SetNode(GraphNode const& node)
     {
-        return m_Host->GetLibrary().GetItemTags(id, "ApplicationTags");
+        return m_Host->SetBody(Item(1), {{}, {}, {node}, {}}, "Add");
     }
 
-    std::unique_ptr<LibraryFolder> m_Folder;
-    std::unique_ptr<CEmbeddedHost> m_Host;
+    void Rewrite(QString const& file, QByteArray const& content)
+    {
+        m_Folder->Write(file, content);
+        m_Host->CheckFolder();
+    }
+
+    std::unique_ptr<ChangeRecorder> AddListener(char const* name)
+    {
+        return std::make_unique<ChangeRecorder>(m_Host->GetLibrary(), name, &m_Record);
+    }
+
+    QStringList TakeRecord()
+    {
+        QStringList taken;
+        taken.swap(m_Record);
+        return taken;
+    }
+
     std::unique_ptr<ChangeRecorder> m_Recorder;
-    std::unique_ptr<LibraryUser> m_User;
-    ItemID m_Glow;
+    /// Of the other listeners.
+    QStringList m_Record;
 
 private Q_SLOTS:
-    void RenamesAndTakesItBack()
+    void changesAreToldAndTakenBack_data()
     {
-        QVERIFY(m_User->Rename(m_Glow, "Soft Glow"));
-        QCOMPARE(m_User->NameOf(m_Glow), std::string("Soft Glow"));
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end"}));
-        QVERIFY(m_User->IsModified(m_Glow));
-        QCOMPARE(Stack().undoText(), QString("Rename Glow"));
+        QTest::addColumn<QStringList>("told");
+        QTest::addColumn<QStringList>("toldBack");
+        QTest::addColumn<QString>("menu");
+        QStringList const tags = {"begin", "tags Glow ApplicationTags", "end"};
+        QTest::newRow("rename1:Soft Glow")
+            << QStringList{"begin", "name Soft Glow", "end"}
+            << QStringList{"begin", "name Glow", "end"} << "Rename Glow";
+        QTest::newRow("rename1:GLOW") << QStringList{"begin", "name GLOW", "end"}
+                                      << QStringList{"begin", "name Glow", "end"} << "Rename Glow";
+        QTest::newRow("tag1:light;soft") << tags << tags << "Tag Glow";
+        QTest::newRow("tag2:") << QStringList{"begin", "tags Ramp ApplicationTags", "end"}
+                               << QStringList{"begin", "tags Ramp ApplicationTags", "end"}
+                               << "Tag Ramp";
+        QTest::newRow("create:Fast Blur")
+            << QStringList{"begin", "added Fast Blur", "end"}
+            << QStringList{"begin", "removed", "end"} << "Create Fast Blur";
+        QTest::newRow("place:1e300")
+            << QStringList{"begin", "end"} << QStringList{"begin", "end"} << "Add";
+    }
 
+    void changesAreToldAndTakenBack()
+    {
+        QFETCH(QStringList, told);
+        QFETCH(QStringList, toldBack);
+        QStringList const before = ListItems();
+        QVERIFY(Do(QTest::currentDataTag()));
+        QStringList const after = ListItems();
+        std::size_t const nodeCount = m_Host->GetBody(Item(1)).nodes.size();
+        QCOMPARE(after != before, told.size() > 2);
+        QCOMPARE(m_Recorder->Take(), told);
+        QVERIFY(m_Host->IsModified() && Log().isEmpty());
+        QTEST(Stack().undoText(), "menu");
         Stack().undo();
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Glow", "end"}));
-        QVERIFY2(!m_User->IsModified(m_Glow), "what is on disk again is not modified");
+        QCOMPARE(ListItems(), before);
+        QCOMPARE(m_Recorder->Take(), toldBack);
+        QVERIFY2(!m_Host->IsModified(), "what is on disk again is not modified");
+        QVERIFY(m_Host->GetBody(Item(1)).nodes.empty());
         Stack().redo();
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end"}));
+        QCOMPARE(ListItems(), after);
+        QCOMPARE(m_Recorder->Take(), told);
+        QCOMPARE(m_Host->GetBody(Item(1)).nodes.size(), nodeCount);
+        QVERIFY(nodeCount == 0
+                || m_Host->GetBody(Item(1)).nodes[0].position == QPointF(1e300, -1e300));
     }
 
-    void TagsAndTakesItBack()
+    void createsEachKindOfCompound()
     {
-        QVERIFY(m_User->Tag(m_Glow, "light;soft"));
-        QCOMPARE(TagsOf(m_Glow), std::string("light;soft"));
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "tags Glow ApplicationTags", "end"}));
-        QVERIFY(m_User->Tag(m_Glow, ""));
-        QCOMPARE(TagsOf(m_Glow), std::string());
-        Stack().undo();
-        QCOMPARE(TagsOf(m_Glow), std::string("light;soft"));
-        Stack().undo();
-        QCOMPARE(TagsOf(m_Glow), std::string());
-        QVERIFY(!m_User->IsModified(m_Glow));
-    }
-
-    void CreatesAndTakesItBack()
-    {
-        ItemID const blur = m_Host->FindItem(Uid(3));
-        ItemID const id =
-            m_User->Create("Fast Blur", false, ItemIDUnlock::GetItemIDUID(blur), "Images/Blur");
-        QVERIFY(m_User->IsBound());
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "added Fast Blur", "end"}));
-        QVERIFY(m_User->IsModified(id));
-        QCOMPARE(m_Host->GetBody(id).inputs.size(), std::size_t(1));
-
-        m_User->Rename(id, "Quick Blur");
-        m_Recorder->Take();
-        Stack().undo();
-        Stack().undo();
-        QCOMPARE(m_Recorder->Take(),
-                 (QStringList{"begin", "name Fast Blur", "end", "begin", "removed", "end"}));
+        ItemID const id = m_User->Create("Fast Blur", false, Uid(3).c_str(), "Images/Blur");
+        QVERIFY2(m_Host->GetBody(id).inputs.size() == 1, "as its signature has them");
+        QVERIFY(m_User->IsModified(id) && m_User->Rename(id, "Quick Blur"));
+        Stack().setIndex(0);
         QVERIFY(!m_Host->GetLibrary().GetModel(id, nullptr).IsValid());
-        Stack().redo();
-        Stack().redo();
+        Stack().setIndex(2);
         QCOMPARE(m_User->NameOf(id), std::string("Quick Blur"));
-    }
 
-    void CreatesEachKindOfCompound()
-    {
-        ItemID const signature = m_User->Create("Any Filter", true);
         ItemAccessor item;
-        item.SetFrom(m_Host->GetLibrary().GetModel(signature, nullptr));
+        item.SetFrom(m_Host->GetLibrary().GetModel(m_User->Create("Any Filter", true), nullptr));
         QVERIFY(Helpers::IsAbstractFunction(item));
-
         LoopCompoundModifierAccessor modifier;
         modifier.CreateAndSetFromNewLoopCompound(m_Host->GetLibrary(), "Repeat", "", "", nullptr);
         LoopCompoundAccessor loop;
         loop.SetFrom(modifier);
         QVERIFY(loop.IsValid());
-        QVERIFY2(Stack().count() == 1, "a change without a command manager is not recorded");
+        QVERIFY2(Stack().count() == 3, "a change without a command manager is not recorded");
     }
 
-    void UndoLeavesAloneWhatOthersChanged()
+    void refuses_data()
     {
-        m_User->Rename(m_Glow, "Soft Glow");
-        m_Folder->Write("project/ramp.json",
-                        Object(2, "solver", "Ramp", R"(, "tags": {"ApplicationTags": "other"})"));
-        m_Host->CheckFolder();
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("create:") << "name is empty";
+        QTest::newRow("create:GLOW") << "\"GLOW\" is used already";
+        QTest::newRow("rename1:ramp") << "\"ramp\" is used already";
+        QTest::newRow("implement1:New") << "no signature with the uid";
+        QTest::newRow("rename3:New") << "\"Factory\" is read-only";
+        QTest::newRow("tag4:x") << "\"Factory\" is read-only";
+        QTest::newRow("create:*") << "The name is longer than 65536";
+        QTest::newRow("rename1:*") << "The name is longer than 65536";
+        QTest::newRow("tag1:*") << "The tag text is longer than 65536";
+        QTest::newRow("node:*") << "more than 65536 characters";
+        QTest::newRow("place:inf") << "\"n\" is not a finite number";
+        QTest::newRow("place:nan") << "\"n\" is not a finite number";
+        QTest::newRow("node:\xC3\xBC") << "not UTF-8";
+    }
+
+    void refuses()
+    {
+        QFETCH(QString, reason);
+        auto const contents = m_Folder->Read();
+        QVERIFY(!Do(QString::fromUtf8(QTest::currentDataTag())));
+        QVERIFY2(Log().contains(reason), qPrintable(Log()));
+        QCOMPARE(m_Recorder->Take(), QStringList());
+        QVERIFY(Stack().count() == 0 && m_Host->GetUnsavedChanges().isEmpty());
+        m_User->Save();
+        QCOMPARE(m_Folder->Read(), contents);
+    }
+
+    void whatIsSoAlreadyChangesNothing()
+    {
+        QVERIFY(Do("tag2:fade") && Do("rename1:Glow"));
+        QVERIFY(Stack().count() == 0 && m_Recorder->Take().isEmpty());
+    }
+
+    void undoLeavesAloneWhatOthersChanged()
+    {
+        m_User->Rename(Item(1), "Soft Glow");
+        Rewrite("project/ramp.json",
+                Object(2, "solver", "Ramp", R"(, "tags": {"ApplicationTags": "other"})"));
         Stack().undo();
-        QCOMPARE(TagsOf(m_Host->FindItem(Uid(2))), std::string("other"));
-    }
-
-    void IgnoresTagsOfTheWrongType_data()
-    {
-        QTest::addColumn<QByteArray>("tags");
-        for (char const* tags : {"null", "5", R"("fade")", "[1, {}]", R"({"ApplicationTags": 7})"})
-            QTest::newRow(tags) << QByteArray(tags);
+        QCOMPARE(TagsOf(2), QString("other"));
     }
 
     /// Whoever writes them, and whatever is changed beside them.
-    void IgnoresTagsOfTheWrongType()
+    void ignoresTagsOfTheWrongType()
     {
-        QFETCH(QByteArray, tags);
-        QByteArray const more = ", \"tags\": " + tags;
-        m_Folder->Write("project/glow.json", Object(1, "compound", "Odd", more));
-        m_Folder->Write("project/ramp.json", Object(2, "solver", "Odd", more));
-        m_Folder->Write("project/than.json", Object(9, "solver", "Odd", more));
-        m_Host->CheckFolder();
-        QVERIFY2(m_Host->FindItem(Uid(9)).IsValid(), "each file of the burst is read");
-        QCOMPARE(m_User->NameOf(m_Glow), std::string("Odd"));
-        QCOMPARE(TagsOf(m_Glow), std::string());
-        m_Recorder->Take();
-
-        QVERIFY(m_User->Rename(m_Glow, "Soft Glow"));
-        QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end"}));
-        QVERIFY(m_User->Tag(m_Glow, "light"));
-        QCOMPARE(m_Recorder->Take(),
-                 (QStringList{"begin", "tags Soft Glow ApplicationTags", "end"}));
-        QVERIFY(m_Host->SetBody(m_Glow, {{{"in", Uid(2)}}, {}, {}, {}}, "Add input"));
-        Stack().setIndex(0);
-        QVERIFY(!m_User->IsModified(m_Glow));
+        for (char const* tags : {"null", "5", "\"a\"", "[1, {}]", R"({"ApplicationTags": 7})"}) {
+            QByteArray const more = QByteArray(", \"tags\": ") + tags;
+            m_Folder->Write("project/ramp.json", Object(2, "solver", "Odd", more));
+            m_Folder->Write("project/than.json", Object(9, "solver", "Odd", more));
+            Rewrite("project/glow.json", Object(1, "compound", "Odd", more));
+            QVERIFY2(Item(9).IsValid(), "each file of the burst is read");
+            QCOMPARE(NameOf(1) + TagsOf(1), QString("Odd"));
+            m_Recorder->Take();
+            QVERIFY(Do("rename1:Soft Glow") && Do("tag1:light"));
+            QCOMPARE(m_Recorder->Take(), (QStringList{"begin", "name Soft Glow", "end", "begin",
+                                                      "tags Soft Glow ApplicationTags", "end"}));
+            QVERIFY(m_Host->SetBody(Item(1), {{{"in", Uid(2)}}, {}, {}, {}}, "Add input"));
+            Stack().setIndex(0);
+            QVERIFY(!m_User->IsModified(Item(1)));
+        }
     }
 
-    void TellsWhatListsDependOn_data()
+    void tellsWhatListsDependOn_data()
     {
-        QTest::addColumn<QByteArray>("kind");
-        QTest::addColumn<QByteArray>("more");
+        QTest::addColumn<QByteArray>("changed");
         for (char const* more :
              {R"(, "signature": true)", R"(, "loop": true)", R"(, "parent": "x")",
               R"(, "specializes": "x")", R"(, "readOnly": true)"})
-            QTest::newRow(more) << QByteArray("compound") << QByteArray(more);
-        QTest::newRow("kind") << QByteArray("type") << QByteArray();
+            QTest::newRow(more) << Object(1, "compound", "Glow", more);
+        QTest::newRow("kind") << Object(1, "type", "Glow");
     }
 
     /// Whether it came from disk, was taken from there, or is undone.
-    void TellsWhatListsDependOn()
+    void tellsWhatListsDependOn()
     {
-        QFETCH(QByteArray, kind);
-        QFETCH(QByteArray, more);
+        QFETCH(QByteArray, changed);
         auto const isTold = [&] {
             QStringList const told = m_Recorder->Take();
             return told.contains("invalidated")
                    || (told.contains("removed") && told.contains("added Glow"));
         };
-        QByteArray const changed = Object(1, kind, "Glow", more);
-        m_Folder->Write("project/glow.json", changed);
-        m_Host->CheckFolder();
+        Rewrite("project/glow.json", changed);
         QVERIFY(isTold());
-        m_Folder->Write("project/glow.json", Object(1, "compound", "Glow"));
-        m_Host->CheckFolder();
+        Rewrite("project/glow.json", Object(1, "compound", "Glow"));
         QVERIFY(isTold());
 
-        QVERIFY(m_User->Tag(m_Glow, "ours"));
-        m_Folder->Write("project/glow.json", changed);
-        m_Host->CheckFolder();
+        QVERIFY(m_User->Tag(Item(1), "ours"));
+        Rewrite("project/glow.json", changed);
         m_Recorder->Take();
         QVERIFY(m_Host->TakeFileFromDisk(m_Folder->GetPath("project/glow.json")));
         QVERIFY(isTold());
         Stack().undo();
         QVERIFY(isTold());
-        QCOMPARE(TagsOf(m_Glow), std::string("ours"));
+        QCOMPARE(TagsOf(1), QString("ours"));
         Stack().redo();
         QVERIFY(isTold());
     }
 
-    void ChangesBodies()
-    {
-        GraphBody body = m_Host->GetBody(m_Glow);
-        body.nodes.push_back({"n1", Uid(2), QPointF(20, 40.5)});
-        QVERIFY(m_Host->SetBody(m_Glow, body, "Add node"));
-        QCOMPARE(m_Host->GetBody(m_Glow).nodes.at(0).position, QPointF(20, 40.5));
-        body.nodes[0].position = QPointF(1e300, -1e300);
-        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
-        QCOMPARE(m_Host->GetBody(m_Glow).nodes.at(0).position, QPointF(1e300, -1e300));
-        Stack().undo();
-        Stack().undo();
-        QVERIFY(m_Host->GetBody(m_Glow).nodes.empty());
-        QVERIFY(!m_User->IsModified(m_Glow));
-    }
-
     /// The first entry that is the same keeps its keys, the others go.
-    void KeepsWhatABodyDoesNotKnow()
+    void keepsWhatABodyDoesNotKnow()
     {
-        m_Folder->Write("project/glow.json", Object(1, "compound", "Glow", R"(,
+        Rewrite("project/glow.json", Object(1, "compound", "Glow", R"(,
             "inputs": [{"name": "a", "type": "t", "more": 1}, {"name": "a", "type": "u"}],
             "nodes": [{"id": 7, "item": "i", "position": [0, 0], "more": 2},
                       {"id": "7", "item": "j", "position": [0, 0]}, "odd"],
             "connections": [{"from": ["7", "o"], "to": ["7", "a"], "more": 3},
                             {"from": ["7", "o"], "to": ["7", "a"], "more": 4},
                             {"from": [7, "o"], "to": ["7", "b"], "more": 5}])"));
-        m_Host->CheckFolder();
-        GraphBody body = m_Host->GetBody(m_Glow);
+        GraphBody body = m_Host->GetBody(Item(1));
         body.nodes.at(0).position.rx() = 1;
-        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
+        QVERIFY(m_Host->SetBody(Item(1), body, "Move node"));
         QVERIFY(m_User->Save());
-        auto const saved = nlohmann::ordered_json::parse(
-            m_Folder->Read().value(m_Folder->GetPath("project/glow.json")).toStdString());
+        auto const saved =
+            nlohmann::ordered_json::parse(Content("project/glow.json").toStdString());
         QCOMPARE(saved["inputs"].dump(), std::string(R"([{"name":"a","type":"t","more":1},)"
                                                      R"({"name":"a","type":"u","more":1}])"));
         QCOMPARE(saved["nodes"].dump(),
@@ -252,112 +288,145 @@ private Q_SLOTS:
                              R"({"from":["7","o"],"to":["7","b"]}])"));
     }
 
-    /// In processor time, since a machine may be busy.
-    void ChangesLargeBodiesFast()
-    {
-        GraphBody body;
-        for (int number = 0; number < 16000; ++number) {
-            std::string const id = std::to_string(number);
-            body.nodes.push_back({id, Uid(2), QPointF(number, 0)});
-            body.connections.push_back({{id, "out"}, {id, "in"}});
-        }
-        QVERIFY(m_Host->SetBody(m_Glow, body, "Fill"));
-        body.nodes.front().position.rx() = 1;
-        std::clock_t const begin = std::clock();
-        QVERIFY(m_Host->SetBody(m_Glow, body, "Move node"));
-        double const seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
-        QVERIFY2(seconds < 5, qPrintable(QString::number(seconds)));
-    }
-
-    void Refuses_data()
-    {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("reason");
-
-        QTest::newRow("empty name") << "create:"
-                                    << "name is empty";
-        QTest::newRow("used name") << "create:GLOW"
-                                   << "\"GLOW\" is used already";
-        QTest::newRow("name of another item") << "rename1:ramp"
-                                              << "\"ramp\" is used already";
-        QTest::newRow("no such signature") << "implement"
-                                           << "no signature with the uid";
-        QTest::newRow("read-only source, rename") << "rename3:New"
-                                                  << "\"Factory\" is read-only";
-        QTest::newRow("read-only source, tags") << "tag4:x"
-                                                << "\"Factory\" is read-only";
-        QTest::newRow("long name") << "create:*"
-                                   << "The name is longer than 65536";
-        QTest::newRow("long name, rename") << "rename1:*"
-                                           << "The name is longer than 65536";
-        QTest::newRow("long tags") << "tag1:*"
-                                   << "The tag text is longer than 65536";
-        QTest::newRow("long node") << "node:*"
-                                   << "more than 65536 characters";
-        QTest::newRow("infinite position") << "place:inf"
-                                           << "\"n\" is not a finite number";
-        QTest::newRow("position of no number") << "place:nan"
-                                               << "\"n\" is not a finite number";
-        QTest::newRow("other encoding") << "node:\u00FC"
-                                        << "not UTF-8";
-    }
-
-    void Refuses()
-    {
-        QFETCH(QString, change);
-        QFETCH(QString, reason);
-        auto const contents = m_Folder->Read();
-        QByteArray text = change.mid(change.indexOf(':') + 1).toLatin1();
-        if (text == "*")
-            text.fill('x', 65537);
-        bool isDone = true;
-        if (change.startsWith("create")) {
-            isDone = !m_User->Create(text).IsNull();
-            QVERIFY(!m_User->IsBound());
-        } else if (change.startsWith("implement")) {
-            isDone = !m_User->Create("New", false, Uid(1).c_str()).IsNull();
-        } else if (change.startsWith("place")) {
-            QPointF const position(text.toDouble(), 0);
-            isDone = m_Host->SetBody(m_Glow, {{}, {}, {{"n", Uid(2), position}}, {}}, "Move");
-        } else if (change.startsWith("node")) {
-            isDone = m_Host->SetBody(m_Glow, {{}, {}, {{text.data(), Uid(2), {}}}, {}}, "Add");
-        } else if (change.startsWith("rename")) {
-            isDone = m_User->Rename(m_Host->FindItem(Uid(change.mid(6, 1).toInt())), text);
-        } else {
-            isDone = m_User->Tag(m_Host->FindItem(Uid(change.mid(3, 1).toInt())), text);
-        }
-        QVERIFY(!isDone);
-        QVERIFY2(GetMessages(*m_Host).join('\n').contains(reason),
-                 qPrintable(GetMessages(*m_Host).join('\n')));
-        QCOMPARE(m_Recorder->Take(), QStringList());
-        QCOMPARE(Stack().count(), 0);
-        QVERIFY(m_Host->GetUnsavedChanges().isEmpty());
-        m_User->Save();
-        QCOMPARE(m_Folder->Read(), contents);
-    }
-
-    void AllowsItsOwnNameInAnotherCase()
-    {
-        QVERIFY(m_User->Rename(m_Glow, "GLOW"));
-        QCOMPARE(m_User->NameOf(m_Glow), std::string("GLOW"));
-        QVERIFY(GetMessages(*m_Host).isEmpty());
-    }
-
     /// Commands that are left on a stack of somebody else's do nothing to another library.
-    void CommandsOfAClosedLibraryDoNothing()
+    void commandsOfAClosedLibraryDoNothing()
     {
         CCommandManager manager;
         CompoundModifierAccessor modifier;
-        modifier.SetFrom(m_Host->GetLibrary().GetModel(m_Glow, nullptr));
+        modifier.SetFrom(m_Host->GetLibrary().GetModel(Item(1), nullptr));
         QVERIFY(modifier.RenameCompound("Soft Glow", &manager));
         m_Recorder.reset();
         QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
         manager.GetUndoStack().undo();
         manager.GetUndoStack().redo();
-        QCOMPARE(m_User->NameOf(m_Glow), std::string("Glow"));
+        QCOMPARE(NameOf(1), QString("Glow"));
         QVERIFY(!modifier.RenameCompound("Again", &manager));
+    }
+
+    void everyListenerIsToldInOrder()
+    {
+        auto const first = AddListener("1: ");
+        auto const second = AddListener("2: ");
+        first->Register();
+        Do("tag1:light");
+        QCOMPARE(TakeRecord(), QStringList({"1: begin", "2: begin", "1: tags Glow ApplicationTags",
+                                            "2: tags Glow ApplicationTags", "1: end", "2: end"}));
+        first->refusesCommits = true;
+        QVERIFY(!m_User->Save());
+        QCOMPARE(TakeRecord(),
+                 QStringList({"1: precommit", "2: precommit", "1: postcommit", "2: postcommit"}));
+        first->Unregister();
+        second->Unregister();
+        QVERIFY2(m_User->Save() && m_Record.isEmpty(), "who has left refuses nothing");
+
+        IItemLibraryNotification* const notification = second.get();
+        ItemLibraryAccessor const library = m_Host->GetLibrary();
+        library.AddNotification(notification, kItemTOCNotificationInterface,
+                                library.GetContextID());
+        library.AddNotification(notification, kItemLibraryNotificationInterface,
+                                library.GetContextID() + 1);
+        library.AddNotification(nullptr, kItemLibraryNotificationInterface, library.GetContextID());
+        Do("tag1:dark");
+        QVERIFY2(m_Record.isEmpty(), "neither interface nor context is that of another");
+    }
+
+    void listenersComeAndGoWhileTheyAreTold()
+    {
+        auto const late = AddListener("late: ");
+        late->Unregister();
+        auto mortal = AddListener("mortal: ");
+        auto victim = AddListener("victim: ");
+        auto const last = AddListener("last: ");
+        mortal->onTold = [&] {
+            victim.reset();
+            mortal.reset();
+            late->Register();
+        };
+        Do("tag1:light");
+        QCOMPARE(TakeRecord(),
+                 QStringList({"mortal: begin", "last: begin", "last: tags Glow ApplicationTags",
+                              "late: tags Glow ApplicationTags", "last: end", "late: end"}));
+        // A change within a change.
+        last->onTold = [&] {
+            last->onTold = nullptr;
+            Do("tag2:nested");
+            late->Unregister();
+        };
+        Do("tag1:dark");
+        QCOMPARE(TakeRecord(),
+                 QStringList({"last: begin", "last: begin", "late: begin",
+                              "last: tags Ramp ApplicationTags", "late: tags Ramp ApplicationTags",
+                              "last: end", "late: end", "last: tags Glow ApplicationTags",
+                              "last: end"}));
+    }
+
+    /// The change is made and can be undone, the others are told, and the user is.
+    void anExceptionStaysWithItsListener()
+    {
+        auto const thrower = AddListener("thrower: ");
+        auto const other = AddListener("other: ");
+        thrower->onTold = [] {
+            throw std::runtime_error("refused");
+        };
+        int calls = 0;
+        connect(m_Host.get(), &CEmbeddedHost::ContentChanged, this, [&] {
+            ++calls;
+            throw std::runtime_error("refused, too");
+        });
+        QVERIFY(Do("tag1:light"));
+        QCOMPARE(TakeRecord().filter("other: ").size(), 3);
+        Stack().undo();
+        QVERIFY(!m_Host->IsModified());
+        QCOMPARE(Log().count("refused"), 6);
+        QTRY_COMPARE(calls, 1);
+        QCOMPARE(Log().count("refused, too"), 1);
+    }
+
+    void theLibraryIsClosedWhileListenersAreTold_data()
+    {
+        QTest::addColumn<bool>("isHostDestroyed");
+        QTest::newRow("closed") << false;
+        QTest::newRow("host destroyed") << true;
+    }
+
+    void theLibraryIsClosedWhileListenersAreTold()
+    {
+        QFETCH(bool, isHostDestroyed);
+        auto const closer = AddListener("closer: ");
+        auto const other = AddListener("other: ");
+        ItemLibraryAccessor const library = m_Host->GetLibrary();
+        closer->onTold = [&] {
+            if (isHostDestroyed)
+                m_Host.reset();
+            else
+                m_Host->CloseLibrary();
+        };
+        Rewrite("project/new.json", Object(9, "compound", "New"));
+        QVERIFY(!library.Revalidate());
+        QCOMPARE(m_Record,
+                 QStringList({"closer: begin", "other: begin", "closer: end", "other: end"}));
+    }
+
+    void theLibraryIsClosedWhileFilesAreTaken()
+    {
+        m_User->Rename(Item(1), "Ours");
+        Rewrite("project/glow.json", Object(1, "compound", "Theirs"));
+        auto const closer = AddListener("");
+        closer->onTold = [&] {
+            m_Host->CloseLibrary();
+        };
+        QVERIFY(m_Host->TakeFileFromDisk(m_Folder->GetPath("project/glow.json")));
+        QVERIFY(!m_Host->GetLibrary().IsValid());
+
+        // What an interrupted save left is told, and that closes the library, too.
+        m_Folder->Write("project/.nodebrowser/.gitignore",
+                        "# Made by a save of the node browser, which removes it.\n*\n");
+        m_Folder->Write("project/.nodebrowser/1-a-b-x.staged", "of another program");
+        connect(&m_Host->GetMessages(), &CMessageChannel::MessagePosted, m_Host.get(),
+                [&] { m_Host->CloseLibrary(); });
+        QVERIFY(!m_Host->OpenLibrary(m_Folder->GetPath()));
     }
 };
 
-NODEBROWSER_TEST_MAIN(tst_Changes)
+NODEBROWSER_TEST(TestChanges)
 #include "tst_changes.moc"

@@ -1,7 +1,5 @@
-#include "libraryfolder.h"
-#include "loggedtest.h"
-
 #include "framework/guardedcall.h"
+#include "hosttest.h"
 
 #include <sourcecontrol.h>
 
@@ -16,21 +14,21 @@ using wek::fwk::ICommand;
 
 namespace {
 
+typedef std::function<void()> Reaction;
+
 /// Writes down when it is done and undone.
 class Command : public ICommand
 {
 public:
-    typedef std::function<void()> Reaction;
-
-    Command(QStringList& record, char const* text, Reaction const& react = Reaction())
+    Command(QStringList& record, char const* text, Reaction const& react)
         : m_Record(record)
         , m_Text(text)
         , m_React(react)
+    {}
+    ~Command() override
     {
-        ++living;
+        m_Record << QString("end of ") + m_Text;
     }
-
-    static int living;
 
     void AddRef() override
     {
@@ -43,15 +41,11 @@ public:
     }
     void Do() override
     {
-        m_Record << QStringLiteral("do ") + m_Text;
-        if (m_React)
-            m_React();
+        Tell("do ");
     }
     void Undo() override
     {
-        m_Record << QStringLiteral("undo ") + m_Text;
-        if (m_React)
-            m_React();
+        Tell("undo ");
     }
     char const* GetText() const override
     {
@@ -59,31 +53,17 @@ public:
     }
 
 private:
-    ~Command() override
+    void Tell(char const* what)
     {
-        --living;
+        m_Record << QString(what) + m_Text;
+        m_React();
     }
 
     QStringList& m_Record;
     char const* const m_Text;
-    Reaction m_React;
+    Reaction const m_React;
     int m_References = 0;
 };
-
-int Command::living = 0;
-
-void Run(CCommandManager& manager, ICommand* command)
-{
-    manager.Execute(wek::fwk::RefCountedAutoPtr<ICommand>(command));
-}
-
-QStringList GetStack(CCommandManager& manager)
-{
-    QStringList texts;
-    for (int i = 0; i < manager.GetUndoStack().count(); ++i)
-        texts << manager.GetUndoStack().text(i);
-    return texts;
-}
 
 class Service : public wek::IBase
 {
@@ -99,102 +79,82 @@ public:
     int changes = 0;
 };
 
-/// A sender of tracked connections.
-class Signal : public IKvTrackedSignal
-{
-public:
-    void Disconnect(KvTrackedSlot*) override
-    {
-        ++disconnected;
-    }
-    int disconnected = 0;
-};
-
 } // namespace
 
+/// What a host consists of beside its library.
 class TestFramework : public LoggedTest
 {
     Q_OBJECT
 
+private:
+    void SetUp() override
+    {
+        m_Manager = std::make_unique<CCommandManager>();
+        m_Record.clear();
+    }
+
+    void Run(
+        char const* text, Reaction const& react = [] {})
+    {
+        m_Manager->Execute(
+            wek::fwk::RefCountedAutoPtr<ICommand>(new Command(m_Record, text, react)));
+    }
+
+    QUndoStack& Stack()
+    {
+        return m_Manager->GetUndoStack();
+    }
+
+    QStringList GetStack()
+    {
+        QStringList texts;
+        for (int i = 0; i < Stack().count(); ++i)
+            texts << Stack().text(i);
+        return texts;
+    }
+
+    std::unique_ptr<CCommandManager> m_Manager;
+    QStringList m_Record;
+
 private Q_SLOTS:
-    void EverythingIsSafeWithoutAHost()
+    void everythingIsSafeWithoutAHost()
     {
         QVERIFY(!CEmbeddedHost::GetInstance());
         QVERIFY(wekGetSystem() && !wekGetSystem()->GetService("QormDBProxy"));
-        QVERIFY(!wekGetSystem()->GetService(nullptr));
-        QVERIFY(!GetApplicationCommandManager());
+        QVERIFY(!wekGetSystem()->GetService(nullptr) && !GetApplicationCommandManager());
         Helpers::SetGlobalTarnoCompoundTarget(CompoundAccessor(), CompoundAccessor());
         QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
 
-    void ServicesAreReplacedByName()
-    {
-        CEmbeddedHost host;
-        Service service;
-        auto& services = host.GetServices();
-        wek::IBase* const own = wekGetSystem()->GetService("QormDBProxy");
-        QVERIFY(dynamic_cast<wek::fwk::IQormDBProxy*>(own));
-        QCOMPARE(services.SetService("QormDBProxy", &service), own);
-        QCOMPARE(wekGetSystem()->GetService("QormDBProxy"), &service);
-        services.RemoveService("QormDBProxy", own);
-        QCOMPARE(wekGetSystem()->GetService("QormDBProxy"), &service);
-        QCOMPARE(services.SetService("QormDBProxy", nullptr), &service);
-        QVERIFY(!wekGetSystem()->GetService("QormDBProxy"));
-    }
-
-    void AReplacedServiceOutlivesTheHost()
+    void servicesAreReplacedByName()
     {
         Service service;
+        auto const get = [] {
+            return wekGetSystem()->GetService("QormDBProxy");
+        };
+        auto const set = [](wek::IBase* other) {
+            return CServiceRegistry::GetInstance().SetService("QormDBProxy", other);
+        };
         {
             CEmbeddedHost host;
-            host.GetServices().SetService("RevisionControlUIHelper", &service);
+            wek::IBase* const own = get();
+            QVERIFY(dynamic_cast<wek::fwk::IQormDBProxy*>(own));
+            QCOMPARE(set(&service), own);
+            host.GetServices().RemoveService("QormDBProxy", own);
+            QCOMPARE(get(), &service);
+            QCOMPARE(set(nullptr), &service);
+            QVERIFY(!get());
+            set(&service);
         }
-        QCOMPARE(wekGetSystem()->GetService("RevisionControlUIHelper"), &service);
-        CServiceRegistry::GetInstance().RemoveService("RevisionControlUIHelper", &service);
+        QVERIFY2(get() == &service, "it outlives the host");
+        CServiceRegistry::GetInstance().RemoveService("QormDBProxy", &service);
+        QVERIFY(!get());
     }
 
-    void TheProxyShowsTheOpenLibrary()
-    {
-        LibraryFolder const folder;
-        CEmbeddedHost host;
-        auto* const proxy =
-            dynamic_cast<wek::fwk::IQormDBProxy*>(wekGetSystem()->GetService("QormDBProxy"));
-        ProxyListener listener;
-        proxy->AddListener(&listener);
-        QSignalSpy const changes(&host, &CEmbeddedHost::LibraryChanged);
-        QVERIFY(host.OpenLibrary(folder.GetPath()));
-        QCOMPARE(proxy->GetItemLibrary().GetContextID(), host.GetLibrary().GetContextID());
-        QCOMPARE(listener.changes, 1);
-        host.CloseLibrary();
-        host.CloseLibrary();
-        QVERIFY(!proxy->GetItemLibrary().IsValid());
-        proxy->RemoveListener(&listener);
-        host.OpenLibrary(folder.GetPath());
-        QCOMPARE(listener.changes, 2);
-        QCOMPARE(changes.size(), 3);
-    }
-
-    void NoLibraryIsOpenedWhileOneIsOpened()
+    void oneHostShowsOneLibrary()
     {
         LibraryFolder const folder;
         folder.Write("project/a.json", Object(1, "compound", "Compound"));
-        CEmbeddedHost host;
-        QVERIFY(host.OpenLibrary(folder.GetPath()));
-        bool isOpened = false;
-        connect(&host, &CEmbeddedHost::LibraryChanged, this, [&] {
-            if (!host.GetLibrary().IsValid())
-                isOpened = host.OpenLibrary(folder.GetPath());
-        });
-        QVERIFY(host.OpenLibrary(folder.GetPath()));
-        QVERIFY(!isOpened);
-        QVERIFY(!host.FindItem(Uid(1)).IsNull());
-        host.CloseLibrary();
-        QVERIFY2(isOpened, "closing is no opening");
-    }
-
-    void OneHostAtATime()
-    {
-        LibraryFolder const folder;
         CEmbeddedHost host;
         Expect("There is an embedded host already");
         {
@@ -202,27 +162,42 @@ private Q_SLOTS:
             QVERIFY(!second.OpenLibrary(folder.GetPath()));
         }
         QCOMPARE(CEmbeddedHost::GetInstance(), &host);
-        QVERIFY(wekGetSystem()->GetService("QormDBProxy"));
-    }
-
-    void CompoundTarget()
-    {
-        LibraryFolder const folder;
-        folder.Write("project/a.json", Object(1, "compound", "Compound"));
-        CEmbeddedHost host;
-        QVERIFY(host.OpenLibrary(folder.GetPath()));
+        auto* const proxy =
+            dynamic_cast<wek::fwk::IQormDBProxy*>(wekGetSystem()->GetService("QormDBProxy"));
+        ProxyListener listener;
+        proxy->AddListener(&listener);
+        QSignalSpy const changes(&host, &CEmbeddedHost::LibraryChanged);
         QSignalSpy const choices(&host, &CEmbeddedHost::CompoundTargetChanged);
+        QVERIFY(host.OpenLibrary(folder.GetPath()));
+        QCOMPARE(proxy->GetItemLibrary().GetContextID(), host.GetLibrary().GetContextID());
         CompoundAccessor compound;
         compound.SetFrom(host.GetLibrary().GetModel(host.FindItem(Uid(1)), nullptr));
         Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
         Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
         QCOMPARE(choices.size(), 2);
         QVERIFY(host.GetCompoundTarget().GetItemID() == host.FindItem(Uid(1)));
+        QCOMPARE(listener.changes, 1);
         host.CloseLibrary();
-        QVERIFY(!host.GetCompoundTarget().IsValid());
+        host.CloseLibrary();
+        QVERIFY(!proxy->GetItemLibrary().IsValid() && !host.GetCompoundTarget().IsValid());
+        proxy->RemoveListener(&listener);
+        host.OpenLibrary(folder.GetPath());
+        QCOMPARE(listener.changes, 2);
+        QCOMPARE(changes.size(), 3);
+
+        // None is opened while one is opened.
+        bool isOpened = false;
+        connect(&host, &CEmbeddedHost::LibraryChanged, this, [&] {
+            if (!host.GetLibrary().IsValid())
+                isOpened = host.OpenLibrary(folder.GetPath());
+        });
+        QVERIFY(host.OpenLibrary(folder.GetPath()) && !isOpened);
+        QVERIFY(!host.FindItem(Uid(1)).IsNull());
+        host.CloseLibrary();
+        QVERIFY2(isOpened, "closing is no opening");
     }
 
-    void MessagesAreKeptAndSent()
+    void messagesAreKeptAndSent()
     {
         CMessageChannel channel;
         QSignalSpy spy(&channel, &CMessageChannel::MessagePosted);
@@ -235,16 +210,15 @@ private Q_SLOTS:
         QVERIFY(channel.GetLog().empty());
     }
 
-    void WhatAGuardedCallRaisesIsSaid()
+    void whatAGuardedCallRaisesIsSaid()
     {
         Expect("A message could not be shown");
         auto channel = std::make_unique<CMessageChannel>();
         connect(channel.get(), &CMessageChannel::MessagePosted, [] { throw 2; });
-        auto const run = [&](std::function<void()> const& call) {
+        auto const run = [&](Reaction const& call) {
             return embeddedhost::RunGuarded(channel.get(), "a.json", call);
         };
-        QVERIFY(run([] {}));
-        QVERIFY(!run([] { throw std::runtime_error("refused"); }));
+        QVERIFY(run([] {}) && !run([] { throw std::runtime_error("refused"); }));
         QVERIFY(!run([] { throw 1; }));
         QCOMPARE(channel->GetLog().at(0).text, QString("a.json: refused."));
         QCOMPARE(channel->GetLog().at(1).text, QString("a.json: an unknown failure."));
@@ -255,107 +229,61 @@ private Q_SLOTS:
         }));
     }
 
-    void CommandsAreRunAndRemembered()
+    void commandsAreRunAndRemembered()
     {
-        {
-            CCommandManager manager;
-            Run(manager, nullptr);
-            Run(manager, new Command(m_Record, "A"));
-            Run(manager, new Command(m_Record, "B"));
-            manager.GetUndoStack().undo();
-            manager.GetUndoStack().undo();
-            manager.GetUndoStack().redo();
-            QCOMPARE(m_Record, QStringList({"do A", "do B", "undo B", "undo A", "do A"}));
-            Run(manager, new Command(m_Record, "C"));
-            QCOMPARE(GetStack(manager), QStringList({"A", "C"}));
-            QCOMPARE(Command::living, 2);
-        }
-        QCOMPARE(Command::living, 0);
-    }
+        m_Manager->Execute(wek::fwk::RefCountedAutoPtr<ICommand>(nullptr));
+        Run("A");
+        Run("B");
+        Stack().setIndex(0);
+        Stack().redo();
+        QCOMPARE(m_Record, QStringList({"do A", "do B", "undo B", "undo A", "do A"}));
+        Run("C");
+        QCOMPARE(GetStack(), QStringList({"A", "C"}));
+        QVERIFY2(m_Record.contains("end of B"), "what cannot be done again is not kept");
 
-    void ACommandThatFailsIsNotKept()
-    {
-        CCommandManager manager;
-        Run(manager, new Command(m_Record, "A"));
         auto const fail = [&] {
-            Run(manager, new Command(m_Record, "within"));
+            Run("within");
             throw std::runtime_error("failed");
         };
-        QVERIFY_EXCEPTION_THROWN(Run(manager, new Command(m_Record, "B", fail)),
-                                 std::runtime_error);
-        QCOMPARE(GetStack(manager), QStringList({"A", "within"}));
-        QCOMPARE(Command::living, 2);
+        QVERIFY_EXCEPTION_THROWN(Run("fails", fail), std::runtime_error);
+        QCOMPARE(GetStack(), QStringList({"A", "C", "within"}));
+        QVERIFY(m_Record.contains("end of fails") && !m_Record.contains("end of A"));
+        m_Manager.reset();
+        QVERIFY(m_Record.contains("end of A"));
     }
 
-    void CommandsWithinCommandsAreUndoneInReverse()
+    void commandsWithinCommandsAreUndoneInReverse()
     {
-        CCommandManager manager;
-        auto const once = [&](char const* text) {
-            return [&manager, this, text, isFirst = true]() mutable {
-                if (std::exchange(isFirst, false))
-                    Run(manager, new Command(m_Record, text));
-            };
-        };
-        Run(manager, new Command(m_Record, "outer", once("inner")));
-        QCOMPARE(GetStack(manager), QStringList({"outer", "inner"}));
-        manager.GetUndoStack().setIndex(0);
+        Run("outer", [&, isFirst = true]() mutable {
+            if (std::exchange(isFirst, false))
+                Run("inner");
+        });
+        QCOMPARE(GetStack(), QStringList({"outer", "inner"}));
+        Stack().setIndex(0);
         QCOMPARE(m_Record, QStringList({"do outer", "do inner", "undo inner", "undo outer"}));
     }
 
-    void ACommandDuringUndoTakesThePlaceOfRedo()
+    void commandsMayChangeTheStackWhileTheyAreUndone()
     {
-        CCommandManager manager;
         int left = 2;
-        Run(manager, new Command(m_Record, "A", [&] {
-                if (--left == 0)
-                    Run(manager, new Command(m_Record, "B"));
-            }));
-        manager.GetUndoStack().undo();
-        QCOMPARE(m_Record, QStringList({"do A", "undo A", "do B"}));
-        QCOMPARE(GetStack(manager), QStringList("B"));
-        QVERIFY(manager.GetUndoStack().canUndo() && !manager.GetUndoStack().canRedo());
-    }
-
-    void TheStackIsClearedWithinACommand()
-    {
-        CCommandManager manager;
+        Run("A", [&] {
+            if (--left == 0)
+                Run("B");
+        });
+        Stack().undo();
+        QCOMPARE(m_Record.mid(0, 3), QStringList({"do A", "undo A", "do B"}));
+        QVERIFY2(GetStack() == QStringList("B"), "in place of what could be done again");
+        QVERIFY(Stack().canUndo() && !Stack().canRedo());
         bool clears = false;
-        auto const react = [&] {
+        Run("C", [&] {
             if (clears)
-                manager.Clear();
-        };
-        Run(manager, new Command(m_Record, "A", react));
-        Run(manager, new Command(m_Record, "B", react));
+                m_Manager->Clear();
+        });
         clears = true;
-        manager.GetUndoStack().undo();
-        QCOMPARE(GetStack(manager), QStringList());
-        QCOMPARE(Command::living, 0);
+        Stack().undo();
+        QCOMPARE(GetStack(), QStringList());
     }
-
-    void EitherEndOfATrackedConnectionGoesFirst()
-    {
-        Signal signal;
-        {
-            KvTrackedSlotList entries;
-            KvTrackedSlot* const first = entries.Add();
-            KvTrackedSlot* const second = entries.Add();
-            first->Connect(&signal);
-            second->Connect(&signal);
-            QVERIFY(first->IsConnected());
-            second->Reset();
-            QVERIFY(!second->IsConnected());
-        }
-        QCOMPARE(signal.disconnected, 1);
-    }
-
-private:
-    void SetUp() override
-    {
-        m_Record.clear();
-    }
-
-    QStringList m_Record;
 };
 
-NODEBROWSER_TEST_MAIN(TestFramework)
+NODEBROWSER_TEST(TestFramework)
 #include "tst_framework.moc"

@@ -1,6 +1,4 @@
-#include "libraryfolder.h"
-#include "libraryuser.h"
-#include "loggedtest.h"
+#include "hosttest.h"
 
 #include <journal.h>
 
@@ -13,13 +11,6 @@ using namespace tarno::datamodel;
 
 namespace {
 
-QString const kGlowFile = QStringLiteral("project/glow.json");
-QString const kTwoFile = QStringLiteral("project/two.json");
-char const* const kChild = "--change-forever";
-
-/// In milliseconds.
-int const kPause = 20;
-
 void MakeChanges(LibraryUser& user, CEmbeddedHost& host)
 {
     user.Rename(host.FindItem(Uid(1)), "Soft Glow");
@@ -28,15 +19,15 @@ void MakeChanges(LibraryUser& user, CEmbeddedHost& host)
 }
 
 /// Changes a library, tells once that is journaled, and goes on until it is killed.
-int ChangeForever(QString const& library, QString const& journals)
+int ChangeForever(QStringList const& folders)
 {
     CEmbeddedHost host;
-    CJournal journal(host, journals);
+    CJournal journal(host, folders[1]);
     journal.SetPause(1);
-    host.OpenLibrary(library);
+    host.OpenLibrary(folders[0]);
     LibraryUser user(host);
     MakeChanges(user, host);
-    while (QDir(journals).entryList({QStringLiteral("*.json")}).isEmpty())
+    while (QDir(folders[1]).entryList({QStringLiteral("*.json")}).isEmpty())
         QCoreApplication::processEvents();
     std::puts("journaled");
     std::fflush(stdout);
@@ -46,60 +37,77 @@ int ChangeForever(QString const& library, QString const& journals)
     }
 }
 
+bool const gIsChildAdded = TestProgram::AddChild("change-forever", ChangeForever);
+
 } // namespace
 
 /// Unsaved changes outlive the process.
-class tst_Journal : public LoggedTest
+class TestJournal : public HostTest
 {
     Q_OBJECT
 
 protected:
     void SetUp() override
     {
-        m_Folder = std::make_unique<LibraryFolder>();
+        m_Parent = std::make_unique<QTemporaryDir>();
+        HostTest::SetUp();
+    }
+
+    void Fill() override
+    {
         m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "later": [1, {"b": 2}])"));
         m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Ramp") + ", 7, "
                                       + Object(3, "compound", "Fade") + ']');
-        m_JournalFolder = std::make_unique<QTemporaryDir>();
-        Open();
     }
 
-    void TearDown() override
+    void Open() override
     {
-        Die();
-        m_JournalFolder.reset();
-        m_Folder.reset();
+        HostTest::Open();
+        m_Journal = std::make_unique<CJournal>(*m_Host, GetFolder());
+        m_Journal->SetPause(20);
+    }
+
+    void Close() override
+    {
+        m_Journal.reset();
+        HostTest::Close();
     }
 
 private:
-    void Open()
+    QString const kGlowFile = QStringLiteral("project/glow.json");
+    QString const kTwoFile = QStringLiteral("project/two.json");
+    QString const kNewFile = QStringLiteral("project/brand-new.json");
+
+    QString GetFolder() const
     {
-        m_Host = std::make_unique<CEmbeddedHost>();
-        m_Journal = std::make_unique<CJournal>(*m_Host, GetJournalFolder());
-        m_Journal->SetPause(kPause);
-        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        m_User = std::make_unique<LibraryUser>(*m_Host);
+        return m_Parent->filePath(QStringLiteral("journals"));
     }
 
-    /// As far as the files are concerned this is what a kill leaves.
-    void Die()
+    QFileInfoList FindJournals(char const* pattern = "*.json") const
     {
-        m_User.reset();
-        m_Journal.reset();
-        m_Host.reset();
+        return QDir(GetFolder()).entryInfoList({pattern}, QDir::Files);
     }
 
-    void DieAndOpen()
+    int Count(char const* pattern = "*.json") const
     {
-        Die();
+        return int(FindJournals(pattern).size());
+    }
+
+    /// As a kill leaves it: once the changes are journaled the process is gone, and before it is
+    /// started again the file gets other content.
+    void Restart(QString const& file = QString(), QByteArray const& content = QByteArray())
+    {
+        QTRY_COMPARE(Count(), 1);
+        Close();
+        if (!file.isEmpty())
+            m_Folder->Write(file, content);
         Open();
     }
 
-    void ChangeAndDie()
+    void ChangeAndRestart()
     {
         MakeChanges(*m_User, *m_Host);
-        QTRY_COMPARE(CountJournals(), 1);
-        DieAndOpen();
+        Restart();
     }
 
     void RecoverAll()
@@ -110,68 +118,28 @@ private:
 
     void VerifyChanges()
     {
-        QCOMPARE(m_User->NameOf(Item(1)), std::string("Soft Glow"));
-        QCOMPARE(m_Host->GetLibrary().GetItemTags(Item(3), "ApplicationTags"),
-                 std::string("light;warm"));
+        QCOMPARE(NameOf(1), QString("Soft Glow"));
+        QCOMPARE(TagsOf(3), QString("light;warm"));
         QVERIFY(m_Host->GetUnsavedChanges().contains("Brand New"));
     }
 
-    QString GetJournalFolder() const
-    {
-        return m_JournalFolder->filePath(QStringLiteral("journals"));
-    }
-
-    int CountJournals() const
-    {
-        return int(FindJournals(QStringLiteral("*.json")).size());
-    }
-
-    QStringList FindJournals(QString const& pattern) const
-    {
-        return QDir(GetJournalFolder()).entryList({pattern}, QDir::Files);
-    }
-
-    ItemID Item(int number)
-    {
-        return m_Host->FindItem(Uid(number));
-    }
-
-    QByteArray Content(QString const& file)
-    {
-        return m_Folder->Read().value(m_Folder->GetPath(file));
-    }
-
-    QString Log()
-    {
-        return GetMessages(*m_Host).join('\n');
-    }
-
-    QUndoStack& Stack()
-    {
-        return m_Host->GetCommandManager().GetUndoStack();
-    }
-
-    std::unique_ptr<LibraryFolder> m_Folder;
-    std::unique_ptr<QTemporaryDir> m_JournalFolder;
-    std::unique_ptr<CEmbeddedHost> m_Host;
+    std::unique_ptr<QTemporaryDir> m_Parent;
     std::unique_ptr<CJournal> m_Journal;
-    std::unique_ptr<LibraryUser> m_User;
 
 private Q_SLOTS:
-    void OutlivesAKilledProcess()
+    void outlivesAKilledProcess()
     {
         auto const before = m_Folder->Read();
         for (int round = 0; round < 10; ++round) {
             QProcess child;
             child.start(QCoreApplication::applicationFilePath(),
-                        {QString::fromLatin1(kChild), m_Folder->GetPath(), GetJournalFolder()});
+                        {"change-forever", m_Folder->GetPath(), GetFolder()});
             QVERIFY(child.waitForReadyRead(30000));
             QVERIFY2(m_Journal->FindLeftovers().empty(), "its process is still there");
             // At any moment: it is writing all the time.
             QTest::qSleep(1 + 3 * round);
             child.kill();
             QVERIFY(child.waitForFinished());
-            QCOMPARE(m_Folder->Read(), before);
 
             auto const leftovers = m_Journal->FindLeftovers();
             QCOMPARE(leftovers.size(), std::size_t(1));
@@ -180,86 +148,68 @@ private Q_SLOTS:
             VerifyChanges();
             QCOMPARE(m_Folder->Read(), before);
             m_Journal->Drop();
-            DieAndOpen();
+            Close();
+            Open();
         }
     }
 
     /// What a save writes after a recovery is what it would have written before.
-    void RecoversWhatWasToBeSaved()
+    void recoversWhatWasToBeSaved()
     {
-        ChangeAndDie();
+        ChangeAndRestart();
         auto const before = m_Folder->Read();
-        QByteArray const fresh = m_Host->GetUnsavedChanges();
-        QVERIFY(fresh.isEmpty());
+        QVERIFY(m_Host->GetUnsavedChanges().isEmpty());
         RecoverAll();
         VerifyChanges();
         QCOMPARE(Stack().count(), 1);
-        QVERIFY2(CountJournals() == 1, "recovered is not saved");
+        QVERIFY2(Count() == 1, "recovered is not saved");
         QCOMPARE(m_Folder->Read(), before);
 
         Stack().undo();
         QVERIFY(!m_Host->IsModified());
-        QTRY_COMPARE(CountJournals(), 0);
+        QTRY_COMPARE(Count(), 0);
         Stack().redo();
         VerifyChanges();
         QVERIFY2(m_User->Save(), qPrintable(Log()));
         QVERIFY(Content(kGlowFile).contains("Soft Glow"));
         QVERIFY(Content(kTwoFile).contains("light;warm"));
-        QVERIFY(Content(QStringLiteral("project/brand-new.json")).contains("Brand New"));
-        QTRY_COMPARE(CountJournals(), 0);
-    }
-
-    void GoesWithTheLastUnsavedChange()
-    {
-        m_User->Create("Brand New");
-        QTRY_COMPARE(CountJournals(), 1);
-        Stack().undo();
-        QTRY_COMPARE(CountJournals(), 0);
-        QVERIFY(!m_Host->IsModified());
-
-        m_User->Rename(Item(1), "Soft Glow");
-        QTRY_COMPARE(CountJournals(), 1);
-        m_Journal->Drop();
-        DieAndOpen();
-        QVERIFY(m_Journal->FindLeftovers().empty());
+        QVERIFY(Content(kNewFile).contains("Brand New"));
+        QTRY_COMPARE(Count(), 0);
     }
 
     /// The file of an item whose creation was undone after a save is still there.
-    void RecoversRemovals()
+    void recoversRemovals()
     {
         m_User->Create("Brand New");
+        QTRY_COMPARE(Count(), 1);
         m_User->Save();
+        QTRY_COMPARE(Count(), 0);
         Stack().undo();
-        QTRY_COMPARE(CountJournals(), 1);
-        DieAndOpen();
-        QString const file = QStringLiteral("project/brand-new.json");
-        QVERIFY(!Content(file).isEmpty());
+        Restart();
+        QVERIFY(!Content(kNewFile).isEmpty());
         RecoverAll();
         QVERIFY(m_Host->IsModified());
         Stack().undo();
         QVERIFY(!m_Host->IsModified());
         Stack().redo();
         QVERIFY(m_User->Save());
-        QVERIFY(Content(file).isEmpty());
+        QVERIFY(Content(kNewFile).isEmpty());
     }
 
-    void KeepsConflictsWithChangesMadeSince_data()
+    void keepsConflictsWithChangesMadeSince_data()
     {
-        QTest::addColumn<bool>("isOverwritten");
-        QTest::newRow("ours") << true;
-        QTest::newRow("theirs") << false;
+        QTest::addColumn<QString>("decision");
+        for (char const* decision : {"overwrite", "take", "undo"})
+            QTest::newRow(decision) << decision;
     }
 
-    void KeepsConflictsWithChangesMadeSince()
+    void keepsConflictsWithChangesMadeSince()
     {
-        QFETCH(bool, isOverwritten);
+        QFETCH(QString, decision);
         m_User->Rename(Item(2), "Ours");
-        QTRY_COMPARE(CountJournals(), 1);
-        Die();
-        m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Theirs") + ']');
-        Open();
+        Restart(kTwoFile, '[' + Object(2, "compound", "Theirs") + ']');
         RecoverAll();
-        QCOMPARE(m_User->NameOf(Item(2)), std::string("Ours"));
+        QCOMPARE(NameOf(2), QString("Ours"));
         // Also after another look at the file.
         m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Theirs") + "  ]");
         m_Host->CheckFolder();
@@ -267,132 +217,101 @@ private Q_SLOTS:
         QVERIFY(Content(kTwoFile).contains("Theirs"));
         QString const path = m_Folder->GetPath(kTwoFile);
         QCOMPARE(m_Host->FindConflicts(), QStringList(path));
-
-        QVERIFY(isOverwritten ? m_Host->OverwriteFileOnDisk(path) : m_Host->TakeFileFromDisk(path));
-        QVERIFY(m_User->Save());
-        QVERIFY(Content(kTwoFile).contains(isOverwritten ? "Ours" : "Theirs"));
+        if (decision == "undo") {
+            Stack().undo();
+            m_Host->CheckFolder();
+            QCOMPARE(NameOf(2), QString("Theirs"));
+            QVERIFY(!m_Host->IsModified() && m_User->Rename(Item(2), "Ours again"));
+        } else {
+            QVERIFY(decision == "take" ? m_Host->TakeFileFromDisk(path)
+                                       : m_Host->OverwriteFileOnDisk(path));
+        }
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(Content(kTwoFile).contains(decision == "take" ? "Theirs" : "Ours"));
         QVERIFY(m_Host->FindConflicts().isEmpty());
     }
 
-    void UndoneConflictsLeaveNothing()
-    {
-        m_User->Rename(Item(2), "Ours");
-        QTRY_COMPARE(CountJournals(), 1);
-        Die();
-        m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Theirs") + ']');
-        Open();
-        RecoverAll();
-        Stack().undo();
-        QCOMPARE(m_User->NameOf(Item(2)), std::string("Theirs"));
-        QVERIFY(!m_Host->IsModified());
-        m_User->Rename(Item(2), "Ours again");
-        QVERIFY2(m_User->Save(), qPrintable(Log()));
-    }
-
     /// A file of somebody else's has taken the name that a new item was to have.
-    void NewItemsDoNotReplaceFiles()
+    void newItemsDoNotReplaceFiles()
     {
         m_User->Create("Brand New");
-        QTRY_COMPARE(CountJournals(), 1);
-        Die();
-        QString const file = QStringLiteral("project/brand-new.json");
-        m_Folder->Write(file, Object(9, "compound", "Other"));
-        Open();
+        Restart(kNewFile, Object(9, "compound", "Other"));
         RecoverAll();
         QVERIFY2(m_User->Save(), qPrintable(Log()));
-        QVERIFY(Content(file).contains("Other"));
+        QVERIFY(Content(kNewFile).contains("Other"));
         QVERIFY(m_Folder->Read().values().join().contains("Brand New"));
     }
 
-    void LeavesOutWhatIsReadOnlyNow()
+    void leavesOutWhatIsReadOnlyNow()
     {
-        ChangeAndDie();
-        Die();
-        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "readOnly": true)"));
-        Open();
+        MakeChanges(*m_User, *m_Host);
+        Restart(kGlowFile, Object(1, "compound", "Glow", R"(, "readOnly": true)"));
         RecoverAll();
-        QCOMPARE(m_User->NameOf(Item(1)), std::string("Glow"));
+        QCOMPARE(NameOf(1), QString("Glow"));
         QVERIFY2(m_Host->IsModified(), "the others are there");
         QVERIFY2(Log().contains("Soft Glow"), qPrintable(Log()));
-        QCOMPARE(FindJournals(QStringLiteral("*.aside")).size(), 1);
+        QCOMPARE(Count("*.aside"), 1);
     }
 
-    void SetsDamagedJournalsAside_data()
+    void setsDamagedJournalsAside_data()
     {
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("after");
-        QTest::newRow("torn") << QByteArray("Soft Glow\"") << QByteArray();
-        QTest::newRow("another library")
-            << QByteArray("\"library\": \"") << QByteArray("\"library\": \"/elsewhere");
-        QTest::newRow("another format")
-            << QByteArray("\"format\": 1") << QByteArray("\"format\": 2");
-        QTest::newRow("nested without end")
-            << QByteArray("\"kind\"")
-            << "\"x\": " + QByteArray(100000, '[') + QByteArray(100000, ']') + ", \"kind\"";
-        QTest::newRow("an object of no kind") << QByteArray("\"kind\"") << QByteArray("\"kin\"");
+        auto const row = [](char const* name, char const* before, QByteArray const& after) {
+            QTest::newRow(name) << QByteArray(before) << after;
+        };
+        row("torn", "Soft Glow\"", "");
+        row("another library", "\"library\": \"", "\"library\": \"/elsewhere");
+        row("another format", "\"format\": 1", "\"format\": 2");
+        row("nested without end", "\"kind\"",
+            "\"x\": " + QByteArray(100000, '[') + QByteArray(100000, ']') + ", \"kind\"");
+        row("an object of no kind", "\"kind\"", "\"kin\"");
     }
 
-    void SetsDamagedJournalsAside()
+    void setsDamagedJournalsAside()
     {
         QFETCH(QByteArray, before);
         QFETCH(QByteArray, after);
-        ChangeAndDie();
-        QString const path =
-            GetJournalFolder() + '/' + FindJournals(QStringLiteral("*.json")).front();
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QByteArray content = file.readAll();
+        ChangeAndRestart();
+        QString const file = FindJournals().at(0).filePath();
+        QByteArray content = ReadFile(file);
         QVERIFY(content.contains(before));
         if (after.isEmpty())
             content.truncate(content.indexOf(before));
         else
             content.replace(before, after);
-        file.resize(0);
-        file.seek(0);
-        file.write(content);
-        file.close();
+        QVERIFY(WriteFile(file, content));
 
         QVERIFY(m_Journal->FindLeftovers().empty());
         QVERIFY2(Log().contains(".aside"), qPrintable(Log()));
-        QCOMPARE(FindJournals(QStringLiteral("*.aside")).size(), 1);
-        QCOMPARE(CountJournals(), 0);
+        QCOMPARE(Count("*.aside"), 1);
+        QCOMPARE(Count(), 0);
     }
 
-    void EachProcessHasItsOwn()
+    void eachProcessHasItsOwn()
     {
-        ChangeAndDie();
+        ChangeAndRestart();
         auto const leftovers = m_Journal->FindLeftovers();
         QCOMPARE(leftovers.size(), std::size_t(1));
         // Undecided, and a second journal of our own beside it.
         m_User->Rename(Item(1), "Second Thoughts");
-        QTRY_COMPARE(CountJournals(), 2);
-        CJournal other(*m_Host, GetJournalFolder());
+        QTRY_COMPARE(Count(), 2);
+        CJournal other(*m_Host, GetFolder());
         QVERIFY(other.FindLeftovers().empty());
         m_Journal->Discard(leftovers.front());
-        QCOMPARE(CountJournals(), 1);
+        QCOMPARE(Count(), 1);
         Stack().undo();
-        QTRY_COMPARE(CountJournals(), 0);
+        QTRY_COMPARE(Count(), 0);
     }
 
-    void SaysWhenItCannotWrite()
+    void keepsWhatItCannotTakeOver()
     {
-        QFile inTheWay(GetJournalFolder());
-        QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-        m_User->Rename(Item(1), "Soft Glow");
-        QTRY_VERIFY(Log().contains("kept safe"));
-        // It goes on trying.
-        QVERIFY(inTheWay.remove());
-        QTRY_COMPARE(CountJournals(), 1);
-    }
-
-    void KeepsWhatItCannotTakeOver()
-    {
-        ChangeAndDie();
+        ChangeAndRestart();
         QString const leftover = m_Journal->FindLeftovers().at(0).file;
         m_User->Create("Another");
-        QTRY_COMPARE(CountJournals(), 2);
+        QTRY_COMPARE(Count(), 2);
         QString own;
-        for (QFileInfo const& info : QDir(GetJournalFolder()).entryInfoList({"*.json"}))
+        for (QFileInfo const& info : FindJournals())
             own = info.filePath() == leftover ? own : info.filePath();
         QVERIFY(QFile::remove(own) && QDir().mkpath(own + "/in the way"));
         m_Journal->Recover({leftover, QDateTime(), 0});
@@ -401,13 +320,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
-    if (argc == 4 && qstrcmp(argv[1], kChild) == 0) {
-        QCoreApplication application(argc, argv);
-        return ChangeForever(QFile::decodeName(argv[2]), QFile::decodeName(argv[3]));
-    }
-    tst_Journal test;
-    return RunTest(test, argc, argv);
-}
+NODEBROWSER_TEST(TestJournal)
 #include "tst_journal.moc"

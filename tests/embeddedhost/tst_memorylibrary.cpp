@@ -1,6 +1,6 @@
 #include "libraryfolder.h"
 #include "libraryuser.h"
-#include "loggedtest.h"
+#include "testprogram.h"
 
 #include <QTest>
 
@@ -80,7 +80,7 @@ class TestMemoryLibrary : public LoggedTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void ItemsComeBackAsTheyWereGiven()
+    void itemsComeBackAsTheyWereGiven()
     {
         Items const items = {MakeFullItem(), Wave(), {LibType::gType, "number", "Number"}};
         QVERIFY(Open(items));
@@ -89,7 +89,7 @@ private Q_SLOTS:
         QVERIFY(m_Host->GetLibraryFolder().isEmpty() && !m_Host->IsModified());
     }
 
-    void FaultyItemsLeaveTheOpenLibrary_data()
+    void faultyItemsLeaveTheOpenLibrary_data()
     {
         QTest::addColumn<MemoryItem>("second");
         QTest::addColumn<QString>("reason");
@@ -115,7 +115,7 @@ private Q_SLOTS:
             "\"out\"");
     }
 
-    void FaultyItemsLeaveTheOpenLibrary()
+    void faultyItemsLeaveTheOpenLibrary()
     {
         QFETCH(MemoryItem, second);
         QFETCH(QString, reason);
@@ -131,13 +131,13 @@ private Q_SLOTS:
         QVERIFY(m_Host->GetCommandManager().GetUndoStack().canUndo());
     }
 
-    void UidsAreTheSameInEitherCase()
+    void uidsAreTheSameInEitherCase()
     {
         QVERIFY(!Open({{"solver", "0000000a-0000-4000-8000-000000000001", "A"},
                        {"solver", "0000000A-0000-4000-8000-000000000001", "B"}}));
     }
 
-    void ChangesAreUndoneAndSaved()
+    void changesAreUndoneAndSaved()
     {
         QVERIFY(Open({Wave()}, [this](Items const& items) { return Keep(items); }));
         Rename("Ripple");
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QCOMPARE(GetNames(), QStringList("Ripple"));
     }
 
-    void WhatIsUndoneIsNotModified()
+    void whatIsUndoneIsNotModified()
     {
         QVERIFY(Open({Wave()}));
         m_User->Create("New");
@@ -168,7 +168,7 @@ private Q_SLOTS:
         QVERIFY(m_User->Save());
     }
 
-    void RefusedSavesKeepTheChanges_data()
+    void refusedSavesKeepTheChanges_data()
     {
         QTest::addColumn<CEmbeddedHost::SaveItems>("save");
         QTest::addColumn<QString>("reason");
@@ -183,7 +183,7 @@ private Q_SLOTS:
         }) << "no connection";
     }
 
-    void RefusedSavesKeepTheChanges()
+    void refusedSavesKeepTheChanges()
     {
         QFETCH(CEmbeddedHost::SaveItems, save);
         QFETCH(QString, reason);
@@ -195,7 +195,7 @@ private Q_SLOTS:
         QVERIFY(m_Host->IsModified());
     }
 
-    void SavingMayRunAnEventLoop()
+    void savingMayRunAnEventLoop()
     {
         bool hasNested = true;
         QVERIFY(Open({Wave()}, [&](Items const& items) {
@@ -219,7 +219,7 @@ private Q_SLOTS:
         QVERIFY(!m_Host->GetLibrary().IsValid());
     }
 
-    void WhatNeedsFilesIsRefused()
+    void whatNeedsFilesIsRefused()
     {
         // A uid that is the name of a file is still none.
         QVERIFY(Open({{TarnoType::gCompound, Uid(1), "Wave"}, {"solver", __FILE__, "A"}}));
@@ -255,7 +255,7 @@ private Q_SLOTS:
         }
     }
 
-    void FoldersAndItemsTakeTurns()
+    void foldersAndItemsTakeTurns()
     {
         LibraryFolder const folder;
         folder.Write("project/wave.json", Object(1, "compound", "Wave"));
@@ -309,5 +309,5 @@ private:
     QStringList m_Saved;
 };
 
-NODEBROWSER_TEST_MAIN(TestMemoryLibrary)
+NODEBROWSER_TEST(TestMemoryLibrary)
 #include "tst_memorylibrary.moc"

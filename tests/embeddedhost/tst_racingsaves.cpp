@@ -1,6 +1,4 @@
-#include "libraryfolder.h"
-#include "libraryuser.h"
-#include "loggedtest.h"
+#include "hosttest.h"
 #include "storage/stagingfolder.h"
 
 #include <nlohmann/json.hpp>
@@ -20,9 +18,6 @@
 using namespace tarno::datamodel;
 
 namespace {
-
-char const* const kHostChild = "--save";
-char const* const kWriterChild = "--write";
 
 /// The first of them are for the hosts only, the others are written by the plain program as well.
 int const kObjects = 8;
@@ -52,14 +47,16 @@ void Say(char const* what, int object, std::string const& word)
 
 /// Adds a word to each object and saves, again and again; takes the other version when there is a
 /// conflict. Says which words it was told to be saved.
-int RunHost(QString const& library, std::string const& name, int seconds)
+int RunHost(QStringList const& arguments)
 {
+    QString const library = arguments[0];
+    std::string const name = arguments[2].toStdString();
     CEmbeddedHost host;
     host.OpenLibrary(library);
     LibraryUser user(host);
     QElapsedTimer time;
     time.start();
-    for (int round = 0; time.elapsed() < seconds * 1000; ++round) {
+    for (int round = 0; time.elapsed() < arguments[1].toInt() * 1000; ++round) {
         host.CheckFolder();
         std::string const word = name + std::to_string(round);
         for (int object = 1; object <= kObjects; ++object) {
@@ -82,19 +79,6 @@ int RunHost(QString const& library, std::string const& name, int seconds)
     return 0;
 }
 
-QByteArray Get(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool Put(QString const& path, std::string const& content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)
-           && file.write(content.data(), qint64(content.size())) == qint64(content.size());
-}
-
 /// In milliseconds: a version that a save puts in place is taken back within that time when it
 /// was overtaken.
 int const kLongestMoment = 5000;
@@ -105,7 +89,7 @@ nlohmann::ordered_json ReadWith(std::vector<std::string> const& words, QString c
     QElapsedTimer time;
     time.start();
     while (time.elapsed() < kLongestMoment) {
-        auto const content = nlohmann::ordered_json::parse(Get(path).toStdString());
+        auto const content = nlohmann::ordered_json::parse(ReadFile(path).toStdString());
         std::string const tags =
             content.contains("tags")
                 ? ';' + content["tags"]["ApplicationTags"].get<std::string>() + ';'
@@ -120,12 +104,13 @@ nlohmann::ordered_json ReadWith(std::vector<std::string> const& words, QString c
 }
 
 /// Reads, adds a word and writes, into the file and over it by turns, with no regard for others.
-int RunWriter(QString const& library, int seconds)
+int RunWriter(QStringList const& arguments)
 {
+    QString const library = arguments[0];
     std::map<int, std::vector<std::string>> words;
     QElapsedTimer time;
     time.start();
-    for (int round = 0; time.elapsed() < seconds * 1000; ++round) {
+    for (int round = 0; time.elapsed() < arguments[1].toInt() * 1000; ++round) {
         int const object = kHostObjects + 1 + round % (kObjects - kHostObjects);
         QString const path = library + '/' + FileOf(object);
         auto content = ReadWith(words[object], path);
@@ -136,7 +121,7 @@ int RunWriter(QString const& library, int seconds)
         tags = Add(tags.is_string() ? tags.get<std::string>() : std::string(), word);
         bool const isInPlace = round / kObjects % 2 == 0;
         QString const target = isInPlace ? path : library + "/written";
-        if (!Put(target, content.dump())
+        if (!WriteFile(target, QByteArray::fromStdString(content.dump()))
             || (!isInPlace
                 && std::rename(QFile::encodeName(target).constData(),
                                QFile::encodeName(path).constData())
@@ -148,37 +133,43 @@ int RunWriter(QString const& library, int seconds)
     return 0;
 }
 
+bool const gAreChildrenAdded =
+    TestProgram::AddChild("save", RunHost) && TestProgram::AddChild("write", RunWriter);
+
 } // namespace
 
 /// Several programs write to one library.
-class tst_RacingSaves : public LoggedTest
+class TestRacingSaves : public HostTest
 {
     Q_OBJECT
 
 protected:
-    void SetUp() override
+    void Fill() override
     {
-        m_Folder = std::make_unique<LibraryFolder>();
         for (int object = 1; object <= kObjects; ++object)
             m_Folder->Write(FileOf(object), Object(object, "compound",
                                                    ("Object " + std::to_string(object)).c_str()));
     }
 
 private:
-    static void Start(QProcess& process, QStringList const& arguments)
+    /// What a process said, by the first word of the line.
+    typedef std::map<QString, QStringList> Said;
+
+    std::unique_ptr<QProcess> Start(char const* child, char const* name) const
     {
-        process.start(QCoreApplication::applicationFilePath(), arguments);
-        QVERIFY(process.waitForStarted());
+        auto process = std::make_unique<QProcess>();
+        process->start(QCoreApplication::applicationFilePath(),
+                       {child, m_Folder->GetPath(), QString::number(GetSeconds()), name});
+        return process;
     }
 
-    /// What a process said, by the first word of the line.
-    static std::map<QString, QStringList> Finish(QProcess& process)
+    static Said Finish(QProcess& process)
     {
-        std::map<QString, QStringList> said;
         bool const isFinished = process.waitForFinished((GetSeconds() + 60) * 1000);
         if (!isFinished || process.exitCode() != 0)
             qFatal("a process ended with %d: %s", process.exitCode(),
                    process.readAllStandardError().constData());
+        Said said = {{"saved", {}}, {"conflict", {}}};
         QStringList const lines = QString::fromLatin1(process.readAllStandardOutput()).split('\n');
         for (QString const& line : lines)
             said[line.section(' ', 0, 0)] << line.section(' ', 1);
@@ -189,9 +180,8 @@ private:
     std::set<QString> FindWords() const
     {
         std::set<QString> words;
-        auto const files = m_Folder->Read();
-        for (auto file = files.begin(); file != files.end(); ++file) {
-            auto const content = nlohmann::json::parse(file.value().toStdString(), nullptr, false);
+        for (QByteArray const& file : m_Folder->Read()) {
+            auto const content = nlohmann::json::parse(file.toStdString(), nullptr, false);
             if (!content.is_object() || !content.contains("tags"))
                 continue;
             QString const object = QString::fromStdString(content["name"]).section(' ', 1);
@@ -202,60 +192,42 @@ private:
         return words;
     }
 
-    static QStringList FindLost(QStringList const& saved, std::set<QString> const& words,
-                                int lastObject)
+    QStringList FindLost(Said const& said, int lastObject) const
     {
+        std::set<QString> const words = FindWords();
         QStringList lost;
-        for (QString const& word : saved) {
+        for (QString const& word : said.at("saved")) {
             if (word.section(' ', 0, 0).toInt() <= lastObject && words.count(word) == 0)
                 lost << word;
         }
         return lost;
     }
 
-    std::unique_ptr<LibraryFolder> m_Folder;
-
 private Q_SLOTS:
-    void NothingIsLost()
+    void nothingIsLost()
     {
 #ifdef NODEBROWSER_PORTABLE_FILES
         QSKIP("files cannot be exchanged");
 #endif
-        QString const seconds = QString::number(GetSeconds());
-        QProcess first;
-        QProcess second;
-        QProcess writer;
-        Start(first, {kHostChild, m_Folder->GetPath(), "a", seconds});
-        Start(second, {kHostChild, m_Folder->GetPath(), "b", seconds});
-        Start(writer, {kWriterChild, m_Folder->GetPath(), seconds});
-        auto const a = Finish(first);
-        auto const b = Finish(second);
-        auto const w = Finish(writer);
-
-        auto const words = FindWords();
-        int kept = 0;
-        for (auto const& path : m_Folder->Read().keys())
-            kept += path.endsWith(".staged");
-        auto const count = [](std::map<QString, QStringList> const& said, char const* what) {
-            auto const found = said.find(what);
-            return found == said.end() ? 0 : int(found->second.size());
-        };
-        qInfo("hosts: %d and %d files saved, %d and %d conflicts; writer: %d files; %d kept",
-              count(a, "saved"), count(b, "saved"), count(a, "conflict"), count(b, "conflict"),
-              count(w, "saved"), kept);
-        QCOMPARE(FindLost(a.at("saved"), words, kHostObjects), QStringList());
-        QCOMPARE(FindLost(b.at("saved"), words, kHostObjects), QStringList());
-        QCOMPARE(FindLost(w.at("saved"), words, kObjects), QStringList());
-        QVERIFY(count(a, "conflict") + count(b, "conflict") > 0);
+        auto const first = Start("save", "a");
+        auto const second = Start("save", "b");
+        auto const writer = Start("write", "");
+        Said const a = Finish(*first);
+        Said const b = Finish(*second);
+        Said const w = Finish(*writer);
+        int const conflicts = int(a.at("conflict").size() + b.at("conflict").size());
+        qInfo("%d, %d and %d files saved, %d conflicts", int(a.at("saved").size()),
+              int(b.at("saved").size()), int(w.at("saved").size()), conflicts);
+        QCOMPARE(FindLost(a, kHostObjects), QStringList());
+        QCOMPARE(FindLost(b, kHostObjects), QStringList());
+        QCOMPARE(FindLost(w, kObjects), QStringList());
+        QVERIFY(conflicts > 0);
     }
 
     /// Who comes second waits, but not for long, and says whom it has waited for.
-    void SavesTakeTurns()
+    void savesTakeTurns()
     {
-        CEmbeddedHost host;
-        QVERIFY(host.OpenLibrary(m_Folder->GetPath()));
-        LibraryUser user(host);
-        user.Tag(host.FindItem(Uid(1)), "light");
+        m_User->Tag(Item(1), "light");
         int patience = 0;
         QString fault;
         auto other =
@@ -263,28 +235,15 @@ private Q_SLOTS:
         QVERIFY2(other, qPrintable(fault));
         QElapsedTimer time;
         time.start();
-        QVERIFY(!user.Save());
-        QVERIFY(time.elapsed() < 10000);
-        QString const message = QString::fromStdString(user.GetSaveMessages().front());
+        QVERIFY(!m_User->Save() && time.elapsed() < 10000);
+        QString const message = QString::fromStdString(m_User->GetSaveMessages().front());
         QVERIFY2(message.contains(QString::number(QCoreApplication::applicationPid())),
                  qPrintable(message));
-        QVERIFY(host.IsModified());
+        QVERIFY(m_Host->IsModified());
         other.reset();
-        QVERIFY(user.Save());
+        QVERIFY(m_User->Save());
     }
 };
 
-int main(int argc, char** argv)
-{
-    if (argc > 2) {
-        QCoreApplication application(argc, argv);
-        QStringList const arguments = application.arguments();
-        if (arguments[1] == kHostChild)
-            return RunHost(arguments[2], arguments[3].toStdString(), arguments[4].toInt());
-        if (arguments[1] == kWriterChild)
-            return RunWriter(arguments[2], arguments[3].toInt());
-    }
-    tst_RacingSaves test;
-    return RunTest(test, argc, argv);
-}
+NODEBROWSER_TEST(TestRacingSaves)
 #include "tst_racingsaves.moc"

@@ -1,0 +1,383 @@
+#include "changerecorder.h"
+#include "hosttest.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <nlohmann/json.hpp>
+
+using namespace tarno::datamodel;
+
+namespace {
+
+/// The JSON of files by path; no file where it is empty.
+typedef QMap<QString, QByteArray> Contents;
+
+QByteArray Compact(QByteArray const& json)
+{
+    return QByteArray::fromStdString(nlohmann::ordered_json::parse(json.toStdString()).dump());
+}
+
+} // namespace
+
+/// Files that other programs change while the library is open, with and without changes of ours.
+class TestFollowing : public HostTest
+{
+    Q_OBJECT
+
+protected:
+    void Fill() override
+    {
+        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow"));
+        m_Folder->Write(kTwoFile, '[' + kRamp + ", 7, " + kFade + ']');
+        m_Folder->Write("project/odd.json", Object(4, "solver", "Odd"));
+    }
+
+    void Open() override
+    {
+        HostTest::Open();
+        m_Host->GetMessages().ClearLog();
+    }
+
+private:
+    QString const kGlowFile = QStringLiteral("project/glow.json");
+    QString const kTwoFile = QStringLiteral("project/two.json");
+    QByteArray const kRamp = Object(2, "compound", "Ramp");
+    QByteArray const kFade = Object(3, "compound", "Fade");
+
+    void WriteAll(Contents const& contents)
+    {
+        for (auto file = contents.begin(); file != contents.end(); ++file) {
+            QFile::remove(m_Folder->GetPath(file.key()));
+            if (!file.value().isEmpty())
+                m_Folder->Write(file.key(), file.value());
+        }
+    }
+
+    void AddDecisions()
+    {
+        QTest::addColumn<bool>("takesTheirs");
+        QTest::newRow("take theirs") << true;
+        QTest::newRow("overwrite") << false;
+    }
+
+    bool Decide(QString const& file, bool takesTheirs)
+    {
+        QString const path = m_Folder->GetPath(file);
+        return takesTheirs ? m_Host->TakeFileFromDisk(path) : m_Host->OverwriteFileOnDisk(path);
+    }
+
+private Q_SLOTS:
+    void conflictsAreKeptApart_data()
+    {
+        AddDecisions();
+    }
+
+    /// Both sides changed the object: nothing is lost, and the user decides.
+    void conflictsAreKeptApart()
+    {
+        QFETCH(bool, takesTheirs);
+        m_User->Rename(Item(1), "Ours");
+        QByteArray const theirs = Object(1, "compound", "Theirs");
+        m_Folder->Write(kGlowFile, theirs);
+        QVERIFY(!m_User->Save());
+        QVERIFY2(Log().contains(kGlowFile), qPrintable(Log()));
+        QCOMPARE(Content(kGlowFile), theirs);
+        QCOMPARE(NameOf(1), QString("Ours"));
+        QVERIFY(m_User->IsModified(Item(1)) && Decide(kGlowFile, takesTheirs));
+        QCOMPARE(NameOf(1), QString(takesTheirs ? "Theirs" : "Ours"));
+        if (takesTheirs) {
+            QVERIFY(!m_User->IsModified(Item(1)));
+            QCOMPARE(Stack().undoText(), QString("Take from disk glow.json"));
+            Stack().undo();
+            QCOMPARE(NameOf(1), QString("Ours"));
+        }
+        QVERIFY(m_User->Save());
+        QVERIFY(Content(kGlowFile).contains("Ours"));
+    }
+
+    void removalsAreKeptApart_data()
+    {
+        AddDecisions();
+    }
+
+    /// We are to remove a file that another program changes.
+    void removalsAreKeptApart()
+    {
+        QFETCH(bool, takesTheirs);
+        QString const file = QStringLiteral("project/fresh.json");
+        ItemID const fresh = m_User->Create("Fresh");
+        QVERIFY(m_User->Save());
+        Stack().undo();
+        m_Folder->Write(file, Content(file) + "\n\n");
+        m_Host->CheckFolder();
+        QVERIFY2(Log().contains("fresh.json: another program"), qPrintable(Log()));
+        QCOMPARE(m_Host->FindConflicts(), QStringList(m_Folder->GetPath(file)));
+        QVERIFY(m_User->NameOf(fresh).empty() && Decide(file, takesTheirs));
+        QCOMPARE(m_User->NameOf(fresh), std::string(takesTheirs ? "Fresh" : ""));
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QCOMPARE(Content(file).isEmpty(), !takesTheirs);
+        QVERIFY(!m_Host->IsModified());
+    }
+
+    void overwritesWhatWasUndone_data()
+    {
+        QTest::addColumn<bool>("isOurs");
+        QTest::addColumn<QByteArray>("theirs");
+        QTest::newRow("changed") << true
+                                 << '[' + Object(2, "compound", "Theirs") + ',' + kFade + ']';
+        QTest::newRow("gone") << true << QByteArray();
+        QTest::newRow("more") << true
+                              << '[' + kRamp + ',' + kFade + ',' + Object(9, "type", "T") + ']';
+        QTest::newRow("nothing of ours") << false << QByteArray();
+    }
+
+    /// What is shown is what is on disk after the next save.
+    void overwritesWhatWasUndone()
+    {
+        QFETCH(bool, isOurs);
+        QFETCH(QByteArray, theirs);
+        if (isOurs)
+            m_User->Rename(Item(2), "Ours");
+        WriteAll({{kTwoFile, theirs}});
+        QVERIFY(Decide(kTwoFile, false));
+        Stack().undo();
+        m_Host->CheckFolder();
+        QCOMPARE(m_Host->IsModified(), isOurs);
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        for (int i = 0; i < 2; ++i) {
+            QCOMPARE(NameOf(2), QString(isOurs ? "Ramp" : ""));
+            QVERIFY(Item(3).IsNull() == !isOurs && Item(9).IsNull());
+            Open();
+        }
+    }
+
+    /// Without changes of ours the file is followed again.
+    void takesWhatIsOnDiskOnceUndone()
+    {
+        m_User->Rename(Item(2), "Ours");
+        m_User->Rename(Item(4), "Ours");
+        m_Folder->Write("project/odd.json", "{}");
+        m_Folder->Write(kTwoFile, '[' + Object(3, "compound", "Fade Out") + ']');
+        m_Host->CheckFolder();
+        QCOMPARE(NameOf(2), QString("Ours"));
+        QVERIFY2(NameOf(3) == "Fade Out", "what only they have changed is followed at once");
+        QVERIFY2(Log().contains("two.json") && !m_User->Save(), qPrintable(Log()));
+        m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Theirs") + ']');
+        m_Host->CheckFolder();
+        Stack().setIndex(0);
+        QTRY_COMPARE(NameOf(2), QString("Theirs"));
+        QVERIFY(Item(3).IsNull() && Item(4).IsNull() && !m_Host->IsModified());
+    }
+
+    void takesWhatIsGone_data()
+    {
+        QTest::addColumn<Contents>("theirs");
+        QTest::addColumn<bool>("isThere");
+        QByteArray const theirs = Object(2, "compound", "Theirs");
+        QTest::newRow("the object") << Contents{{kTwoFile, "[7]"}} << false;
+        QTest::newRow("the file") << Contents{{kTwoFile, ""}} << false;
+        QTest::newRow("for another object")
+            << Contents{{kTwoFile, Object(9, "compound", "Theirs")}} << false;
+        QTest::newRow("for another kind")
+            << Contents{{kTwoFile, Object(2, "solver", "Theirs")}} << true;
+        QTest::newRow("to another file")
+            << Contents{{kTwoFile, ""}, {"project/moved.json", theirs}} << true;
+        QTest::newRow("changed only") << Contents{{kTwoFile, '[' + theirs + ']'}} << true;
+    }
+
+    /// What we changed is no longer on disk, or no longer there. Undone, it goes back to where it
+    /// was.
+    void takesWhatIsGone()
+    {
+        QFETCH(Contents, theirs);
+        QFETCH(bool, isThere);
+        m_User->Rename(Item(2), "Ours");
+        m_User->Rename(Item(3), "Ours As Well");
+        WriteAll(theirs);
+        m_Host->CheckFolder();
+        QVERIFY(!m_User->Save() && Decide(kTwoFile, true));
+        QVERIFY2(!m_Host->IsModified() && Item(3).IsNull(), qPrintable(Log()));
+        QCOMPARE(NameOf(2), QString(isThere ? "Theirs" : ""));
+
+        Stack().undo();
+        QCOMPARE(NameOf(2), QString("Ours"));
+        Stack().redo();
+        QCOMPARE(Item(2).IsNull(), !isThere);
+        Stack().setIndex(0);
+        Stack().setIndex(Stack().count());
+        Stack().setIndex(2);
+        QVERIFY(m_User->Save());
+        bool const isArray = !theirs.value(kTwoFile).startsWith('{');
+        QVERIFY2(Content(kTwoFile).contains("Ours As Well") == isArray, "in no other file");
+        Open();
+        QVERIFY2(Log().isEmpty(), qPrintable(Log()));
+        QCOMPARE(NameOf(2), QString("Ours"));
+        QCOMPARE(NameOf(3), QString("Ours As Well"));
+    }
+
+    void readsChangesAsOpeningDoes_data()
+    {
+        QTest::addColumn<Contents>("before");
+        QTest::addColumn<Contents>("after");
+        QByteArray const steep = Object(2, "compound", "Steep");
+        QByteArray const twin = Object(2, "compound", "Twin");
+        auto const row = [&](char const* name, QByteArray const& before, QByteArray const& after) {
+            QTest::newRow(name) << Contents{{kTwoFile, '[' + before + ']'}}
+                                << Contents{{kTwoFile, '[' + after + ']'}};
+        };
+        auto const keeps = [&](char const* name, QByteArray const& other) {
+            row(name, kRamp + ',' + other, steep + ',' + other);
+        };
+        auto const keepsFirst = [&](char const* name, QByteArray const& other) {
+            row(name, other + ',' + kRamp, other + ',' + steep);
+        };
+        keeps("exact twin", kRamp);
+        keeps("twin of another kind", Object(2, "solver", "Ramp"));
+        keeps("twin in small letters", QByteArray(twin).toLower().replace("twin", "Twin"));
+        keeps("uid of another file's item", Object(1, "compound", "Glow"));
+        keeps("uid of a data source", QByteArray(twin).replace(Uid(2).c_str(), kProjectUid));
+        keepsFirst("unknown kind", Object(2, "gadget", "Ramp"));
+        keepsFirst("no name", Object(2, "compound", ""));
+        keepsFirst("no object", "7, [], null");
+        row("twin is first", kRamp, twin + ',' + kRamp);
+        row("its twin goes", kRamp + ',' + twin, twin);
+        row("its twin becomes faulty", kRamp + ',' + twin, Object(2, "gadget", "R") + ',' + twin);
+        row("letter case", Object(9, "solver", "A"), Object(9, "solver", "A").toLower());
+        row("kind", kRamp, Object(2, "type", "Ramp"));
+        Contents const twins = {{kTwoFile, kRamp}, {"project/x.json", '[' + twin + ']'}};
+        QTest::newRow("its twin's file goes") << twins << Contents{{kTwoFile, ""}};
+        QTest::newRow("its twin becomes another")
+            << twins << Contents{{kTwoFile, Object(8, "compound", "Eight")}};
+        Contents const early = {{"project/a.json", '[' + kRamp + ']'}, {kTwoFile, "[]"}};
+        Contents const late = {{"project/a.json", "[]"}, {kTwoFile, '[' + kRamp + ']'}};
+        QTest::newRow("to a later file") << early << late;
+        QTest::newRow("to an earlier file") << late << early;
+    }
+
+    /// Also what makes no item: a later save leaves it as it is.
+    void readsChangesAsOpeningDoes()
+    {
+        QFETCH(Contents, before);
+        QFETCH(Contents, after);
+        WriteAll(before);
+        Open();
+        WriteAll(after);
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        m_Host->CheckFolder();
+        QVERIFY(!recorder.Take().isEmpty());
+        QStringList const items = ListItems();
+        auto const contents = m_Folder->Read();
+
+        m_User->Tag(Item(2), "ours");
+        m_User->Save();
+        Stack().undo();
+        m_User->Save();
+        auto const saved = m_Folder->Read();
+        for (auto file = contents.begin(); file != contents.end(); ++file)
+            QCOMPARE(Compact(saved[file.key()]), Compact(file.value()));
+        Open();
+        QCOMPARE(items, ListItems());
+    }
+
+    /// As a pull does it: changed, renamed and removed files, and new ones.
+    void followsOtherPrograms()
+    {
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        WriteAll(
+            {{kGlowFile, ""},
+             {"project/below/shine.json", Object(1, "compound", "Shine")},
+             {"project/new.json", Object(9, "compound", "New")},
+             {kTwoFile, Object(2, "compound", "Ramp", R"(, "tags": {"ApplicationTags": "x"})")}});
+        QTRY_VERIFY(Item(9).IsValid());
+        QTRY_VERIFY(!Item(3).IsValid());
+        QVERIFY(recorder.Take().contains("added New"));
+        QCOMPARE(NameOf(1), QString("Shine"));
+        QCOMPARE(TagsOf(2), QString("x"));
+        QVERIFY2(!m_Host->IsModified() && Log().isEmpty(), qPrintable(Log()));
+    }
+
+    void looksWhileChangesGoOn()
+    {
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        QTRY_VERIFY_WITH_TIMEOUT((m_Folder->Write("project/busy", ""),
+                                  QFile::remove(m_Folder->GetPath("project/busy")),
+                                  Item(9).IsValid()),
+                                 20000);
+    }
+
+    void triesHalfWrittenFilesAgain()
+    {
+        m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
+        m_Host->CheckFolder();
+        QVERIFY2(Log().isEmpty(), "it may be complete the next time");
+        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
+        QTRY_VERIFY(Item(9).IsValid());
+        int times = 0;
+        for (char const* broken : {"{", "{,"}) {
+            m_Folder->Write("project/broken.json", broken);
+            m_Host->CheckFolder();
+            ++times;
+            QTRY_COMPARE(Log().count("broken.json"), times);
+            m_Host->CheckFolder();
+            QCOMPARE(Log().count("broken.json"), times);
+        }
+    }
+
+    void keepsItemsOfAFolderThatIsGone_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("data source") << "/project";
+        QTest::newRow("library") << "";
+    }
+
+    /// A missing folder is not a folder without files. What it is when it is back counts again.
+    void keepsItemsOfAFolderThatIsGone()
+    {
+        QFETCH(QString, name);
+        QString const folder = m_Folder->GetPath() + name;
+        QString const away = folder + ".away";
+        QString const two = m_Folder->GetPath(kTwoFile).replace(folder, away);
+        ChangeRecorder recorder(m_Host->GetLibrary());
+        for (int round = 1; round <= 2; ++round) {
+            QVERIFY(QDir().rename(folder, away));
+            // Whether or not the one around it is watched.
+            m_Host->CheckFolder();
+            m_Host->CheckFolder();
+            QCOMPARE(Log().count("the folder is gone"), round);
+            QVERIFY(recorder.Take().isEmpty() && !Decide(kGlowFile, true));
+
+            QVERIFY(WriteFile(two, Object(10 + round, "compound", "New")));
+            QVERIFY(QDir().rename(away, folder));
+            QTRY_VERIFY(Item(10 + round).IsValid());
+            QVERIFY(!Item(3).IsValid());
+            recorder.Take();
+        }
+        // Without being told to look.
+        QVERIFY(QDir().rename(m_Folder->GetPath("project"), m_Folder->GetPath("away")));
+        QTRY_COMPARE(Log().count("the folder is gone"), 3);
+        QVERIFY(QDir().rename(m_Folder->GetPath("away"), m_Folder->GetPath("project")));
+    }
+
+    /// A file that was not there when the folder was looked at last.
+    void noticesWhatGoesSoonAfterAMove()
+    {
+        m_Folder->MakeFactoryWritable();
+        Open();
+        MoveObject(Uid(4), FindObject(kFactoryComponent).GetDataSource());
+        QVERIFY(QFile::remove(m_Folder->GetPath("factory/odd.json")));
+        m_Host->CheckFolder();
+        QVERIFY(Item(4).IsNull());
+
+        // What was never saved has no file to move yet.
+        ItemID const fresh = m_User->Create("Fresh");
+        MoveObject(ItemIDUnlock::GetItemIDUID(fresh),
+                   FindObject(kFactoryComponent).GetDataSource());
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(Content("factory/fresh.json").contains("Fresh"));
+    }
+};
+
+NODEBROWSER_TEST(TestFollowing)
+#include "tst_following.moc"

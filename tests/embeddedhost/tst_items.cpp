@@ -1,0 +1,362 @@
+#include "hosttest.h"
+
+#include <QTest>
+
+#include <set>
+
+using namespace qorm;
+using namespace tarno::datamodel;
+
+namespace {
+
+/// The text in Latin-1, with '?' for what does not fit.
+std::string Latin1(char const* utf8)
+{
+    return QString::fromUtf8(utf8).toLatin1().toStdString();
+}
+
+template <class... Accessors>
+std::set<int> GetSupported(UnspecifiedAccessor const& accessor)
+{
+    std::set<int> interfaces;
+    auto const insertIfValid = [&](auto&& narrowed) {
+        narrowed.SetFrom(accessor);
+        if (narrowed.IsValid())
+            interfaces.insert(narrowed.GetAccessorInterfaceID());
+    };
+    (insertIfValid(Accessors()), ...);
+    return interfaces;
+}
+
+/// The identifiers of the accessors that can be set from this one.
+auto const GetInterfaces =
+    GetSupported<CompoundAccessor, CompoundModifierAccessor, FunctionAccessor,
+                 TypeDescriptorAccessor, LoopCompoundModifierAccessor, ItemLibraryAccessor,
+                 ItemLibraryModifierAccessor, LowLevelItemLibraryAccessor, ItemAccessor,
+                 ItemTOCAccessor, LoopCompoundAccessor>;
+
+template <class T>
+QormHandle<T> FindAs(std::string const& uid)
+{
+    QormHandle<T> handle;
+    handle.AssignCast(FindObject(uid));
+    return handle;
+}
+
+QByteArray ResourceQuery()
+{
+    return QByteArray("select object where IS_OF_TYPE_VERSION( {") + UID_Resource().GetStr()
+           + " } )";
+}
+
+QStringList gPrinted;
+
+} // namespace
+
+/// Items as accessors and as database objects show them.
+class TestItems : public HostTest
+{
+    Q_OBJECT
+
+protected:
+    void Fill() override
+    {
+        QByteArrayList const objects = {
+            Object(1, "solver", "Solver"),
+            Object(2, "polymorphicSolver", "Polymorphic"),
+            Object(3, "compound", "Compound"),
+            Object(4, "compound", "Loop", R"(, "loop": true)"),
+            Object(5, "constant", "Constant"),
+            Object(6, "type", "Type"),
+            Object(7, "compound", "Nested",
+                   R"(, "parent": "BBBBBBBB-0000-0000-0000-000000000003")"),
+            Object(8, "solver", "Special",
+                   R"(, "specializes": "BBBBBBBB-0000-0000-0000-000000000002")"),
+            Object(9, "compound", "Signature", R"(, "signature": true)"),
+            Object(10, "solver", "No signature", R"(, "signature": true)"),
+            Object(11, "type", "Locked", R"(, "readOnly": true)"),
+            Object(13, "solver", "Größe Ω 🙂",
+                   R"(, "tags": {"ApplicationTags": "maß; 大", "Other": "second"})"),
+            R"({"uid": "any text", "kind": "solver", "name": "Free"})",
+        };
+        m_Folder->Write("project/all.json", '[' + objects.join(',') + ']');
+        m_Folder->Write("factory/one.json", Object(12, "type", "Factory type"));
+    }
+
+private:
+    ItemAccessor GetItem(int number)
+    {
+        ItemAccessor item;
+        item.SetFrom(m_Host->GetLibrary().GetModel(Item(number), nullptr));
+        return item;
+    }
+
+private Q_SLOTS:
+    void modelsSupportTheInterfacesOfTheirKind()
+    {
+        std::pair<int, std::set<int>> const expected[] = {
+            {1, {7, 36}}, {2, {7, 36}},  {3, {4, 5, 7, 36}}, {4, {4, 5, 7, 22, 36, 47}},
+            {5, {36}},    {6, {15, 36}}, {99, {}},
+        };
+        QVERIFY2(Log().isEmpty(), qPrintable(Log()));
+        ItemLibraryAccessor const library = m_Host->GetLibrary();
+        for (auto const& [number, interfaces] : expected) {
+            std::string error;
+            QCOMPARE(GetInterfaces(library.GetModel(Item(number), &error)), interfaces);
+            QCOMPARE(error.empty(), !interfaces.empty());
+        }
+        QCOMPARE(GetInterfaces(library), (std::set<int>{32, 33, 34}));
+        QCOMPARE(GetInterfaces(GetTOC(library)), std::set<int>{38});
+        QVERIFY(GetTOC(library).GetItems(nullptr).IsDone());
+    }
+
+    void itemsTellWhatListsDependOn()
+    {
+        ItemAccessor nested = GetItem(7);
+        QCOMPARE(nested.GetValue("Parent").GetText(), Uid(3));
+        QVERIFY(nested.GetValue("Parent").IsValid() && !nested.GetValue("parent").IsValid());
+        QVERIFY(!nested.GetValue("Specializes").IsValid());
+        QVERIFY(nested.GetValue("Specializes").GetText().empty());
+        QVERIFY(GetItem(8).GetValue("Specializes").IsValid());
+        QVERIFY(!GetItem(1).GetValue("Parent").IsValid());
+
+        ItemAccessor signature = GetItem(9);
+        ItemAccessor solver = GetItem(10);
+        QVERIFY(Helpers::IsAbstractFunction(signature) && !Helpers::IsAbstractFunction(nested));
+        QVERIFY2(!Helpers::IsAbstractFunction(solver), "a solver is no signature");
+        QVERIFY(Helpers::IsValidGraphItemType(TarnoType::gCompound, signature));
+        QVERIFY(!Helpers::IsValidGraphItemType(TarnoType::gSolver, signature));
+        QVERIFY(!m_Host->GetLibrary().ItemIsReadOnly(Item(6)));
+        QVERIFY(m_Host->GetLibrary().ItemIsReadOnly(Item(11)));
+        QVERIFY(m_Host->GetLibrary().ItemIsReadOnly(Item(12)));
+    }
+
+    void textsAreLatin1()
+    {
+        ItemLibraryAccessor const library = m_Host->GetLibrary();
+        QCOMPARE(library.GetItemName(Item(13), true, nullptr), Latin1("Größe Ω 🙂"));
+        QCOMPARE(library.GetItemTags(Item(13), "ApplicationTags"), Latin1("maß; 大"));
+        QCOMPARE(library.GetItemTags(Item(13), "Other"), std::string("second"));
+        QCOMPARE(library.GetItemTags(Item(13), "Größe"), std::string());
+        QCOMPARE(library.GetItemTags(Item(1), "ApplicationTags"), std::string());
+    }
+
+    void identifiersOutliveTheLibrary()
+    {
+        ItemID const solver = Item(1);
+        QVERIFY(solver.IsValid() && solver.GetType() == TarnoType::gSolver);
+        QVERIFY(solver.Serialize() != Item(3).Serialize());
+        QVERIFY((solver < Item(3)) != (Item(3) < solver));
+        QCOMPARE(ItemIDUnlock::GetItemIDUID(m_Host->FindItem("any text")), "any text");
+        char const* const uid = ItemIDUnlock::GetItemIDUID(solver);
+        m_Host->CloseLibrary();
+        QCOMPARE(uid, Uid(1).c_str());
+        QVERIFY(Item(1).IsNull());
+
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        QVERIFY2(Item(1) == solver, "the same item after reopening");
+        m_Folder->Write("project/all.json", Object(1, "type", "Now a type"));
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        QVERIFY2(Item(1) != solver, "another kind is another item");
+        QVERIFY(m_Host->GetLibrary().GetItemName(solver, true, nullptr).empty());
+    }
+
+    void accessorsAndHandlesOutliveTheLibrary_data()
+    {
+        QTest::addColumn<QString>("end");
+        for (char const* end : {"closed", "opened again", "host destroyed"})
+            QTest::newRow(end) << end;
+    }
+
+    /// Except that panels keep the handles of components as long as the process runs, and mark by
+    /// them what the factory ships: such a handle finds the component of the next library.
+    void accessorsAndHandlesOutliveTheLibrary()
+    {
+        QFETCH(QString, end);
+        ItemLibraryAccessor library;
+        library = m_Host->GetLibrary();
+        ContextID const context = library.GetContextID();
+        ItemTOCAccessor const toc = GetTOC(library);
+        ItemAccessor item = GetItem(3);
+        ItemID const id = item.GetItemID();
+        auto items = toc.GetItems(TarnoType::gCompound);
+        QormHandle<IDbObject> const solver = FindObject(Uid(1));
+        QormHandle<IValueAsset> const resource = FindAs<IValueAsset>(kProjectUid);
+        QormPtr<IDataSource> const source = solver.GetDataSource();
+        QormPtr<IDataModelMgr> const manager = solver.GetManager();
+        QormPtr<IDbObject> const object(solver.operator->());
+        QormPtr<IHelper> const helper = IHelper::GetHelper(solver.GetInstance());
+        QormHandle<IDbObject> const component = FindObject(kFactoryComponent);
+        QormPtr<IDataSource> const factory = component.GetDataSource();
+        m_Host->CloseLibrary();
+        QVERIFY(!FindObject(Uid(1)).IsValid());
+        if (end == "opened again")
+            QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
+        else if (end == "host destroyed")
+            Close();
+
+        QVERIFY(!library.Revalidate() && !toc.Revalidate() && !item.Revalidate());
+        QVERIFY(item.GetItemID().IsNull());
+        QVERIFY(item.GetName(true, nullptr).empty() && !item.GetValue("Parent").IsValid());
+        QVERIFY(library.GetItemName(id, true, nullptr).empty());
+        QVERIFY(!library.GetModel(id, nullptr).IsValid() && !library.ItemIsReadOnly(id));
+        QVERIFY(library.GetItemTags(id, "ApplicationTags").empty());
+        QVERIFY(!IsNameInNodeLibraryHierarchy(library, "Loop"));
+        QVERIFY(!Helpers::IsAbstractFunction(item) && !GetTOC(library).IsValid());
+        QVERIFY(toc.GetItems(TarnoType::gCompound).IsDone() && GetInterfaces(item).empty());
+        for (; !items.IsDone(); items.Next())
+            QVERIFY(!items.GetCurrent().Revalidate());
+
+        QVERIFY(!solver.IsValid() && solver.GetDataSource().IsNull());
+        QVERIFY(solver.GetManager().IsNull() && solver.GetInstance().IsNull());
+        QVERIFY(solver.GetCacheIndex() == -1 && GetDataSourceFromResource(resource).IsNull());
+        QVERIFY(object->GetDataModelMgr().IsNull() && source->GetAccessMode() == 0);
+        Vector<CQueryResult> results;
+        QVERIFY(!manager->RunQuery(ResourceQuery(), results) && results.empty());
+        QVERIFY(!manager->FindObject(DbObjectId(Uid(1).c_str())).IsValid());
+        helper->MoveToDataSource(solver, source, true);
+        QVERIFY_EXCEPTION_THROWN(solver->GetDataModelMgr(), ExBase::NullPtr);
+
+        QCOMPARE(component.IsValid(), end == "opened again");
+        QCOMPARE(component.GetDataSource().IsNull(), end != "opened again");
+        Open();
+        QVERIFY(component.IsValid() && !(component.GetDataSource() == factory));
+        QVERIFY(component.GetDataSource() == FindObject(Uid(12)).GetDataSource());
+        QVERIFY(QormPtr<IDbObject>(component.operator->())->GetDataModelMgr().Get());
+        QVERIFY(context != 0 && m_Host->GetLibrary().GetContextID() != context);
+        library = m_Host->GetLibrary();
+        library = *&library;
+        QVERIFY(library.Revalidate());
+    }
+
+    void wellFormedUids()
+    {
+        QByteArray const uid = "01234567-89AB-CDEF-abcd-ef0123456789";
+        QVERIFY(DbObjectId::IsUID(uid));
+        QVERIFY2(DbObjectId(uid) == DbObjectId(uid.toUpper()), "letter case does not count");
+        for (QByteArray const& text :
+             {uid.left(35), uid + '0', QByteArray(uid).replace('f', 'g'), '{' + uid + '}',
+              QByteArray("0123456-789AB-CDEF-ABCD-EF0123456789"),
+              QByteArray("01234567-89AB-CDEF-ABCD-EF01234567-9"),
+              QByteArray(uid).replace('0', '\xE9')}) {
+            QVERIFY2(!DbObjectId::IsUID(text), text);
+            QCOMPARE(DbObjectId(text).GetStr(), text.constData());
+        }
+        QVERIFY(!(DbObjectId("name") == DbObjectId("Name")));
+        QVERIFY(DbObjectId::IsUID(UID_Null().GetStr()) && !(UID_Null() == UID_Resource()));
+    }
+
+    void objectsAreSeenAsWhatTheyAre()
+    {
+        QormHandle<IDbObject> const solver = FindObject(Uid(1));
+        QVERIFY(solver.IsValid());
+        QCOMPARE(solver.GetDbObjectId().GetStr(), Uid(1).c_str());
+        QVERIFY(FindObject(QString::fromStdString(Uid(1)).toLower().toStdString()).IsValid());
+        QVERIFY(!FindObject("any text").IsValid() && !FindObject(Uid(99)).IsValid());
+        QCOMPARE(FindObject(Uid(1)).GetCacheIndex(), solver.GetCacheIndex());
+        QVERIFY(solver->GetDataModelMgr() == solver.GetManager());
+        QVERIFY(solver.GetManager()->GetInstance() == solver.GetInstance());
+
+        QVERIFY(!FindAs<ITypeAsset>(Uid(1)).IsValid() && !FindAs<ITypeAsset>(Uid(1)).IsLoaded());
+        QVERIFY(!FindAs<IValueAsset>(Uid(1)).IsValid());
+        QVERIFY(!FindAs<ITypeAsset>(kProjectUid).IsValid());
+        QVERIFY(!FindAs<IValueAsset>(kFactoryComponent).IsValid());
+        QormHandle<ITypeAsset> const type = FindAs<ITypeAsset>(Uid(6));
+        QVERIFY(type.IsValid() && type.IsLoaded());
+        QVERIFY(!type->IsReadOnly() && FindAs<ITypeAsset>(Uid(11))->IsReadOnly());
+        QVERIFY2(!FindAs<ITypeAsset>(Uid(12))->IsReadOnly(), "its data source is, its asset not");
+        QormHandle<IDbObject> back;
+        QVERIFY(back.AssignCast(type).IsValid());
+        QVERIFY(!back.AssignCast(QormHandle<IValueAsset>()).IsValid());
+    }
+
+    void dataSourcesAndResources()
+    {
+        QormPtr<IDataSource> const project = FindObject(Uid(1)).GetDataSource();
+        QormPtr<IDataSource> const factory = FindObject(Uid(12)).GetDataSource();
+        QVERIFY(project->GetAccessMode() != IDataSource::kReadOnlyAccess);
+        QCOMPARE(factory->GetAccessMode(), 1);
+        QVERIFY(!(project == factory) && FindObject(Uid(2)).GetDataSource() == project);
+        QVERIFY2(FindObject(kFactoryComponent).GetDataSource() == factory, "it lives there");
+        QVERIFY(!FindObject("34F315D3-58CF-4019-9BE3-381FCED0E983").IsValid());
+
+        Vector<CQueryResult> results;
+        QVERIFY(FindObject(Uid(1)).GetManager()->RunQuery(ResourceQuery(), results));
+        QCOMPARE(results.size(), std::size_t(2));
+        QCOMPARE(results[0].GetObjectId().GetStr(), kProjectUid);
+        QCOMPARE(results[1].GetObjectId().GetStr(), kFactoryUid);
+        auto const resource = FindAs<IValueAsset>(kProjectUid);
+        QCOMPARE(resource->GetName(), "Project");
+        QCOMPARE(resource->GetDbObjectId().GetStr(), kProjectUid);
+        QVERIFY(GetDataSourceFromResource(resource->GetAssetHandle()) == project);
+        QVERIFY(IsSameUri(project, resource));
+        QVERIFY(!IsSameUri(project, FindAs<IValueAsset>(kFactoryUid)));
+        QVERIFY(!IsSameUri(QormPtr<IDataSource>(), resource));
+        QCOMPARE(QString::fromStdString(GetResourceExpandedURI(FindObject(kProjectUid))),
+                 m_Folder->GetPath("project"));
+    }
+
+    void queries()
+    {
+        QByteArray const good = ResourceQuery();
+        std::pair<QByteArray, int> const rows[] = {
+            {good, 0},
+            {"SELECT Object WHERE is_of_type_version({" + QByteArray(UID_Resource().GetStr())
+                 + "})",
+             0},
+            {QByteArray(good).replace(" ", " \n\t "), 0},
+            {"", 1},
+            {QByteArray(good).replace("select", "delete"), 1},
+            {QByteArray(good).replace("select ", "select"), 1},
+            {QByteArray(good).replace("IS_OF_TYPE_VERSION", "IS_OF_TYPE"), 21},
+            {"select object where IS_OF_TYPE_VERSION( {%1} )", 42},
+            {good.left(41), 42},
+            {good + " or", int(good.size()) + 2},
+        };
+        auto const manager = FindObject(Uid(1)).GetManager();
+        for (auto const& [query, errorAt] : rows) {
+            m_Host->GetMessages().ClearLog();
+            Vector<CQueryResult> results(1, CQueryResult(DbObjectId("before")));
+            QVERIFY2(manager->RunQuery(query.constData(), results) == (errorAt == 0), query);
+            QCOMPARE(results.size(), std::size_t(errorAt == 0 ? 3 : 1));
+            QString const place = QStringLiteral(" at character %1.").arg(errorAt);
+            QVERIFY2(errorAt == 0 ? Log().isEmpty() : Log().endsWith(place), qPrintable(Log()));
+        }
+        Vector<CQueryResult> results;
+        QByteArray const other = ResourceQuery().replace(UID_Resource().GetStr(), Uid(99).c_str());
+        QVERIFY2(manager->RunQuery(other, results) && results.empty(), "an unknown type");
+        QVERIFY(!manager->RunQuery(nullptr, results));
+    }
+
+    void followingNullIsPrintedAndRaised()
+    {
+        QormPtr<IDataSource> const null;
+        QormHandle<ITypeAsset> const invalid;
+        gPrinted.clear();
+        auto* const previous = qInstallMessageHandler(
+            [](QtMsgType, QMessageLogContext const&, QString const& text) { gPrinted << text; });
+        QString text;
+        try {
+            null->GetAccessMode();
+        } catch (ExBase const& error) {
+            text = QString::fromStdString(error.GetErrorString());
+        }
+        {
+            DisableErrorReportingGuard const outer;
+            {
+                DisableErrorReportingGuard const inner;
+            }
+            try {
+                invalid->IsReadOnly();
+                text.clear();
+            } catch (ExBase::NullPtr const&) {
+            }
+        }
+        qInstallMessageHandler(previous);
+        QVERIFY2(text.contains("GetPointeeNotNull") && text.contains(":102"), qPrintable(text));
+        QCOMPARE(gPrinted, QStringList(text));
+    }
+};
+
+NODEBROWSER_TEST(TestItems)
+#include "tst_items.moc"
