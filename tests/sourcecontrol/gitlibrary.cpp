@@ -77,17 +77,6 @@ void GitLibrary::WriteCompound(QString const& file, std::string const& uid, QStr
                            + "}\n");
 }
 
-StateRecorder::StateRecorder(ItemLibraryAccessor const& library)
-    : m_Library(library)
-{
-    m_Library.AddNotification(this, kItemLibraryNotificationInterface, m_Library.GetContextID());
-}
-
-StateRecorder::~StateRecorder()
-{
-    m_Library.RemoveNotification(this, kItemLibraryNotificationInterface, m_Library.GetContextID());
-}
-
 unsigned StateRecorder::GetState(ItemID const& id) const
 {
     auto const found = states.find(id);
@@ -97,6 +86,7 @@ unsigned StateRecorder::GetState(ItemID const& id) const
 void StateRecorder::ItemAccessStateChanged(ItemLibraryAccessor&, ItemID const& id, long state)
 {
     ++count;
+    ++counts[id];
     states[id] = unsigned(state);
     if (onState)
         onState();

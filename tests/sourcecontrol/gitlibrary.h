@@ -1,6 +1,7 @@
 #ifndef NODEBROWSER_TESTS_GITLIBRARY_H
 #define NODEBROWSER_TESTS_GITLIBRARY_H
 
+#include "changerecorder.h"
 #include "embeddedhost.h"
 #include "gitfolder.h"
 
@@ -42,34 +43,21 @@ private:
 };
 
 /// Collects the states that the library's listeners are told.
-class StateRecorder : public tarno::datamodel::IItemLibraryNotification
+class StateRecorder : public ChangeRecorder
 {
 public:
-    typedef tarno::datamodel::ItemID ItemID;
-    typedef tarno::datamodel::ItemLibraryAccessor ItemLibraryAccessor;
-
-    explicit StateRecorder(ItemLibraryAccessor const& library);
-    virtual ~StateRecorder();
+    using ChangeRecorder::ChangeRecorder;
 
     /// The state told last; 0 for none.
     unsigned GetState(ItemID const& id) const;
 
     int count = 0;
+    std::map<ItemID, int> counts;
     std::map<ItemID, unsigned> states;
     /// Called for each.
     std::function<void()> onState;
 
-    void OnBeginChanges(ItemLibraryAccessor&) override {}
-    void OnEndChanges(ItemLibraryAccessor&) override {}
-    void LibraryInvalidated(ItemLibraryAccessor&) override {}
-    void ItemNameChanged(ItemLibraryAccessor&, ItemID const&) override {}
-    void ItemTagsChanged(ItemLibraryAccessor&, ItemID const&, char const*) override {}
     void ItemAccessStateChanged(ItemLibraryAccessor&, ItemID const& id, long state) override;
-    void OnPreCommit(ItemLibraryAccessor&, bool*) override {}
-    void OnPostCommit(ItemLibraryAccessor&) override {}
-
-private:
-    ItemLibraryAccessor m_Library;
 };
 
 #endif

@@ -1,15 +1,10 @@
-#include "gitlibrary.h"
-#include "loggedtest.h"
-#include "sourcecontrol/statebits.h"
-#include "sourcecontroltask.h"
+#include "gittest.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
 
-#include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,15 +19,6 @@ constexpr int kInTime = 2000;
 
 char const* const kSilence = "Git does not answer for ";
 
-enum eHarm
-{
-    kPipe,
-    kText,
-    kCut,
-    kOtherOwner,
-    kNoPermission
-};
-
 void MakePipe(QString const& path)
 {
     QDir(path).removeRecursively();
@@ -41,24 +27,16 @@ void MakePipe(QString const& path)
         qFatal("no pipe can be made at %s", qPrintable(path));
 }
 
-void DoHarm(GitFolder const& folder, QString const& file, eHarm harm, QByteArray const& text)
+/// Lets those go on who wait for the pipe: they read nothing, and whoever comes later the content.
+void ReplacePipe(QString const& path, QByteArray const& content)
 {
-    QString const path = folder.GetPath(file);
-    switch (harm) {
-    case kPipe:
-        return MakePipe(path);
-    case kText:
-        return folder.Write(file, text);
-    case kCut:
-        return folder.Write(file, folder.Read(file).left(20));
-    case kOtherOwner:
-        QCOMPARE(chown(qPrintable(path), 12345, 12345), 0);
-        QCOMPARE(chown(qPrintable(folder.GetPath()), 12345, 12345), 0);
-        return;
-    case kNoPermission:
-        QVERIFY(QFile::setPermissions(path, QFile::Permissions()));
-        return;
-    }
+    int const pipe = open(qPrintable(path), O_WRONLY | O_NONBLOCK);
+    QVERIFY(pipe >= 0);
+    QFile::remove(path);
+    QFile file(path);
+    QVERIFY(content.isEmpty() || (file.open(QIODevice::WriteOnly) && file.write(content) > 0));
+    file.close();
+    close(pipe);
 }
 
 void Print(QString const& text)
@@ -69,7 +47,7 @@ void Print(QString const& text)
 
 /// What a host program does with the library: open it, show states, close it. Prints how long that
 /// took, what was said, and the state.
-void UseLibrary(QString const& folder)
+int UseLibrary(QStringList const& arguments)
 {
     QElapsedTimer time;
     time.start();
@@ -80,24 +58,24 @@ void UseLibrary(QString const& folder)
                          Print("said " + text);
                          isDone = isDone || text.startsWith(kSilence);
                      });
-    host.OpenLibrary(folder);
+    host.OpenLibrary(arguments[0]);
     Print(QStringLiteral("opened %1").arg(time.elapsed()));
     StateRecorder recorder(host.GetLibrary());
     recorder.onState = [&isDone] {
         isDone = true;
     };
     TaskPtr const task = MakeTask();
-    auto* const helper = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    task->RequestObjectStates(
-        {helper->FindObject(qorm::DbObjectId(GitLibrary::GetUid(0).c_str()))});
+    task->RequestObjectStates({FindObject(GitLibrary::GetUid(0))});
     // Where there is no work tree there is neither a state nor silence.
     static_cast<void>(QTest::qWaitFor([&isDone] { return isDone; }));
     Print(QStringLiteral("state %1").arg(recorder.GetState(host.FindItem(GitLibrary::GetUid(0)))));
     time.restart();
     host.CloseLibrary();
     Print(QStringLiteral("closed %1").arg(time.elapsed()));
+    return 0;
 }
+
+bool const gIsChildAdded = TestProgram::AddChild("use", UseLibrary);
 
 int CountThreads()
 {
@@ -106,196 +84,182 @@ int CountThreads()
 
 int CountMessages(CEmbeddedHost& host, QString const& text)
 {
-    auto const& log = host.GetMessages().GetLog();
-    return int(std::count_if(log.begin(), log.end(),
-                             [&text](auto const& message) { return message.text.contains(text); }));
+    return int(GetMessages(host).filter(text).size());
 }
 
 } // namespace
 
 /// Work trees that were made, or broken, to do harm, and git that does not answer.
-class TestHostileTree : public LoggedTest
+class TestHostileTree : public GitTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void goesOn_data();
-    void goesOn();
-    void answersAfterAll();
-    void newWorkTreeIsGivenUp();
-
 private:
-    QTemporaryDir m_Home;
+    /// The library of the test function, without a host; Use runs one in a process of its own.
+    std::unique_ptr<GitLibrary> m_Library;
+
+    void SetUp() override
+    {
+        GitTest::SetUp();
+        m_Library = std::make_unique<GitLibrary>(3);
+        m_Library->host.reset();
+        QVERIFY(QDir().mkpath(m_Library->folder.GetPath("../home")));
+    }
+
+    void TearDown() override
+    {
+        m_Library.reset();
+    }
+
+    /// All goes on in time, and this is said and shown.
+    void Use(QString const& said, unsigned state)
+    {
+        QProcess child;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("HOME", m_Library->folder.GetPath("../home"));
+        // A search for leaks at the end takes seconds of its own.
+        environment.insert("ASAN_OPTIONS", environment.value("ASAN_OPTIONS") + ":detect_leaks=0");
+        child.setProcessEnvironment(environment);
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QCoreApplication::applicationFilePath(), {"use", m_Library->folder.GetPath()});
+        QByteArray output;
+        while (!output.contains("closed ") && child.waitForReadyRead(20000))
+            output += child.readAllStandardOutput();
+        QElapsedTimer ending;
+        ending.start();
+        bool const hasEnded = child.waitForFinished(20000);
+        output += child.readAllStandardOutput();
+        QVERIFY2(hasEnded && child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0,
+                 output);
+        auto const find = [&output](QByteArray const& word) {
+            return output.mid(output.indexOf(word) + word.size()).split('\n').front();
+        };
+        QVERIFY2(find("opened ").toInt() < kInTime && find("closed ").toInt() < kInTime
+                     && ending.elapsed() < kInTime,
+                 output);
+        QCOMPARE(find("state ").toUInt(), state);
+        QCOMPARE(output.count("said "), said.isEmpty() ? 0 : 1);
+        QVERIFY2(output.contains(said.toUtf8()), output);
+    }
+
+private Q_SLOTS:
+    void pipesHoldNobodyUp_data()
+    {
+        QTest::addColumn<QString>("said");
+        QTest::addColumn<unsigned>("state");
+        // What git opens at once is looked at before.
+        for (char const* const file :
+             {".git/HEAD", ".git/config", ".git/index", ".git/packed-refs", ".git/commondir",
+              ".git/info/exclude", ".git/objects/info/alternates", ".git/checkedout.json",
+              ".gitignore"})
+            QTest::newRow(file) << QString("%1 is a pipe").arg(file) << kUnknown;
+        QTest::newRow(".git") << ".git is a pipe" << 0u;
+        // These make git hang.
+        QTest::newRow(".git/refs/heads/main") << kSilence << 0u;
+        QTest::newRow("../home/.gitconfig") << kSilence << 0u;
+    }
+
+    void pipesHoldNobodyUp()
+    {
+        QFETCH(QString, said);
+        QFETCH(unsigned, state);
+        MakePipe(m_Library->folder.GetPath(QTest::currentDataTag()));
+        Use(said, state);
+    }
+
+    void nonsenseIsSaid_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("said");
+        QTest::newRow(".git/config") << QByteArray("[broken") << "failed to parse config file";
+        QTest::newRow(".git/config ")
+            << QByteArray("[core]\nworktree = /no/such/folder\n") << "/no/such/folder";
+        QTest::newRow(".git/refs/heads/main") << QByteArray("x") << "";
+        QTest::newRow(".git/index") << QByteArray("DIRC cut off") << "";
+    }
+
+    void nonsenseIsSaid()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, said);
+        m_Library->folder.Write(QString(QTest::currentDataTag()).trimmed(), text);
+        Use(said, kUnknown);
+    }
+
+    void foldersOfOthersAreLeftAlone()
+    {
+        if (geteuid() != 0)
+            QSKIP("nobody but root can give a folder away");
+        for (char const* path : {"", ".git"})
+            QCOMPARE(chown(qPrintable(m_Library->folder.GetPath(path)), 12345, 12345), 0);
+        Use("safe.directory", kUnknown);
+    }
+
+    void filesThatMayNotBeReadAreUnknown()
+    {
+        if (geteuid() == 0)
+            QSKIP("root may read everything");
+        QVERIFY(QFile::setPermissions(m_Library->folder.GetPath(".git/index"), {}));
+        Use("", kUnknown);
+    }
+
+    void answersAfterAll()
+    {
+        QString const branch = ".git/refs/heads/main";
+        QByteArray const commit = m_Library->folder.Read(branch);
+        MakePipe(m_Library->folder.GetPath(branch));
+        m_Library->host = std::make_unique<CEmbeddedHost>();
+        CEmbeddedHost& host = *m_Library->host;
+        int const threadCount = CountThreads();
+
+        // However often it is asked, no more threads hang than there are kinds of questions.
+        for (int i = 0; i < 10; ++i) {
+            QVERIFY(host.OpenLibrary(m_Library->folder.GetPath()));
+            TaskPtr const task = AskForAll(*m_Library);
+            ScsUtils::GetToolTip(m_Library->GetObject(0), QString());
+            QTest::qWait(20);
+        }
+        StateRecorder const recorder(host.GetLibrary());
+        TaskPtr const task = AskForAll(*m_Library);
+        QTRY_COMPARE_WITH_TIMEOUT(CountMessages(host, kSilence), 1, 10000);
+        QVERIFY(CountThreads() <= threadCount + 3);
+        QCOMPARE(recorder.count, 0);
+        auto const getToolTip = [&] {
+            return ScsUtils::GetToolTip(m_Library->GetObject(0), QString());
+        };
+        QVERIFY(getToolTip().contains("Looking up the last commit..."));
+        QVERIFY(!CheckOut(m_Library->GetObject(0)));
+        QCOMPARE(CountMessages(host, "it cannot be checked out: git does not answer"), 1);
+
+        ReplacePipe(m_Library->folder.GetPath(branch), commit);
+        task->RequestObjectStates(m_Library->GetObjects());
+        QTRY_COMPARE(recorder.GetState(m_Library->GetItem(2)), kClean);
+        QTRY_VERIFY_WITH_TIMEOUT(getToolTip().contains("Last commit"), 20000);
+        QTRY_VERIFY(CheckOut(m_Library->GetObject(0)));
+        QCOMPARE(CountMessages(host, kSilence), 1);
+        QTRY_VERIFY(CountThreads() <= threadCount);
+    }
+
+    void newWorkTreeIsGivenUp()
+    {
+        QString const settings = m_Home.filePath(".gitconfig");
+        MakePipe(settings);
+        QTemporaryDir const parent;
+        QDir(parent.path()).mkdir("new");
+        QString const folder = parent.filePath("new");
+        int const threadCount = CountThreads();
+        QString fault;
+        QVERIFY(!CEmbeddedHost::MakeWorkTree(folder, &fault));
+        QVERIFY2(fault.startsWith("git does not answer"), qPrintable(fault));
+
+        // When git comes back it makes nothing of a folder that has moved on.
+        QVERIFY(QDir(parent.path()).rename("new", "moved"));
+        ReplacePipe(settings, QByteArray());
+        QTRY_COMPARE(CountThreads(), threadCount);
+        QVERIFY(!QFile::exists(folder));
+        QVERIFY(CEmbeddedHost::MakeWorkTree(parent.filePath("moved"), &fault));
+    }
 };
 
-void TestHostileTree::initTestCase()
-{
-    GitFolder::UseNoSettings(m_Home.path());
-}
-
-void TestHostileTree::goesOn_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("harm");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("said");
-    QTest::addColumn<unsigned>("state");
-
-    // What git opens at once is looked at before.
-    for (char const* const file :
-         {".git/HEAD", ".git/config", ".git/index", ".git/packed-refs", ".git/commondir",
-          ".git/info/exclude", ".git/objects/info/alternates", ".git/checkedout.json",
-          ".gitignore"})
-        QTest::addRow("%s is a pipe", file)
-            << file << int(kPipe) << QByteArray() << QString("%1 is a pipe").arg(file) << kUnknown;
-    QTest::newRow(".git is a pipe")
-        << ".git" << int(kPipe) << QByteArray() << ".git is a pipe" << 0u;
-    // These make git hang.
-    for (char const* const file : {".git/refs/heads/main", "../home/.gitconfig"})
-        QTest::addRow("%s is a pipe", file) << file << int(kPipe) << QByteArray() << kSilence << 0u;
-
-    QTest::newRow("work tree is nowhere")
-        << ".git/config" << int(kText) << QByteArray("[core]\nworktree = /no/such/folder\n")
-        << "/no/such/folder" << kUnknown;
-    QTest::newRow("config makes no sense") << ".git/config" << int(kText) << QByteArray("[broken")
-                                           << "failed to parse config file" << kUnknown;
-    QTest::newRow("branch makes no sense")
-        << ".git/refs/heads/main" << int(kText) << QByteArray("x") << "" << kUnknown;
-    QTest::newRow("index is cut") << ".git/index" << int(kCut) << QByteArray() << "" << kUnknown;
-    QTest::newRow("belongs to somebody else")
-        << ".git" << int(kOtherOwner) << QByteArray() << "safe.directory" << kUnknown;
-    QTest::newRow("may not be read")
-        << ".git/index" << int(kNoPermission) << QByteArray() << "" << kUnknown;
-}
-
-void TestHostileTree::goesOn()
-{
-    QFETCH(QString, file);
-    QFETCH(int, harm);
-    QFETCH(QByteArray, text);
-    QFETCH(QString, said);
-    QFETCH(unsigned, state);
-    bool const isRoot = geteuid() == 0;
-    if (harm == kOtherOwner && !isRoot)
-        QSKIP("nobody but root can give a folder away");
-    if (harm == kNoPermission && isRoot)
-        QSKIP("root may read everything");
-
-    GitLibrary library(1);
-    library.host.reset();
-    QString const home = library.folder.GetPath("../home");
-    QVERIFY(QDir().mkpath(home));
-    DoHarm(library.folder, file, eHarm(harm), text);
-
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("HOME", home);
-    // A search for leaks at the end takes seconds of its own.
-    environment.insert("ASAN_OPTIONS", environment.value("ASAN_OPTIONS") + ":detect_leaks=0");
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start(QCoreApplication::applicationFilePath(), {"--use", library.folder.GetPath()});
-    QByteArray output;
-    while (!output.contains("closed ") && child.waitForReadyRead(20000))
-        output += child.readAllStandardOutput();
-    QElapsedTimer ending;
-    ending.start();
-    bool const hasEnded = child.waitForFinished(20000);
-    output += child.readAllStandardOutput();
-    QVERIFY2(hasEnded && child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0,
-             output);
-    qInfo("%s ended %d", output.replace('\n', ';').constData(), int(ending.elapsed()));
-
-    auto const find = [&output](QByteArray const& word) {
-        return output.mid(output.indexOf(word) + word.size()).split(';').front();
-    };
-    QVERIFY(find("opened ").toInt() < kInTime);
-    QVERIFY(find("closed ").toInt() < kInTime);
-    QVERIFY(ending.elapsed() < kInTime);
-    QCOMPARE(find("state ").toUInt(), state);
-    QCOMPARE(output.count("said "), said.isEmpty() ? 0 : 1);
-    QVERIFY2(output.contains(said.toUtf8()), output);
-}
-
-void TestHostileTree::answersAfterAll()
-{
-    GitLibrary library(3);
-    library.host.reset();
-    QString const branch = ".git/refs/heads/main";
-    QByteArray const commit = library.folder.Read(branch);
-    MakePipe(library.folder.GetPath(branch));
-    library.host = std::make_unique<CEmbeddedHost>();
-    int const threadCount = CountThreads();
-
-    // However often it is asked, no more threads hang than there are kinds of questions.
-    for (int i = 0; i < 10; ++i) {
-        QVERIFY(library.host->OpenLibrary(library.folder.GetPath()));
-        TaskPtr const task = MakeTask();
-        task->RequestObjectStates(library.GetObjects());
-        ScsUtils::GetToolTip(library.GetObject(0), QString());
-        QTest::qWait(20);
-    }
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE_WITH_TIMEOUT(CountMessages(*library.host, kSilence), 1, 10000);
-    QVERIFY(CountThreads() <= threadCount + 3);
-    QCOMPARE(recorder.count, 0);
-
-    auto& helper = dynamic_cast<qorm::IRevisionControlUIHelper&>(
-        *wekGetSystem()->GetService("RevisionControlUIHelper"));
-    bool isCheckedOut = true;
-    helper.CheckOut(library.GetObject(0), isCheckedOut, true);
-    QVERIFY(!isCheckedOut);
-    QCOMPARE(CountMessages(*library.host, "it cannot be checked out: git does not answer"), 1);
-
-    // A file in place of the pipe, then what those get who wait for the pipe.
-    int const pipe = open(qPrintable(library.folder.GetPath(branch)), O_WRONLY | O_NONBLOCK);
-    QVERIFY(pipe >= 0);
-    QFile::remove(library.folder.GetPath(branch));
-    library.folder.Write(branch, commit);
-    close(pipe);
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(2)), kClean);
-    QTRY_VERIFY(ScsUtils::GetToolTip(library.GetObject(0), QString()).contains("Last commit"));
-    QTRY_VERIFY((helper.CheckOut(library.GetObject(0), isCheckedOut, true), isCheckedOut));
-    QCOMPARE(CountMessages(*library.host, kSilence), 1);
-    QTRY_VERIFY(CountThreads() <= threadCount);
-}
-
-void TestHostileTree::newWorkTreeIsGivenUp()
-{
-    QString const settings = m_Home.filePath(".gitconfig");
-    MakePipe(settings);
-    QTemporaryDir const parent;
-    QDir(parent.path()).mkdir("new");
-    QString const folder = parent.filePath("new");
-    int const threadCount = CountThreads();
-    QString fault;
-    QVERIFY(!CEmbeddedHost::MakeWorkTree(folder, &fault));
-    QVERIFY2(fault.startsWith("git does not answer"), qPrintable(fault));
-
-    // When git comes back it makes nothing of a folder that has moved on.
-    QVERIFY(QDir(parent.path()).rename("new", "moved"));
-    int const pipe = open(qPrintable(settings), O_WRONLY | O_NONBLOCK);
-    QVERIFY(pipe >= 0);
-    QFile::remove(settings);
-    close(pipe);
-    QTRY_COMPARE(CountThreads(), threadCount);
-    QVERIFY(!QFile::exists(folder));
-    QVERIFY(CEmbeddedHost::MakeWorkTree(parent.filePath("moved"), &fault));
-}
-
-int main(int argc, char** argv)
-{
-    if (argc == 3 && qstrcmp(argv[1], "--use") == 0) {
-        QApplication const application(argc, argv);
-        UseLibrary(QFile::decodeName(argv[2]));
-        return 0;
-    }
-    TestHostileTree test;
-    return RunTest(test, argc, argv);
-}
-
+NODEBROWSER_TEST(TestHostileTree)
 #include "tst_hostiletree.moc"

@@ -1,10 +1,7 @@
-#include "loggedtest.h"
 #include "sourcecontrol/revisioncontrolproperties.h"
+#include "testprogram.h"
 
 #include <QTest>
-
-#include <functional>
-#include <memory>
 
 using embeddedhost::CRevisionControlProperties;
 
@@ -45,100 +42,88 @@ private:
 
 } // namespace
 
+/// Any of those who are told, and who tells them, may go or come meanwhile.
 class TestRevisionControlProperties : public LoggedTest
 {
     Q_OBJECT
 
+private:
+    void SetUp() override
+    {
+        m_Manager = std::make_unique<CRevisionControlProperties>();
+        for (auto& slot : m_Slots)
+            slot = std::make_unique<Slot>(*m_Manager);
+        m_Last = m_Slots[2].get();
+    }
+
+    void LoseTwo()
+    {
+        m_Slots[0]->onCall = [&] {
+            m_Slots[1].reset();
+            m_Slots[0].reset();
+        };
+    }
+
+    std::unique_ptr<CRevisionControlProperties> m_Manager;
+    std::unique_ptr<Slot> m_Slots[3];
+    /// The third of them.
+    Slot* m_Last = nullptr;
+
 private Q_SLOTS:
-    void slotsAreToldOfChangesOnly();
-    void slotsDieWhileTheyAreTold();
-    void slotsDieWhileTheManagerGoes();
-    void managerDiesWhileItTells();
-    void slotsComeWhileOthersAreTold();
+    void slotsAreToldOfChangesOnly()
+    {
+        bool isEnabled = true;
+        QVERIFY(!m_Manager->HasRevisionControlEnabled());
+        m_Manager->SetAvailable(true);
+        QCOMPARE(m_Last->last, static_cast<IRevisionControlPropertiesMgr*>(m_Manager.get()));
+        QVERIFY(m_Manager->HasRevisionControlEnabled());
+        m_Manager->SetEnabled(false);
+        m_Manager->SetEnabled(false);
+        m_Manager->GetRevisionControlEnabled(&isEnabled);
+        QVERIFY(!isEnabled && m_Last->calls == 2);
+        m_Manager->SetEnabled(true);
+        m_Manager->GetRevisionControlEnabled(&isEnabled);
+        QVERIFY(isEnabled && m_Slots[0]->calls == 3);
+    }
+
+    void slotsDieWhileTheyAreTold()
+    {
+        LoseTwo();
+        m_Manager->SetAvailable(true);
+        QCOMPARE(m_Last->calls, 1);
+        m_Manager->SetEnabled(false);
+        QCOMPARE(m_Last->calls, 2);
+    }
+
+    void slotsDieWhileTheManagerGoes()
+    {
+        LoseTwo();
+        m_Manager.reset();
+        QVERIFY(m_Last->calls == 1 && !m_Last->last && !m_Last->IsConnected());
+    }
+
+    void managerDiesWhileItTells()
+    {
+        m_Slots[0]->onCall = [&] {
+            if (m_Slots[0]->calls == 1)
+                m_Manager.reset();
+        };
+        m_Manager->SetAvailable(true);
+        QVERIFY(!m_Slots[0]->last && m_Last->calls == 1 && !m_Last->last);
+    }
+
+    void slotsComeWhileOthersAreTold()
+    {
+        m_Last->onCall = [&] {
+            m_Slots[1] = std::make_unique<Slot>(*m_Manager);
+        };
+        m_Manager->SetAvailable(true);
+        QCOMPARE(m_Slots[1]->calls, 0);
+        m_Last->onCall = nullptr;
+        m_Manager->SetAvailable(false);
+        QCOMPARE(m_Slots[1]->calls, 1);
+    }
 };
 
-void TestRevisionControlProperties::slotsAreToldOfChangesOnly()
-{
-    CRevisionControlProperties manager;
-    Slot slot(manager);
-    QVERIFY(!manager.HasRevisionControlEnabled());
-    manager.SetAvailable(true);
-    QCOMPARE(slot.calls, 1);
-    QCOMPARE(slot.last, static_cast<IRevisionControlPropertiesMgr*>(&manager));
-    QVERIFY(manager.HasRevisionControlEnabled());
-
-    bool isEnabled = false;
-    manager.GetRevisionControlEnabled(&isEnabled);
-    QVERIFY(isEnabled);
-    manager.SetEnabled(false);
-    manager.SetEnabled(false);
-    QCOMPARE(slot.calls, 2);
-    manager.GetRevisionControlEnabled(&isEnabled);
-    QVERIFY(!isEnabled);
-}
-
-void TestRevisionControlProperties::slotsDieWhileTheyAreTold()
-{
-    CRevisionControlProperties manager;
-    auto first = std::make_unique<Slot>(manager);
-    auto second = std::make_unique<Slot>(manager);
-    Slot third(manager);
-    first->onCall = [&] {
-        second.reset();
-        first.reset();
-    };
-    manager.SetAvailable(true);
-    QCOMPARE(third.calls, 1);
-    manager.SetEnabled(false);
-    QCOMPARE(third.calls, 2);
-}
-
-void TestRevisionControlProperties::slotsDieWhileTheManagerGoes()
-{
-    auto manager = std::make_unique<CRevisionControlProperties>();
-    auto first = std::make_unique<Slot>(*manager);
-    auto second = std::make_unique<Slot>(*manager);
-    Slot third(*manager);
-    first->onCall = [&] {
-        second.reset();
-        first.reset();
-    };
-    manager.reset();
-    QCOMPARE(third.calls, 1);
-    QVERIFY(!third.last);
-    QVERIFY(!third.IsConnected());
-}
-
-void TestRevisionControlProperties::managerDiesWhileItTells()
-{
-    auto manager = std::make_unique<CRevisionControlProperties>();
-    Slot first(*manager);
-    Slot second(*manager);
-    first.onCall = [&] {
-        if (first.calls == 1)
-            manager.reset();
-    };
-    manager->SetAvailable(true);
-    QVERIFY(!first.last);
-    QCOMPARE(second.calls, 1);
-    QVERIFY(!second.last);
-}
-
-void TestRevisionControlProperties::slotsComeWhileOthersAreTold()
-{
-    CRevisionControlProperties manager;
-    Slot first(manager);
-    std::unique_ptr<Slot> second;
-    first.onCall = [&] {
-        second = std::make_unique<Slot>(manager);
-    };
-    manager.SetAvailable(true);
-    QCOMPARE(second->calls, 0);
-    first.onCall = nullptr;
-    manager.SetAvailable(false);
-    QCOMPARE(second->calls, 1);
-}
-
-NODEBROWSER_TEST_MAIN(TestRevisionControlProperties)
-
+NODEBROWSER_TEST(TestRevisionControlProperties)
 #include "tst_revisioncontrolproperties.moc"

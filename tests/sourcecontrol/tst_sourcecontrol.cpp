@@ -1,423 +1,343 @@
-#include "gitlibrary.h"
-#include "loggedtest.h"
-#include "model/accessorcontext.h"
-#include "model/library.h"
-#include "sourcecontrol/statebits.h"
-#include "sourcecontroltask.h"
-#include "testbrowser.h"
+#include "gittest.h"
+
+#include <nodebrowser.h>
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
 #include <algorithm>
-#include <memory>
 #include <stdexcept>
 
 using namespace embeddedhost::StateBits;
 using namespace tarno::datamodel;
 
-namespace {
-
-embeddedhost::CLibraryNotifier& GetNotifier(CEmbeddedHost const& host)
-{
-    return host.GetLibrary().GetContext()->GetNotifier();
-}
-
-/// Long enough for an answer that should not come.
-void WaitForNothing()
-{
-    QTest::qWait(400);
-}
-
-} // namespace
-
-class TestSourceControl : public LoggedTest
+/// Which states a library's listeners are told, and when.
+class TestSourceControl : public GitTest
 {
     Q_OBJECT
 
-private Q_SLOTS:
-    void initTestCase();
-    void statesArriveThroughTheEventLoop();
-    void nothingArrivesWhileSwitchedOff();
-    void requestsCoalesce();
-    void aLaterRequestSeesLaterChanges();
-    void droppedTaskDeliversNothing();
-    void droppedTaskLeavesTheOthers();
-    void hostGoesWhileBusy();
-    void listenerDoesAnything_data();
-    void listenerDoesAnything();
-    void structureChangesAnnounceOnce();
-    void lookUpAnnounces();
-    void newItemGetsAState();
-    void changesFromOutsideAreSeen();
-    void saveIsSeen();
-    void panelKeepsMarksWhenItRebuilds();
-    void activeInsideAWorkTreeOnly();
-    void thousandsArriveWithoutHoldingTheThread();
-
 private:
-    QTemporaryDir m_Home;
-};
-
-void TestSourceControl::initTestCase()
-{
-    GitFolder::UseNoSettings(m_Home.path());
-}
-
-void TestSourceControl::statesArriveThroughTheEventLoop()
-{
-    GitLibrary const library(3);
-    library.Change(1);
-    library.folder.Git({"rm", "-q", "--cached", GitLibrary::GetFile(2)});
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QCOMPARE(recorder.count, 0);
-    QTRY_COMPARE(recorder.count, 3);
-    QCOMPARE(recorder.GetState(library.GetItem(0)), kClean);
-    QCOMPARE(recorder.GetState(library.GetItem(1)), kModified);
-    QCOMPARE(recorder.GetState(library.GetItem(2)), kUntracked);
-    task->RequestObjectStates(ObjectList());
-    task->RequestObjectStates({qorm::QormHandle<qorm::IDbObject>()});
-    WaitForNothing();
-    QCOMPARE(recorder.count, 3);
-}
-
-void TestSourceControl::nothingArrivesWhileSwitchedOff()
-{
-    GitLibrary const library(2);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    library.host->SetRevisionControlEnabled(false);
-    task->RequestObjectStates(library.GetObjects());
-    WaitForNothing();
-    QCOMPARE(recorder.count, 0);
-    library.host->SetRevisionControlEnabled(true);
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.count, 2);
-}
-
-void TestSourceControl::requestsCoalesce()
-{
-    GitLibrary const library(3);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const first = MakeTask();
-    TaskPtr const second = MakeTask();
-    for (int i = 0; i < 5; ++i) {
-        first->RequestObjectStates(library.GetObjects());
-        second->RequestObjectStates(library.GetObjects());
+    /// A library with that many compounds, and who listens.
+    void Make(int count)
+    {
+        TearDown();
+        m_Library = std::make_unique<GitLibrary>(count);
+        m_Recorder = std::make_unique<StateRecorder>(m_Library->host->GetLibrary());
+        m_User = std::make_unique<LibraryUser>(*m_Library->host);
     }
-    QTRY_COMPARE(recorder.count, 3);
-    WaitForNothing();
-    QCOMPARE(recorder.count, 3);
-}
 
-void TestSourceControl::aLaterRequestSeesLaterChanges()
-{
-    GitLibrary const library(1);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    for (int i = 0; i < 20; ++i) {
-        bool const isChanged = i % 2 == 0;
-        if (isChanged)
-            library.Change(0);
-        else
-            library.folder.Git({"checkout", "-q", "."});
-        task->RequestObjectStates(library.GetObjects());
-        // Whatever an earlier pass may have seen, this is the state that stays.
-        QTest::qWait(i);
-        QTRY_COMPARE(recorder.GetState(library.GetItem(0)), isChanged ? kModified : kClean);
+    /// In which the states of all have arrived.
+    TaskPtr MakeAsked(int count)
+    {
+        Make(count);
+        TaskPtr task = AskForAll(*m_Library);
+        if (!QTest::qWaitFor([&] { return m_Recorder->count == count; }))
+            qFatal("the states do not arrive");
+        return task;
     }
-}
 
-void TestSourceControl::droppedTaskDeliversNothing()
-{
-    GitLibrary const library(200);
-    StateRecorder const recorder(library.host->GetLibrary());
-    ObjectList const objects = library.GetObjects();
-    for (int round = 0; round < 60; ++round) {
-        TaskPtr task = MakeTask();
-        task->RequestObjectStates(objects);
-        QElapsedTimer time;
-        time.start();
-        while (time.elapsed() < round)
-            QCoreApplication::processEvents();
-        task.reset();
-        int const count = recorder.count;
-        QTest::qWait(round % 3 == 0 ? 20 : 0);
-        QCOMPARE(recorder.count, count);
+    void TearDown() override
+    {
+        m_User.reset();
+        m_Recorder.reset();
+        m_Library.reset();
     }
-    int const count = recorder.count;
-    WaitForNothing();
-    QCOMPARE(recorder.count, count);
-}
 
-void TestSourceControl::droppedTaskLeavesTheOthers()
-{
-    GitLibrary const library(3);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr dropped = MakeTask();
-    TaskPtr const kept = MakeTask();
-    dropped->RequestObjectStates(library.GetObjects());
-    kept->RequestObjectStates({library.GetObject(1)});
-    QCoreApplication::processEvents();
-    dropped.reset();
-    QTRY_COMPARE(recorder.count, 1);
-    WaitForNothing();
-    QCOMPARE(recorder.count, 1);
-    QCOMPARE(recorder.GetState(library.GetItem(1)), kClean);
-}
+    unsigned State(int number) const
+    {
+        return m_Recorder->GetState(m_Library->GetItem(number));
+    }
 
-void TestSourceControl::hostGoesWhileBusy()
-{
-    for (int round = 0; round < 10; ++round) {
-        GitLibrary library(20);
+    /// How many states have been told when everything is answered that was asked for: asked for
+    /// now, the read-only compound comes last. It does not count.
+    int CountAll()
+    {
+        ItemID const last = m_Library->GetItem(-1);
+        m_Recorder->states.erase(last);
         TaskPtr const task = MakeTask();
-        task->RequestObjectStates(library.GetObjects());
-        QTest::qWait(round);
-        library.host.reset();
-        task->RequestObjectStates(ObjectList());
+        task->RequestObjectStates({m_Library->GetObject(-1)});
+        bool const isAnswered = QTest::qWaitFor([&] { return m_Recorder->states.count(last) > 0; });
+        return isAnswered ? m_Recorder->count - m_Recorder->counts[last] : -1;
+    }
+
+    std::unique_ptr<GitLibrary> m_Library;
+    std::unique_ptr<StateRecorder> m_Recorder;
+    std::unique_ptr<LibraryUser> m_User;
+
+private Q_SLOTS:
+    void statesArriveThroughTheEventLoop()
+    {
+        Make(3);
+        m_Library->Change(1);
+        m_Library->folder.Git({"rm", "-q", "--cached", GitLibrary::GetFile(2)});
+        TaskPtr const first = AskForAll(*m_Library);
+        QCOMPARE(m_Recorder->count, 0);
+        TaskPtr second;
+        for (int i = 0; i < 5; ++i) {
+            first->RequestObjectStates(m_Library->GetObjects());
+            second = AskForAll(*m_Library);
+        }
+        QVERIFY2(CountAll() == 3, "requests coalesce");
+        QCOMPARE(State(0), kClean);
+        QCOMPARE(State(1), kModified);
+        QCOMPARE(State(2), kUntracked);
+        first->RequestObjectStates(ObjectList());
+        first->RequestObjectStates({qorm::QormHandle<qorm::IDbObject>()});
+        QCOMPARE(CountAll(), 3);
+    }
+
+    void nothingArrivesWhileSwitchedOff()
+    {
+        Make(2);
+        TaskPtr const task = AskForAll(*m_Library);
+        m_Library->host->SetRevisionControlEnabled(false);
+        task->RequestObjectStates(m_Library->GetObjects());
+        m_Library->host->SetRevisionControlEnabled(true);
+        QCOMPARE(CountAll(), 0);
+        task->RequestObjectStates(m_Library->GetObjects());
+        QCOMPARE(CountAll(), 2);
+    }
+
+    void aLaterRequestSeesLaterChanges()
+    {
+        Make(1);
+        TaskPtr const task = MakeTask();
+        for (int i = 0; i < 20; ++i) {
+            bool const isChanged = i % 2 == 0;
+            if (isChanged)
+                m_Library->Change(0);
+            else
+                m_Library->folder.Git({"checkout", "-q", "."});
+            task->RequestObjectStates(m_Library->GetObjects());
+            // Whatever an earlier pass may have seen, this is the state that stays.
+            QTest::qWait(i);
+            QTRY_COMPARE(State(0), isChanged ? kModified : kClean);
+        }
+    }
+
+    void droppedTasksDeliverNothing()
+    {
+        Make(200);
+        ObjectList const objects = m_Library->GetObjects();
+        for (int round = 0; round < 60; ++round) {
+            TaskPtr task = MakeTask();
+            task->RequestObjectStates(objects);
+            QElapsedTimer time;
+            time.start();
+            while (time.elapsed() < round)
+                QCoreApplication::processEvents();
+            task.reset();
+            int const count = m_Recorder->count;
+            QTest::qWait(round % 3 == 0 ? 20 : 0);
+            QCOMPARE(m_Recorder->count, count);
+        }
+        int const count = m_Recorder->count;
+        QCOMPARE(CountAll(), count);
+    }
+
+    void droppedTasksLeaveTheOthers()
+    {
+        Make(3);
+        TaskPtr dropped = AskForAll(*m_Library);
+        TaskPtr const kept = MakeTask();
+        kept->RequestObjectStates({m_Library->GetObject(1)});
+        QCoreApplication::processEvents();
+        dropped.reset();
+        QCOMPARE(CountAll(), 1);
+        QCOMPARE(State(1), kClean);
+    }
+
+    void hostGoesWhileBusy()
+    {
+        for (int round = 0; round < 10; ++round) {
+            Make(20);
+            TaskPtr const task = AskForAll(*m_Library);
+            QTest::qWait(round);
+            m_Library->host.reset();
+            task->RequestObjectStates(ObjectList());
+            QVERIFY(!ScsUtils::IsFileVersionControlActive());
+        }
+    }
+
+    void listenerDoesAnything_data()
+    {
+        QTest::addColumn<QString>("what");
+        for (char const* what : {"drops the task", "deletes the host", "raises"})
+            QTest::newRow(what) << what;
+    }
+
+    void listenerDoesAnything()
+    {
+        QFETCH(QString, what);
+        Make(10);
+        TaskPtr task = AskForAll(*m_Library);
+        m_Recorder->onState = [&] {
+            if (m_Recorder->count != 3)
+                return;
+            if (what == "drops the task")
+                task.reset();
+            else if (what == "deletes the host")
+                m_Library->host.reset();
+            else
+                throw std::runtime_error("too many");
+        };
+        QTRY_VERIFY(m_Recorder->count >= 3);
+        if (what == "deletes the host")
+            QTest::qWait(50);
+        else
+            QCOMPARE(CountAll(), what == "raises" ? 10 : 3);
+        if (what == "raises")
+            QCOMPARE(GetMessages(*m_Library->host).last(),
+                     QString("A part of the program could not follow a change of the library: too "
+                             "many."));
+        else
+            QCOMPARE(m_Recorder->count - int(m_Recorder->states.size() > 3), 3);
+    }
+
+    /// Panels that rebuild show marks of waiting until they are told what is known.
+    void whatIsKnownIsAnnounced()
+    {
+        Make(3);
+        m_Library->Change(2);
+        TaskPtr task = AskForAll(*m_Library);
+        QCOMPARE(CountAll(), 3);
+        m_Recorder->states.clear();
+        for (int i = 0; i < 10; ++i)
+            m_User->Rename(m_Library->GetItem(0), ("Name " + std::to_string(i)).c_str());
+        QTRY_COMPARE(m_Recorder->states.size(), std::size_t(4));
+        QVERIFY2(CountAll() == 6, "once for a burst");
+        QCOMPARE(State(2), kModified);
+        // A rebuild looks up what it shows.
+        m_Library->GetObject(2);
+        QTRY_COMPARE(m_Recorder->count - m_Recorder->counts[m_Library->GetItem(-1)], 7);
+        task.reset();
+        m_User->Rename(m_Library->GetItem(0), "Nobody listens");
+        // More than the pause after a burst.
+        QTest::qWait(150);
+        QCOMPARE(CountAll(), 7);
+    }
+
+    /// What other programs do, and what a save does.
+    void changesAreSeen()
+    {
+        TaskPtr const task = MakeAsked(3);
+        m_Library->Change(0);
+        std::string const uid = GitLibrary::GetUid(10);
+        std::string const shipped = GitLibrary::GetUid(11);
+        auto const write = [&](char const* file, std::string const& id) {
+            m_Library->folder.Write(
+                file, Object(1, "compound", file).replace(Uid(1).c_str(), id.c_str()));
+        };
+        write("project/new.json", uid);
+        write("shipped/new.json", shipped);
+        m_Library->host->CheckFolder();
+        QTRY_COMPARE(State(0), kModified);
+        QTRY_COMPARE(State(10), kUntracked);
+        QVERIFY(m_Library->GetItem(11).IsValid());
+        QVERIFY2(CountAll() > 0 && State(11) == 0, "panels show no states of what is read-only");
+        // The commit of a terminal.
+        m_Library->folder.Commit("second");
+        QTRY_COMPARE(State(0), kClean);
+
+        QVERIFY(m_User->Tag(m_Library->GetItem(0), "new"));
+        ItemID const made = m_User->Create("made");
+        // Not on disk yet.
+        QTRY_COMPARE(m_Recorder->GetState(made), kUntracked);
+        QVERIFY(m_User->Save());
+        QTRY_COMPARE(State(0), kModified);
+        m_Library->folder.Git({"add", "-A"});
+        QTRY_COMPARE(m_Recorder->GetState(made), kAdded);
+    }
+
+    void panelKeepsMarksWhenItRebuilds()
+    {
+        Make(5);
+        m_Library->Change(3);
+        CNodeBrowser panel(CNodeBrowser::eConfigNodes);
+        panel.resize(300, 300);
+        panel.SetItemLibrary(m_Library->host->GetLibrary());
+        panel.show();
+        // The icons of the rows, without the header, whose looks change with the focus.
+        auto const grabIcons = [&panel] {
+            return panel.grab(QRect(0, 60, 34, 240)).toImage();
+        };
+        QTRY_COMPARE(m_Recorder->states.size(), std::size_t(5));
+        QImage marked;
+        // A paint may rebuild the list, which asks for states anew.
+        auto const isSettled = [&] {
+            QImage const before = grabIcons();
+            CountAll();
+            marked = grabIcons();
+            return marked == before;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isSettled(), 20000);
+        m_User->Rename(m_Library->GetItem(0), "c00");
+        QTRY_COMPARE_WITH_TIMEOUT(grabIcons(), marked, 10000);
+
+        // A panel that is hidden meanwhile rebuilds much later.
+        panel.hide();
+        m_User->Rename(m_Library->GetItem(0), "c01");
+        QCOMPARE(CountAll() % 5, 0);
+        panel.show();
+        QTRY_COMPARE_WITH_TIMEOUT(grabIcons(), marked, 10000);
+
+        m_Library->host->SetRevisionControlEnabled(false);
+        QTRY_VERIFY_WITH_TIMEOUT(grabIcons() != marked, 20000);
+        m_Library->host->SetRevisionControlEnabled(true);
+        QTRY_COMPARE_WITH_TIMEOUT((CountAll(), grabIcons()), marked, 10000);
+    }
+
+    void activeInsideAWorkTreeOnly()
+    {
+        Make(1);
+        QString const folder = m_Library->folder.GetPath();
+        QVERIFY(ScsUtils::IsFileVersionControlActive());
+        QVERIFY(QDir(folder).rename(".git", ".gone"));
+        QVERIFY(m_Library->host->OpenLibrary(folder));
+        QVERIFY(!ScsUtils::IsFileVersionControlActive());
+        auto* const manager = dynamic_cast<IRevisionControlPropertiesMgr*>(
+            wekGetSystem()->GetService("RevisionControlPropertiesMgr"));
+        QVERIFY(!manager->HasRevisionControlEnabled());
+        StateRecorder const recorder(m_Library->host->GetLibrary());
+        TaskPtr const task = AskForAll(*m_Library);
+        QTest::qWait(100);
+        QCOMPARE(recorder.count, 0);
+
+        // The next request finds out that there is a work tree by now.
+        QVERIFY(QDir(folder).rename(".gone", ".git"));
+        task->RequestObjectStates(m_Library->GetObjects());
+        QTRY_COMPARE(recorder.count, 1);
+        QVERIFY(manager->HasRevisionControlEnabled());
+        m_Library->host->CloseLibrary();
         QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
-}
 
-void TestSourceControl::listenerDoesAnything_data()
-{
-    QTest::addColumn<QString>("what");
-    QTest::addColumn<int>("count");
-    QTest::newRow("drops the task") << "drop" << 3;
-    QTest::newRow("deletes the host") << "delete" << 3;
-    QTest::newRow("raises") << "raise" << 10;
-}
-
-void TestSourceControl::listenerDoesAnything()
-{
-    QFETCH(QString, what);
-    QFETCH(int, count);
-    GitLibrary library(10);
-    auto recorder = std::make_unique<StateRecorder>(library.host->GetLibrary());
-    TaskPtr task = MakeTask();
-    recorder->onState = [&] {
-        if (recorder->count != 3)
-            return;
-        if (what == "drop")
-            task.reset();
-        else if (what == "delete")
-            library.host.reset();
-        else
-            throw std::runtime_error("too many");
-    };
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder->count, count);
-    WaitForNothing();
-    QCOMPARE(recorder->count, count);
-    if (library.host && count == 10)
-        QCOMPARE(
-            library.host->GetMessages().GetLog().back().text,
-            QString("A part of the program could not follow a change of the library: too many."));
-}
-
-void TestSourceControl::structureChangesAnnounceOnce()
-{
-    GitLibrary const library(3);
-    library.Change(2);
-    StateRecorder recorder(library.host->GetLibrary());
-    TaskPtr task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.count, 3);
-    WaitForNothing();
-    recorder.count = 0;
-    recorder.states.clear();
-
-    for (int i = 0; i < 10; ++i) {
-        GetNotifier(*library.host).NameChanged(library.GetItem(0));
-        GetNotifier(*library.host).ItemRemoved(library.GetItem(1));
-    }
-    QTRY_COMPARE(recorder.count, 3);
-    WaitForNothing();
-    QCOMPARE(recorder.count, 3);
-    QCOMPARE(recorder.GetState(library.GetItem(2)), kModified);
-
-    task.reset();
-    GetNotifier(*library.host).NameChanged(library.GetItem(0));
-    WaitForNothing();
-    QCOMPARE(recorder.count, 3);
-}
-
-void TestSourceControl::lookUpAnnounces()
-{
-    GitLibrary const library(2);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    library.GetObjects();
-    task->RequestObjectStates({library.GetObject(0)});
-    QTRY_COMPARE(recorder.count, 1);
-    // Only what is known: nobody has asked for the other one.
-    library.GetObjects();
-    library.GetObjects();
-    QTRY_COMPARE(recorder.count, 2);
-    WaitForNothing();
-    QCOMPARE(recorder.count, 2);
-}
-
-void TestSourceControl::newItemGetsAState()
-{
-    GitLibrary const library(2);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates({library.GetObject(0)});
-    QTRY_COMPARE(recorder.count, 1);
-    GetNotifier(*library.host).ItemAdded(library.GetItem(1));
-    GetNotifier(*library.host).ItemAdded(library.GetItem(-1));
-    QTRY_COMPARE(recorder.GetState(library.GetItem(1)), kClean);
-    WaitForNothing();
-    // Panels show no states of what is read-only.
-    QCOMPARE(recorder.GetState(library.GetItem(-1)), 0u);
-}
-
-void TestSourceControl::changesFromOutsideAreSeen()
-{
-    GitLibrary const library(2);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
-    library.Change(0);
-    library.host->CheckFolder();
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified);
-    // The commit of a terminal.
-    library.folder.Commit("second");
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
-}
-
-void TestSourceControl::saveIsSeen()
-{
-    GitLibrary const library(2);
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kClean);
-
-    ItemLibraryModifierAccessor modifier;
-    modifier.SetFrom(library.host->GetLibrary());
-    QVERIFY(modifier.SetItemTags(library.GetItem(0), "ApplicationTags", "new", nullptr));
-    CompoundModifierAccessor compound;
-    ItemID const made = compound.CreateAndSetFromNewCompound(library.host->GetLibrary(), "made",
-                                                             false, "", "", nullptr);
-    // Not on disk yet.
-    QTRY_COMPARE(recorder.GetState(made), kUntracked);
-    bool isSaved = false;
-    modifier.CommitToDisk(isSaved, nullptr, false, qorm::UID_Null());
-    QVERIFY(isSaved);
-    QTRY_COMPARE(recorder.GetState(library.GetItem(0)), kModified);
-    library.folder.Git({"add", "-A"});
-    QTRY_COMPARE(recorder.GetState(made), kAdded);
-}
-
-void TestSourceControl::panelKeepsMarksWhenItRebuilds()
-{
-    GitLibrary const library(5);
-    library.Change(3);
-    TestBrowser panel(CNodeBrowser::eConfigNodes);
-    panel.SetItemLibrary(library.host->GetLibrary());
-    QVERIFY(panel.m_SourceControlEnabled);
-    panel.show();
-    auto const hasStates = [&panel](QSize const& size) {
-        return std::all_of(panel.m_Items.begin(), panel.m_Items.end(), [&](auto const& item) {
-            return !item.m_HasScState
-                   || (item.m_ScState != 0 && unsigned(item.m_ScState) != kWaiting
-                       && item.m_DisplayIcon.size() == size);
+    void thousandsArriveWithoutHoldingTheThread()
+    {
+        Make(3000);
+        // A slow listener: all of it would take 300 ms.
+        m_Recorder->onState = [] {
+            QElapsedTimer time;
+            time.start();
+            while (time.nsecsElapsed() < 100000) {
+            }
+        };
+        int arrivedInTurn = 0;
+        int mostInATurn = 0;
+        QTimer turns;
+        connect(&turns, &QTimer::timeout, this, [&] {
+            mostInATurn = std::max(mostInATurn, m_Recorder->count - arrivedInTurn);
+            arrivedInTurn = m_Recorder->count;
         });
-    };
-    // The icons of all rows.
-    auto const grabIcons = [&panel] {
-        return panel.grab(QRect(0, panel.m_HeaderHeight + 1, 34, 6 * 24)).toImage();
-    };
-    QSize const marked(27, 20);
-    QTRY_VERIFY(panel.m_Items.size() == 6 && hasStates(marked));
-    QImage const picture = grabIcons();
+        turns.start(0);
+        TaskPtr const task = AskForAll(*m_Library);
+        QTRY_COMPARE_WITH_TIMEOUT(m_Recorder->count, 3000, 30000);
+        // 8 ms of them come at once.
+        QVERIFY2(mostInATurn <= 100, qPrintable(QString::number(mostInATurn)));
+    }
+};
 
-    GetNotifier(*library.host).NameChanged(library.GetItem(0));
-    QTRY_VERIFY(!panel.m_ItemListDirty);
-    QTRY_VERIFY(hasStates(marked));
-    QCOMPARE(grabIcons(), picture);
-
-    // A panel that is hidden meanwhile rebuilds much later.
-    panel.hide();
-    GetNotifier(*library.host).NameChanged(library.GetItem(0));
-    WaitForNothing();
-    panel.show();
-    QTRY_VERIFY(!panel.m_ItemListDirty);
-    QTRY_VERIFY(hasStates(marked));
-    QCOMPARE(grabIcons(), picture);
-
-    library.host->SetRevisionControlEnabled(false);
-    QVERIFY(!panel.m_SourceControlEnabled);
-    WaitForNothing();
-    QVERIFY(grabIcons() != picture);
-    library.host->SetRevisionControlEnabled(true);
-    QTRY_VERIFY(hasStates(marked));
-    QCOMPARE(grabIcons(), picture);
-}
-
-void TestSourceControl::activeInsideAWorkTreeOnly()
-{
-    GitLibrary const library(1);
-    QVERIFY(ScsUtils::IsFileVersionControlActive());
-    QVERIFY(QDir(library.folder.GetPath()).rename(".git", ".gone"));
-    QVERIFY(library.host->OpenLibrary(library.folder.GetPath()));
-    QVERIFY(!ScsUtils::IsFileVersionControlActive());
-    auto* const manager = dynamic_cast<IRevisionControlPropertiesMgr*>(
-        wekGetSystem()->GetService("RevisionControlPropertiesMgr"));
-    QVERIFY(!manager->HasRevisionControlEnabled());
-
-    StateRecorder const recorder(library.host->GetLibrary());
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    WaitForNothing();
-    QCOMPARE(recorder.count, 0);
-
-    // The next request finds out that there is a work tree by now.
-    QVERIFY(QDir(library.folder.GetPath()).rename(".gone", ".git"));
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE(recorder.count, 1);
-    QVERIFY(manager->HasRevisionControlEnabled());
-    library.host->CloseLibrary();
-    QVERIFY(!ScsUtils::IsFileVersionControlActive());
-}
-
-void TestSourceControl::thousandsArriveWithoutHoldingTheThread()
-{
-    int const count = 3000;
-    GitLibrary const library(count);
-    StateRecorder recorder(library.host->GetLibrary());
-    // A slow listener: all of it would take 300 ms.
-    recorder.onState = [] {
-        QElapsedTimer time;
-        time.start();
-        while (time.nsecsElapsed() < 100000) {
-        }
-    };
-    int arrivedInTurn = 0;
-    int mostInATurn = 0;
-    QTimer turns;
-    connect(&turns, &QTimer::timeout, this, [&] {
-        mostInATurn = std::max(mostInATurn, recorder.count - arrivedInTurn);
-        arrivedInTurn = recorder.count;
-    });
-    turns.start(0);
-    TaskPtr const task = MakeTask();
-    task->RequestObjectStates(library.GetObjects());
-    QTRY_COMPARE_WITH_TIMEOUT(recorder.count, count, 30000);
-    // 8 ms of them come at once.
-    QVERIFY2(mostInATurn <= 100, qPrintable(QString::number(mostInATurn)));
-}
-
-NODEBROWSER_TEST_MAIN(TestSourceControl)
-
+NODEBROWSER_TEST(TestSourceControl)
 #include "tst_sourcecontrol.moc"

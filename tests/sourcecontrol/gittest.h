@@ -1,0 +1,53 @@
+#ifndef NODEBROWSER_TESTS_GITTEST_H
+#define NODEBROWSER_TESTS_GITTEST_H
+
+#include "gitlibrary.h"
+#include "hosttest.h"
+#include "sourcecontrol/statebits.h"
+
+#include <sourcecontrol.h>
+
+#include <QTest>
+
+/// Base of tests with work trees that the git command makes, without the user's settings.
+class GitTest : public LoggedTest
+{
+protected:
+    void SetUp() override
+    {
+        GitFolder::UseNoSettings(m_Home.path());
+    }
+
+    QTemporaryDir m_Home;
+};
+
+struct DeleteTask
+{
+    void operator()(ScsTask* task) const
+    {
+        task->DeleteMe();
+    }
+};
+typedef std::unique_ptr<ScsTask, DeleteTask> TaskPtr;
+
+inline TaskPtr MakeTask()
+{
+    return TaskPtr(new ScsTask(QStringLiteral("Test")));
+}
+
+/// A task that has asked for the states of all compounds of the library.
+inline TaskPtr AskForAll(GitLibrary const& library)
+{
+    TaskPtr task = MakeTask();
+    task->RequestObjectStates(library.GetObjects());
+    return task;
+}
+
+inline bool CheckOut(qorm::QormHandle<qorm::IDbObject> const& object)
+{
+    bool isCheckedOut = false;
+    GetUIHelper().CheckOut(object, isCheckedOut, true);
+    return isCheckedOut;
+}
+
+#endif
