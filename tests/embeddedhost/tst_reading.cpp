@@ -1,6 +1,6 @@
 #include "changerecorder.h"
 #include "hosttest.h"
-#include "model/text8.h"
+#include "base/text8.h"
 #include "storage/systemfiles.h"
 
 #include <nlohmann/json.hpp>
