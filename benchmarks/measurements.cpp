@@ -19,6 +19,17 @@ void PrintHeading(std::ostream& out)
 
 } // namespace
 
+/// Blank for what is measured without a peer.
+void Measurements::PrintPeer(std::ostream& out, STimes const& times)
+{
+    out << std::setw(kColumnWidth);
+    if (times.peer > 0)
+        out << times.peer << std::setprecision(2) << std::setw(kColumnWidth)
+            << times.peer / times.panel;
+    else
+        out << "" << std::setprecision(2) << std::setw(kColumnWidth) << "";
+}
+
 void Measurements::SetItemCount(unsigned long itemCount)
 {
     m_ItemCount = itemCount;
@@ -62,8 +73,8 @@ void Measurements::Print(std::ostream& out) const
             double const perItem = times.panel / double(entry.first);
             out << std::left << std::setw(kNameWidth) << operation.first << std::right
                 << std::setw(kColumnWidth) << entry.first << std::setprecision(3)
-                << std::setw(kColumnWidth) << times.panel << std::setw(kColumnWidth) << times.peer
-                << std::setprecision(2) << std::setw(kColumnWidth) << times.peer / times.panel;
+                << std::setw(kColumnWidth) << times.panel;
+            PrintPeer(out, times);
             if (previousPerItem > 0)
                 out << std::setw(kColumnWidth) << perItem / previousPerItem;
             out << '\n';

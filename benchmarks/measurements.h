@@ -31,6 +31,7 @@ private:
 
     typedef std::map<unsigned long, STimes> TimesByItemCount;
 
+    static void PrintPeer(std::ostream& out, STimes const& times);
     TimesByItemCount& TimesOf(std::string const& operation);
 
     unsigned long m_ItemCount = 0;

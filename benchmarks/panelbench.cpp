@@ -13,24 +13,29 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLoggingCategory>
 #include <QTemporaryDir>
 
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <malloc.h>
+#include <sys/resource.h>
 
 namespace {
 
 typedef std::function<void(benchmark::State&, Subject&)> Operation;
 
+benchmark::internal::Benchmark* SetUp(benchmark::internal::Benchmark* benchmark)
+{
+    return benchmark->Unit(benchmark::kMillisecond)->ReportAggregatesOnly();
+}
+
 void Register(std::string const& name, Operation const& operation, PanelSubject& panel,
               PeerSubject& peer)
 {
     auto const add = [&](char const* side, Subject& subject) {
-        benchmark::RegisterBenchmark((name + side).c_str(), operation, std::ref(subject))
-            ->Unit(benchmark::kMillisecond)
-            ->ReportAggregatesOnly();
+        SetUp(benchmark::RegisterBenchmark((name + side).c_str(), operation, std::ref(subject)));
     };
     add("/panel", panel);
     add("/peer", peer);
@@ -53,6 +58,75 @@ void RegisterKeystroke(QString const& before, QString const& after, PanelSubject
     Register(name, type, panel, peer);
 }
 
+void RegisterAdd(PanelSubject& panel, PeerSubject& peer)
+{
+    auto const add = [](benchmark::State& state, Subject& subject) {
+        subject.Type(QString());
+        for (auto const _ : state) {
+            (void)_;
+            subject.Add();
+            state.PauseTiming();
+            subject.RemoveAdded();
+            state.ResumeTiming();
+        }
+    };
+    Register("add an item", add, panel, peer);
+}
+
+/// The next search after a tag change has nothing to build on.
+void RegisterTagsAndKeystroke(PanelSubject& panel, PeerSubject& peer)
+{
+    auto const tag = [](benchmark::State& state, Subject& subject) {
+        for (auto const _ : state) {
+            (void)_;
+            state.PauseTiming();
+            subject.Type(QStringLiteral("ad"));
+            state.ResumeTiming();
+            subject.ChangeTags();
+            subject.Type(QStringLiteral("add"));
+        }
+    };
+    Register("tags, key to 'add'", tag, panel, peer);
+}
+
+/// From nothing to the first frame.
+void RegisterOpen(CEmbeddedHost& host, std::vector<ListedItem> const& items)
+{
+    auto const open = [](auto makeSubject) {
+        return [makeSubject](benchmark::State& state) {
+            for (auto const _ : state) {
+                (void)_;
+                auto const subject = makeSubject();
+                subject->ShowFirstFrame();
+                state.PauseTiming();
+                delete subject;
+                state.ResumeTiming();
+            }
+        };
+    };
+    SetUp(benchmark::RegisterBenchmark("open/panel",
+                                       open([&] { return new PanelSubject(host, items); })));
+    SetUp(benchmark::RegisterBenchmark("open/peer", open([&] { return new PeerSubject(items); })));
+}
+
+/// The host by itself, before anything shows its library.
+void RegisterOpenLibrary(CEmbeddedHost& host, QString const& folder)
+{
+    auto const open = [&host, folder](benchmark::State& state) {
+        for (auto const _ : state) {
+            (void)_;
+            state.PauseTiming();
+            host.CloseLibrary();
+            state.ResumeTiming();
+            host.OpenLibrary(folder);
+        }
+    };
+    // It may use threads of its own.
+    SetUp(benchmark::RegisterBenchmark("OpenLibrary/panel", open))
+        ->Repetitions(3)
+        ->MeasureProcessCPUTime();
+}
+
 void RegisterAll(PanelSubject& panel, PeerSubject& peer)
 {
     auto const repeat = [](void (Subject::*step)()) {
@@ -65,6 +139,8 @@ void RegisterAll(PanelSubject& panel, PeerSubject& peer)
         };
     };
     Register("rebuild", repeat(&Subject::Rebuild), panel, peer);
+    Register("rename", repeat(&Subject::Rename), panel, peer);
+    RegisterAdd(panel, peer);
     RegisterKeystroke("", "a", panel, peer);
     RegisterKeystroke("a", "ad", panel, peer);
     RegisterKeystroke("ad", "add", panel, peer);
@@ -75,6 +151,7 @@ void RegisterAll(PanelSubject& panel, PeerSubject& peer)
     Register("press", repeat(&Subject::Press), panel, peer);
     Register("hover", repeat(&Subject::Hover), panel, peer);
     Register("tags notification", repeat(&Subject::ChangeTags), panel, peer);
+    RegisterTagsAndKeystroke(panel, peer);
 }
 
 std::size_t GetHeapBytes()
@@ -87,12 +164,20 @@ std::size_t GetHeapBytes()
 void PrintMemory(CEmbeddedHost& host, std::vector<ListedItem> const& items)
 {
     // Whatever is made on first use is made for this one.
-    PanelSubject(host.GetLibrary(), items).ShowFirstFrame();
+    PanelSubject(host, items).ShowFirstFrame();
     std::size_t const before = GetHeapBytes();
-    PanelSubject panel(host.GetLibrary(), items);
+    PanelSubject panel(host, items);
     panel.ShowFirstFrame();
     std::cout << items.size() << " items: the panel takes "
               << (GetHeapBytes() - before) / items.size() << " bytes an item\n";
+}
+
+/// Of the process, so far.
+long GetPeakMiB()
+{
+    struct rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss / 1024;
 }
 
 /// Opens the library, paints the first frame and says how long that took.
@@ -103,11 +188,12 @@ void OpenAndPaint(CEmbeddedHost& host, QString const& folder)
     bool const isOpen = host.OpenLibrary(folder);
     qint64 const openTime = timer.elapsed();
     std::vector<ListedItem> const noItems;
-    PanelSubject panel(host.GetLibrary(), noItems);
+    PanelSubject panel(host, noItems);
     panel.ShowFirstFrame();
     std::cout << qPrintable(host.GetLibraryName()) << ": "
               << (isOpen ? "read after " : "could not be read after ") << openTime
-              << " ms, first frame after " << timer.elapsed() << " ms" << std::endl;
+              << " ms, first frame after " << timer.elapsed() << " ms, " << GetPeakMiB()
+              << " MiB of memory at the most" << std::endl;
 }
 
 void MeasureGenerated(CEmbeddedHost& host, unsigned long itemCount, Measurements& measurements)
@@ -115,17 +201,25 @@ void MeasureGenerated(CEmbeddedHost& host, unsigned long itemCount, Measurements
     QTemporaryDir folder;
     GenerateLibrary(folder.path(), itemCount);
     OpenAndPaint(host, folder.path());
+    measurements.SetItemCount(itemCount);
+    auto const run = [&] {
+        benchmark::RunSpecifiedBenchmarks(&measurements);
+        benchmark::ClearRegisteredBenchmarks();
+    };
+    RegisterOpenLibrary(host, folder.path());
+    run();
+
     std::vector<ListedItem> const items = ReadListedItems(host.GetLibrary());
     PrintMemory(host, items);
+    RegisterOpen(host, items);
+    run();
 
-    PanelSubject panel(host.GetLibrary(), items);
+    PanelSubject panel(host, items);
     PeerSubject peer(items);
     panel.ShowFirstFrame();
     peer.ShowFirstFrame();
     RegisterAll(panel, peer);
-    measurements.SetItemCount(itemCount);
-    benchmark::RunSpecifiedBenchmarks(&measurements);
-    benchmark::ClearRegisteredBenchmarks();
+    run();
 }
 
 /// Takes the options out of the arguments; what is given comes after the defaults and wins.
@@ -156,6 +250,8 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     std::vector<unsigned long> const itemCounts = ReadArguments(argc, argv);
     QApplication application(argc, argv);
+    // The platform warns of each window that is shown.
+    QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, false);
     QApplication::setStyle(new CEditorStyle);
     PrepareForPictures();
 

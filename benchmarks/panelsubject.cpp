@@ -1,15 +1,40 @@
 #include "panelsubject.h"
 
+#include "embeddedhost.h"
+
 #include <QLayout>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QUndoStack>
+
+#include <stdexcept>
 
 using namespace tarno::datamodel;
 
-PanelSubject::PanelSubject(ItemLibraryAccessor const& library, std::vector<ListedItem> const& items)
-    : m_Library(library)
+namespace {
+
+void Expect(bool isDone, char const* what)
+{
+    if (!isDone)
+        throw std::runtime_error(what);
+}
+
+CompoundModifierAccessor Modify(ItemLibraryAccessor const& library, ListedItem const& item)
+{
+    CompoundModifierAccessor modifier;
+    modifier.SetFrom(library.GetModel(item.id, nullptr));
+    return modifier;
+}
+
+} // namespace
+
+PanelSubject::PanelSubject(CEmbeddedHost& host, std::vector<ListedItem> const& items)
+    : m_Host(host)
+    , m_Library(host.GetLibrary())
     , m_Items(items)
     , m_NextItem(0)
+    , m_RenamedItem(items.begin())
+    , m_IsRenamed(false)
     , m_Browser(CNodeBrowser::eConfigNodes)
 {
     layout()->addWidget(&m_Browser);
@@ -32,6 +57,33 @@ QScrollBar& PanelSubject::GetScrollBar()
 void PanelSubject::StartRebuild()
 {
     m_Browser.LibraryInvalidated(m_Library);
+}
+
+/// The host notifies the panel, here and below.
+void PanelSubject::StartRename()
+{
+    // The first compound that can be changed.
+    while (m_RenamedItem != m_Items.end()
+           && !Modify(m_Library, *m_RenamedItem).CanModifyCompound(true))
+        ++m_RenamedItem;
+    Expect(m_RenamedItem != m_Items.end(), "no item can be renamed");
+    m_IsRenamed = !m_IsRenamed;
+    std::string const name = (m_IsRenamed ? kMovedPrefix : "") + m_RenamedItem->name;
+    CompoundModifierAccessor compound = Modify(m_Library, *m_RenamedItem);
+    Expect(compound.RenameCompound(name.c_str(), nullptr), "the item cannot be renamed");
+}
+
+void PanelSubject::StartAdd()
+{
+    CompoundModifierAccessor compound;
+    compound.CreateAndSetFromNewCompound(m_Library, kAddedName, false, "", "",
+                                         &m_Host.GetCommandManager());
+    Expect(compound.IsValid(), "no item can be added");
+}
+
+void PanelSubject::StartRemove()
+{
+    m_Host.GetCommandManager().GetUndoStack().undo();
 }
 
 void PanelSubject::NotifyTags()

@@ -29,17 +29,15 @@ void PeerFilter::SetText(QString const& text)
 
 bool PeerFilter::filterAcceptsRow(int row, QModelIndex const& /*parent*/) const
 {
-    if (m_Scores.size() <= std::size_t(row))
-        m_Scores.resize(std::size_t(m_Model.rowCount()));
     unsigned const score = Score(row);
-    m_Scores[std::size_t(row)] = score;
+    m_Model.SetScore(row, score);
     return score != kNoMatch;
 }
 
 bool PeerFilter::lessThan(QModelIndex const& left, QModelIndex const& right) const
 {
     // The sort is stable and starts from the order of the source.
-    return m_Scores[std::size_t(left.row())] < m_Scores[std::size_t(right.row())];
+    return m_Model.GetScore(left.row()) < m_Model.GetScore(right.row());
 }
 
 unsigned PeerFilter::Score(int row) const

@@ -10,7 +10,7 @@
 class PeerModel;
 
 /// The panel's match and rank as a stock filter: one score a row and text, computed when the row
-/// is filtered and kept for sorting.
+/// is filtered and kept with the row for sorting.
 class PeerFilter : public QSortFilterProxyModel
 {
 public:
@@ -28,7 +28,6 @@ private:
 
     PeerModel& m_Model;
     std::vector<std::string> m_Words;
-    mutable std::vector<unsigned> m_Scores;
 };
 
 #endif

@@ -16,14 +16,17 @@ namespace {
 /// As high as the panel's rows.
 QSize const kRowSize(100, 24);
 
-/// The positions of the items by name, ignoring ASCII case.
-std::vector<std::size_t> OrderByName(std::vector<ListedItem> const& items)
+/// Orders by name, ignoring ASCII case.
+bool IsBefore(ListedItem const* left, ListedItem const* right)
 {
-    std::vector<std::size_t> order(items.size());
-    std::iota(order.begin(), order.end(), std::size_t(0));
-    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-        return strcasecmp(items[a].name.c_str(), items[b].name.c_str()) < 0;
-    });
+    return strcasecmp(left->name.c_str(), right->name.c_str()) < 0;
+}
+
+std::vector<ListedItem const*> OrderByName(std::vector<ListedItem> const& items)
+{
+    std::vector<ListedItem const*> order(items.size());
+    std::iota(order.begin(), order.end(), items.data());
+    std::sort(order.begin(), order.end(), IsBefore);
     return order;
 }
 
@@ -41,11 +44,8 @@ void PeerModel::Populate(std::vector<ListedItem> const& items)
     beginResetModel();
     m_Rows.clear();
     m_Rows.reserve(items.size());
-    m_RowsOfItems.resize(items.size());
-    for (std::size_t const item : OrderByName(items)) {
-        m_RowsOfItems[item] = int(m_Rows.size());
-        m_Rows.push_back(MakeRow(items[item]));
-    }
+    for (ListedItem const* const item : OrderByName(items))
+        m_Rows.push_back(MakeRow(*item));
     endResetModel();
 }
 
@@ -55,14 +55,38 @@ PeerModel::SRow PeerModel::MakeRow(ListedItem const& item)
     if (!icon.isValid())
         icon = QIcon(QString::fromLatin1(item.icon));
     return {QString::fromLatin1(item.name.c_str()), boost::algorithm::to_lower_copy(item.name),
-            SplitTags(item.tags), icon};
+            SplitTags(item.tags), icon, 0};
 }
 
-void PeerModel::SetTags(std::size_t item, std::string const& tags)
+int PeerModel::FindRow(std::string const& name) const
 {
-    int const row = m_RowsOfItems[item];
+    auto const row = std::lower_bound(
+        m_Rows.begin(), m_Rows.end(), boost::algorithm::to_lower_copy(name),
+        [](SRow const& left, std::string const& right) { return left.searchName < right; });
+    return int(row - m_Rows.begin());
+}
+
+void PeerModel::SetTags(std::string const& name, std::string const& tags)
+{
+    int const row = FindRow(name);
     m_Rows[std::size_t(row)].searchTags = SplitTags(tags);
     Q_EMIT dataChanged(index(row), index(row));
+}
+
+void PeerModel::Insert(ListedItem const& item)
+{
+    int const row = FindRow(item.name);
+    beginInsertRows(QModelIndex(), row, row);
+    m_Rows.insert(m_Rows.begin() + row, MakeRow(item));
+    endInsertRows();
+}
+
+void PeerModel::Remove(std::string const& name)
+{
+    int const row = FindRow(name);
+    beginRemoveRows(QModelIndex(), row, row);
+    m_Rows.erase(m_Rows.begin() + row);
+    endRemoveRows();
 }
 
 std::string const& PeerModel::GetSearchName(int row) const
@@ -73,6 +97,16 @@ std::string const& PeerModel::GetSearchName(int row) const
 std::vector<std::string> const& PeerModel::GetSearchTags(int row) const
 {
     return m_Rows[std::size_t(row)].searchTags;
+}
+
+void PeerModel::SetScore(int row, unsigned score)
+{
+    m_Rows[std::size_t(row)].score = score;
+}
+
+unsigned PeerModel::GetScore(int row) const
+{
+    return m_Rows[std::size_t(row)].score;
 }
 
 int PeerModel::rowCount(QModelIndex const& parent) const

@@ -6,6 +6,7 @@
 PeerSubject::PeerSubject(std::vector<ListedItem> const& items)
     : m_Items(items)
     , m_NextItem(0)
+    , m_IsRenamed(false)
     , m_Filter(m_Model)
 {
     layout()->addWidget(&m_SearchField);
@@ -35,8 +36,33 @@ void PeerSubject::StartRebuild()
     m_Model.Populate(m_Items);
 }
 
+void PeerSubject::StartRename()
+{
+    ListedItem item = m_Items.back();
+    std::string otherName = kMovedPrefix + item.name;
+    if (m_IsRenamed)
+        item.name.swap(otherName);
+    m_Model.Remove(item.name);
+    item.name = otherName;
+    m_Model.Insert(item);
+    m_IsRenamed = !m_IsRenamed;
+}
+
+void PeerSubject::StartAdd()
+{
+    ListedItem item = m_Items.front();
+    item.name = kAddedName;
+    m_Model.Insert(item);
+}
+
+void PeerSubject::StartRemove()
+{
+    m_Model.Remove(kAddedName);
+}
+
 void PeerSubject::NotifyTags()
 {
-    m_NextItem = (m_NextItem + 1) % m_Items.size();
-    m_Model.SetTags(m_NextItem, m_Items[m_NextItem].tags);
+    // The last item is the one that is renamed.
+    m_NextItem = (m_NextItem + 1) % (m_Items.size() - 1);
+    m_Model.SetTags(m_Items[m_NextItem].name, m_Items[m_NextItem].tags);
 }

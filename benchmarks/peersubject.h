@@ -19,11 +19,15 @@ protected:
     QWidget& GetCanvas() override;
     QScrollBar& GetScrollBar() override;
     void StartRebuild() override;
+    void StartRename() override;
+    void StartAdd() override;
+    void StartRemove() override;
     void NotifyTags() override;
 
 private:
     std::vector<ListedItem> const& m_Items;
     std::size_t m_NextItem;
+    bool m_IsRenamed;
     PeerModel m_Model;
     PeerFilter m_Filter;
     QLineEdit m_SearchField;

@@ -19,6 +19,9 @@ int const kRowDistance = 60;
 
 } // namespace
 
+char const Subject::kMovedPrefix[] = "moved_";
+char const Subject::kAddedName[] = "measured_item";
+
 Subject::Subject()
     : m_IsPainted(false)
     , m_IsLowerRow(false)
@@ -63,6 +66,24 @@ void Subject::Scroll()
 void Subject::Rebuild()
 {
     StartRebuild();
+    PaintFrame();
+}
+
+void Subject::Rename()
+{
+    StartRename();
+    PaintFrame();
+}
+
+void Subject::Add()
+{
+    StartAdd();
+    PaintFrame();
+}
+
+void Subject::RemoveAdded()
+{
+    StartRemove();
     PaintFrame();
 }
 
