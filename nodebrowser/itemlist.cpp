@@ -33,7 +33,7 @@ struct SNamed
     std::uint64_t prefix;
     char const* name;
     /// Orders names that differ in nothing but case.
-    ItemList::Row collected;
+    std::uint32_t slot;
 };
 
 bool operator<(SNamed const& left, SNamed const& right)
@@ -41,7 +41,7 @@ bool operator<(SNamed const& left, SNamed const& right)
     if (left.prefix != right.prefix)
         return left.prefix < right.prefix;
     int const order = strcasecmp(left.name, right.name);
-    return order != 0 ? order < 0 : left.collected < right.collected;
+    return order != 0 ? order < 0 : left.slot < right.slot;
 }
 
 } // namespace
@@ -50,9 +50,18 @@ ItemList::ItemList(ItemTagsRegistry& registry)
     : m_Registry(registry)
     , m_RegistryRevision(registry.m_Revision)
     , m_NameCount(0)
-    , m_Expected(0)
+    , m_Expected(kNoSlot)
+    , m_Next(0)
+    , m_NewCount(0)
     , m_IsReordered(false)
+    , m_IsShifted(false)
 {}
+
+void ItemList::Clear()
+{
+    BeginCollecting();
+    Commit();
+}
 
 void ItemList::BeginCollecting()
 {
@@ -60,46 +69,61 @@ void ItemList::BeginCollecting()
     m_NewNames.clear();
     m_NewTags.clear();
     m_NameCount = 0;
-    m_Expected = 0;
+    m_IsTaken.assign(m_Items.size(), 0);
+    m_Next = 0;
+    m_NewCount = 0;
     m_IsReordered = false;
+    m_IsShifted = false;
+}
+
+ItemList::Row ItemList::Expect(ItemID const& id)
+{
+    // The table of contents rarely changes its order.
+    bool const isNext = m_Next < m_Items.size() && !m_IsTaken[m_Next] && m_Items[m_Next].id == id;
+    m_Expected = isNext ? m_Next : FindUntaken(id);
+    if (m_Expected == kNoSlot)
+        return static_cast<Row>(GetPlaceCount());
+    m_IsTaken[m_Expected] = 1;
+    m_IsReordered = m_IsReordered || m_Expected < m_Next;
+    m_Next = m_Expected + 1;
+    return m_Rows[m_Expected];
+}
+
+/// An identifier may stand in the table of contents more than once.
+ItemList::Slot ItemList::FindUntaken(ItemID const& id) const
+{
+    auto const slots = FindSlots(id);
+    auto const untaken =
+        std::find_if(slots.first, slots.second, [this](Slot slot) { return !m_IsTaken[slot]; });
+    return untaken == slots.second ? kNoSlot : *untaken;
 }
 
 void ItemList::Collect(ItemID const& id, SItemKind const& kind)
 {
-    m_Collected.push_back(SCollected{id, &kind, ExpectRow(id), kNoRow, kNoRow, false});
-}
-
-/// The row that the item has. The table of contents rarely changes its order, so the item that
-/// came next the last time is looked at first.
-ItemList::Row ItemList::ExpectRow(ItemID const& id)
-{
-    if (m_Expected < m_Rows.size() && m_Rows[m_RowsAsCollected[m_Expected]].id == id)
-        return m_RowsAsCollected[m_Expected++];
-    auto const places = FindPlaces(id);
-    if (places.first == places.second)
-        return kNoRow;
-    m_IsReordered = m_IsReordered || places.first->collected < m_Expected;
-    m_Expected = places.first->collected + std::size_t(1);
-    return m_RowsAsCollected[places.first->collected];
+    bool const isNew = m_Expected == kNoSlot;
+    Row const place = isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected];
+    m_NewCount += isNew;
+    m_IsShifted = m_IsShifted || m_Expected != m_Collected.size();
+    m_Collected.push_back(SCollected{id, &kind, m_Expected, place, kSame, kUnknown});
 }
 
 void ItemList::CollectTags(std::string const& tagString)
 {
     SCollected& item = m_Collected.back();
-    item.areTagsKnown = true;
-    if (item.before != kNoRow && m_Rows[item.before].areTagsCollected
+    item.newTags = kSame;
+    if (item.before != kNoSlot && m_Items[item.before].areTagsCollected
         && m_TagStrings.Has(item.before, tagString))
         return;
-    item.newTags = static_cast<Row>(m_NewTags.size());
+    item.newTags = static_cast<std::uint32_t>(m_NewTags.size());
     m_NewTags.push_back(tagString);
 }
 
 void ItemList::CollectName(std::string const& name)
 {
     SCollected& item = m_Collected[m_NameCount++];
-    if (item.before != kNoRow && HasNames() && m_Names.Has(item.before, name))
+    if (item.before != kNoSlot && HasNames() && m_Names.Has(item.before, name))
         return;
-    item.newName = static_cast<Row>(m_NewNames.size());
+    item.newName = static_cast<std::uint32_t>(m_NewNames.size());
     m_NewNames.push_back(name);
 }
 
@@ -113,173 +137,193 @@ ItemID const& ItemList::GetCollected(std::size_t position) const
     return m_Collected[position].id;
 }
 
+std::size_t ItemList::GetPlaceCount() const
+{
+    return m_Items.size() + m_NewCount;
+}
+
 std::vector<ItemList::Row> ItemList::Commit()
 {
-    std::vector<Row> const order = OrderByName();
-    TakeNames(order);
-    Take(order);
-    return order;
+    m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
+    std::vector<Slot> const order = OrderByName();
+    TakeNames();
+    return Take(order);
 }
 
-void ItemList::CommitUnfinished()
+std::vector<ItemList::Row> ItemList::CommitUnfinished()
 {
-    std::vector<Row> order(m_Collected.size());
-    std::iota(order.begin(), order.end(), Row(0));
+    m_IsShifted = true;
+    std::vector<Slot> order(m_Collected.size());
+    std::iota(order.begin(), order.end(), Slot(0));
     m_Names.Clear();
     m_SearchNames.Clear();
-    Take(order);
+    return Take(order);
 }
 
-char const* ItemList::GetName(SCollected const& item) const
+bool ItemList::KeepsName(SCollected const& item)
 {
-    return item.newName == kNoRow ? m_Names.Get(item.before) : m_NewNames[item.newName].c_str();
+    return item.newName == kSame;
+}
+
+bool ItemList::KeepsTags(SCollected const& item)
+{
+    return item.newTags == kSame;
+}
+
+/// Each item keeps its slot and what `keeps` tells of.
+bool ItemList::KeepsAll(bool (*keeps)(SCollected const&)) const
+{
+    return !m_IsShifted && std::all_of(m_Collected.begin(), m_Collected.end(), keeps);
+}
+
+/// The end of a stretch of items that stood side by side before and keep what `keeps` tells of.
+ItemList::Slot ItemList::FindStretchEnd(Slot begin, bool (*keeps)(SCollected const&)) const
+{
+    Slot end = begin;
+    while (end < m_Collected.size() && keeps(m_Collected[end])
+           && m_Collected[end].before == m_Collected[begin].before + (end - begin))
+        ++end;
+    return end;
+}
+
+char const* ItemList::GetName(Slot slot) const
+{
+    SCollected const& item = m_Collected[slot];
+    return KeepsName(item) ? m_Names.Get(item.before) : m_NewNames[item.newName].c_str();
+}
+
+bool ItemList::IsNameBefore(Slot left, Slot right) const
+{
+    int const order = strcasecmp(GetName(left), GetName(right));
+    return order != 0 ? order < 0 : left < right;
 }
 
 /// Items that have kept their name are in order already, unless equal names changed places.
-std::vector<ItemList::Row> ItemList::OrderByName() const
+std::vector<ItemList::Slot> ItemList::OrderByName() const
 {
-    std::vector<Row> keptByRow(m_Rows.size(), kNoRow);
-    std::vector<Row> moved;
-    for (Row position = 0; position < m_Collected.size(); ++position) {
-        SCollected const& item = m_Collected[position];
-        if (item.newName == kNoRow && !m_IsReordered)
-            keptByRow[item.before] = position;
+    if (KeepsAll(KeepsName))
+        return m_Slots;
+    std::vector<Slot> slotsNow(m_Items.size(), kNoSlot);
+    std::vector<Slot> moved;
+    for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
+        SCollected const& item = m_Collected[slot];
+        if (KeepsName(item) && !m_IsReordered)
+            slotsNow[item.before] = slot;
         else
-            moved.push_back(position);
+            moved.push_back(slot);
     }
-    moved = OrderByName(std::move(moved));
+    std::vector<Slot> kept;
+    kept.reserve(m_Collected.size() - moved.size());
+    for (Slot const before : m_Slots) {
+        if (slotsNow[before] != kNoSlot)
+            kept.push_back(slotsNow[before]);
+    }
+    return MergeByName(kept, SortByName(std::move(moved)));
+}
 
-    keptByRow.erase(std::remove(keptByRow.begin(), keptByRow.end(), kNoRow), keptByRow.end());
-    std::vector<Row> order(m_Collected.size());
-    std::merge(keptByRow.begin(), keptByRow.end(), moved.begin(), moved.end(), order.begin(),
-               [this](Row left, Row right) {
-                   int const order =
-                       strcasecmp(GetName(m_Collected[left]), GetName(m_Collected[right]));
-                   return order != 0 ? order < 0 : left < right;
-               });
+/// Both are in order, and few are moved as a rule.
+std::vector<ItemList::Slot> ItemList::MergeByName(std::vector<Slot> const& kept,
+                                                  std::vector<Slot> const& moved) const
+{
+    std::vector<Slot> order;
+    order.reserve(kept.size() + moved.size());
+    auto from = kept.begin();
+    for (Slot const slot : moved) {
+        auto const to = std::upper_bound(from, kept.end(), slot, [this](Slot left, Slot right) {
+            return IsNameBefore(left, right);
+        });
+        order.insert(order.end(), from, to);
+        order.push_back(slot);
+        from = to;
+    }
+    order.insert(order.end(), from, kept.end());
     return order;
 }
 
-std::vector<ItemList::Row> ItemList::OrderByName(std::vector<Row> moved) const
+std::vector<ItemList::Slot> ItemList::SortByName(std::vector<Slot> slots) const
 {
     std::vector<SNamed> names;
-    names.reserve(moved.size());
-    for (Row const position : moved) {
-        char const* const name = GetName(m_Collected[position]);
-        names.push_back(SNamed{GetSortPrefix(name), name, position});
-    }
+    names.reserve(slots.size());
+    for (Slot const slot : slots)
+        names.push_back(SNamed{GetSortPrefix(GetName(slot)), GetName(slot), slot});
     std::sort(names.begin(), names.end());
-    std::transform(names.begin(), names.end(), moved.begin(),
-                   [](SNamed const& name) { return name.collected; });
-    return moved;
+    std::transform(names.begin(), names.end(), slots.begin(),
+                   [](SNamed const& name) { return name.slot; });
+    return slots;
 }
 
-/// `order` gives for each row the collected item.
-void ItemList::Take(std::vector<Row> const& order)
+/// `order` gives for each row the slot of its item.
+std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 {
-    bool const hadDuplicates = HasDuplicates();
-    TakePlaces();
-    TakeTags(order);
-    std::vector<SRow> before;
-    before.swap(m_Rows);
-    m_Rows.reserve(order.size());
-    m_RowsAsCollected.resize(order.size());
-    for (Row const position : order) {
-        SCollected const& item = m_Collected[position];
-        Row const row = static_cast<Row>(m_Rows.size());
-        m_RowsAsCollected[position] = row;
-        bool const hasEntry =
-            item.areTagsKnown && (m_TagStrings.GetLength(row) > 0 || *item.kind->tag);
-        bool const areTagsCollected =
-            item.areTagsKnown && (item.newTags != kNoRow || before[item.before].areTagsCollected);
-        m_Rows.push_back(SRow{item.id, item.kind, position, hasEntry, areTagsCollected});
-    }
-    // Identifiers that stand in several rows share one entry.
-    TakeRegistry(before, hadDuplicates || HasDuplicates());
+    std::vector<Row> places(order.size());
+    std::transform(order.begin(), order.end(), places.begin(),
+                   [this](Slot slot) { return m_Collected[slot].place; });
+    TakeTags();
+    TakeItems();
+    TakeIDs();
+    m_Slots = order;
+    m_Rows.resize(order.size());
+    for (Row row = 0; row < m_Slots.size(); ++row)
+        m_Rows[m_Slots[row]] = row;
+    m_Registry.Follow(*this);
+    m_RegistryRevision = m_Registry.m_Revision;
 
     std::vector<SCollected>().swap(m_Collected);
     std::vector<std::string>().swap(m_NewNames);
     std::vector<std::string>().swap(m_NewTags);
     ForgetSearch();
+    return places;
 }
 
-void ItemList::TakeNames(std::vector<Row> const& order)
+void ItemList::TakeNames()
 {
+    if (KeepsAll(KeepsName))
+        return;
     TextBlock names;
     TextBlock searchNames;
-    names.Reserve(order.size(), m_Names.GetBytes());
-    searchNames.Reserve(order.size(), m_SearchNames.GetBytes());
-    for (Row const position : order) {
-        SCollected const& item = m_Collected[position];
-        if (item.newName == kNoRow) {
-            names.Append(m_Names, item.before);
-            searchNames.Append(m_SearchNames, item.before);
+    names.Reserve(m_Collected.size(), m_Names.GetBytes());
+    searchNames.Reserve(m_Collected.size(), m_SearchNames.GetBytes());
+    for (Slot slot = 0; slot < m_Collected.size();) {
+        SCollected const& item = m_Collected[slot];
+        Slot const end = FindStretchEnd(slot, KeepsName);
+        if (end > slot) {
+            names.Append(m_Names, item.before, end - slot);
+            searchNames.Append(m_SearchNames, item.before, end - slot);
+            slot = end;
         } else {
             names.Append(m_NewNames[item.newName]);
             searchNames.Append(ToSearchName(m_NewNames[item.newName]));
+            ++slot;
         }
     }
     m_Names.Swap(names);
     m_SearchNames.Swap(searchNames);
 }
 
-bool ItemList::IsBefore(SPlace const& left, SPlace const& right)
+void ItemList::TakeTags()
 {
-    if (left.id == right.id)
-        return left.collected < right.collected;
-    return left.id < right.id;
-}
-
-/// Sorts only what is new into the places that stay.
-void ItemList::TakePlaces()
-{
-    std::vector<Row> collectedNow(m_Rows.size(), kNoRow);
-    Places added;
-    for (Row position = 0; position < m_Collected.size(); ++position) {
-        SCollected const& item = m_Collected[position];
-        if (item.before == kNoRow || m_IsReordered)
-            added.push_back(SPlace{item.id, position});
-        else
-            collectedNow[m_Rows[item.before].collected] = position;
-    }
-    std::sort(added.begin(), added.end(), IsBefore);
-
-    Places places;
-    places.reserve(m_Collected.size());
-    for (SPlace const& place : m_Places) {
-        if (collectedNow[place.collected] != kNoRow)
-            places.push_back(SPlace{place.id, collectedNow[place.collected]});
-    }
-    std::size_t const kept = places.size();
-    places.insert(places.end(), added.begin(), added.end());
-    std::inplace_merge(places.begin(), places.begin() + std::ptrdiff_t(kept), places.end(),
-                       IsBefore);
-    m_Places.swap(places);
-}
-
-void ItemList::TakeTags(std::vector<Row> const& order)
-{
+    if (KeepsAll(KeepsTags))
+        return;
     TextBlock strings;
-    strings.Reserve(order.size(), m_TagStrings.GetBytes());
+    strings.Reserve(m_Collected.size(), m_TagStrings.GetBytes());
     m_Tags.BeginRows();
-    for (Row const position : order) {
-        SCollected const& item = m_Collected[position];
-        if (KeepsTags(item)) {
-            strings.Append(m_TagStrings, item.before);
-            m_Tags.KeepRow(item.before);
+    for (Slot slot = 0; slot < m_Collected.size();) {
+        SCollected const& item = m_Collected[slot];
+        Slot const end = FindStretchEnd(slot, KeepsTags);
+        if (end > slot) {
+            strings.Append(m_TagStrings, item.before, end - slot);
+            m_Tags.KeepRows(item.before, end - slot);
+            slot = end;
         } else {
-            std::string const text = item.areTagsKnown ? m_NewTags[item.newTags] : std::string();
+            bool const isKnown = item.newTags != kUnknown;
+            std::string const text = isKnown ? m_NewTags[item.newTags] : std::string();
             strings.Append(text);
-            m_Tags.AppendRow(SplitTags(text, item.areTagsKnown ? item.kind->tag : ""));
+            m_Tags.AppendRow(SplitTags(text, isKnown ? item.kind->tag : ""));
+            ++slot;
         }
     }
     m_Tags.EndRows();
     m_TagStrings.Swap(strings);
-}
-
-bool ItemList::KeepsTags(SCollected const& item) const
-{
-    return item.areTagsKnown && item.newTags == kNoRow;
 }
 
 std::set<std::string> ItemList::SplitTags(std::string const& tagString, char const* kindTag) const
@@ -292,83 +336,113 @@ std::set<std::string> ItemList::SplitTags(std::string const& tagString, char con
     return tags;
 }
 
-/// Brings the registry from the rows before to those of now.
-void ItemList::TakeRegistry(std::vector<SRow> const& before, bool sharesEntries)
+void ItemList::TakeItems()
 {
-    std::vector<char> isKept(before.size(), 0);
-    std::vector<Row> changed;
+    std::vector<SItem> items;
+    items.reserve(m_Collected.size());
     for (SCollected const& item : m_Collected) {
-        if (KeepsTags(item))
-            isKept[item.before] = 1;
+        bool const isKnown = item.newTags != kUnknown;
+        bool const hasTagString = m_TagStrings.GetLength(items.size()) > 0;
+        items.push_back(
+            SItem{item.id, item.kind, isKnown && (hasTagString || *item.kind->tag),
+                  isKnown && (!KeepsTags(item) || m_Items[item.before].areTagsCollected)});
+    }
+    m_Items.swap(items);
+}
+
+/// Merges what is new into the identifiers that stay.
+void ItemList::TakeIDs()
+{
+    if (!m_IsShifted)
+        return;
+    std::vector<Slot> slotsNow(m_IsTaken.size(), kNoSlot);
+    std::vector<Slot> added;
+    for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
+        if (m_Collected[slot].before == kNoSlot)
+            added.push_back(slot);
         else
-            changed.push_back(m_RowsAsCollected[std::size_t(&item - m_Collected.data())]);
+            slotsNow[m_Collected[slot].before] = slot;
     }
-    // A subclass may have changed the registry since.
-    if (sharesEntries || m_IsReordered || !IsRegistryCurrent()
-        || changed.size() > m_Rows.size() / 4) {
-        RegisterAll();
+    // Sorted anew when it is needed, unless most of it stays.
+    if (m_SlotsByID.size() != slotsNow.size() || m_IsReordered
+        || added.size() > slotsNow.size() / 4) {
+        std::vector<Slot>().swap(m_SlotsByID);
         return;
     }
-    for (std::size_t row = 0; row < before.size(); ++row) {
-        if (!isKept[row])
-            m_Registry.Withdraw(before[row].id);
-    }
-    for (Row const row : changed)
-        Register(row);
+    auto const isBefore = [this](Slot left, Slot right) {
+        return IsBefore(left, right);
+    };
+    std::sort(added.begin(), added.end(), isBefore);
+    for (Slot& slot : m_SlotsByID)
+        slot = slotsNow[slot];
+    auto const kept = std::remove(m_SlotsByID.begin(), m_SlotsByID.end(), kNoSlot);
+    std::vector<Slot> slots(m_Collected.size());
+    std::merge(m_SlotsByID.begin(), kept, added.begin(), added.end(), slots.begin(), isBefore);
+    m_SlotsByID.swap(slots);
 }
 
-bool ItemList::HasDuplicates() const
+bool ItemList::IsBefore(Slot left, Slot right) const
 {
-    return std::adjacent_find(
-               m_Places.begin(), m_Places.end(),
-               [](SPlace const& left, SPlace const& right) { return left.id == right.id; })
-           != m_Places.end();
+    ItemID const& leftID = m_Items[left].id;
+    ItemID const& rightID = m_Items[right].id;
+    return leftID == rightID ? left < right : leftID < rightID;
 }
 
-void ItemList::Register(Row row)
+void ItemList::SortIDs() const
 {
-    if (!m_Rows[row].isRegistered)
+    if (m_SlotsByID.size() == m_Items.size())
         return;
-    std::set<std::string> tags;
-    auto const numbers = m_Tags.GetNumbers(row);
-    for (auto number = numbers.first; number != numbers.second; ++number)
-        tags.insert(tags.end(), m_Tags.GetTag(*number));
-    m_Registry.Register(m_Rows[row].id, tags);
+    m_SlotsByID.resize(m_Items.size());
+    std::iota(m_SlotsByID.begin(), m_SlotsByID.end(), Slot(0));
+    std::sort(m_SlotsByID.begin(), m_SlotsByID.end(),
+              [this](Slot left, Slot right) { return IsBefore(left, right); });
+}
+
+/// The slots of the items with the identifier.
+std::pair<ItemList::SlotIterator, ItemList::SlotIterator>
+ItemList::FindSlots(ItemID const& id) const
+{
+    SortIDs();
+    auto const first = std::lower_bound(
+        m_SlotsByID.begin(), m_SlotsByID.end(), id,
+        [this](Slot slot, ItemID const& wanted) { return m_Items[slot].id < wanted; });
+    auto const last =
+        std::find_if(first, m_SlotsByID.end(), [&](Slot slot) { return m_Items[slot].id != id; });
+    return std::make_pair(first, last);
 }
 
 /// In the order of the identifiers, so that each entry goes to the end.
-void ItemList::RegisterAll()
+void ItemList::FillRegistry(std::map<ItemID, std::set<std::string>>& itemToTags,
+                            std::map<std::string, std::set<ItemID>>& tagToItems) const
 {
-    m_Registry.m_ItemToTags.clear();
-    m_Registry.m_TagToItems.clear();
+    SortIDs();
     std::vector<std::set<ItemID>*> lists(m_Tags.GetTagCount(), nullptr);
-    for (SPlace const& place : m_Places) {
-        Row const row = m_RowsAsCollected[place.collected];
-        if (!m_Rows[row].isRegistered)
+    for (Slot const slot : m_SlotsByID) {
+        SItem const& item = m_Items[slot];
+        if (!item.isRegistered)
             continue;
-        auto& entries = m_Registry.m_ItemToTags;
+        // Identifiers that stand in several slots share one entry.
         auto const entry =
-            entries.insert(entries.end(), std::make_pair(place.id, std::set<std::string>()));
-        auto const numbers = m_Tags.GetNumbers(row);
+            itemToTags.insert(itemToTags.end(), std::make_pair(item.id, std::set<std::string>()));
+        auto const numbers = m_Tags.GetNumbers(slot);
         for (auto number = numbers.first; number != numbers.second; ++number) {
             std::string const& tag = m_Tags.GetTag(*number);
             if (!lists[*number])
-                lists[*number] = &m_Registry.m_TagToItems[tag];
+                lists[*number] = &tagToItems[tag];
             entry->second.insert(entry->second.end(), tag);
-            lists[*number]->insert(lists[*number]->end(), place.id);
+            lists[*number]->insert(lists[*number]->end(), item.id);
         }
     }
-    m_RegistryRevision = m_Registry.m_Revision;
 }
 
 std::size_t ItemList::GetCount() const
 {
-    return m_Rows.size();
+    return m_Items.size();
 }
 
 bool ItemList::HasNames() const
 {
-    return m_Names.GetCount() == m_Rows.size();
+    return m_Names.GetCount() == m_Items.size();
 }
 
 bool ItemList::IsRegistryCurrent() const
@@ -376,38 +450,36 @@ bool ItemList::IsRegistryCurrent() const
     return m_RegistryRevision == m_Registry.m_Revision;
 }
 
-std::pair<ItemList::Places::const_iterator, ItemList::Places::const_iterator>
-ItemList::FindPlaces(ItemID const& id) const
+bool ItemList::IsRegistered(ItemID const& id) const
 {
-    SPlace const first = {id, 0};
-    SPlace const last = {id, kNoRow};
-    return std::make_pair(std::lower_bound(m_Places.begin(), m_Places.end(), first, IsBefore),
-                          std::upper_bound(m_Places.begin(), m_Places.end(), last, IsBefore));
+    auto const slots = FindSlots(id);
+    return std::any_of(slots.first, slots.second,
+                       [this](Slot slot) { return m_Items[slot].isRegistered; });
 }
 
 ItemList::Row ItemList::Find(ItemID const& id) const
 {
-    auto const places = FindPlaces(id);
+    auto const slots = FindSlots(id);
     Row first = kNoRow;
-    for (auto place = places.first; place != places.second; ++place)
-        first = std::min(first, m_RowsAsCollected[place->collected]);
+    for (auto slot = slots.first; slot != slots.second; ++slot)
+        first = std::min(first, m_Rows[*slot]);
     return first;
 }
 
 SItemKind const& ItemList::GetKind(Row row) const
 {
-    return *m_Rows[row].kind;
+    return *m_Items[m_Slots[row]].kind;
 }
 
 ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const
 {
-    return m_RowsAsCollected[position];
+    return m_Rows[position];
 }
 
 void ItemList::ForgetTags(ItemID const& id)
 {
     m_Registry.Withdraw(id);
-    SetTagsOfRows(id, std::set<std::string>(), false);
+    SetTagsOfSlots(id, std::set<std::string>(), false);
 }
 
 void ItemList::SetTags(ItemID const& id, std::string const& tagString)
@@ -417,17 +489,17 @@ void ItemList::SetTags(ItemID const& id, std::string const& tagString)
     bool const isRegistered = !tagString.empty() || *kindTag;
     if (isRegistered)
         m_Registry.Register(id, tags);
-    SetTagsOfRows(id, tags, isRegistered);
+    SetTagsOfSlots(id, tags, isRegistered);
 }
 
-void ItemList::SetTagsOfRows(ItemID const& id, std::set<std::string> const& tags, bool isRegistered)
+void ItemList::SetTagsOfSlots(ItemID const& id, std::set<std::string> const& tags,
+                              bool isRegistered)
 {
-    auto const places = FindPlaces(id);
-    for (auto place = places.first; place != places.second; ++place) {
-        Row const row = m_RowsAsCollected[place->collected];
-        m_Tags.SetTags(row, tags);
-        m_Rows[row].isRegistered = isRegistered;
-        m_Rows[row].areTagsCollected = false;
+    auto const slots = FindSlots(id);
+    for (auto slot = slots.first; slot != slots.second; ++slot) {
+        m_Tags.SetTags(*slot, tags);
+        m_Items[*slot].isRegistered = isRegistered;
+        m_Items[*slot].areTagsCollected = false;
     }
     ForgetSearch();
 }

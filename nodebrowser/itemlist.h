@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
@@ -17,12 +18,14 @@ class ItemTagsRegistry;
 
 namespace nodebrowser {
 
-/// What the panel keeps of its items beside the item list itself, row for row: identifier, name,
-/// kind and tags as the host told them last, where an item stands, and what a search needs. It
-/// keeps the tags registry up to the same answers.
+/// What the panel keeps of its items beside the item list itself: identifier, name, kind and tags
+/// as the host told them last, the row where an item stands, and what a search needs. The tags
+/// registry is filled from it.
 ///
 /// It is made anew by collecting the host's answers and then committing them. What the host
-/// answers as it did before is kept, so that the work is that of the difference.
+/// answers as it did before is kept, so that the work is that of the difference. Items are kept in
+/// slots, in the order in which they are collected: that one rarely changes, and a rebuild walks
+/// through memory from front to back.
 class ItemList
 {
 public:
@@ -51,8 +54,12 @@ public:
     // Making the list anew. Items are collected in the order of the table of contents, then
     // their names in the same order.
 
+    void Clear();
     void BeginCollecting();
-    /// An item whose tags are not known yet.
+    /// Where the item list has the item that is about to be collected: at its row, or at the end,
+    /// behind those that were added before, if it is new.
+    Row Expect(tarno::datamodel::ItemID const& id);
+    /// The item that was expected last; its tags are not known yet.
     void Collect(tarno::datamodel::ItemID const& id, SItemKind const& kind);
     /// The stored tags of the item that was collected last.
     void CollectTags(std::string const& tagString);
@@ -60,18 +67,24 @@ public:
     std::size_t GetCollectedCount() const;
     /// The item that was collected as the n-th.
     tarno::datamodel::ItemID const& GetCollected(std::size_t position) const;
+    /// How many items the item list has: those from before and the new ones.
+    std::size_t GetPlaceCount() const;
     /// Takes the collected items over, sorted by name, ignoring ASCII case. Returns for each row
-    /// where its item stood when it was collected.
+    /// where the item list has its item.
     std::vector<Row> Commit();
-    /// Takes the collected items over unsorted, with the names that there are: the host failed in
-    /// between.
-    void CommitUnfinished();
+    /// Takes the collected items over unsorted and without names: the host failed in between.
+    std::vector<Row> CommitUnfinished();
 
     std::size_t GetCount() const;
     /// Names were collected for all rows, so that they can be searched.
     bool HasNames() const;
     /// The registry has the tags of this list: it was not changed through its own operations.
     bool IsRegistryCurrent() const;
+    /// The item has an entry in the registry.
+    bool IsRegistered(tarno::datamodel::ItemID const& id) const;
+    /// What the registry holds for this list; both are empty.
+    void FillRegistry(std::map<tarno::datamodel::ItemID, std::set<std::string>>& itemToTags,
+                      std::map<std::string, std::set<tarno::datamodel::ItemID>>& tagToItems) const;
 
     /// The first row with the identifier, kNoRow for none.
     Row Find(tarno::datamodel::ItemID const& id) const;
@@ -89,12 +102,14 @@ public:
     std::vector<SMatch> Search(std::set<std::string> const& words);
 
 private:
-    struct SRow
+    /// The place of an item in the order of collecting.
+    typedef std::uint32_t Slot;
+    static constexpr Slot kNoSlot = 0xFFFFFFFFU;
+
+    struct SItem
     {
         tarno::datamodel::ItemID id;
         SItemKind const* kind;
-        /// Where it stood when it was collected.
-        Row collected;
         /// Has an entry in the registry.
         bool isRegistered;
         /// The tags are those that were collected. Not so when a notification told of others, or
@@ -106,43 +121,45 @@ private:
     {
         tarno::datamodel::ItemID id;
         SItemKind const* kind;
-        /// The row that it had before; kNoRow for a new item.
-        Row before;
-        /// Position in m_NewNames; kNoRow for the name that it had before.
-        Row newName;
-        /// Position in m_NewTags; kNoRow for the tags that it had before, if any are known.
-        Row newTags;
-        bool areTagsKnown;
+        /// The slot that it had before; kNoSlot for a new item.
+        Slot before;
+        /// Where the item list has it.
+        Row place;
+        /// Position in m_NewNames; kSame for the name that it had before.
+        std::uint32_t newName;
+        /// Position in m_NewTags; kSame for the tags that it had before.
+        std::uint32_t newTags;
     };
+    static constexpr std::uint32_t kSame = 0xFFFFFFFFU;
+    /// The host did not tell.
+    static constexpr std::uint32_t kUnknown = 0xFFFFFFFEU;
 
-    /// Where an identifier stands in the order of collecting.
-    struct SPlace
-    {
-        tarno::datamodel::ItemID id;
-        Row collected;
-    };
-    typedef std::vector<SPlace> Places;
+    typedef std::vector<Slot>::const_iterator SlotIterator;
 
-    static bool IsBefore(SPlace const& left, SPlace const& right);
-    std::pair<Places::const_iterator, Places::const_iterator>
-    FindPlaces(tarno::datamodel::ItemID const& id) const;
-    Row ExpectRow(tarno::datamodel::ItemID const& id);
+    Slot FindUntaken(tarno::datamodel::ItemID const& id) const;
+    static bool KeepsName(SCollected const& item);
+    static bool KeepsTags(SCollected const& item);
+    bool KeepsAll(bool (*keeps)(SCollected const&)) const;
+    Slot FindStretchEnd(Slot begin, bool (*keeps)(SCollected const&)) const;
+    char const* GetName(Slot slot) const;
+    bool IsNameBefore(Slot left, Slot right) const;
 
-    char const* GetName(SCollected const& item) const;
-    std::vector<Row> OrderByName() const;
-    std::vector<Row> OrderByName(std::vector<Row> moved) const;
-    void Take(std::vector<Row> const& order);
-    void TakeNames(std::vector<Row> const& order);
-    void TakePlaces();
-    void TakeTags(std::vector<Row> const& order);
-    void TakeRegistry(std::vector<SRow> const& before, bool sharesEntries);
-    bool KeepsTags(SCollected const& item) const;
+    std::vector<Slot> OrderByName() const;
+    std::vector<Slot> SortByName(std::vector<Slot> slots) const;
+    std::vector<Slot> MergeByName(std::vector<Slot> const& kept,
+                                  std::vector<Slot> const& moved) const;
+    std::vector<Row> Take(std::vector<Slot> const& order);
+    void TakeNames();
+    void TakeIDs();
+    void TakeTags();
+    void TakeItems();
     std::set<std::string> SplitTags(std::string const& tagString, char const* kindTag) const;
-    bool HasDuplicates() const;
-    void Register(Row row);
-    void RegisterAll();
-    void SetTagsOfRows(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags,
-                       bool isRegistered);
+
+    bool IsBefore(Slot left, Slot right) const;
+    void SortIDs() const;
+    std::pair<SlotIterator, SlotIterator> FindSlots(tarno::datamodel::ItemID const& id) const;
+    void SetTagsOfSlots(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags,
+                        bool isRegistered);
 
     typedef std::vector<std::vector<char>> TagMatches;
     bool IsNarrower(std::set<std::string> const& words) const;
@@ -155,26 +172,35 @@ private:
     ItemTagsRegistry& m_Registry;
     /// Of the registry when it was brought up to this list.
     unsigned long m_RegistryRevision;
-    std::vector<SRow> m_Rows;
-    /// Row by the order of collecting.
-    std::vector<Row> m_RowsAsCollected;
-    /// Sorted by identifier, then by the order of collecting.
-    Places m_Places;
-    /// By row; empty for an unfinished list.
+    // By slot.
+    std::vector<SItem> m_Items;
+    std::vector<Row> m_Rows;
+    /// Both empty for an unfinished list.
     TextBlock m_Names;
     TextBlock m_SearchNames;
     TagIndex m_Tags;
-    /// The tag strings that were collected, by row.
+    /// The tag strings that were collected.
     TextBlock m_TagStrings;
+
+    /// By row.
+    std::vector<Slot> m_Slots;
+    /// Slots by identifier, then in their order; empty until an item is looked for.
+    mutable std::vector<Slot> m_SlotsByID;
 
     std::vector<SCollected> m_Collected;
     std::vector<std::string> m_NewNames;
     std::vector<std::string> m_NewTags;
     std::size_t m_NameCount;
-    /// The item that is expected next, in the order of the last collecting.
-    std::size_t m_Expected;
+    /// Slots whose items were expected.
+    std::vector<char> m_IsTaken;
+    /// The slot of the item that was expected last, and of the one that probably comes next.
+    Slot m_Expected;
+    Slot m_Next;
+    std::size_t m_NewCount;
     /// Items that were kept came in another order than the last time.
     bool m_IsReordered;
+    /// Not each item keeps its slot.
+    bool m_IsShifted;
 
     /// The last search and the rows that it found; no words when there is none to build on.
     std::set<std::string> m_LastWords;

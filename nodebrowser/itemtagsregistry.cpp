@@ -1,5 +1,6 @@
 #include "itemtagsregistry.h"
 
+#include "itemlist.h"
 #include "stringutils.h"
 
 #include <utility>
@@ -8,14 +9,54 @@ using tarno::datamodel::ItemID;
 using tarno::datamodel::ItemLibraryAccessor;
 
 ItemTagsRegistry::ItemTagsRegistry()
-    : m_Revision(0)
+    : m_Source(nullptr)
+    , m_Revision(0)
 {}
+
+ItemTagsRegistry::ItemTagsRegistry(ItemTagsRegistry const& other)
+    : ItemTagsRegistry()
+{
+    *this = other;
+}
+
+/// The copy does not follow the list of the other one.
+ItemTagsRegistry& ItemTagsRegistry::operator=(ItemTagsRegistry const& other)
+{
+    other.FillMaps();
+    m_Source = nullptr;
+    ++m_Revision;
+    m_ItemLibrary = other.m_ItemLibrary;
+    m_ItemToTags = other.m_ItemToTags;
+    m_TagToItems = other.m_TagToItems;
+    return *this;
+}
 
 ItemTagsRegistry::~ItemTagsRegistry() {}
 
 void ItemTagsRegistry::SetItemLibrary(ItemLibraryAccessor const& library)
 {
     m_ItemLibrary = library;
+}
+
+void ItemTagsRegistry::Follow(nodebrowser::ItemList const& list)
+{
+    m_ItemToTags.clear();
+    m_TagToItems.clear();
+    m_Source = &list;
+}
+
+void ItemTagsRegistry::FillMaps() const
+{
+    if (!m_Source)
+        return;
+    m_Source->FillRegistry(m_ItemToTags, m_TagToItems);
+    m_Source = nullptr;
+}
+
+void ItemTagsRegistry::StartChange()
+{
+    FillMaps();
+    ++m_Revision;
 }
 
 void ItemTagsRegistry::AddItem(ItemID const& id, char const* category)
@@ -26,7 +67,7 @@ void ItemTagsRegistry::AddItem(ItemID const& id, char const* category)
     if (text.empty())
         return;
 
-    ++m_Revision;
+    StartChange();
     std::set<std::string> tags;
     SplitString(text, ";", tags);
     // Tags that the item had before keep listing it: callers remove an item first.
@@ -35,6 +76,8 @@ void ItemTagsRegistry::AddItem(ItemID const& id, char const* category)
 
 void ItemTagsRegistry::Register(ItemID const& id, std::set<std::string> const& tags)
 {
+    if (m_Source)
+        return;
     m_ItemToTags[id] = tags;
     for (std::string const& tag : tags)
         m_TagToItems[tag].insert(id);
@@ -45,14 +88,14 @@ void ItemTagsRegistry::AddItemTag(ItemID const& id, char const* tag)
     std::string const text = tag;
     if (text.empty())
         return;
-    ++m_Revision;
+    StartChange();
     m_ItemToTags[id].insert(text);
     m_TagToItems[text].insert(id);
 }
 
 void ItemTagsRegistry::RemoveItemTag(ItemID const& id, char const* tag)
 {
-    ++m_Revision;
+    StartChange();
     std::string const text = tag;
     auto const item = m_ItemToTags.find(id);
     if (item != m_ItemToTags.end()) {
@@ -65,7 +108,7 @@ void ItemTagsRegistry::RemoveItemTag(ItemID const& id, char const* tag)
 
 void ItemTagsRegistry::RemoveItem(ItemID const& id)
 {
-    ++m_Revision;
+    StartChange();
     Withdraw(id);
 }
 
@@ -93,6 +136,8 @@ void ItemTagsRegistry::WithdrawFromTag(ItemID const& id, std::string const& tag)
 
 bool ItemTagsRegistry::HasItem(ItemID const& id) const
 {
+    if (m_Source)
+        return m_Source->IsRegistered(id);
     return m_ItemToTags.find(id) != m_ItemToTags.end();
 }
 
@@ -104,6 +149,7 @@ bool ItemTagsRegistry::HasItemTag(ItemID const& id, char const* tag) const
 std::set<std::string> const& ItemTagsRegistry::GetItemTags(ItemID const& id) const
 {
     static std::set<std::string> const noTags;
+    FillMaps();
     auto const item = m_ItemToTags.find(id);
     return item == m_ItemToTags.end() ? noTags : item->second;
 }
@@ -111,12 +157,14 @@ std::set<std::string> const& ItemTagsRegistry::GetItemTags(ItemID const& id) con
 std::set<ItemID> const& ItemTagsRegistry::GetTagItems(char const* tag) const
 {
     static std::set<ItemID> const noItems;
+    FillMaps();
     auto const items = m_TagToItems.find(tag);
     return items == m_TagToItems.end() ? noItems : items->second;
 }
 
 void ItemTagsRegistry::Clear()
 {
+    m_Source = nullptr;
     ++m_Revision;
     m_ItemToTags.clear();
     m_TagToItems.clear();

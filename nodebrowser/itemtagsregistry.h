@@ -17,6 +17,8 @@ class ItemTagsRegistry
 {
 public:
     ItemTagsRegistry();
+    ItemTagsRegistry(ItemTagsRegistry const& other);
+    ItemTagsRegistry& operator=(ItemTagsRegistry const& other);
     ~ItemTagsRegistry();
 
     /// The library that AddItem reads from; the index itself is left as it is.
@@ -45,13 +47,20 @@ private:
     friend class nodebrowser::ItemList;
 
     // For the panel's list, which knows the tags already. The revision stays.
+    void Follow(nodebrowser::ItemList const& list);
     void Register(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags);
     void Withdraw(tarno::datamodel::ItemID const& id);
+
     void WithdrawFromTag(tarno::datamodel::ItemID const& id, std::string const& tag);
+    void StartChange();
+    void FillMaps() const;
 
     tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
-    std::map<tarno::datamodel::ItemID, std::set<std::string>> m_ItemToTags;
-    std::map<std::string, std::set<tarno::datamodel::ItemID>> m_TagToItems;
+    mutable std::map<tarno::datamodel::ItemID, std::set<std::string>> m_ItemToTags;
+    mutable std::map<std::string, std::set<tarno::datamodel::ItemID>> m_TagToItems;
+    /// The list that the maps are filled from when they are asked for; null once they are. The
+    /// panel searches the list itself, and maps of a large library take more memory than the list.
+    mutable nodebrowser::ItemList const* m_Source;
     /// Counts the changes through the public operations, by which the list notices that the
     /// registry is not as it left it.
     unsigned long m_Revision;

@@ -200,11 +200,12 @@ private:
     void ConnectRevisionControl();
     void Unregister();
 
+    void BeginCollecting();
     void CollectItems(StateRequests* stateRequests);
-    void CollectItem(tarno::datamodel::ItemAccessor& accessor,
-                     qorm::IRevisionControlUIHelper* helper);
+    Item& CollectItem(tarno::datamodel::ItemAccessor& accessor,
+                      qorm::IRevisionControlUIHelper* helper);
     void CollectNames();
-    void SortItems(std::vector<std::uint32_t> const& order);
+    void TakeItems(std::vector<std::uint32_t> places);
     bool CanRequestStates() const;
     void RequestStates(StateRequests& stateRequests);
     void RequestState(Item& item, qorm::IRevisionControlUIHelper* helper,

@@ -36,10 +36,31 @@ SComponents const& GetComponents(qorm::IRevisionControlUIHelper& helper)
     return components;
 }
 
+/// Appends the numbers below `count` that are not among the places.
+void AppendOthers(std::vector<ItemList::Row>& places, std::size_t count)
+{
+    if (places.size() == count)
+        return;
+    std::vector<char> isPlace(count, 0);
+    for (ItemList::Row const place : places)
+        isPlace[place] = 1;
+    for (ItemList::Row place = 0; place < count; ++place) {
+        if (!isPlace[place])
+            places.push_back(place);
+    }
+}
+
 bool HasValue(ItemAccessor& item, char const* name)
 {
     item.Revalidate();
     return item.GetValue(name).IsValid();
+}
+
+/// Most items have the pixmap already from the last rebuild, which saves counting its users.
+void Share(QPixmap const& pixmap, QPixmap& user)
+{
+    if (user.cacheKey() != pixmap.cacheKey())
+        user = pixmap;
 }
 
 /// Nested items and specialisations are not listed.
@@ -73,15 +94,20 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, ItemID const
 SItemKind const& CNodeBrowser::Item::Describe(ItemID const& id, int scState,
                                               qorm::IRevisionControlUIHelper* helper)
 {
+    m_HasScState = false;
+    m_IsFactory = false;
+    m_IsReadOnlySource = false;
     ReadSourceFlags(id, helper);
     bool const isCompound = id.GetType() == TarnoType::gCompound;
     SItemKind const& kind =
         FindItemKind(id.GetType(), isCompound && Helpers::IsAbstractFunction(m_Accessor));
-    if (isCompound)
-        m_ScState = scState;
+    m_ScState = isCompound ? scState : 0;
     if (kind.icon) {
-        m_Icon = m_Browser->m_Private->icons.GetResource(kind.icon);
+        Share(m_Browser->m_Private->icons.GetResource(kind.icon), m_Icon);
         ComposeIcon();
+    } else {
+        m_Icon = QPixmap();
+        m_DisplayIcon = QPixmap();
     }
     m_HasScState = isCompound && !m_IsReadOnlySource;
     return kind;
@@ -144,7 +170,7 @@ void CNodeBrowser::Item::ComposeIcon()
     marks.scState = m_ScState;
     marks.isStateShown =
         m_Browser->m_SourceControlEnabled && ScsUtils::IsFileVersionControlActive();
-    m_DisplayIcon = m_Browser->m_Private->icons.GetDisplayIcon(m_Icon, marks);
+    Share(m_Browser->m_Private->icons.GetDisplayIcon(m_Icon, marks), m_DisplayIcon);
 }
 
 ItemID CNodeBrowser::Item::GetItemID() const
@@ -161,13 +187,11 @@ void CNodeBrowser::BuildAllItemList(StateRequests* stateRequests)
     }
     QScopedValueRollback<bool> const use(m_Private->isListInUse);
     m_Private->isListInUse = true;
-    ItemList& list = m_Private->list;
-    list.BeginCollecting();
     m_Private->isFresh = false;
     m_Private->icons.Clear();
-    m_Items.clear();
+    BeginCollecting();
     if (!m_ItemTOC.IsValid()) {
-        list.Commit();
+        TakeItems(m_Private->list.Commit());
         m_VisibleListDirty = true;
         return;
     }
@@ -177,17 +201,25 @@ void CNodeBrowser::BuildAllItemList(StateRequests* stateRequests)
         CollectNames();
     } catch (...) {
         // The items made so far stay; rows know how to do without the others.
-        list.CommitUnfinished();
+        TakeItems(m_Private->list.CommitUnfinished());
         update();
         throw;
     }
-    // A subclass that is told of something meanwhile may change the items.
-    if (list.GetCollectedCount() == m_Items.size())
-        SortItems(list.Commit());
-    else
-        list.CommitUnfinished();
+    TakeItems(m_Private->list.Commit());
     m_VisibleListDirty = true;
     update();
+}
+
+void CNodeBrowser::BeginCollecting()
+{
+    // A subclass may have changed the items since they were listed.
+    if (m_Items.size() != m_Private->list.GetCount()) {
+        m_Items.clear();
+        m_Private->list.Clear();
+    }
+    m_Private->items.swap(m_Items);
+    m_Items.clear();
+    m_Private->list.BeginCollecting();
 }
 
 void CNodeBrowser::CollectItems(StateRequests* stateRequests)
@@ -201,22 +233,31 @@ void CNodeBrowser::CollectItems(StateRequests* stateRequests)
         for (; !items.IsDone(); items.Next()) {
             if (!IsListed(kind.type, items.GetCurrent()))
                 continue;
-            CollectItem(items.GetCurrent(), helper);
-            if (helper && stateRequests && m_Items.back().m_HasScState)
-                RequestState(m_Items.back(), helper, *stateRequests);
+            Item& item = CollectItem(items.GetCurrent(), helper);
+            if (helper && stateRequests && item.m_HasScState)
+                RequestState(item, helper, *stateRequests);
         }
     }
 }
 
-void CNodeBrowser::CollectItem(ItemAccessor& accessor, qorm::IRevisionControlUIHelper* helper)
+/// An item of the last list is kept where it is, and becomes what a new one would be.
+CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
+                                              qorm::IRevisionControlUIHelper* helper)
 {
     ItemList& list = m_Private->list;
-    Item item(this, accessor, ItemID());
-    ItemID const id = item.GetItemID();
+    std::vector<Item>& items = m_Private->items;
+    ItemID const id = AskItemID(accessor);
+    ItemList::Row const place = list.Expect(id);
+    if (place == items.size())
+        items.push_back(Item(this, accessor, ItemID()));
+    Item& item = items[place];
+    item.m_Browser = this;
+    item.m_Accessor = accessor;
+    item.m_ExtraID = ItemID();
     SItemKind const& kind = item.Describe(id, 0, helper);
-    m_Items.push_back(std::move(item));
     list.Collect(id, kind);
     list.CollectTags(m_ItemLibrary.GetItemTags(id, kAppTagsCategory));
+    return item;
 }
 
 void CNodeBrowser::CollectNames()
@@ -226,14 +267,25 @@ void CNodeBrowser::CollectNames()
         list.CollectName(m_ItemLibrary.GetItemName(list.GetCollected(position), true, nullptr));
 }
 
-/// `order` gives for each row the item that comes there.
-void CNodeBrowser::SortItems(std::vector<ItemList::Row> const& order)
+/// `places` gives for each row where its item is. Items of no row go.
+void CNodeBrowser::TakeItems(std::vector<ItemList::Row> places)
 {
-    std::vector<Item> sorted;
-    sorted.reserve(order.size());
-    for (ItemList::Row const position : order)
-        sorted.push_back(std::move(m_Items[position]));
-    m_Items.swap(sorted);
+    std::vector<Item>& items = m_Private->items;
+    std::size_t const rowCount = places.size();
+    AppendOthers(places, items.size());
+    // Only items that change places are moved: each circle of them by one step.
+    for (ItemList::Row first = 0; first < places.size(); ++first) {
+        if (places[first] == first)
+            continue;
+        Item last = std::move(items[first]);
+        ItemList::Row row = first;
+        for (; places[row] != first; std::swap(row, places[row]))
+            items[row] = std::move(items[places[row]]);
+        items[row] = std::move(last);
+        places[row] = row;
+    }
+    items.erase(items.begin() + std::ptrdiff_t(rowCount), items.end());
+    m_Items.swap(items);
 }
 
 /// The list need not be made again for the states: nothing was heard of since it was made.

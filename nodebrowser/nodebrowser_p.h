@@ -18,6 +18,9 @@ struct CNodeBrowser::Private
     {}
 
     nodebrowser::ItemList list;
+    /// The items while the list is made anew: the rows of the last time, then those that are new.
+    /// Out of the way of whoever is called meanwhile.
+    std::vector<Item> items;
     nodebrowser::ItemIcons icons;
     /// The source-control service that the item list was made with; only compared.
     qorm::IRevisionControlUIHelper const* builtWith;

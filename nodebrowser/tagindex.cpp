@@ -38,12 +38,14 @@ void TagIndex::BeginRows()
     m_Unused = 0;
 }
 
-void TagIndex::KeepRow(std::size_t rowBefore)
+void TagIndex::KeepRows(std::size_t firstBefore, std::size_t count)
 {
-    SRow const& row = m_RowsBefore[rowBefore];
-    auto const begin = m_NumbersBefore.begin() + std::ptrdiff_t(row.begin);
-    m_Rows.push_back(SRow{static_cast<Number>(m_Numbers.size()), row.count});
-    m_Numbers.insert(m_Numbers.end(), begin, begin + std::ptrdiff_t(row.count));
+    for (std::size_t before = firstBefore; before < firstBefore + count; ++before) {
+        SRow const& row = m_RowsBefore[before];
+        auto const begin = m_NumbersBefore.begin() + std::ptrdiff_t(row.begin);
+        m_Rows.push_back(SRow{static_cast<Number>(m_Numbers.size()), row.count});
+        m_Numbers.insert(m_Numbers.end(), begin, begin + std::ptrdiff_t(row.count));
+    }
 }
 
 void TagIndex::AppendRow(std::set<std::string> const& tags)

@@ -20,7 +20,7 @@ public:
 
     // Making the rows anew: each is kept or appended, in their order.
     void BeginRows();
-    void KeepRow(std::size_t rowBefore);
+    void KeepRows(std::size_t firstBefore, std::size_t count);
     void AppendRow(std::set<std::string> const& tags);
     void EndRows();
 

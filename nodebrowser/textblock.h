@@ -38,9 +38,15 @@ public:
         Append(text.data(), text.size());
     }
 
-    void Append(TextBlock const& other, std::size_t entry)
+    /// A stretch of another block.
+    void Append(TextBlock const& other, std::size_t first, std::size_t count)
     {
-        Append(other.Get(entry), other.GetLength(entry));
+        std::size_t const begin = other.m_Begins[first];
+        std::size_t const last = first + count - 1;
+        std::size_t const end = other.m_Begins[last] + other.GetLength(last) + 1;
+        for (std::size_t entry = first; entry <= last; ++entry)
+            m_Begins.push_back(other.m_Begins[entry] - begin + m_Text.size());
+        m_Text.append(other.m_Text, begin, end - begin);
     }
 
     void Swap(TextBlock& other)
