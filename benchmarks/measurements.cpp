@@ -19,7 +19,7 @@ void PrintHeading(std::ostream& out)
 
 } // namespace
 
-/// Blank for what is measured without a peer.
+/// Blank for an operation without a peer.
 void Measurements::PrintPeer(std::ostream& out, STimes const& times)
 {
     out << std::setw(kColumnWidth);

@@ -222,7 +222,7 @@ void MeasureGenerated(CEmbeddedHost& host, unsigned long itemCount, Measurements
     run();
 }
 
-/// Takes the options out of the arguments; what is given comes after the defaults and wins.
+/// Takes the options out of the arguments; given options come after the defaults and win.
 std::vector<unsigned long> ReadArguments(int argc, char** argv)
 {
     // Repetitions of panel and peer take turns, so that a busy machine slows both.

@@ -146,7 +146,10 @@ std::vector<ItemList::Row> ItemList::Commit()
 {
     m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
     std::vector<Slot> const order = OrderByName();
-    TakeNames();
+    if (!KeepsAll(KeepsName)) {
+        TakeSearchNames(order);
+        TakeNames();
+    }
     return Take(order);
 }
 
@@ -263,8 +266,11 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
     TakeIDs();
     m_Slots = order;
     m_Rows.resize(order.size());
-    for (Row row = 0; row < m_Slots.size(); ++row)
+    m_Kinds.resize(order.size());
+    for (Row row = 0; row < m_Slots.size(); ++row) {
         m_Rows[m_Slots[row]] = row;
+        m_Kinds[row] = m_Collected[m_Slots[row]].kind;
+    }
     m_Registry.Follow(*this);
     m_RegistryRevision = m_Registry.m_Revision;
 
@@ -275,29 +281,46 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
     return places;
 }
 
+void ItemList::TakeSearchNames(std::vector<Slot> const& order)
+{
+    TextBlock names;
+    names.Reserve(order.size(), m_SearchNames.GetBytes());
+    for (std::size_t row = 0; row < order.size();) {
+        SCollected const& first = m_Collected[order[row]];
+        if (!KeepsName(first)) {
+            names.Append(ToSearchName(m_NewNames[first.newName]));
+            ++row;
+            continue;
+        }
+        // Rows that stood side by side before.
+        Row count = 1;
+        for (; row + count < order.size(); ++count) {
+            SCollected const& next = m_Collected[order[row + count]];
+            if (!KeepsName(next) || next.place != first.place + count)
+                break;
+        }
+        names.Append(m_SearchNames, first.place, count);
+        row += count;
+    }
+    m_SearchNames.Swap(names);
+}
+
 void ItemList::TakeNames()
 {
-    if (KeepsAll(KeepsName))
-        return;
     TextBlock names;
-    TextBlock searchNames;
     names.Reserve(m_Collected.size(), m_Names.GetBytes());
-    searchNames.Reserve(m_Collected.size(), m_SearchNames.GetBytes());
     for (Slot slot = 0; slot < m_Collected.size();) {
         SCollected const& item = m_Collected[slot];
         Slot const end = FindStretchEnd(slot, KeepsName);
         if (end > slot) {
             names.Append(m_Names, item.before, end - slot);
-            searchNames.Append(m_SearchNames, item.before, end - slot);
             slot = end;
         } else {
             names.Append(m_NewNames[item.newName]);
-            searchNames.Append(ToSearchName(m_NewNames[item.newName]));
             ++slot;
         }
     }
     m_Names.Swap(names);
-    m_SearchNames.Swap(searchNames);
 }
 
 void ItemList::TakeTags()
@@ -344,13 +367,13 @@ void ItemList::TakeItems()
         bool const isKnown = item.newTags != kUnknown;
         bool const hasTagString = m_TagStrings.GetLength(items.size()) > 0;
         items.push_back(
-            SItem{item.id, item.kind, isKnown && (hasTagString || *item.kind->tag),
+            SItem{item.id, isKnown && (hasTagString || *item.kind->tag),
                   isKnown && (!KeepsTags(item) || m_Items[item.before].areTagsCollected)});
     }
     m_Items.swap(items);
 }
 
-/// Merges what is new into the identifiers that stay.
+/// Merges the identifiers of new items into those that stay.
 void ItemList::TakeIDs()
 {
     if (!m_IsShifted)
@@ -468,7 +491,7 @@ ItemList::Row ItemList::Find(ItemID const& id) const
 
 SItemKind const& ItemList::GetKind(Row row) const
 {
-    return *m_Items[m_Slots[row]].kind;
+    return *m_Kinds[row];
 }
 
 ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const

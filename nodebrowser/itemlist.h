@@ -109,7 +109,6 @@ private:
     struct SItem
     {
         tarno::datamodel::ItemID id;
-        SItemKind const* kind;
         /// Has an entry in the registry.
         bool isRegistered;
         /// The tags are those that were collected. Not so when a notification told of others, or
@@ -149,6 +148,7 @@ private:
     std::vector<Slot> MergeByName(std::vector<Slot> const& kept,
                                   std::vector<Slot> const& moved) const;
     std::vector<Row> Take(std::vector<Slot> const& order);
+    void TakeSearchNames(std::vector<Slot> const& order);
     void TakeNames();
     void TakeIDs();
     void TakeTags();
@@ -175,15 +175,17 @@ private:
     // By slot.
     std::vector<SItem> m_Items;
     std::vector<Row> m_Rows;
-    /// Both empty for an unfinished list.
+    /// Empty for an unfinished list.
     TextBlock m_Names;
-    TextBlock m_SearchNames;
     TagIndex m_Tags;
     /// The tag strings that were collected.
     TextBlock m_TagStrings;
 
-    /// By row.
+    // By row.
     std::vector<Slot> m_Slots;
+    std::vector<SItemKind const*> m_Kinds;
+    /// In this order a search finds its matches as they are shown. Empty for an unfinished list.
+    TextBlock m_SearchNames;
     /// Slots by identifier, then in their order; empty until an item is looked for.
     mutable std::vector<Slot> m_SlotsByID;
 

@@ -98,10 +98,9 @@ void ItemList::SearchLastMatches(std::set<std::string> const& words, TagMatches 
                                  std::vector<SMatch>& matches) const
 {
     for (Row const row : m_LastMatches) {
-        Slot const slot = m_Slots[row];
-        unsigned long const score =
-            ScoreItem(words, m_SearchNames.Get(slot), m_SearchNames.GetLength(slot),
-                      [&](std::size_t number) { return m_Tags.HasAny(slot, tagMatches[number]); });
+        unsigned long const score = ScoreItem(
+            words, m_SearchNames.Get(row), m_SearchNames.GetLength(row),
+            [&](std::size_t number) { return m_Tags.HasAny(m_Slots[row], tagMatches[number]); });
         if (score != kNoMatch)
             matches.push_back(SMatch{row, score});
     }
@@ -116,8 +115,7 @@ void ItemList::SearchAll(std::set<std::string> const& words, TagMatches const& t
     std::vector<char> settled(m_Rows.size(), 0);
     std::size_t number = 0;
     for (std::string const& word : words) {
-        m_SearchNames.ForEachEntryWith(word, [&](std::size_t slot, bool isAtStart) {
-            Row const row = m_Rows[slot];
+        m_SearchNames.ForEachEntryWith(word, [&](std::size_t row, bool isAtStart) {
             if (!settled[row])
                 scores[row] =
                     static_cast<std::uint32_t>(isAtStart ? number : number + words.size());

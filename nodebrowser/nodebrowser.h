@@ -194,12 +194,14 @@ protected:
 private:
     typedef std::list<qorm::QormHandle<qorm::IDbObject>> StateRequests;
 
+    // nodebrowser.cpp
     void CreateChildren();
     void CreateTabs();
     void ConnectChildren();
     void ConnectRevisionControl();
     void Unregister();
 
+    // nodebrowser_items.cpp
     void BeginCollecting();
     void CollectItems(StateRequests* stateRequests);
     Item& CollectItem(tarno::datamodel::ItemAccessor& accessor,
@@ -218,14 +220,17 @@ private:
     /// Null for an invalid accessor, of which the host is not asked.
     static tarno::datamodel::ItemID AskItemID(tarno::datamodel::ItemAccessor const& item);
 
+    // nodebrowser_filter.cpp
     std::set<std::string> GetSearchWords() const;
     std::vector<unsigned long> MatchItems();
     std::vector<unsigned long> MatchList();
 
+    // nodebrowser_input.cpp
     void ShowRowToolTip(QHelpEvent* event);
     /// False when the wheel is not over the rows.
     bool ScrollByWheel(QWheelEvent* event);
 
+    // nodebrowser_menu.cpp
     QAction* AddMenuEntry(QMenu* menu, QString const& text, char const* slot);
     class ContextMenu;
     struct SMenuFacts;
@@ -237,6 +242,7 @@ private:
     /// library is not the one shown any more.
     tarno::datamodel::ItemAccessor FindMenuItem(ContextMenu const& menu) const;
 
+    // nodebrowser_commands.cpp
     struct SNewItem;
     bool AskForNewItem(char const* kind, char const* defaultName, bool showSignature,
                        SNewItem& item);
@@ -246,15 +252,21 @@ private:
     static qorm::QormHandle<qorm::IDbObject> FindObject(ItemCommand const& command,
                                                         qorm::IRevisionControlUIHelper*& helper);
 
+    // nodebrowser_notify.cpp
     void MarkItemListDirty();
     Item* FindItem(tarno::datamodel::ItemID const& id);
 
+    // nodebrowser_view.cpp
     void ConsumeDirtyFlags();
     void RebuildItemList();
+    /// The widget below its header.
+    QRect GetRowArea() const;
+    /// Of the whole row, in sight or not.
     QRect GetRowRect(int row) const;
     void PaintRows(QPainter& painter);
     void PaintRow(QPainter& painter, int row, Item const& item);
 
+    // nodebrowser_p.h
     struct Private;
     std::unique_ptr<Private> const m_Private;
 };

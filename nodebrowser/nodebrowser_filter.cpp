@@ -102,18 +102,23 @@ std::vector<unsigned long> CNodeBrowser::MatchItems()
 std::vector<unsigned long> CNodeBrowser::MatchList()
 {
     ItemList& list = m_Private->list;
-    std::vector<SMatchingItem> matches;
-    auto const add = [&](ItemList::Row row, unsigned long score) {
-        if (PassesKindFilter(list.GetKind(row), m_ConfigType))
-            matches.push_back(SMatchingItem{row, score});
+    auto const passes = [&](unsigned long row) {
+        return PassesKindFilter(list.GetKind(static_cast<ItemList::Row>(row)), m_ConfigType);
     };
     std::set<std::string> const words = GetSearchWords();
     if (words.empty()) {
-        for (ItemList::Row row = 0; row < list.GetCount(); ++row)
-            add(row, 0);
-    } else {
-        for (ItemList::SMatch const& match : list.Search(words))
-            add(match.row, match.score);
+        std::vector<unsigned long> rows;
+        rows.reserve(list.GetCount());
+        for (unsigned long row = 0; row < list.GetCount(); ++row) {
+            if (passes(row))
+                rows.push_back(row);
+        }
+        return rows;
+    }
+    std::vector<SMatchingItem> matches;
+    for (ItemList::SMatch const& match : list.Search(words)) {
+        if (passes(match.row))
+            matches.push_back(SMatchingItem{match.row, match.score});
     }
     return OrderByScore(matches);
 }

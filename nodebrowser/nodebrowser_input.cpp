@@ -120,8 +120,7 @@ void CNodeBrowser::ShowRowToolTip(QHelpEvent* event)
 
 bool CNodeBrowser::ScrollByWheel(QWheelEvent* event)
 {
-    QRect const rowArea(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1));
-    if (!rowArea.contains(qtcompat::Position(event)))
+    if (!GetRowArea().contains(qtcompat::Position(event)))
         return false;
     // A hidden scroll bar keeps its range, so that rows which all fit still scroll by it. A delta
     // of 0 counts as down.

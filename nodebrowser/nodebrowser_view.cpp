@@ -47,7 +47,7 @@ void CNodeBrowser::resizeEvent(QResizeEvent* event)
 
 void CNodeBrowser::UpdateScrollbar()
 {
-    int const rowAreaHeight = height() - m_HeaderHeight;
+    int const rowAreaHeight = GetRowArea().height();
     if (rowAreaHeight >= m_ContentHeight) {
         m_ScrollBar->setValue(0);
         m_ScrollBar->hide();
@@ -63,6 +63,11 @@ void CNodeBrowser::SliderValueChanged(int /*value*/)
 {
     m_ScrollOffset = m_ScrollBar->value();
     update();
+}
+
+QRect CNodeBrowser::GetRowArea() const
+{
+    return QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1));
 }
 
 QRect CNodeBrowser::GetRowRect(int row) const
@@ -90,7 +95,7 @@ void CNodeBrowser::paintEvent(QPaintEvent* /*event*/)
     QPainter painter(this);
     Qt::BGMode const backgroundMode = painter.backgroundMode();
     painter.setBackgroundMode(Qt::TransparentMode);
-    painter.setClipRect(QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1)));
+    painter.setClipRect(GetRowArea());
     PaintRows(painter);
     painter.setBackgroundMode(backgroundMode);
 }

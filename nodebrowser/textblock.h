@@ -25,7 +25,7 @@ public:
         m_Text.reserve(bytes);
     }
 
-    /// A text with a zero inside ends there for those who read it as a zero-terminated one.
+    /// A text that contains a zero ends there for readers of zero-terminated texts.
     void Append(char const* text, std::size_t length)
     {
         m_Begins.push_back(m_Text.size());
