@@ -2,8 +2,6 @@
 
 #include <qorm.h>
 
-#include <QByteArray>
-
 #include <array>
 
 namespace hostkit {
@@ -26,15 +24,15 @@ std::array<signed char, 256> MakeDigitValues()
     return values;
 }
 
-bool HasUidForm(char const* text)
+bool HasUidForm(std::string_view text)
 {
-    return text && qstrnlen(text, kUidLength + 1) == kUidLength && text[8] == '-' && text[13] == '-'
-           && text[18] == '-' && text[23] == '-';
+    return text.size() == kUidLength && text[8] == '-' && text[13] == '-' && text[18] == '-'
+           && text[23] == '-';
 }
 
 } // namespace
 
-bool ParseUid(char const* text, UidKey& key)
+bool ParseUid(std::string_view text, UidKey& key)
 {
     static auto const digitValues = MakeDigitValues();
     if (!HasUidForm(text))
@@ -42,8 +40,8 @@ bool ParseUid(char const* text, UidKey& key)
     // Digits are looked up and summed up without a branch for each: this is asked for every
     // item of a library at each rebuild of a list.
     int all = 0;
-    auto const read = [&](int begin, int end, std::uint64_t value) {
-        for (int i = begin; i < end; ++i) {
+    auto const read = [&](std::size_t begin, std::size_t end, std::uint64_t value) {
+        for (std::size_t i = begin; i < end; ++i) {
             int const digit = digitValues[static_cast<unsigned char>(text[i])];
             all |= digit;
             value = value << 4 | std::uint64_t(digit & 0xF);
@@ -62,7 +60,7 @@ namespace qorm {
 bool DbObjectId::IsUID(char const* text)
 {
     hostkit::UidKey key;
-    return hostkit::ParseUid(text, key);
+    return text && hostkit::ParseUid(text, key);
 }
 
 } // namespace qorm

@@ -2,6 +2,7 @@
 #define HOSTKIT_UIDTEXT_H
 
 #include <cstdint>
+#include <string_view>
 
 namespace hostkit {
 
@@ -18,7 +19,7 @@ struct UidKey
 };
 
 /// False unless the text is a well-formed UID, in either case.
-bool ParseUid(char const* text, UidKey& key);
+bool ParseUid(std::string_view text, UidKey& key);
 
 } // namespace hostkit
 

@@ -1,5 +1,7 @@
 #include "base/uidmap.h"
 
+#include <algorithm>
+#include <cstring>
 #include <random>
 
 namespace embeddedhost {
@@ -29,6 +31,19 @@ std::uint64_t HashUid(UidKey const& key, std::uint64_t seed)
 {
     // One half after the other: halves that are equal, or change places, do not cancel out.
     return Mix(Mix(key.high ^ seed) + key.low);
+}
+
+std::uint64_t HashText(std::string_view text, std::uint64_t seed)
+{
+    std::uint64_t hash = Mix(text.size() ^ seed);
+    while (!text.empty()) {
+        std::uint64_t part = 0;
+        std::size_t const size = std::min(text.size(), sizeof(part));
+        std::memcpy(&part, text.data(), size);
+        hash = Mix(hash + part);
+        text.remove_prefix(size);
+    }
+    return hash;
 }
 
 } // namespace embeddedhost

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -20,6 +21,8 @@ std::uint64_t GetUidSeed();
 
 /// Spreads UIDs over all 64 bits, whatever digits they share.
 std::uint64_t HashUid(UidKey const& key, std::uint64_t seed);
+/// The same for other texts.
+std::uint64_t HashText(std::string_view text, std::uint64_t seed);
 
 /// Pointers by uid: well-formed UIDs in either case, other texts exactly. Nothing is taken out.
 ///

@@ -1,9 +1,12 @@
 #include "model/itemidentity.h"
 
-#include "model/stablepool.h"
+#include "model/text8.h"
+#include "objects/uidmap.h"
 
-#include <string_view>
-#include <unordered_map>
+#include <cstring>
+#include <functional>
+#include <memory_resource>
+#include <vector>
 
 namespace embeddedhost {
 
@@ -11,36 +14,130 @@ using tarno::datamodel::ItemIdentity;
 
 namespace {
 
-std::string Serialize(char const* kind, std::string const& uid)
+/// What a uid is found by; the same for a well-formed UID in either case.
+struct UidHash
 {
-    return std::string(kind) + ':' + uid;
-}
+    explicit UidHash(std::string_view uid)
+    {
+        UidKey key;
+        isWellFormed = ParseUid(uid, key);
+        value = isWellFormed ? HashUid(key, GetUidSeed()) : HashText(uid, GetUidSeed());
+    }
 
+    bool isWellFormed;
+    std::uint64_t value;
+};
+
+/// All identities by their uids. They lie in one open table, probed place after place, since every
+/// look-up in a large library costs a miss of the processor's caches for each memory block that it
+/// touches. Nothing is taken out.
 class IdentityTable
 {
 public:
-    ItemIdentity& Get(char const* kind, std::string const& uid)
+    ItemIdentity& Get(char const* kind, std::string_view uid)
     {
-        auto const found = m_BySerialized.find(Serialize(kind, uid));
-        if (found != m_BySerialized.end())
-            return *found->second;
-        ItemIdentity& identity = m_Pool.Add(kind, uid);
-        m_BySerialized.emplace(identity.serialized, &identity);
-        return identity;
+        UidHash const hash(uid);
+        ItemIdentity* const known = Find(hash, [&](ItemIdentity const& identity) {
+            return identity.kind == kind && uid == identity.uid;
+        });
+        return known ? *known : Add(hash, kind, uid);
+    }
+
+    CLibraryItem* FindItem(char const* uid) const
+    {
+        UidHash const hash(uid);
+        ItemIdentity const* const found = Find(hash, [&](ItemIdentity const& identity) {
+            return identity.item
+                   && (hash.isWellFormed ? EqualIgnoringAsciiCase(uid, identity.uid)
+                                         : std::strcmp(uid, identity.uid) == 0);
+        });
+        return found ? found->item : nullptr;
     }
 
 private:
-    StablePool<ItemIdentity> m_Pool;
-    std::unordered_map<std::string_view, ItemIdentity*> m_BySerialized;
+    struct Place
+    {
+        std::uint64_t hash;
+        /// Null where the place is free.
+        ItemIdentity* identity;
+    };
+
+    /// The first of those with the hash that is wanted; null for none.
+    template <class IsWanted>
+    ItemIdentity* Find(UidHash const& hash, IsWanted const& isWanted) const
+    {
+        if (m_Places.empty())
+            return nullptr;
+        std::size_t const mask = m_Places.size() - 1;
+        for (std::size_t place = hash.value & mask; m_Places[place].identity;
+             place = (place + 1) & mask) {
+            if (m_Places[place].hash == hash.value && isWanted(*m_Places[place].identity))
+                return m_Places[place].identity;
+        }
+        return nullptr;
+    }
+
+    ItemIdentity& Add(UidHash const& hash, char const* kind, std::string_view uid)
+    {
+        if (2 * (m_Used + 1) > m_Places.size())
+            Grow();
+        void* const memory = m_Arena.allocate(sizeof(ItemIdentity), alignof(ItemIdentity));
+        char* const text = static_cast<char*>(m_Arena.allocate(uid.size() + 1, 1));
+        uid.copy(text, uid.size());
+        text[uid.size()] = '\0';
+        ItemIdentity* const identity = new (memory) ItemIdentity(kind, text, hash.isWellFormed);
+        Put({hash.value, identity});
+        ++m_Used;
+        return *identity;
+    }
+
+    void Put(Place const& added)
+    {
+        std::size_t const mask = m_Places.size() - 1;
+        std::size_t place = added.hash & mask;
+        while (m_Places[place].identity)
+            place = (place + 1) & mask;
+        m_Places[place] = added;
+    }
+
+    /// The size is a power of two, and half of the places are free.
+    void Grow()
+    {
+        std::vector<Place> previous(m_Places.empty() ? 64 : 2 * m_Places.size());
+        previous.swap(m_Places);
+        for (Place const& place : previous) {
+            if (place.identity)
+                Put(place);
+        }
+    }
+
+    std::pmr::monotonic_buffer_resource m_Arena;
+    std::vector<Place> m_Places;
+    std::size_t m_Used = 0;
 };
 
-} // namespace
-
-ItemIdentity& GetItemIdentity(char const* kind, std::string const& uid)
+IdentityTable& GetTable()
 {
     // Never destroyed: identifiers may be used while the process ends.
     static IdentityTable& table = *new IdentityTable;
-    return table.Get(kind, uid);
+    return table;
+}
+
+/// Whoever asks for an item's uid mostly comes back with it at once, to look the item up.
+ItemIdentity const* gLastAsked = nullptr;
+
+} // namespace
+
+ItemIdentity& GetItemIdentity(char const* kind, std::string_view uid)
+{
+    return GetTable().Get(kind, uid);
+}
+
+CLibraryItem* FindItemByUid(char const* uid)
+{
+    if (gLastAsked && gLastAsked->item && std::strcmp(gLastAsked->uid, uid) == 0)
+        return gLastAsked->item;
+    return GetTable().FindItem(uid);
 }
 
 } // namespace embeddedhost
@@ -48,11 +145,16 @@ ItemIdentity& GetItemIdentity(char const* kind, std::string const& uid)
 namespace tarno {
 namespace datamodel {
 
-ItemIdentity::ItemIdentity(char const* itemKind, std::string const& itemUid)
+ItemIdentity::ItemIdentity(char const* itemKind, char const* itemUid, bool isWellFormed)
     : kind(itemKind)
-    , serialized(embeddedhost::Serialize(itemKind, itemUid))
-    , uid(serialized.c_str() + (serialized.size() - itemUid.size()))
+    , uid(itemUid)
+    , hasUid(isWellFormed)
 {}
+
+std::string ItemIdentity::Serialize() const
+{
+    return std::string(kind) + ':' + uid;
+}
 
 char const* ItemID::GetType() const
 {
@@ -61,12 +163,15 @@ char const* ItemID::GetType() const
 
 std::string ItemID::Serialize() const
 {
-    return m_Identity ? m_Identity->serialized : std::string();
+    return m_Identity ? m_Identity->Serialize() : std::string();
 }
 
 char const* ItemIDUnlock::GetItemIDUID(ItemID const& id)
 {
-    return id.m_Identity ? id.m_Identity->uid : "";
+    if (!id.m_Identity)
+        return "";
+    embeddedhost::gLastAsked = id.m_Identity;
+    return id.m_Identity->uid;
 }
 
 } // namespace datamodel

@@ -4,6 +4,7 @@
 #include <datamodel.h>
 
 #include <string>
+#include <string_view>
 
 namespace embeddedhost {
 class CLibraryItem;
@@ -16,18 +17,21 @@ namespace datamodel {
 /// that identifiers compare by address and stay good when items go and come back.
 struct ItemIdentity
 {
-    ItemIdentity(char const* itemKind, std::string const& itemUid);
+    ItemIdentity(char const* itemKind, char const* itemUid, bool isWellFormed);
     ItemIdentity(ItemIdentity const&) = delete;
     ItemIdentity& operator=(ItemIdentity const&) = delete;
 
+    /// Kind and uid, "compound:UID"; tells the identity again.
+    std::string Serialize() const;
+
     /// The kind constant.
     char const* const kind;
-    /// Kind and uid, "compound:UID"; tells the identity again.
-    std::string const serialized;
-    /// The uid within `serialized`.
+    /// Never freed.
     char const* const uid;
     /// The item in the open library that has the identity; null when there is none.
     embeddedhost::CLibraryItem* item = nullptr;
+    /// The uid is a well-formed UID, so that the item is an object of the database.
+    bool const hasUid;
 };
 
 } // namespace datamodel
@@ -36,7 +40,11 @@ struct ItemIdentity
 namespace embeddedhost {
 
 /// The identity of the kind and uid, made when it is asked for first; never freed.
-tarno::datamodel::ItemIdentity& GetItemIdentity(char const* kind, std::string const& uid);
+tarno::datamodel::ItemIdentity& GetItemIdentity(char const* kind, std::string_view uid);
+
+/// The item of the open library that has the uid: a well-formed one in either case, another text
+/// exactly. Null for none.
+CLibraryItem* FindItemByUid(char const* uid);
 
 } // namespace embeddedhost
 

@@ -70,7 +70,7 @@ IValueAsset* GetValueAsset(IQormInstance* instance, int cacheIndex)
 QormPtr<IDataSource> FindDataSource(IQormInstance* instance, int cacheIndex)
 {
     CObjectDatabase const* const database = FindDatabase(instance);
-    return QormPtr<IDataSource>(database ? database->GetHome(cacheIndex).get() : nullptr);
+    return QormPtr<IDataSource>(database ? database->GetHome(cacheIndex) : nullptr);
 }
 
 DbObjectId FindObjectId(IQormInstance* instance, int cacheIndex)

@@ -1,6 +1,7 @@
 #include "model/objectdatabase.h"
 
 #include "model/library.h"
+#include "model/text8.h"
 #include "objects/query.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@ namespace {
 
 /// Of all open libraries, the latest last.
 std::vector<CObjectDatabase*> gOpenDatabases;
+/// Counts the changes of these and of their components.
+unsigned gOpenDatabasesVersion = 0;
 
 } // namespace
 
@@ -21,6 +24,7 @@ CObjectDatabase::CObjectDatabase(CLibrary& library)
     : m_Library(&library)
 {
     gOpenDatabases.push_back(this);
+    ++gOpenDatabasesVersion;
 }
 
 CObjectDatabase::~CObjectDatabase()
@@ -48,11 +52,12 @@ void CObjectDatabase::AddFixed(FixedObject const& object)
     Q_ASSERT(m_Fixed.size() == m_Cache.size());
     m_Fixed.push_back(object);
     m_Cache.push_back({nullptr, nullptr});
+    ++gOpenDatabasesVersion;
 }
 
 int CObjectDatabase::AddItem(ItemIdentity const& identity)
 {
-    if (!DbObjectId::IsUID(identity.uid))
+    if (!identity.hasUid)
         return -1;
     m_Cache.push_back({&identity, nullptr});
     return int(m_Cache.size()) - 1;
@@ -65,9 +70,10 @@ bool CObjectDatabase::HasFixedObject(char const* uid) const
 
 int CObjectDatabase::FindFixed(char const* uid) const
 {
-    DbObjectId const id(uid);
     for (std::size_t i = 0; i < m_Fixed.size(); ++i) {
-        if (DbObjectId(m_Fixed[i].uid.c_str()) == id)
+        // Few are alike, so that few have to be looked at more closely.
+        char const* const fixed = m_Fixed[i].uid.c_str();
+        if (EqualIgnoringAsciiCase(fixed, uid) && DbObjectId(fixed) == DbObjectId(uid))
             return int(i);
     }
     return -1;
@@ -83,15 +89,26 @@ CObjectDatabase::FixedObject const* CObjectDatabase::GetFixed(int cacheIndex) co
     return successor ? successor->GetFixed(position) : nullptr;
 }
 
-std::pair<CObjectDatabase*, int> CObjectDatabase::FindSuccessor(int cacheIndex) const
+CObjectDatabase::Successor CObjectDatabase::FindSuccessor(int cacheIndex) const
 {
     bool const isFixed = cacheIndex >= 0 && cacheIndex < int(m_Fixed.size());
     if (!isFixed || m_Fixed[std::size_t(cacheIndex)].isResource || gOpenDatabases.empty())
-        return {nullptr, -1};
-    CObjectDatabase* const current = gOpenDatabases.back();
-    int const position = current->FindFixed(m_Fixed[std::size_t(cacheIndex)].uid.c_str());
-    bool const isComponent = position >= 0 && !current->m_Fixed[std::size_t(position)].isResource;
-    return {isComponent ? current : nullptr, position};
+        return Successor();
+    // Panels keep the handles of components of the first library, and compare each item's with
+    // them.
+    FixedObject const& object = m_Fixed[std::size_t(cacheIndex)];
+    if (object.successorVersion != gOpenDatabasesVersion) {
+        object.successorVersion = gOpenDatabasesVersion;
+        object.successor = gOpenDatabases.back()->FindComponent(object.uid.c_str());
+    }
+    return object.successor;
+}
+
+CObjectDatabase::Successor CObjectDatabase::FindComponent(char const* uid)
+{
+    int const position = FindFixed(uid);
+    bool const isComponent = position >= 0 && !m_Fixed[std::size_t(position)].isResource;
+    return isComponent ? Successor{this, position} : Successor();
 }
 
 CLibrary* CObjectDatabase::GetLibrary() const
@@ -104,6 +121,7 @@ void CObjectDatabase::Close()
     m_Library = nullptr;
     gOpenDatabases.erase(std::remove(gOpenDatabases.begin(), gOpenDatabases.end(), this),
                          gOpenDatabases.end());
+    ++gOpenDatabasesVersion;
     for (CacheEntry const& entry : m_Cache) {
         if (entry.object)
             entry.object->Close();
@@ -134,12 +152,12 @@ CLibraryItem* CObjectDatabase::GetItem(int cacheIndex) const
     return m_Cache[std::size_t(cacheIndex)].identity->item;
 }
 
-DataSourcePtr CObjectDatabase::GetHome(int cacheIndex) const
+CDataSource* CObjectDatabase::GetHome(int cacheIndex) const
 {
     if (FixedObject const* const fixed = GetFixed(cacheIndex))
-        return fixed->home;
+        return fixed->home.get();
     CLibraryItem const* const item = GetItem(cacheIndex);
-    return item ? item->GetSource() : nullptr;
+    return item ? item->GetSource().get() : nullptr;
 }
 
 DbObjectId CObjectDatabase::GetId(int cacheIndex) const
@@ -191,11 +209,16 @@ bool CObjectDatabase::RunQuery(char const* query, Vector<CQueryResult>& results)
     return true;
 }
 
+CLibraryItem* CObjectDatabase::FindItem(DbObjectId const& objectId) const
+{
+    return m_Library ? m_Library->FindItem(objectId.GetStr()) : nullptr;
+}
+
 QormHandle<IDbObject> CObjectDatabase::FindObject(DbObjectId const& objectId)
 {
     if (!m_Library)
         return QormHandle<IDbObject>();
-    CLibraryItem const* const item = m_Library->FindItem(objectId.GetStr());
+    CLibraryItem const* const item = FindItem(objectId);
     int const index = item ? item->GetCacheIndex() : FindFixed(objectId.GetStr());
     return index < 0 ? QormHandle<IDbObject>() : QormHandle<IDbObject>(GetInstance(), index);
 }

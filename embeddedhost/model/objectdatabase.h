@@ -48,8 +48,10 @@ public:
     bool IsResource(int cacheIndex) const;
     /// Null for an object that is not an item.
     CLibraryItem* GetItem(int cacheIndex) const;
-    /// Where the object lives; for a resource this is the data source that it stands for.
-    DataSourcePtr GetHome(int cacheIndex) const;
+    CLibraryItem* FindItem(qorm::DbObjectId const& objectId) const;
+    /// Where the object lives; for a resource this is the data source that it stands for. Null for
+    /// an object that is gone.
+    CDataSource* GetHome(int cacheIndex) const;
     qorm::DbObjectId GetId(int cacheIndex) const;
     /// 8-bit; valid as long as the object.
     char const* GetName(int cacheIndex) const;
@@ -70,20 +72,30 @@ private:
         DbObjectPtr object;
     };
 
+    /// Where a component of a closed library is now; null when it is nowhere.
+    struct Successor
+    {
+        CObjectDatabase* database = nullptr;
+        int cacheIndex = -1;
+    };
+
     /// An object that is there as long as the library is open; these come first in the cache.
     struct FixedObject
     {
         std::string uid;
         DataSourcePtr home;
         bool isResource;
+        /// As long as the same libraries are open.
+        mutable Successor successor = Successor();
+        mutable unsigned successorVersion = 0;
     };
 
     void AddFixed(FixedObject const& object);
     /// -1 when there is none.
     int FindFixed(char const* uid) const;
     FixedObject const* GetFixed(int cacheIndex) const;
-    /// Where a component of this closed library is now; null when nowhere.
-    std::pair<CObjectDatabase*, int> FindSuccessor(int cacheIndex) const;
+    Successor FindSuccessor(int cacheIndex) const;
+    Successor FindComponent(char const* uid);
 
     CLibrary* m_Library;
     std::vector<FixedObject> m_Fixed;

@@ -29,11 +29,11 @@ void CRevisionControlHelper::SetFilesHandler(FilesHandler const& handler)
 
 QormHandle<IDbObject> CRevisionControlHelper::FindObject(DbObjectId const& objectId)
 {
-    QormHandle<IDbObject> const object =
-        m_Database ? m_Database->FindObject(objectId) : QormHandle<IDbObject>();
-    if (CLibraryItem const* const item = FindItem(object))
+    if (!m_Database)
+        return QormHandle<IDbObject>();
+    if (CLibraryItem const* const item = m_Database->FindItem(objectId))
         m_Service.NoteLookUp(&item->GetIdentity());
-    return object;
+    return m_Database->FindObject(objectId);
 }
 
 void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool& checkedOut,
