@@ -80,17 +80,6 @@ void CLibraryWatcher::CheckConflicts()
         m_Pause.start();
 }
 
-CLibraryWatcher::Stamp CLibraryWatcher::GetStamp(QString const& path)
-{
-    QFileInfo const info(path);
-    Stamp stamp;
-    if (info.exists()) {
-        stamp.size = info.size();
-        stamp.modified = info.lastModified();
-    }
-    return stamp;
-}
-
 CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source) const
 {
     // Faults of the folders were reported when the library was opened.
@@ -99,7 +88,7 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source)
     QStringList const paths = ListJsonFiles(m_Library->GetFolder(), source->GetDescription().folder,
                                             FaultReporter(unheard));
     for (QString const& path : paths)
-        stamps[path] = GetStamp(path);
+        stamps[path] = GetFileStamp(path);
     return stamps;
 }
 
@@ -111,7 +100,7 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStampsWithGone(DataSourcePtr const&
     for (auto const& file : m_Library->GetFiles()) {
         bool const isExpected = file->source == source && !file->digest.isEmpty();
         if (isExpected && !stamps.contains(file->path))
-            stamps[file->path] = Stamp();
+            stamps[file->path] = FileStamp();
     }
     return stamps;
 }
@@ -177,7 +166,7 @@ QStringList CLibraryWatcher::FindTouchedFiles(Stamps const& before, Stamps const
     for (auto stamp = now.cbegin(); stamp != now.cend(); ++stamp) {
         auto const known = before.constFind(stamp.key());
         if (known == before.cend() || !(*known == stamp.value()))
-            (*stamp == Stamp() ? gone : touched) << stamp.key();
+            (*stamp == FileStamp() ? gone : touched) << stamp.key();
     }
     // An object that went from one file to another should leave before it comes.
     return gone + touched;
@@ -291,7 +280,7 @@ void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path
 }
 
 /// Without a stamp the file is tried again with each look, and reported once.
-void CLibraryWatcher::NoteFailure(QString const& path, Stamp const& stamp, QString const& fault)
+void CLibraryWatcher::NoteFailure(QString const& path, FileStamp const& stamp, QString const& fault)
 {
     Failure& failure = m_Failures[path];
     if (!(failure.stamp == stamp))

@@ -3,8 +3,8 @@
 
 #include "model/library.h"
 #include "storage/filereconciler.h"
+#include "storage/systemfiles.h"
 
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFileSystemWatcher>
 #include <QHash>
@@ -47,28 +47,16 @@ private Q_SLOTS:
     void OnApplicationStateChanged(Qt::ApplicationState state);
 
 private:
-    /// Enough to tell that a file was touched; that of a file that is not there has no size.
-    struct Stamp
-    {
-        qint64 size = -1;
-        QDateTime modified;
-
-        bool operator==(Stamp const& other) const
-        {
-            return size == other.size && modified == other.modified;
-        }
-    };
     /// By path.
-    typedef QMap<QString, Stamp> Stamps;
+    typedef QMap<QString, FileStamp> Stamps;
 
     /// How often the file of this stamp could not be read.
     struct Failure
     {
-        Stamp stamp;
+        FileStamp stamp;
         int attempts = 0;
     };
 
-    static Stamp GetStamp(QString const& path);
     static QStringList FindTouchedFiles(Stamps const& before, Stamps const& now);
 
     Stamps ReadStamps(DataSourcePtr const& source) const;
@@ -81,7 +69,7 @@ private:
     bool CheckFiles(DataSourcePtr const& source);
     QStringList FindEndedConflicts(DataSourcePtr const& source) const;
     void CheckFile(DataSourcePtr const& source, QString const& path, Stamps const& now);
-    void NoteFailure(QString const& path, Stamp const& stamp, QString const& fault);
+    void NoteFailure(QString const& path, FileStamp const& stamp, QString const& fault);
     void Report(QString const& path, QString const& text) const;
 
     std::shared_ptr<CLibrary> const m_Library;

@@ -29,6 +29,22 @@ struct FileContent
 /// followed; files behind a link to a folder do not exist.
 FileContent ReadRegularFile(QString const& path, QString const& folder);
 
+/// Enough to tell that a file was touched; what is not there has no size.
+struct FileStamp
+{
+    qint64 size = -1;
+    /// In the units of the system.
+    qint64 modified = 0;
+
+    bool operator==(FileStamp const& other) const
+    {
+        return size == other.size && modified == other.modified;
+    }
+};
+
+/// Of what a link leads to.
+FileStamp GetFileStamp(QString const& path);
+
 } // namespace embeddedhost
 
 #endif

@@ -3,6 +3,8 @@
 
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 namespace embeddedhost {
 
 FileContent ReadRegularFile(QString const& path, QString const& folder)
@@ -17,6 +19,14 @@ FileContent ReadRegularFile(QString const& path, QString const& folder)
     if (content.fault.isEmpty() && !IsWithin(folder, content.realPath))
         return {true, QByteArray(), QStringLiteral("it leads out of the library folder")};
     return content;
+}
+
+FileStamp GetFileStamp(QString const& path)
+{
+    struct stat status;
+    if (stat(Encode(path), &status) != 0)
+        return FileStamp();
+    return {status.st_size, status.st_mtim.tv_sec * qint64(1000000000) + status.st_mtim.tv_nsec};
 }
 
 } // namespace embeddedhost

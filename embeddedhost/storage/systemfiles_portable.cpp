@@ -2,6 +2,7 @@
 
 #include "storage/folderscan.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -37,6 +38,14 @@ FileContent ReadRegularFile(QString const& path, QString const& folder)
         return Unreadable(
             QStringLiteral("it is larger than %1 MiB").arg(kMaxFileSize / (1024 * 1024)));
     return {true, bytes, QString(), realPath};
+}
+
+FileStamp GetFileStamp(QString const& path)
+{
+    QFileInfo const info(path);
+    if (!info.exists())
+        return FileStamp();
+    return {info.size(), info.lastModified().toMSecsSinceEpoch()};
 }
 
 } // namespace embeddedhost
