@@ -61,6 +61,7 @@ public:
     CompoundAccessor compoundTarget;
     std::unique_ptr<CLibraryWatcher> watcher;
     bool isReading = false;
+    bool isOpeningCancelled = false;
     /// Listens as long as a library is open.
     CLibraryObserver observer;
     QTimer contentTimer;
@@ -119,7 +120,13 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
     if (!CanOpenAnother() || !CanOpenLibrary(folder))
         return false;
-    Replace([&] { return ReadLibrary(folder, m_Private->messages, progress); });
+    Replace([&] {
+        return ReadLibrary(folder, m_Private->messages, [&](int done, int total) {
+            if (progress)
+                progress(done, total);
+            return !m_Private->isOpeningCancelled;
+        });
+    });
     std::shared_ptr<CLibrary> const library = m_Private->library;
     if (!library)
         return false;
@@ -166,6 +173,7 @@ bool CEmbeddedHost::CanOpenAnother()
 void CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& read)
 {
     QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+    m_Private->isOpeningCancelled = false;
     // Before the other one is read: its items may have the same uids.
     CloseLibrary();
     m_Private->library = read();
@@ -180,6 +188,16 @@ bool CEmbeddedHost::Announce()
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
     return m_Private->library == library;
+}
+
+bool CEmbeddedHost::IsOpening() const
+{
+    return m_Private->isReading;
+}
+
+void CEmbeddedHost::CancelOpening()
+{
+    m_Private->isOpeningCancelled = true;
 }
 
 void CEmbeddedHost::CloseLibrary()

@@ -54,6 +54,10 @@ public:
     /// opened; what is open stays so then. `progress` is called while files are read; an attempt
     /// to open another library meanwhile is refused.
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
+    /// A library is being read: none is open.
+    bool IsOpening() const;
+    /// Stops OpenLibrary while it reads, which returns false then and leaves none open.
+    void CancelOpening();
     /// Whether it would be opened; otherwise the message channel says why not.
     bool CanOpenLibrary(QString const& folder);
     /// Opens the items as a library without a folder in place of the one that is open. They take

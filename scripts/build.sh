@@ -2,7 +2,7 @@
 # Sourced with `root` set to the source folder.
 
 build_packages=(g++ lld cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
-                nlohmann-json3-dev libgit2-dev fonts-dejavu-core)
+                nlohmann-json3-dev libsimdjson-dev libgit2-dev fonts-dejavu-core)
 test_packages=(git python3-jsonschema)
 window_packages=(xvfb openbox xdotool imagemagick)
 qt6_packages=(qt6-base-dev qt6-qpa-plugins libgl-dev)

@@ -17,11 +17,15 @@ char ToAsciiLower(char c)
 
 } // namespace
 
+bool IsAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 std::string ToLatin1(std::string const& utf8)
 {
-    bool const isAscii = std::all_of(utf8.begin(), utf8.end(),
-                                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    return isAscii ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
+    return IsAscii(utf8) ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
 }
 
 std::string ToUtf8(std::string const& latin1)

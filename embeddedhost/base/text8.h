@@ -2,8 +2,11 @@
 #define EMBEDDEDHOST_TEXT8_H
 
 #include <string>
+#include <string_view>
 
 namespace embeddedhost {
+
+bool IsAscii(std::string_view text);
 
 /// The 8-bit form of a UTF-8 text: Latin-1, '?' for what does not fit.
 std::string ToLatin1(std::string const& utf8);

@@ -33,8 +33,8 @@ ItemID UnspecifiedAccessor::GetItemID() const
 CSimpleValue ItemAccessor::GetValue(char const* name) const
 {
     CLibraryItem const* const item = GetContext() ? GetContext()->FindItem(GetHandle()) : nullptr;
-    std::string const* const value = item && name ? item->GetNamedValue(name) : nullptr;
-    return value ? CSimpleValue(*value) : CSimpleValue();
+    char const* const value = item && name ? item->GetNamedValue(name) : nullptr;
+    return value ? CSimpleValue(value) : CSimpleValue();
 }
 
 std::string ItemAccessor::GetName(bool, char const*) const

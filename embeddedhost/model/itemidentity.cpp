@@ -1,7 +1,7 @@
 #include "model/itemidentity.h"
 
-#include "model/text8.h"
-#include "objects/uidmap.h"
+#include "base/text8.h"
+#include "base/uidmap.h"
 
 #include <cstring>
 #include <functional>

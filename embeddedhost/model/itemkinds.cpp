@@ -23,7 +23,7 @@ KindIndex GetKindIndex(char const* kind)
     return found == kinds.end() ? kNoKind : KindIndex(found - kinds.begin());
 }
 
-char const* FindItemKind(std::string const& text)
+char const* FindItemKind(std::string_view text)
 {
     for (char const* kind : GetItemKinds()) {
         if (text == kind)

@@ -2,7 +2,7 @@
 #define EMBEDDEDHOST_ITEMKINDS_H
 
 #include <array>
-#include <string>
+#include <string_view>
 
 namespace embeddedhost {
 
@@ -17,7 +17,7 @@ std::array<char const*, kKindCount> const& GetItemKinds();
 /// The place of a kind constant, compared by identity.
 KindIndex GetKindIndex(char const* kind);
 /// The kind constant that a library file means; null for another text.
-char const* FindItemKind(std::string const& text);
+char const* FindItemKind(std::string_view text);
 
 } // namespace embeddedhost
 

@@ -102,8 +102,8 @@ std::size_t CLibrary::GetItemCount() const
 
 CLibraryItem* CLibrary::FindItem(char const* uid) const
 {
-    CLibraryItem* const item = m_ItemsByUid.Find(uid);
-    return item && item->GetIdentity().item == item ? item : nullptr;
+    // There are no items of another library while this one is open.
+    return m_Self.GetContext()->GetLibrary() ? FindItemByUid(uid) : nullptr;
 }
 
 bool CLibrary::HasUid(char const* uid) const
@@ -126,14 +126,25 @@ bool CLibrary::HasName(char const* name) const
 
 CLibraryItem& CLibrary::AddItem(LibraryFile& file, ordered_json object)
 {
-    char const* const kind = FindItemKind(object["kind"].get_ref<std::string const&>());
-    auto& identity = GetItemIdentity(kind, object["uid"].get_ref<std::string const&>());
+    ListedObject const listed = ListObject(object);
+    ItemIdentity& identity = GetItemIdentity(listed.kind, listed.uid);
     int const cacheIndex = m_Database->AddItem(identity);
-    CLibraryItem& item = m_Pool.Add(identity, file, std::move(object), cacheIndex, m_Arena);
+    return List(m_Pool.Add(identity, file, std::move(object), cacheIndex, m_Arena));
+}
+
+CLibraryItem& CLibrary::AddItem(LibraryFile& file, ListedObject const& listed,
+                                ObjectPlace const& place)
+{
+    ItemIdentity& identity = GetItemIdentity(listed.kind, listed.uid);
+    int const cacheIndex = m_Database->AddItem(identity);
+    return List(m_Pool.Add(identity, file, listed, place, cacheIndex, m_Arena));
+}
+
+CLibraryItem& CLibrary::List(CLibraryItem& item)
+{
     // Not found before it has its identity, so that a failure leaves nothing half known.
-    m_ItemsByUid.Insert(identity.uid, &item);
-    m_Items[std::size_t(GetKindIndex(kind))].push_back(&item);
-    identity.item = &item;
+    m_Items[std::size_t(GetKindIndex(item.GetIdentity().kind))].push_back(&item);
+    item.GetIdentity().item = &item;
     return item;
 }
 

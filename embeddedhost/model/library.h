@@ -1,14 +1,14 @@
 #ifndef EMBEDDEDHOST_LIBRARY_H
 #define EMBEDDEDHOST_LIBRARY_H
 
+#include "base/uidmap.h"
 #include "framework/messagechannel.h"
 #include "model/itemkinds.h"
 #include "model/libraryfile.h"
 #include "model/libraryitem.h"
+#include "model/objectdatabase.h"
 #include "model/stablepool.h"
 #include "objects/datasource.h"
-#include "model/objectdatabase.h"
-#include "base/uidmap.h"
 
 #include <datamodel.h>
 #include <nlohmann/json.hpp>
@@ -68,6 +68,8 @@ public:
     /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
     /// it at the end of its kind.
     CLibraryItem& AddItem(LibraryFile& file, nlohmann::ordered_json object);
+    /// The same of an object that stays where it is in the file's source.
+    CLibraryItem& AddItem(LibraryFile& file, ListedObject const& listed, ObjectPlace const& place);
 
     LibraryFile& AddFile(LibraryFile file);
     std::vector<std::unique_ptr<LibraryFile>> const& GetFiles() const;
@@ -97,6 +99,7 @@ public:
     void Close();
 
 private:
+    CLibraryItem& List(CLibraryItem& item);
     void TakeOut(CLibraryItem& item);
 
     QString const m_Folder;
@@ -116,7 +119,6 @@ private:
     /// would take too long when a large file loses its items.
     mutable std::array<Items, kKindCount> m_Items;
     mutable std::array<bool, kKindCount> m_HasTakenOutItems = {};
-    UidMap<CLibraryItem> m_ItemsByUid;
     std::vector<std::unique_ptr<LibraryFile>> m_Files;
     /// Where a file was found last; it may have another path since.
     mutable QHash<QString, LibraryFile*> m_FilesByPath;

@@ -108,7 +108,7 @@ void CLibrary::ChangeObject(CLibraryItem& item, ordered_json object)
     std::string const oldName = item.GetName();
     auto const categories = FindChangedCategories(item.GetObject(), object);
     bool const isListedDifferently = IsListedDifferently(item.GetObject(), object);
-    item.SetObject(std::move(object));
+    item.SetObject(std::move(object), m_Arena);
     if (oldName != item.GetName())
         change.GetNotifier().NameChanged(id);
     for (std::string const& category : categories)

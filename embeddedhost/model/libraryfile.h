@@ -1,6 +1,7 @@
 #ifndef EMBEDDEDHOST_LIBRARYFILE_H
 #define EMBEDDEDHOST_LIBRARYFILE_H
 
+#include "model/objectsource.h"
 #include "objects/datasource.h"
 
 #include <QByteArray>
@@ -8,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <memory>
 #include <vector>
 
 namespace embeddedhost {
@@ -36,6 +38,8 @@ struct LibraryFile
     bool hasOtherEntries = false;
     /// It is a link, and the file lies in a data source that is not to be written.
     bool isReadOnly = false;
+    /// Of the items that have a place in it; null for a file that has never been read.
+    std::unique_ptr<ObjectSource const> objects = nullptr;
 
     /// A save has something to write, or the file to remove.
     bool IsModified() const;

@@ -11,40 +11,31 @@ using tarno::datamodel::ItemIdentity;
 
 namespace {
 
-std::string const* FindText(ordered_json const& object, char const* key)
+/// A zero within a text ends it, as it does for whoever is handed the text.
+void AppendText(std::string& texts, std::string_view text)
 {
-    auto const found = object.find(key);
-    if (found == object.end() || !found->is_string())
-        return nullptr;
-    return found->get_ptr<std::string const*>();
+    texts.append(text.substr(0, text.find('\0'))).push_back('\0');
 }
 
-bool HasText(ordered_json const& object, char const* key)
+void AppendLatin1(std::string& texts, std::string_view utf8)
 {
-    std::string const* const text = FindText(object, key);
-    return text && !text->empty();
+    if (IsAscii(utf8))
+        AppendText(texts, utf8);
+    else
+        AppendText(texts, ToLatin1(std::string(utf8)));
 }
 
-void AppendText(std::string& texts, std::string const& utf8)
+std::string MakeTexts(ListedObject const& listed)
 {
-    // A zero within a text ends it, as it does for whoever is handed the text.
-    texts.append(ToLatin1(utf8).c_str()).push_back('\0');
-}
-
-/// Name, then category and tags by turns.
-std::string MakeTexts(ordered_json const& object)
-{
-    std::string const* const name = FindText(object, "name");
     std::string texts;
-    AppendText(texts, name ? *name : std::string());
-    auto const tags = object.find("tags");
-    if (tags == object.end() || !tags->is_object())
-        return texts;
-    for (auto const& [category, text] : tags->items()) {
-        if (!text.is_string())
-            continue;
-        AppendText(texts, category);
-        AppendText(texts, text.get_ref<std::string const&>());
+    AppendLatin1(texts, listed.name);
+    for (std::string_view const reference : {listed.parent, listed.specializes}) {
+        if (!reference.empty())
+            AppendText(texts, reference);
+    }
+    for (auto const& [category, tags] : listed.tags) {
+        AppendLatin1(texts, category);
+        AppendLatin1(texts, tags);
     }
     return texts;
 }
@@ -54,32 +45,47 @@ char const* NextText(char const* text)
     return text + std::strlen(text) + 1;
 }
 
-bool IsSet(ordered_json const& object, char const* key)
-{
-    auto const found = object.find(key);
-    return found != object.end() && found->is_boolean() && found->get<bool>();
-}
-
 } // namespace
+
+CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file, ListedObject const& listed,
+                           ObjectPlace const& place, int cacheIndex,
+                           std::pmr::memory_resource& texts)
+    : m_Identity(identity)
+    , m_File(file)
+    , m_Place(place)
+    , m_CacheIndex(cacheIndex)
+{
+    SetTexts(MakeTexts(listed), texts);
+    SetFlags(listed);
+}
 
 CLibraryItem::CLibraryItem(ItemIdentity& identity, LibraryFile& file, ordered_json object,
                            int cacheIndex, std::pmr::memory_resource& texts)
-    : m_Identity(identity)
-    , m_File(file)
-    , m_Object(std::move(object))
-    , m_Texts(MakeTexts(m_Object), &texts)
-    , m_CacheIndex(cacheIndex)
+    : CLibraryItem(identity, file, ListObject(object), ObjectPlace(), cacheIndex, texts)
 {
-    ReadFlags();
+    m_Trees = std::make_unique<Trees>();
+    m_Trees->object = std::move(object);
 }
 
-void CLibraryItem::ReadFlags()
+CLibraryItem::~CLibraryItem() = default;
+
+void CLibraryItem::SetTexts(std::string const& texts, std::pmr::memory_resource& memory)
 {
-    m_IsSignature = IsSet(m_Object, "signature");
-    m_IsLoop = IsSet(m_Object, "loop");
-    m_IsLocked = IsSet(m_Object, "readOnly");
-    m_HasParent = HasText(m_Object, "parent");
-    m_HasSpecializes = HasText(m_Object, "specializes");
+    if (texts.size() > m_TextsCapacity) {
+        m_Texts = static_cast<char*>(memory.allocate(texts.size(), 1));
+        m_TextsCapacity = unsigned(texts.size());
+    }
+    m_TextsSize = unsigned(texts.size());
+    texts.copy(m_Texts, texts.size());
+}
+
+void CLibraryItem::SetFlags(ListedObject const& listed)
+{
+    m_IsSignature = listed.isSignature;
+    m_IsLoop = listed.isLoop;
+    m_IsLocked = listed.isLocked;
+    m_HasParent = !listed.parent.empty();
+    m_HasSpecializes = !listed.specializes.empty();
 }
 
 ItemIdentity& CLibraryItem::GetIdentity() const
@@ -97,65 +103,101 @@ DataSourcePtr const& CLibraryItem::GetSource() const
     return m_File.source;
 }
 
-ordered_json const& CLibraryItem::GetObject() const
-{
-    return m_Object;
-}
-
-bool CLibraryItem::HasIdentityOf(ordered_json const& object) const
-{
-    return object["kind"] == m_Object["kind"] && object["uid"] == m_Object["uid"];
-}
-
-void CLibraryItem::SetObject(ordered_json object)
-{
-    // Whatever may fail comes first: the item is changed as a whole or not at all.
-    std::string const texts = MakeTexts(object);
-    m_Texts.reserve(texts.size());
-    if (!m_SavedObject)
-        m_SavedObject = std::make_unique<ordered_json>(m_Object);
-    m_Object = std::move(object);
-    m_Texts.assign(texts.begin(), texts.end());
-    ReadFlags();
-}
-
-bool CLibraryItem::IsModified() const
-{
-    return m_SavedObject && *m_SavedObject != m_Object;
-}
-
-bool CLibraryItem::HasSavedObject(ordered_json const& object) const
-{
-    return GetSavedObject() == object;
-}
-
-ordered_json const& CLibraryItem::GetSavedObject() const
-{
-    return m_SavedObject ? *m_SavedObject : m_Object;
-}
-
-void CLibraryItem::SetSavedObject(ordered_json saved)
-{
-    if (saved == m_Object)
-        m_SavedObject.reset();
-    else
-        m_SavedObject = std::make_unique<ordered_json>(std::move(saved));
-}
-
 int CLibraryItem::GetCacheIndex() const
 {
     return m_CacheIndex;
 }
 
+CLibraryItem::Trees& CLibraryItem::GetTrees() const
+{
+    if (!m_Trees) {
+        auto trees = std::make_unique<Trees>();
+        trees->object = m_File.objects->Read(m_Place);
+        m_Trees = std::move(trees);
+    }
+    return *m_Trees;
+}
+
+ordered_json const& CLibraryItem::GetObject() const
+{
+    return GetTrees().object;
+}
+
+ordered_json CLibraryItem::CopyObject() const
+{
+    return m_Trees ? m_Trees->object : m_File.objects->Read(m_Place);
+}
+
+bool CLibraryItem::HasObject(ordered_json const& object) const
+{
+    return m_Trees ? m_Trees->object == object : m_File.objects->Read(m_Place) == object;
+}
+
+bool CLibraryItem::HasIdentityOf(ordered_json const& object) const
+{
+    return object["kind"] == m_Identity.kind && object["uid"] == m_Identity.uid;
+}
+
+void CLibraryItem::SetObject(ordered_json object, std::pmr::memory_resource& texts)
+{
+    // Whatever may fail comes first: the item is changed as a whole or not at all.
+    ListedObject const listed = ListObject(object);
+    Trees& trees = GetTrees();
+    if (!trees.saved)
+        trees.saved = std::make_unique<ordered_json>(trees.object);
+    SetTexts(MakeTexts(listed), texts);
+    SetFlags(listed);
+    trees.object = std::move(object);
+}
+
+bool CLibraryItem::IsModified() const
+{
+    return m_Trees && m_Trees->saved && *m_Trees->saved != m_Trees->object;
+}
+
+bool CLibraryItem::HasSavedObject(ordered_json const& object) const
+{
+    return m_Trees && m_Trees->saved ? *m_Trees->saved == object : HasObject(object);
+}
+
+ordered_json const& CLibraryItem::GetSavedObject() const
+{
+    Trees const& trees = GetTrees();
+    return trees.saved ? *trees.saved : trees.object;
+}
+
+void CLibraryItem::SetSavedObject(ordered_json saved)
+{
+    Trees& trees = GetTrees();
+    if (saved == trees.object)
+        trees.saved.reset();
+    else
+        trees.saved = std::make_unique<ordered_json>(std::move(saved));
+}
+
+void CLibraryItem::MarkSaved()
+{
+    if (m_Trees)
+        m_Trees->saved.reset();
+}
+
 char const* CLibraryItem::GetName() const
 {
-    return m_Texts.c_str();
+    return m_Texts;
+}
+
+char const* CLibraryItem::GetFirstCategory() const
+{
+    char const* text = NextText(m_Texts);
+    for (bool const isSkipped : {m_HasParent, m_HasSpecializes})
+        text = isSkipped ? NextText(text) : text;
+    return text;
 }
 
 char const* CLibraryItem::GetTags(char const* category) const
 {
-    char const* const end = m_Texts.data() + m_Texts.size();
-    for (char const* text = NextText(GetName()); text != end;) {
+    char const* const end = m_Texts + m_TextsSize;
+    for (char const* text = GetFirstCategory(); text != end;) {
         char const* const tags = NextText(text);
         if (std::strcmp(text, category) == 0)
             return tags;
@@ -185,12 +227,12 @@ bool CLibraryItem::IsReadOnly() const
            || GetSource()->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
 }
 
-std::string const* CLibraryItem::GetNamedValue(char const* name) const
+char const* CLibraryItem::GetNamedValue(char const* name) const
 {
     if (m_HasParent && std::strcmp(name, "Parent") == 0)
-        return FindText(m_Object, "parent");
+        return NextText(m_Texts);
     if (m_HasSpecializes && std::strcmp(name, "Specializes") == 0)
-        return FindText(m_Object, "specializes");
+        return m_HasParent ? NextText(NextText(m_Texts)) : NextText(m_Texts);
     return nullptr;
 }
 

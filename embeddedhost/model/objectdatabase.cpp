@@ -1,7 +1,7 @@
 #include "model/objectdatabase.h"
 
 #include "model/library.h"
-#include "model/text8.h"
+#include "base/text8.h"
 #include "objects/query.h"
 
 #include <algorithm>

@@ -1,10 +1,9 @@
 #ifndef EMBEDDEDHOST_STABLEPOOL_H
 #define EMBEDDEDHOST_STABLEPOOL_H
 
-#include <array>
 #include <cstddef>
 #include <memory>
-#include <optional>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -17,20 +16,38 @@ template <class T>
 class StablePool
 {
 public:
+    StablePool() = default;
+    StablePool(StablePool const&) = delete;
+    StablePool& operator=(StablePool const&) = delete;
+
+    ~StablePool()
+    {
+        for (std::size_t place = 0; place < m_Size; ++place)
+            std::launder(reinterpret_cast<T*>(GetMemory(place)))->~T();
+    }
+
     template <class... Arguments>
     T& Add(Arguments&&... arguments)
     {
-        if (m_Size % kBlockSize == 0)
+        if (m_Size == m_Blocks.size() * kBlockSize)
             m_Blocks.push_back(std::make_unique<Block>());
-        T& added =
-            (*m_Blocks.back())[m_Size % kBlockSize].emplace(std::forward<Arguments>(arguments)...);
+        T* const added = new (GetMemory(m_Size)) T(std::forward<Arguments>(arguments)...);
         ++m_Size;
-        return added;
+        return *added;
     }
 
 private:
     static constexpr std::size_t kBlockSize = 256;
-    typedef std::array<std::optional<T>, kBlockSize> Block;
+
+    struct Block
+    {
+        alignas(T) std::byte memory[kBlockSize * sizeof(T)];
+    };
+
+    std::byte* GetMemory(std::size_t place) const
+    {
+        return m_Blocks[place / kBlockSize]->memory + place % kBlockSize * sizeof(T);
+    }
 
     std::vector<std::unique_ptr<Block>> m_Blocks;
     std::size_t m_Size = 0;

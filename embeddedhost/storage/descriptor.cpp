@@ -38,9 +38,9 @@ QByteArray GetDescriptorPath(Descriptor const& file)
 
 QString GetRealPath(Descriptor const& file)
 {
-    QByteArray path(PATH_MAX, '\0');
-    ssize_t const length = readlink(GetDescriptorPath(file).constData(), path.data(), PATH_MAX);
-    return length > 0 ? QFile::decodeName(path.left(int(length))) : QString();
+    char path[PATH_MAX];
+    ssize_t const length = readlink(GetDescriptorPath(file).constData(), path, sizeof(path));
+    return length > 0 ? QFile::decodeName(QByteArray(path, int(length))) : QString();
 }
 
 QByteArray ReadAll(Descriptor const& file, qint64 expectedSize)

@@ -159,18 +159,25 @@ OldText ReadOldText(QByteArray const& bytes, bool isArray)
     return old;
 }
 
-ordered_json const& GetObject(LibraryFile::Entry const& entry)
+/// As trees, those of items for the moment only: most of a large file's are needed for nothing
+/// else.
+std::vector<ordered_json> CopyObjects(LibraryFile const& file)
 {
-    return entry.item ? entry.item->GetObject() : entry.other;
+    std::vector<ordered_json> objects;
+    objects.reserve(file.entries.size());
+    for (LibraryFile::Entry const& entry : file.entries)
+        objects.push_back(entry.item ? entry.item->CopyObject() : entry.other);
+    return objects;
 }
 
 } // namespace
 
 QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes)
 {
+    std::vector<ordered_json> const copies = CopyObjects(file);
     JsonChildren objects;
-    for (LibraryFile::Entry const& entry : file.entries)
-        objects.push_back(MakeEntry(GetObject(entry)));
+    for (ordered_json const& copy : copies)
+        objects.push_back(MakeEntry(copy));
     // There are more than one when another program has put its object in place of ours.
     bool const isArray = file.isArray || objects.size() != 1;
     OldText const old = ReadOldText(oldBytes, isArray);

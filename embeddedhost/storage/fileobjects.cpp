@@ -26,9 +26,11 @@ bool MakesItem(ordered_json const& entry, IsUidTaken const& isTaken, ObjectFault
         fault(QString(), QStringLiteral("it must be an object; it is left out."));
         return false;
     }
-    if (!CheckObject(entry, fault))
-        return false;
-    char const* const uid = GetUid(entry);
+    return CheckObject(entry, fault) && IsUidFree(GetUid(entry), isTaken, fault);
+}
+
+bool IsUidFree(char const* uid, IsUidTaken const& isTaken, ObjectFault const& fault)
+{
     if (!isTaken(uid))
         return true;
     fault(QStringLiteral("uid"),

@@ -25,6 +25,9 @@ typedef std::function<bool(char const* uid)> IsUidTaken;
 bool MakesItem(nlohmann::ordered_json const& entry, IsUidTaken const& isTaken,
                ObjectFault const& fault);
 
+/// The last part of this.
+bool IsUidFree(char const* uid, IsUidTaken const& isTaken, ObjectFault const& fault);
+
 /// Makes items of entries that were left out because of a uid that has become free since, with
 /// notifications. A listener may close the library.
 void TakeInLeftOutEntries(CLibrary& library);

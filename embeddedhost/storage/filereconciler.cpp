@@ -117,7 +117,7 @@ private:
             m_HasConflict = m_HasConflict || !isSame;
         } else if (isGone) {
             m_Library.RemoveItem(item);
-        } else if (*onDisk != item.GetObject()) {
+        } else if (!item.HasObject(*onDisk)) {
             m_Library.ChangeObject(item, *onDisk);
             if (IsOpen())
                 item.SetSavedObject(*onDisk);

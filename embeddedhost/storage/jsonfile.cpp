@@ -1,19 +1,22 @@
 #include "storage/jsonfile.h"
 
 #include "storage/filedigest.h"
-#include "storage/systemfiles.h"
 
 namespace embeddedhost {
+
+QString DescribeFault(FileContent const& file)
+{
+    if (!file.exists)
+        return QStringLiteral("there is no such file.");
+    return file.fault.isEmpty() ? QString() : file.fault + QLatin1Char('.');
+}
 
 JsonFile ReadJsonFile(QString const& path, QString const& folder)
 {
     FileContent const file = ReadRegularFile(path, folder);
     JsonFile json;
-    if (!file.exists)
-        json.fault = QStringLiteral("there is no such file.");
-    else if (!file.fault.isEmpty())
-        json.fault = file.fault + QLatin1Char('.');
-    else
+    json.fault = DescribeFault(file);
+    if (json.fault.isEmpty())
         json = {ParseJson(file.bytes), GetDigest(file.bytes), file.realPath};
     return json;
 }

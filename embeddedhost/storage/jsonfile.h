@@ -2,6 +2,7 @@
 #define EMBEDDEDHOST_JSONFILE_H
 
 #include "storage/jsonparser.h"
+#include "storage/systemfiles.h"
 
 #include <QByteArray>
 #include <QString>
@@ -16,6 +17,9 @@ struct JsonFile : ParsedJson
     /// Where the file lies when all links are resolved.
     QString realPath = QString();
 };
+
+/// Why the file has no text to read, a sentence; empty when it has.
+QString DescribeFault(FileContent const& file);
 
 /// Reads a regular file that really lies in the folder, which is canonical.
 JsonFile ReadJsonFile(QString const& path, QString const& folder);

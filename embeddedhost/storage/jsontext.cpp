@@ -59,10 +59,10 @@ public:
 
     std::string_view TakeString()
     {
-        std::size_t end = m_Position + 1;
-        while (end < m_Text.size() && m_Text[end] != '"')
-            end += m_Text[end] == '\\' ? 2 : 1;
-        return TakeTo(end + 1);
+        std::size_t end = m_Text.find('"', m_Position + 1);
+        while (end != m_Text.npos && IsEscaped(end))
+            end = m_Text.find('"', end + 1);
+        return TakeTo(end == m_Text.npos ? end : end + 1);
     }
 
     std::string_view TakeValue()
@@ -81,6 +81,15 @@ public:
     }
 
 private:
+    /// There is an odd number of backslashes before the quote of a string that begins before it.
+    bool IsEscaped(std::size_t quote) const
+    {
+        std::size_t first = quote;
+        while (first > m_Position + 1 && m_Text[first - 1] == '\\')
+            --first;
+        return (quote - first) % 2 == 1;
+    }
+
     std::string_view TakeTo(std::size_t end)
     {
         std::size_t const begin = m_Position;

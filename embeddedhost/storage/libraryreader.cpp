@@ -2,12 +2,17 @@
 
 #include "model/library.h"
 #include "model/libraryitem.h"
+#include "storage/filedigest.h"
 #include "storage/fileobjects.h"
+#include "storage/filetext.h"
 #include "storage/folderscan.h"
 #include "storage/jsonfile.h"
 #include "storage/manifest.h"
+#include "storage/objectlister.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace embeddedhost {
 
@@ -45,27 +50,28 @@ public:
         }
     }
 
-    void ReadFiles(ReadProgress const& progress)
+    /// False when it was stopped.
+    bool ReadFiles(ReadProgress const& progress)
     {
         int const total = int(m_Files.size());
         for (int done = 0; done < total; ++done) {
-            if (progress)
-                progress(done, total);
+            if (progress && !progress(done, total))
+                return false;
             ReadFile(m_Files[std::size_t(done)]);
         }
-        if (progress)
-            progress(total, total);
+        return !progress || progress(total, total);
     }
 
     /// An item that refers to one that is not there may be hidden or miss its signature.
     void CheckReferences()
     {
-        for (KindIndex kind = 0; kind < kKindCount; ++kind) {
-            for (CLibraryItem const* item : m_Library.GetItems(kind)) {
-                for (char const* key : {"parent", "specializes", "implements"})
-                    CheckReference(*item, key);
-            }
-        }
+        // In the order of the table of contents.
+        std::stable_sort(m_References.begin(), m_References.end(),
+                         [](Reference const& a, Reference const& b) {
+                             return GetKind(*a.item) < GetKind(*b.item);
+                         });
+        for (Reference const& reference : m_References)
+            CheckReference(reference);
     }
 
 private:
@@ -75,56 +81,116 @@ private:
         DataSourcePtr source;
     };
 
+    struct Reference
+    {
+        CLibraryItem const* item;
+        char const* key;
+        std::string uid;
+    };
+
+    static KindIndex GetKind(CLibraryItem const& item)
+    {
+        return GetKindIndex(item.GetIdentity().kind);
+    }
+
     void ReadFile(SourceFile const& file)
     {
-        m_ShownPath = GetShownPath(m_Library.GetFolder(), file.path);
-        m_ObjectNumber = 0;
-        JsonFile json = ReadJsonFile(file.path, m_Library.GetFolder());
+        m_Path = file.path;
+        FileContent const content = ReadRegularFile(file.path, m_Library.GetFolder());
+        QString const fault = DescribeFault(content);
+        if (!fault.isEmpty())
+            m_Faults.Report(GetShownPath(), fault);
+        else if (m_Lister.Read(content.bytes))
+            ReadListed(file, content);
+        else
+            ReadTrees(file, content);
+    }
+
+    /// Makes items of what the lister has read.
+    void ReadListed(SourceFile const& source, FileContent const& content)
+    {
+        LibraryFile& file = AddFile(source, content, m_Lister.IsArray());
+        for (ListedObject const& listed : m_Lister.GetObjects()) {
+            ObjectPlace const& place = BeginObject(file);
+            bool const isFree = IsUidFree(std::string(listed.uid).c_str(), m_IsTaken, m_Report);
+            if (isFree)
+                AddItem(file, listed, place);
+            else
+                file.entries.push_back({nullptr, file.objects->Read(place)});
+        }
+    }
+
+    /// Makes trees of everything in the file, to find what is wrong with it.
+    void ReadTrees(SourceFile const& source, FileContent const& content)
+    {
+        ParsedJson json = ParseJson(content.bytes);
         if (!json.fault.isEmpty()) {
-            m_Faults.Report(JoinPlace(m_ShownPath, json.faultPlace), json.fault);
+            m_Faults.Report(JoinPlace(GetShownPath(), json.faultPlace), json.fault);
             return;
         }
         ReportRepeatedKeys(json.repeatedKeys);
         bool const isArray = json.content.is_array();
         if (!isArray && !json.content.is_object()) {
-            m_Faults.Report(m_ShownPath, QStringLiteral("the file must hold an object or an array "
-                                                        "of objects; it is left out."));
+            m_Faults.Report(GetShownPath(),
+                            QStringLiteral("the file must hold an object or an array "
+                                           "of objects; it is left out."));
             return;
         }
-        LibraryFile& target = m_Library.AddFile({file.path, file.source, isArray, {}, json.digest});
-        CheckRealPlace(target, json.realPath);
-        if (!isArray) {
-            ReadObject(target, json.content);
-            return;
-        }
-        target.entries.reserve(json.content.size());
-        for (ordered_json& object : json.content) {
-            ++m_ObjectNumber;
-            ReadObject(target, object);
-        }
+        LibraryFile& file = AddFile(source, content, isArray);
+        if (!isArray)
+            ReadTree(file, json.content);
+        for (std::size_t i = 0; isArray && i < json.content.size(); ++i)
+            ReadTree(file, json.content[i]);
     }
 
-    void ReadObject(LibraryFile& file, ordered_json& object)
+    void ReadTree(LibraryFile& file, ordered_json& object)
     {
-        auto const isTaken = [this](char const* uid) {
-            return m_Library.HasUid(uid);
-        };
-        auto const report = [this](QString const& key, QString const& reason) {
-            ReportKey(GetPlace(), key, reason);
-        };
-        if (!MakesItem(object, isTaken, report)) {
+        ObjectPlace const& place = BeginObject(file);
+        if (MakesItem(object, m_IsTaken, m_Report))
+            AddItem(file, ListObject(object), place);
+        else
             file.entries.push_back({nullptr, std::move(object)});
-            return;
-        }
-        object.get_ref<ordered_json::object_t&>().shrink_to_fit();
-        CLibraryItem& item = m_Library.AddItem(file, std::move(object));
+    }
+
+    LibraryFile& AddFile(SourceFile const& source, FileContent const& content, bool isArray)
+    {
+        LibraryFile& file =
+            m_Library.AddFile({source.path, source.source, isArray, {}, GetDigest(content.bytes)});
+        CheckRealPlace(file, content.realPath);
+        auto text = std::make_unique<CFileText>(content.bytes);
+        m_Places = text->FindPlaces(isArray);
+        file.objects = std::move(text);
+        file.entries.reserve(m_Places.size());
+        return file;
+    }
+
+    /// Where the next object of the file stands. As many are found as the parsers find objects.
+    ObjectPlace const& BeginObject(LibraryFile const& file)
+    {
+        m_ObjectNumber = int(file.entries.size()) + 1;
+        m_IsInArray = file.isArray;
+        return m_Places.at(file.entries.size());
+    }
+
+    void AddItem(LibraryFile& file, ListedObject const& listed, ObjectPlace const& place)
+    {
+        CLibraryItem& item = m_Library.AddItem(file, listed, place);
         file.entries.push_back({&item, ordered_json()});
+        NoteReference(item, "parent", listed.parent);
+        NoteReference(item, "specializes", listed.specializes);
+        NoteReference(item, "implements", listed.implements);
+    }
+
+    void NoteReference(CLibraryItem const& item, char const* key, std::string_view uid)
+    {
+        if (!uid.empty())
+            m_References.push_back({&item, key, std::string(uid)});
     }
 
     void ReportRepeatedKeys(std::vector<QString> const& places) const
     {
         for (QString const& place : places) {
-            m_Faults.Report(JoinPlace(m_ShownPath, place),
+            m_Faults.Report(JoinPlace(GetShownPath(), place),
                             QStringLiteral("the key is there more than once. The last value "
                                            "counts; the others are lost when the object is changed "
                                            "and saved."));
@@ -135,24 +201,22 @@ private:
     {
         file.isReadOnly = LiesInReadOnlySource(m_Library.GetSources(), realPath);
         if (file.isReadOnly && !file.source->GetDescription().isReadOnly)
-            m_Faults.Report(m_ShownPath,
+            m_Faults.Report(GetShownPath(),
                             QStringLiteral("the link leads to a file of a data source that is "
                                            "read-only; its objects cannot be changed here."));
     }
 
-    void CheckReference(CLibraryItem const& item, char const* key)
+    void CheckReference(Reference const& reference)
     {
-        auto const found = item.GetObject().find(key);
-        if (found == item.GetObject().end() || !found->is_string())
+        if (m_Library.FindItem(reference.uid.c_str()))
             return;
-        auto const& uid = found->get_ref<std::string const&>();
-        if (uid.empty() || m_Library.FindItem(uid.c_str()))
-            return;
+        CLibraryItem const& item = *reference.item;
         QString const place =
-            JoinPlace(GetShownPath(m_Library.GetFolder(), item.GetFile().path),
+            JoinPlace(embeddedhost::GetShownPath(m_Library.GetFolder(), item.GetFile().path),
                       QStringLiteral("object %1").arg(QString::fromUtf8(item.GetIdentity().uid)));
-        ReportKey(place, QString::fromLatin1(key),
-                  QStringLiteral("the library has no object %1.").arg(QString::fromStdString(uid)));
+        ReportKey(place, QString::fromLatin1(reference.key),
+                  QStringLiteral("the library has no object %1.")
+                      .arg(QString::fromStdString(reference.uid)));
     }
 
     void ReportKey(QString const& place, QString const& key, QString const& reason) const
@@ -161,21 +225,38 @@ private:
         m_Faults.Report(JoinPlace(place, part), reason);
     }
 
+    QString GetShownPath() const
+    {
+        return embeddedhost::GetShownPath(m_Library.GetFolder(), m_Path);
+    }
+
     /// Where the object is that is being read.
     QString GetPlace() const
     {
-        bool const isInArray = m_ObjectNumber > 0;
-        return JoinPlace(m_ShownPath,
-                         isInArray ? QStringLiteral("object %1").arg(m_ObjectNumber) : QString());
+        return JoinPlace(GetShownPath(),
+                         m_IsInArray ? QStringLiteral("object %1").arg(m_ObjectNumber) : QString());
     }
 
     CLibrary& m_Library;
     FaultReporter const& m_Faults;
     std::vector<SourceFile> m_Files;
-    /// Where the reader is, for messages.
-    QString m_ShownPath;
-    /// Counted from 1 in an array; 0 outside of one.
+    CObjectLister m_Lister;
+    std::vector<Reference> m_References;
+    /// Of the objects in the file that is being read.
+    std::vector<ObjectPlace> m_Places;
+
+    // Where the reader is, for messages.
+    QString m_Path;
+    /// Counted from 1.
     int m_ObjectNumber = 0;
+    bool m_IsInArray = false;
+
+    IsUidTaken const m_IsTaken = [this](char const* uid) {
+        return m_Library.HasUid(uid);
+    };
+    ObjectFault const m_Report = [this](QString const& key, QString const& reason) {
+        ReportKey(GetPlace(), key, reason);
+    };
 };
 
 std::optional<Manifest> FindManifest(QString const& folder, FaultReporter const& faults)
@@ -215,7 +296,8 @@ std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& me
     LibraryReader reader(*library, faults);
     reader.AddSources(manifest->sources);
     reader.ListFiles();
-    reader.ReadFiles(progress);
+    if (!reader.ReadFiles(progress))
+        return nullptr;
     reader.CheckReferences();
     faults.ReportRest(library->GetFolder());
     return library;

@@ -183,7 +183,7 @@ void CPendingFile::MarkSaved()
     m_File.hasOtherEntries = false;
     for (LibraryFile::Entry const& entry : m_File.entries) {
         if (entry.item)
-            entry.item->SetSavedObject(entry.item->GetObject());
+            entry.item->MarkSaved();
     }
 }
 

@@ -116,7 +116,7 @@ private:
     void AddChange(CLibraryItem const& item, ordered_json const& entry)
     {
         ordered_json const& object = entry["object"];
-        if (item.GetObject() == object)
+        if (item.HasObject(object))
             return;
         if (!item.HasIdentityOf(object)) {
             LeaveOut(GetText(object, "name"),
