@@ -2,20 +2,24 @@
 #define EDITOR_LOADPROGRESS_H
 
 #include <QElapsedTimer>
+#include <QObject>
 #include <QProgressBar>
 
 #include <memory>
 
 class QStatusBar;
 
-/// Shows the progress of a long task in a status bar; quick tasks show nothing. Windows are
-/// painted meanwhile, but take no input.
-class CLoadProgress
+/// Shows the progress of a long operation in a status bar; short operations show nothing. Windows
+/// are painted meanwhile, and can be closed, but take no input: what is typed and clicked is lost.
+class CLoadProgress : public QObject
 {
 public:
     explicit CLoadProgress(QStatusBar& statusBar);
 
     void Update(int done, int total);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void ShowBar();

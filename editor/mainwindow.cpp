@@ -180,6 +180,10 @@ void CMainWindow::closeEvent(QCloseEvent* event)
     if (m_Settings)
         m_Settings->KeepWindow(*this);
     event->accept();
+    if (m_Host.IsOpening()) {
+        m_IsClosedWhileReading = true;
+        m_Host.CancelOpening();
+    }
 }
 
 void CMainWindow::ShowTitle()

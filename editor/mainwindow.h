@@ -34,7 +34,8 @@ public:
     void UseJournal(CJournal& journal);
 
     /// On success unsaved changes of the library open before are lost. On failure that library
-    /// stays open, and the reason is among the host's messages.
+    /// stays open, and the reason is among the host's messages. The user may close the window
+    /// meanwhile: reading stops then, no library is open, and true is returned.
     bool OpenLibrary(QString const& folder);
     /// As if typed into the panel.
     void Search(QString const& text);
@@ -76,6 +77,8 @@ private:
     void CreateLibrary();
     /// As the user asks for it: unsaved changes are asked about, and a failure is told.
     void SwitchLibrary(QString const& folder);
+    /// False as for OpenLibrary, and when the user has closed the window.
+    bool ReadLibrary(QString const& folder);
     void ShowLibrary();
     void RememberLibrary();
     void RecoverChanges();
@@ -124,6 +127,7 @@ private:
     QList<QAction*> m_NodeActions;
     /// The log came forward by itself once; from then on it is the user's to show and hide.
     bool m_IsLogOffered = false;
+    bool m_IsClosedWhileReading = false;
 };
 
 #endif

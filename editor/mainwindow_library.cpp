@@ -1,5 +1,6 @@
 #include "mainwindow.h"
 
+#include "canvas.h"
 #include "libraryfiles.h"
 #include "loadprogress.h"
 #include "questions.h"
@@ -40,6 +41,26 @@ public:
     WaitCursor& operator=(WaitCursor const&) = delete;
 };
 
+/// Says on the canvas that a library is being read, as long as the object lives.
+class ReadingHint
+{
+public:
+    ReadingHint(CCanvas& canvas, QString const& folder)
+        : m_Canvas(canvas)
+    {
+        m_Canvas.SetReading(folder);
+    }
+    ~ReadingHint()
+    {
+        m_Canvas.SetReading(QString());
+    }
+    ReadingHint(ReadingHint const&) = delete;
+    ReadingHint& operator=(ReadingHint const&) = delete;
+
+private:
+    CCanvas& m_Canvas;
+};
+
 QString GetLastMessage(CEmbeddedHost& host)
 {
     auto const& messages = host.GetMessages().GetLog();
@@ -50,19 +71,24 @@ QString GetLastMessage(CEmbeddedHost& host)
 
 bool CMainWindow::OpenLibrary(QString const& folder)
 {
-    {
-        WaitCursor const waitCursor;
-        CLoadProgress progress(*statusBar());
-        statusBar()->clearMessage();
-        bool const isOpen = m_Host.OpenLibrary(
-            folder, [&progress](int done, int total) { progress.Update(done, total); });
-        if (!isOpen)
-            return false;
-    }
+    m_IsClosedWhileReading = false;
+    bool const isOpen = ReadLibrary(folder);
+    if (!isOpen || m_IsClosedWhileReading)
+        return m_IsClosedWhileReading;
     RememberLibrary();
     RestoreCompound();
     RecoverChanges();
     return true;
+}
+
+bool CMainWindow::ReadLibrary(QString const& folder)
+{
+    WaitCursor const waitCursor;
+    ReadingHint const hint(*m_Canvas, folder);
+    CLoadProgress progress(*statusBar());
+    statusBar()->clearMessage();
+    return m_Host.OpenLibrary(folder,
+                              [&progress](int done, int total) { progress.Update(done, total); });
 }
 
 void CMainWindow::ChooseLibrary()

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
@@ -117,6 +118,12 @@ void CCanvas::SetSummary(QString const& libraryName, QString const& itemCounts)
     UpdateHint();
 }
 
+void CCanvas::SetReading(QString const& folder)
+{
+    m_ReadingFolder = folder;
+    UpdateHint();
+}
+
 bool CCanvas::HasSelection() const
 {
     return !m_Scene.selectedItems().isEmpty();
@@ -174,13 +181,17 @@ void CCanvas::UpdateHint()
 {
     bool const isEmpty = m_Body.nodes.empty() && m_Body.inputs.empty() && m_Body.outputs.empty();
     bool const hasCompound = !m_Compound.IsNull();
-    m_NameLabel->setText(hasCompound ? QString() : m_LibraryName);
+    bool const isReading = !m_ReadingFolder.isEmpty();
+    m_NameLabel->setText(hasCompound ? QString()
+                         : isReading ? QDir(m_ReadingFolder).dirName()
+                                     : m_LibraryName);
     QString const next = hasCompound ? tr("Drag nodes here from the node browser.")
+                         : isReading ? tr("Reading the library...")
                          : m_LibraryName.isEmpty()
                              ? tr("Open a library to begin.")
                              : tr("Double-click a compound in the node browser to work on it, or "
                                   "make a new one with the Create menu.");
-    m_CountsLabel->setText(hasCompound || m_ItemCounts.isEmpty()
+    m_CountsLabel->setText(hasCompound || isReading || m_ItemCounts.isEmpty()
                                ? next
                                : m_ItemCounts + QStringLiteral("\n\n") + next);
     m_NameLabel->setVisible(!hasCompound);

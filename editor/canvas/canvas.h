@@ -34,6 +34,8 @@ public:
 
     /// Shown while there is no compound. Both empty when no library is open.
     void SetSummary(QString const& libraryName, QString const& itemCounts);
+    /// The folder of a library that is being read; empty when none is.
+    void SetReading(QString const& folder);
     /// Nodes or connections.
     bool HasSelection() const;
     bool CanCopy() const;
@@ -191,6 +193,7 @@ private:
     QLabel* m_CountsLabel = nullptr;
     QString m_LibraryName;
     QString m_ItemCounts;
+    QString m_ReadingFolder;
 
     tarno::datamodel::ItemID m_Compound;
     GraphBody m_Body;
