@@ -50,6 +50,22 @@ public:
         return library && !library->IsInMemory();
     }
 
+    /// Closes the library that is open. Meanwhile none can be opened: it would be torn down with
+    /// this one.
+    void Release(CLibrary& closed)
+    {
+        QScopedValueRollback<bool> const releasing(isReplacing, true);
+        commandManager.Clear();
+        contentTimer.stop();
+        observer.Detach(closed.GetNotifier());
+        sourceControl.Close();
+        revisionControlHelper.SetDatabase(nullptr);
+        compoundTarget = CompoundAccessor();
+        watcher.reset();
+        closed.Close();
+        library.reset();
+    }
+
     CMessageChannel messages;
     CCommandManager commandManager;
     CDatabaseProxy databaseProxy;
@@ -60,7 +76,8 @@ public:
     CRevisionControlHelper revisionControlHelper{messages, sourceControl};
     CompoundAccessor compoundTarget;
     std::unique_ptr<CLibraryWatcher> watcher;
-    bool isReading = false;
+    /// A library is being closed or read.
+    bool isReplacing = false;
     bool isOpeningCancelled = false;
     /// Listens as long as a library is open.
     CLibraryObserver observer;
@@ -163,7 +180,7 @@ bool CEmbeddedHost::OpenItems(QString const& name, std::vector<MemoryItem> const
 
 bool CEmbeddedHost::CanOpenAnother()
 {
-    if (gInstance == this && !m_Private->isReading)
+    if (gInstance == this && !m_Private->isReplacing)
         return true;
     m_Private->messages.Post(eSeverity::kError,
                              QStringLiteral("Another library is being opened; try again."));
@@ -172,7 +189,7 @@ bool CEmbeddedHost::CanOpenAnother()
 
 void CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& read)
 {
-    QScopedValueRollback<bool> const reading(m_Private->isReading, true);
+    QScopedValueRollback<bool> const replacing(m_Private->isReplacing, true);
     m_Private->isOpeningCancelled = false;
     // Before the other one is read: its items may have the same uids.
     CloseLibrary();
@@ -192,7 +209,7 @@ bool CEmbeddedHost::Announce()
 
 bool CEmbeddedHost::IsOpening() const
 {
-    return m_Private->isReading;
+    return m_Private->isReplacing;
 }
 
 void CEmbeddedHost::CancelOpening()
@@ -202,17 +219,11 @@ void CEmbeddedHost::CancelOpening()
 
 void CEmbeddedHost::CloseLibrary()
 {
-    if (!m_Private->library)
+    // Kept: listeners to the undo stack and to source control may close it, too.
+    std::shared_ptr<CLibrary> const library = m_Private->library;
+    if (!library)
         return;
-    m_Private->commandManager.Clear();
-    m_Private->contentTimer.stop();
-    m_Private->observer.Detach(m_Private->library->GetNotifier());
-    m_Private->sourceControl.Close();
-    m_Private->revisionControlHelper.SetDatabase(nullptr);
-    m_Private->compoundTarget = CompoundAccessor();
-    m_Private->watcher.reset();
-    m_Private->library->Close();
-    m_Private->library.reset();
+    m_Private->Release(*library);
     m_Private->databaseProxy.SetItemLibrary(ItemLibraryAccessor());
     Q_EMIT LibraryChanged();
 }

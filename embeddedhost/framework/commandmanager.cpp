@@ -87,12 +87,21 @@ void CCommandManager::PushFinished()
         return;
     if (std::exchange(m_ClearWanted, false))
         Clear();
-    while (!m_Finished.empty()) {
+    while (!m_Finished.empty())
+        PushNext();
+}
+
+void CCommandManager::PushNext()
+{
+    {
         RunningScope const running(*this);
         CommandPtr const next = m_Finished.front();
         m_Finished.pop_front();
         m_Stack.push(new StackEntry(*this, next));
     }
+    // A listener to the stack may have wanted it.
+    if (std::exchange(m_ClearWanted, false))
+        Clear();
 }
 
 QUndoStack& CCommandManager::GetUndoStack()

@@ -32,6 +32,7 @@ private:
     typedef wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> CommandPtr;
 
     void PushFinished();
+    void PushNext();
 
     QUndoStack m_Stack;
     /// How many commands are being run, undone or redone within each other.

@@ -219,6 +219,29 @@ private Q_SLOTS:
         QVERIFY(!m_Host->GetLibrary().IsValid());
     }
 
+    void listenersToTheUndoStackCloseAndOpen()
+    {
+        QUndoStack& stack = m_Host->GetCommandManager().GetUndoStack();
+        QVERIFY(Open({Wave()}));
+        Rename("Ripple");
+        bool isOpened = false;
+        auto const listening = connect(&stack, &QUndoStack::indexChanged, this, [&] {
+            if (isOpened)
+                return;
+            m_Host->CloseLibrary();
+            isOpened = Open({Wave()});
+        });
+        m_Host->CloseLibrary();
+        QVERIFY(!isOpened && !m_Host->GetLibrary().IsValid());
+
+        QVERIFY(Open({Wave()}));
+        Rename("Ripple");
+        QVERIFY(isOpened && stack.count() == 0);
+        disconnect(listening);
+        Rename("Later");
+        QCOMPARE(stack.count(), 1);
+    }
+
     void whatNeedsFilesIsRefused()
     {
         // A uid that is the name of a file is still none.
