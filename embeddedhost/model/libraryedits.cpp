@@ -7,6 +7,8 @@
 #include "base/text8.h"
 
 #include <QFileInfo>
+#include <QHash>
+#include <QStringList>
 #include <QUuid>
 
 #include <algorithm>
@@ -116,6 +118,27 @@ ordered_json MakeObject(NewCompound const& compound)
     return object;
 }
 
+/// The tags as the item is to have them (UTF-8). The panel shows "?" for a letter that Latin-1
+/// lacks and hands it back so: tags that the item has already keep their letters.
+std::string KeepLetters(char const* tags, std::string const& previous)
+{
+    QHash<QString, QStringList> previousByShown;
+    for (QString const& part : QString::fromStdString(previous).split(QLatin1Char(';'))) {
+        QString const tag = part.trimmed();
+        QString const shown = QString::fromLatin1(tag.toLatin1());
+        if (shown != tag)
+            previousByShown[shown] << tag;
+    }
+    if (previousByShown.isEmpty())
+        return ToUtf8(tags);
+    QStringList parts = Shown(tags).split(QLatin1Char(';'));
+    parts.removeDuplicates();
+    QStringList kept;
+    for (QString const& part : parts)
+        kept << previousByShown.value(part.trimmed(), QStringList(part));
+    return kept.join(QLatin1Char(';')).toStdString();
+}
+
 void ChangeObject(CLibrary& library, CLibraryItem const& item, ordered_json changed,
                   std::string const& text, wek::fwk::ICommandManager* manager)
 {
@@ -200,16 +223,20 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
         return false;
     if (std::string(item.GetTags(category)) == tags)
         return true;
-    if (IsTooLong(ToUtf8(category)) || IsTooLong(ToUtf8(tags)))
-        return Refuse(library, GetTooLong(QStringLiteral("tag text")));
+    std::string const key = ToUtf8(category);
     ordered_json changed = item.GetObject();
     ordered_json all = changed.value("tags", ordered_json::object());
     if (!all.is_object())
         all = ordered_json::object();
+    auto const previous = all.find(key);
+    bool const hasText = previous != all.end() && previous->is_string();
+    std::string const kept = KeepLetters(tags, hasText ? previous->get<std::string>() : "");
+    if (IsTooLong(key) || IsTooLong(kept))
+        return Refuse(library, GetTooLong(QStringLiteral("tag text")));
     if (*tags)
-        all[ToUtf8(category)] = ToUtf8(tags);
+        all[key] = kept;
     else
-        all.erase(ToUtf8(category));
+        all.erase(key);
     if (all.empty())
         changed.erase("tags");
     else

@@ -158,6 +158,18 @@ private Q_SLOTS:
         QCOMPARE(GetNames(), QStringList("Ripple"));
     }
 
+    void tagsKeepLettersThatThePanelCannotShow()
+    {
+        MemoryItem item = Wave();
+        item.tags = "мир;sea; 海 ;é";
+        QVERIFY(Open({item}));
+        // The panel shows "?" and "???", hands equal tags over once, and in its order.
+        m_User->Tag(m_Host->FindItem("wave"), "?;???;new;\xE9");
+        QCOMPARE(m_Host->GetItems()[0].tags.c_str(), "海;мир;new;é");
+        m_User->Tag(m_Host->FindItem("wave"), "new;what?");
+        QCOMPARE(m_Host->GetItems()[0].tags.c_str(), "new;what?");
+    }
+
     void whatIsUndoneIsNotModified()
     {
         QVERIFY(Open({Wave()}));
