@@ -5,9 +5,10 @@
 #include <nodebrowser.h>
 
 #include <QApplication>
-#include <QFile>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QSaveFile>
+#include <QStatusBar>
 #include <QTabBar>
 
 /// What the program has: ten filters for each of five media.
@@ -25,21 +26,24 @@ std::vector<MemoryItem> MakeItems()
 /// Called by a save with the items as they are then. Answers what went wrong.
 QString SaveItems(std::vector<MemoryItem> const& items)
 {
-    QFile file("items.txt");
+    QSaveFile file("items.txt");
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
     for (MemoryItem const& item : items)
         file.write((item.uid + '\t' + item.name + '\t' + item.tags + '\n').c_str());
-    return QString();
+    return file.commit() ? QString() : file.errorString();
 }
 
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
     CEmbeddedHost host;
+    QMainWindow window;
+    // Such as why something was refused or not saved.
+    QObject::connect(&host.GetMessages(), &CMessageChannel::MessagePosted, &window,
+                     [&](auto, QString const& text) { window.statusBar()->showMessage(text); });
     host.OpenItems("Filters", MakeItems(), SaveItems);
 
-    QMainWindow window;
     auto* const panel = new CNodeBrowser(CNodeBrowser::eConfigNodes);
     panel->SetCommandManager(&host.GetCommandManager());
     panel->SetItemLibrary(host.GetLibrary());
