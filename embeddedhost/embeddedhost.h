@@ -77,7 +77,8 @@ public:
     QString GetLibraryFolder() const;
 
     /// The items of the open library as they are now, for programs that keep them: in the order in
-    /// which they were opened, those of a folder file by file.
+    /// which they were opened, those of a folder file by file. Keys of a library file for which
+    /// MemoryItem has no member are left out, such as "parent".
     std::vector<MemoryItem> GetItems() const;
     /// The item of the open library with the uid (UTF-8); null for none.
     tarno::datamodel::ItemID FindItem(std::string const& uid) const;
