@@ -1,5 +1,7 @@
 #include <framework.h>
 
+#include <utility>
+
 namespace wek {
 
 IBase::~IBase() = default;
@@ -10,6 +12,53 @@ ISystem::~ISystem() = default;
 ICommand::~ICommand() = default;
 ICommandManager::~ICommandManager() = default;
 IQormDBProxy_Signal::~IQormDBProxy_Signal() = default;
+
+template <class T>
+RefCountedAutoPtr<T>::RefCountedAutoPtr()
+    : m_Object(nullptr)
+{}
+
+template <class T>
+RefCountedAutoPtr<T>::RefCountedAutoPtr(T* object)
+    : m_Object(object)
+{
+    if (m_Object)
+        m_Object->AddRef();
+}
+
+template <class T>
+RefCountedAutoPtr<T>::RefCountedAutoPtr(RefCountedAutoPtr const& other)
+    : RefCountedAutoPtr(other.m_Object)
+{}
+
+template <class T>
+RefCountedAutoPtr<T>& RefCountedAutoPtr<T>::operator=(RefCountedAutoPtr const& other)
+{
+    RefCountedAutoPtr copy(other);
+    std::swap(m_Object, copy.m_Object);
+    return *this;
+}
+
+template <class T>
+RefCountedAutoPtr<T>::~RefCountedAutoPtr()
+{
+    if (m_Object)
+        m_Object->Release();
+}
+
+template <class T>
+T* RefCountedAutoPtr<T>::Get() const
+{
+    return m_Object;
+}
+
+template <class T>
+T* RefCountedAutoPtr<T>::operator->() const
+{
+    return m_Object;
+}
+
+template class RefCountedAutoPtr<ICommand>;
 
 } // namespace fwk
 } // namespace wek

@@ -1,4 +1,5 @@
 #include <framework.h>
+#include <sourcecontrol.h>
 
 IKvTrackedSignal::~IKvTrackedSignal() = default;
 
@@ -46,3 +47,6 @@ KvTrackedSlot* KvTrackedSlotList::Add()
     m_Entries.push_back(new KvTrackedSlot);
     return m_Entries.back();
 }
+
+IRevisionControlPropertiesMgr_Slot::IRevisionControlPropertiesMgr_Slot() = default;
+IRevisionControlPropertiesMgr_Slot::~IRevisionControlPropertiesMgr_Slot() = default;
