@@ -67,6 +67,8 @@ public:
     /// source is the library, so they cannot be moved; they have no files to check out or to show.
     bool OpenItems(QString const& name, std::vector<MemoryItem> const& items,
                    SaveItems const& save = SaveItems());
+    /// Another library can be opened from the moment at which LibraryChanged tells that this one is
+    /// closed, not before.
     void CloseLibrary();
 
     /// Invalid when none is open.
