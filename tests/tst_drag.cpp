@@ -48,10 +48,81 @@ class TestDrag : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void dragsTheIdentifierAtDistance();
-    void startsNoDragWithoutPanel();
-    void survivesWhatHappensDuringDrag_data();
-    void survivesWhatHappensDuringDrag();
+    void dragsTheIdentifierAtDistance()
+    {
+        int const distance = QApplication::startDragDistance();
+        QPoint const start = m_Browser->GetRowCenter(1);
+        Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
+        Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+        Send(QEvent::MouseMove, start + QPoint(distance - 1, 0), Qt::NoButton, Qt::LeftButton);
+        Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::NoButton);
+        Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::RightButton);
+        QCOMPARE(drags.count, 0);
+        Send(QEvent::MouseMove, start + QPoint(1, 1 - distance), Qt::NoButton, Qt::LeftButton);
+        QCOMPARE(drags.count, 1);
+        QCOMPARE(drags.formats, QStringList("tarno/toc.key"));
+        QCOMPARE(drags.actions, Qt::DropActions(Qt::CopyAction));
+        QCOMPARE(drags.source, static_cast<QObject*>(m_Browser.get()));
+        // "item:A" and a letter outside ASCII: the number of bytes, then UTF-16, big end first.
+        QCOMPARE(drags.payload.toHex(), QByteArray("0000000e006900740065006d003a004100e4"));
+        QVERIFY(m_Browser->GetSelection() == (*m_Library)["b type"].id);
+    }
+
+    void startsNoDragWithoutPanel()
+    {
+        QPoint const start = m_Browser->GetRowCenter(0);
+        Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+        // With the first thing that the host is asked.
+        m_Host->RunAt(1, [this] { m_Browser.reset(); });
+        Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
+        QVERIFY(!m_Browser);
+        QCOMPARE(drags.count, 0);
+    }
+
+    void survivesWhatHappensDuringDrag_data()
+    {
+        AddColumns<int>("event");
+        AddRow("panel deleted", 0);
+        AddRow("library closed", 1);
+        AddRow("library replaced", 2);
+        AddRow("list rebuilt", 3);
+        AddRow("mouse moved on", 4);
+    }
+
+    void survivesWhatHappensDuringDrag()
+    {
+        QFETCH(int, event);
+        TestLibrary other("B");
+        drags.meanwhile = [&] {
+            if (event == 0) {
+                m_Browser.reset();
+                return;
+            }
+            if (event == 1)
+                m_Library.reset();
+            if (event == 2)
+                m_Browser->SetItemLibrary(other.GetAccessor());
+            if (event == 3)
+                m_Library->Remove((*m_Library)["a solver"]);
+            if (event == 4)
+                Drag(1);
+            m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
+            m_Browser->Paint();
+        };
+        // The panel is gone when the event returns to the toolkit.
+        Drag(0);
+        QCOMPARE(drags.count, 1);
+        // Without the panel there is nothing left to drag.
+        QCOMPARE(drags.cancelCount, event == 0 ? 1 : 0);
+        if (m_Browser)
+            m_Browser->Paint();
+        if (!m_Library)
+            return;
+        drags.meanwhile = nullptr;
+        MakeBrowser();
+        Drag(0);
+        QCOMPARE(drags.count, 2);
+    }
 
 protected:
     void SetUp() override
@@ -73,82 +144,6 @@ private:
              Qt::LeftButton);
     }
 };
-
-void TestDrag::dragsTheIdentifierAtDistance()
-{
-    int const distance = QApplication::startDragDistance();
-    QPoint const start = m_Browser->GetRowCenter(1);
-    Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
-    Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-    Send(QEvent::MouseMove, start + QPoint(distance - 1, 0), Qt::NoButton, Qt::LeftButton);
-    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::NoButton);
-    Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::RightButton);
-    QCOMPARE(drags.count, 0);
-    Send(QEvent::MouseMove, start + QPoint(1, 1 - distance), Qt::NoButton, Qt::LeftButton);
-    QCOMPARE(drags.count, 1);
-    QCOMPARE(drags.formats, QStringList("tarno/toc.key"));
-    QCOMPARE(drags.actions, Qt::DropActions(Qt::CopyAction));
-    QCOMPARE(drags.source, static_cast<QObject*>(m_Browser.get()));
-    // "item:A" and a letter outside ASCII: the number of bytes, then UTF-16, big end first.
-    QCOMPARE(drags.payload.toHex(), QByteArray("0000000e006900740065006d003a004100e4"));
-    QVERIFY(m_Browser->GetSelection() == (*m_Library)["b type"].id);
-}
-
-void TestDrag::startsNoDragWithoutPanel()
-{
-    QPoint const start = m_Browser->GetRowCenter(0);
-    Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-    // With the first thing that the host is asked.
-    m_Host->RunAt(1, [this] { m_Browser.reset(); });
-    Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
-    QVERIFY(!m_Browser);
-    QCOMPARE(drags.count, 0);
-}
-
-void TestDrag::survivesWhatHappensDuringDrag_data()
-{
-    AddColumns<int>("event");
-    AddRow("panel deleted", 0);
-    AddRow("library closed", 1);
-    AddRow("library replaced", 2);
-    AddRow("list rebuilt", 3);
-    AddRow("mouse moved on", 4);
-}
-
-void TestDrag::survivesWhatHappensDuringDrag()
-{
-    QFETCH(int, event);
-    TestLibrary other("B");
-    drags.meanwhile = [&] {
-        if (event == 0) {
-            m_Browser.reset();
-            return;
-        }
-        if (event == 1)
-            m_Library.reset();
-        if (event == 2)
-            m_Browser->SetItemLibrary(other.GetAccessor());
-        if (event == 3)
-            m_Library->Remove((*m_Library)["a solver"]);
-        if (event == 4)
-            Drag(1);
-        m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
-        m_Browser->Paint();
-    };
-    // The panel is gone when the event returns to the toolkit.
-    Drag(0);
-    QCOMPARE(drags.count, 1);
-    // Without the panel there is nothing left to drag.
-    QCOMPARE(drags.cancelCount, event == 0 ? 1 : 0);
-    if (m_Browser)
-        m_Browser->Paint();
-    if (!m_Library)
-        return;
-    drags.meanwhile = nullptr;
-    MakeBrowser();
-    Drag(0);
-    QCOMPARE(drags.count, 2);
-}
 
 NODEBROWSER_TEST(TestDrag)
 

@@ -13,13 +13,129 @@ class TestFilter : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsTheKindsOfTheFilter_data();
-    void showsTheKindsOfTheFilter();
-    void ranksMatches_data();
-    void ranksMatches();
-    void filtersAsIsTypedAndClicked();
-    void confirmsWithEnter();
-    void leavesTheRestAloneWithoutTableOfContents();
+    void showsTheKindsOfTheFilter_data()
+    {
+        AddColumns<int, QString>("filter", "rows");
+        AddRow("nodes", 0, "compound:0 polymorphicSolver:0 solver:0");
+        AddRow("types", 1, "type:0");
+        AddRow("all", 2, "compound:0 constant:0 polymorphicSolver:0 signature:0 solver:0 type:0");
+        AddRow("signatures", 3, "signature:0");
+        AddRow("constants", 4, "constant:0");
+        AddRow("unknown", 5, "");
+        AddRow("far out", 64, "");
+        AddRow("negative", -1, "");
+    }
+
+    void showsTheKindsOfTheFilter()
+    {
+        QFETCH(int, filter);
+        MakeBrowserWithAll();
+        m_Browser->TabChanged(filter);
+        QTEST(GetRanks(), "rows");
+    }
+
+    void ranksMatches_data()
+    {
+        AddColumns<QString, QString>("text", "rows");
+        AddRow("start, inside, tag", "aDd",
+               "Add:0 add_mul:0 fastadd:1 multiply_add:1 xaddmul:1 sum:1000");
+        // Words count in their order: the last inside the name, unless one starts it.
+        AddRow("two words", "mul add",
+               "Add:0 add_mul:0 multiply_add:1 fastadd:2 xaddmul:3 sum:1000");
+        AddRow("equal words", "add\tadd",
+               "Add:0 add_mul:0 fastadd:1 multiply_add:1 xaddmul:1 sum:1000");
+        AddRow("name overwrites tag", "add um",
+               "Add:0 add_mul:0 fastadd:2 multiply_add:2 xaddmul:2 sum:3");
+        AddRow("tag leaves name alone", "fasta math", "fastadd:0 other:1000 sum:1000");
+        AddRow("tag after name", "asta blur", "fastadd:2");
+        AddRow("inside of a tag", "ATH", "other:1000 sum:1000");
+        AddRow("tag of the kind", "typ", "Moir\u00C9:1000");
+        AddRow("letter outside ASCII", "\u00C9", "Moir\u00C9:1");
+        AddRow("not in eight bits", QString(QChar(0x3A9)), "?:0");
+        AddRow("nothing", "nothing like it", "");
+    }
+
+    void ranksMatches()
+    {
+        QFETCH(QString, text);
+        for (char const* name : {"Add", "add_mul", "fastadd", "multiply_add", "xaddmul", "?"})
+            m_Library->Add(TarnoType::gSolver, name, *name == 'f' ? "Blur" : "");
+        m_Library->Add(TarnoType::gSolver, "sum", "Math-Add");
+        m_Library->Add(TarnoType::gSolver, "other", "x;Math");
+        m_Library->Add(LibType::gType, "Moir\xC9");
+        // So many that each letter may look at the matches of those before only.
+        for (int item = 0; item < 20; ++item)
+            m_Library->Add(TarnoType::gGlobalConstant, "-");
+        MakeBrowser();
+        for (int length = 1; length <= text.size(); ++length) {
+            m_Browser->SearchTextChange(text.left(length));
+            m_Host->TakeCount("GetItemName");
+            m_Browser->UpdateVisibleItems();
+            QCOMPARE(m_Host->TakeCount("GetItemName"), 0);
+        }
+        QTEST(GetRanks(), "rows");
+        QCOMPARE(m_Browser->m_ContentHeight, 24 * int(m_Browser->m_VisibleItems.size()));
+    }
+
+    void filtersAsIsTypedAndClicked()
+    {
+        MakeBrowserWithAll();
+        QLineEdit* const field = m_Browser->findChild<QLineEdit*>();
+        QTabBar* const tabs = m_Browser->findChild<QTabBar*>();
+        auto const clickTab = [&](int tab) {
+            QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(tab).center());
+        };
+        clickTab(1);
+        QCOMPARE(m_Browser->GetRows(), QString("type"));
+        clickTab(0);
+        m_Host->TakeCount("GetItems");
+        QTest::keyClicks(field, "COm");
+        QCOMPARE(m_Browser->GetStaleRows(), QString("type"));
+        QCOMPARE(m_Browser->GetRows(), QString("compound"));
+        QTest::mouseClick(m_Browser->findChild<QPushButton*>(), Qt::LeftButton);
+        QCOMPARE(field->text(), QString());
+        QCOMPARE(m_Browser->GetRows(), QString("compound polymorphicSolver solver"));
+        QTest::keyClicks(field, "  ");
+        QCOMPARE(m_Browser->GetRows(), QString("compound polymorphicSolver solver"));
+        // Nothing of this asks the host for its items.
+        QCOMPARE(m_Host->TakeCount("GetItems"), 0);
+    }
+
+    void confirmsWithEnter()
+    {
+        MakeBrowserWithAll();
+        QSignalSpy confirmed(m_Browser.get(), SIGNAL(SelectionChanged()));
+        QLineEdit* const field = m_Browser->findChild<QLineEdit*>();
+        auto const getConfirmed = [&](char const* typed) {
+            QTest::keyClicks(field, typed);
+            QTest::keyClick(field, Qt::Key_Return);
+            return m_Browser->GetSelection();
+        };
+        QVERIFY(getConfirmed("") == (*m_Library)["compound"].id);
+        // The selection is a row, whatever item stands there; no paint has come since the text.
+        Click(1);
+        QVERIFY(getConfirmed("so") == (*m_Library)["polymorphicSolver"].id);
+        // A rebuild of the items waits for the paint, and the rows wait with it.
+        TellInvalidated();
+        QVERIFY(getConfirmed("x") == (*m_Library)["polymorphicSolver"].id);
+        m_Browser->Paint();
+        QVERIFY(getConfirmed("").IsNull());
+        QCOMPARE(confirmed.count(), 5);
+        // Without rows the first one is selected all the same.
+        field->clear();
+        m_Browser->Paint();
+        QVERIFY(m_Browser->GetSelection() == (*m_Library)["compound"].id);
+    }
+
+    void leavesTheRestAloneWithoutTableOfContents()
+    {
+        MakeBrowserWithAll();
+        TestLibrary empty("B");
+        empty.m_HasTOC = false;
+        m_Browser->SetItemLibrary(empty.GetAccessor());
+        QCOMPARE(m_Browser->GetRows(), QString());
+        QCOMPARE(m_Browser->m_ContentHeight, 6 * 24);
+    }
 
 private:
     /// A panel over one item of each kind, named after it.
@@ -50,129 +166,6 @@ private:
         return count == ranks.size() ? ranks.join(' ') : "other rows than items that match";
     }
 };
-
-void TestFilter::showsTheKindsOfTheFilter_data()
-{
-    AddColumns<int, QString>("filter", "rows");
-    AddRow("nodes", 0, "compound:0 polymorphicSolver:0 solver:0");
-    AddRow("types", 1, "type:0");
-    AddRow("all", 2, "compound:0 constant:0 polymorphicSolver:0 signature:0 solver:0 type:0");
-    AddRow("signatures", 3, "signature:0");
-    AddRow("constants", 4, "constant:0");
-    AddRow("unknown", 5, "");
-    AddRow("far out", 64, "");
-    AddRow("negative", -1, "");
-}
-
-void TestFilter::showsTheKindsOfTheFilter()
-{
-    QFETCH(int, filter);
-    MakeBrowserWithAll();
-    m_Browser->TabChanged(filter);
-    QTEST(GetRanks(), "rows");
-}
-
-void TestFilter::ranksMatches_data()
-{
-    AddColumns<QString, QString>("text", "rows");
-    AddRow("start, inside, tag", "aDd",
-           "Add:0 add_mul:0 fastadd:1 multiply_add:1 xaddmul:1 sum:1000");
-    // Words count in their order: the last inside the name, unless one starts it.
-    AddRow("two words", "mul add", "Add:0 add_mul:0 multiply_add:1 fastadd:2 xaddmul:3 sum:1000");
-    AddRow("equal words", "add\tadd",
-           "Add:0 add_mul:0 fastadd:1 multiply_add:1 xaddmul:1 sum:1000");
-    AddRow("name overwrites tag", "add um",
-           "Add:0 add_mul:0 fastadd:2 multiply_add:2 xaddmul:2 sum:3");
-    AddRow("tag leaves name alone", "fasta math", "fastadd:0 other:1000 sum:1000");
-    AddRow("tag after name", "asta blur", "fastadd:2");
-    AddRow("inside of a tag", "ATH", "other:1000 sum:1000");
-    AddRow("tag of the kind", "typ", "Moir\u00C9:1000");
-    AddRow("letter outside ASCII", "\u00C9", "Moir\u00C9:1");
-    AddRow("not in eight bits", QString(QChar(0x3A9)), "?:0");
-    AddRow("nothing", "nothing like it", "");
-}
-
-void TestFilter::ranksMatches()
-{
-    QFETCH(QString, text);
-    for (char const* name : {"Add", "add_mul", "fastadd", "multiply_add", "xaddmul", "?"})
-        m_Library->Add(TarnoType::gSolver, name, *name == 'f' ? "Blur" : "");
-    m_Library->Add(TarnoType::gSolver, "sum", "Math-Add");
-    m_Library->Add(TarnoType::gSolver, "other", "x;Math");
-    m_Library->Add(LibType::gType, "Moir\xC9");
-    // So many that each letter may look at the matches of those before only.
-    for (int item = 0; item < 20; ++item)
-        m_Library->Add(TarnoType::gGlobalConstant, "-");
-    MakeBrowser();
-    for (int length = 1; length <= text.size(); ++length) {
-        m_Browser->SearchTextChange(text.left(length));
-        m_Host->TakeCount("GetItemName");
-        m_Browser->UpdateVisibleItems();
-        QCOMPARE(m_Host->TakeCount("GetItemName"), 0);
-    }
-    QTEST(GetRanks(), "rows");
-    QCOMPARE(m_Browser->m_ContentHeight, 24 * int(m_Browser->m_VisibleItems.size()));
-}
-
-void TestFilter::filtersAsIsTypedAndClicked()
-{
-    MakeBrowserWithAll();
-    QLineEdit* const field = m_Browser->findChild<QLineEdit*>();
-    QTabBar* const tabs = m_Browser->findChild<QTabBar*>();
-    auto const clickTab = [&](int tab) {
-        QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(tab).center());
-    };
-    clickTab(1);
-    QCOMPARE(m_Browser->GetRows(), QString("type"));
-    clickTab(0);
-    m_Host->TakeCount("GetItems");
-    QTest::keyClicks(field, "COm");
-    QCOMPARE(m_Browser->GetStaleRows(), QString("type"));
-    QCOMPARE(m_Browser->GetRows(), QString("compound"));
-    QTest::mouseClick(m_Browser->findChild<QPushButton*>(), Qt::LeftButton);
-    QCOMPARE(field->text(), QString());
-    QCOMPARE(m_Browser->GetRows(), QString("compound polymorphicSolver solver"));
-    QTest::keyClicks(field, "  ");
-    QCOMPARE(m_Browser->GetRows(), QString("compound polymorphicSolver solver"));
-    // Nothing of this asks the host for its items.
-    QCOMPARE(m_Host->TakeCount("GetItems"), 0);
-}
-
-void TestFilter::confirmsWithEnter()
-{
-    MakeBrowserWithAll();
-    QSignalSpy confirmed(m_Browser.get(), SIGNAL(SelectionChanged()));
-    QLineEdit* const field = m_Browser->findChild<QLineEdit*>();
-    auto const getConfirmed = [&](char const* typed) {
-        QTest::keyClicks(field, typed);
-        QTest::keyClick(field, Qt::Key_Return);
-        return m_Browser->GetSelection();
-    };
-    QVERIFY(getConfirmed("") == (*m_Library)["compound"].id);
-    // The selection is a row, whatever item stands there; no paint has come since the text.
-    Click(1);
-    QVERIFY(getConfirmed("so") == (*m_Library)["polymorphicSolver"].id);
-    // A rebuild of the items waits for the paint, and the rows wait with it.
-    TellInvalidated();
-    QVERIFY(getConfirmed("x") == (*m_Library)["polymorphicSolver"].id);
-    m_Browser->Paint();
-    QVERIFY(getConfirmed("").IsNull());
-    QCOMPARE(confirmed.count(), 5);
-    // Without rows the first one is selected all the same.
-    field->clear();
-    m_Browser->Paint();
-    QVERIFY(m_Browser->GetSelection() == (*m_Library)["compound"].id);
-}
-
-void TestFilter::leavesTheRestAloneWithoutTableOfContents()
-{
-    MakeBrowserWithAll();
-    TestLibrary empty("B");
-    empty.m_HasTOC = false;
-    m_Browser->SetItemLibrary(empty.GetAccessor());
-    QCOMPARE(m_Browser->GetRows(), QString());
-    QCOMPARE(m_Browser->m_ContentHeight, 6 * 24);
-}
 
 NODEBROWSER_TEST(TestFilter)
 

@@ -34,13 +34,135 @@ class TestInput : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void selectsWithPresses_data();
-    void selectsWithPresses();
-    void makesCompoundCurrentOnDoubleClick();
-    void showsToolTipOfCompounds();
-    void scrollsByThreeRows_data();
-    void scrollsByThreeRows();
-    void scrollsRowsThatAllFit();
+    void selectsWithPresses_data()
+    {
+        AddColumns<int, int, int, bool, QString>("config", "button", "row", "isSelected", "menus");
+        int const left = Qt::LeftButton;
+        int const right = Qt::RightButton;
+        AddRow("left", 0, left, 2, true, "");
+        AddRow("left below the rows", 0, left, 4, false, "");
+        AddRow("left in the header", 0, left, -1, false, "");
+        AddRow("right", 0, right, 1, true, "1 at row");
+        AddRow("right below the rows", 0, right, 4, false, "");
+        AddRow("right in the type chooser", 1, right, 1, false, "");
+        AddRow("right in another configuration", 2, right, 1, true, "1 at row");
+        AddRow("middle", 0, int(Qt::MiddleButton), 1, false, "");
+    }
+
+    void selectsWithPresses()
+    {
+        QFETCH(int, config);
+        QFETCH(int, button);
+        QFETCH(int, row);
+        QFETCH(bool, isSelected);
+        MenuNotingBrowser* const browser =
+            new MenuNotingBrowser(static_cast<CNodeBrowser::eConfigType>(config));
+        m_Browser.reset(browser);
+        QVERIFY(!browser->IsSelectionType());
+        browser->SetItemLibrary(m_Library->GetAccessor());
+        browser->TabChanged(CNodeBrowser::eConfigAll);
+        browser->Paint();
+        Click(3);
+        QVERIFY(browser->GetSelection() == (*m_Library)["d type"].id && browser->IsSelectionType());
+
+        QSignalSpy selections(browser, SIGNAL(SelectionChanged()));
+        QPoint const header(250, browser->m_HeaderHeight);
+        QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier,
+                          row < 0 ? header : browser->GetRowCenter(row));
+        QVERIFY(browser->GetSelection()
+                == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
+        QCOMPARE(browser->m_SelectedIndex,
+                 isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
+        QVERIFY(!browser->IsSelectionType());
+        QCOMPARE(selections.count(), isSelected ? 1 : 0);
+        QTEST(browser->m_Menus, "menus");
+    }
+
+    void makesCompoundCurrentOnDoubleClick()
+    {
+        MakeBrowser();
+        Click(3);
+        m_Host->TakeCalls();
+        QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
+        for (int row = -1; row < 5; ++row)
+            Send(QEvent::MouseButtonDblClick,
+                 row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row),
+                 Qt::LeftButton, Qt::LeftButton);
+        QCOMPARE(m_Host->TakeCalls(), (QStringList{"SetGlobalTarnoCompoundTarget a compound -",
+                                                   "SetGlobalTarnoCompoundTarget b signature -"}));
+        QVERIFY(m_Browser->GetSelection() == (*m_Library)["d type"].id);
+        QCOMPARE(selections.count(), 0);
+    }
+
+    void showsToolTipOfCompounds()
+    {
+        TestObject const& object = m_Library->AddObject((*m_Library)["a compound"],
+                                                        m_Host->m_Database.AddSource("project"));
+        QString const uid = QString::fromStdString(object.m_Uid);
+        m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "e", "", "Compound:e"), nullptr);
+        MakeBrowser();
+        m_Browser->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
+        m_Host->TakeCalls();
+        // Without the service, a database UID or an object there is none.
+        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        m_Host->AddRevisionControl();
+        QVERIFY(Hover(m_Browser->GetRowCenter(1)));
+        QVERIFY(Hover(m_Browser->GetRowCenter(4)));
+        QVERIFY(m_Host->TakeCalls().isEmpty() && !QToolTip::isVisible());
+
+        // Any other item hides it.
+        for (QPoint const& point : {m_Browser->GetRowCenter(2), m_Browser->GetRowCenter(9),
+                                    QPoint(5, m_Browser->m_HeaderHeight)}) {
+            QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+            QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
+            QCOMPARE(QToolTip::text(), "state of " + uid);
+            QVERIFY(!Hover(point));
+            QTRY_VERIFY(!QToolTip::isVisible());
+        }
+        // It may outlast the library and the panel.
+        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        m_Library.reset();
+        QVERIFY(!Hover(m_Browser->GetRowCenter(0)));
+        m_Browser.reset();
+        QTRY_VERIFY(!QToolTip::isVisible());
+    }
+
+    void scrollsByThreeRows_data()
+    {
+        AddColumns<int, QPoint, int>("y", "delta", "offset");
+        AddRow("up", 100, QPoint(0, 120), 100 - 72);
+        AddRow("down", 100, QPoint(0, -120), 100 + 72);
+        AddRow("as far, however fast", 100, QPoint(0, -1200), 100 + 72);
+        AddRow("no way counts as down", 100, QPoint(0, 0), 100 + 72);
+        AddRow("sideways", 100, QPoint(120, 0), 100 - 72);
+        AddRow("first line of the rows", 43, QPoint(0, 120), 100 - 72);
+        AddRow("header", 42, QPoint(0, 120), 100);
+    }
+
+    void scrollsByThreeRows()
+    {
+        QFETCH(int, y);
+        QFETCH(QPoint, delta);
+        QFETCH(int, offset);
+        for (int i = 0; i < 40; ++i)
+            m_Library->Add(TarnoType::gSolver, "more");
+        MakeBrowser();
+        m_Browser->findChild<QScrollBar*>()->setValue(100);
+        QCOMPARE(Wheel(QPoint(250, y), delta), offset != 100);
+        QCOMPARE(m_Browser->m_ScrollOffset, offset);
+        for (int i = 0; i < 40; ++i)
+            Wheel(QPoint(100, 399), QPoint(0, -120));
+        QCOMPARE(m_Browser->m_ScrollOffset, 44 * 24 - (400 - 43));
+    }
+
+    /// A scroll bar that never had a range keeps the toolkit's own, hidden or not.
+    void scrollsRowsThatAllFit()
+    {
+        MakeBrowser();
+        QVERIFY(Wheel(QPoint(100, 100), QPoint(0, -120)));
+        QCOMPARE(m_Browser->GetItemIndexAt(QPoint(100, 44)), 3ul);
+    }
 
 protected:
     void SetUp() override
@@ -69,135 +191,6 @@ private:
         return event.isAccepted();
     }
 };
-
-void TestInput::selectsWithPresses_data()
-{
-    AddColumns<int, int, int, bool, QString>("config", "button", "row", "isSelected", "menus");
-    int const left = Qt::LeftButton;
-    int const right = Qt::RightButton;
-    AddRow("left", 0, left, 2, true, "");
-    AddRow("left below the rows", 0, left, 4, false, "");
-    AddRow("left in the header", 0, left, -1, false, "");
-    AddRow("right", 0, right, 1, true, "1 at row");
-    AddRow("right below the rows", 0, right, 4, false, "");
-    AddRow("right in the type chooser", 1, right, 1, false, "");
-    AddRow("right in another configuration", 2, right, 1, true, "1 at row");
-    AddRow("middle", 0, int(Qt::MiddleButton), 1, false, "");
-}
-
-void TestInput::selectsWithPresses()
-{
-    QFETCH(int, config);
-    QFETCH(int, button);
-    QFETCH(int, row);
-    QFETCH(bool, isSelected);
-    MenuNotingBrowser* const browser =
-        new MenuNotingBrowser(static_cast<CNodeBrowser::eConfigType>(config));
-    m_Browser.reset(browser);
-    QVERIFY(!browser->IsSelectionType());
-    browser->SetItemLibrary(m_Library->GetAccessor());
-    browser->TabChanged(CNodeBrowser::eConfigAll);
-    browser->Paint();
-    Click(3);
-    QVERIFY(browser->GetSelection() == (*m_Library)["d type"].id && browser->IsSelectionType());
-
-    QSignalSpy selections(browser, SIGNAL(SelectionChanged()));
-    QPoint const header(250, browser->m_HeaderHeight);
-    QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier,
-                      row < 0 ? header : browser->GetRowCenter(row));
-    QVERIFY(browser->GetSelection()
-            == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
-    QCOMPARE(browser->m_SelectedIndex, isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
-    QVERIFY(!browser->IsSelectionType());
-    QCOMPARE(selections.count(), isSelected ? 1 : 0);
-    QTEST(browser->m_Menus, "menus");
-}
-
-void TestInput::makesCompoundCurrentOnDoubleClick()
-{
-    MakeBrowser();
-    Click(3);
-    m_Host->TakeCalls();
-    QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
-    for (int row = -1; row < 5; ++row)
-        Send(QEvent::MouseButtonDblClick,
-             row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row),
-             Qt::LeftButton, Qt::LeftButton);
-    QCOMPARE(m_Host->TakeCalls(), (QStringList{"SetGlobalTarnoCompoundTarget a compound -",
-                                               "SetGlobalTarnoCompoundTarget b signature -"}));
-    QVERIFY(m_Browser->GetSelection() == (*m_Library)["d type"].id);
-    QCOMPARE(selections.count(), 0);
-}
-
-void TestInput::showsToolTipOfCompounds()
-{
-    TestObject const& object =
-        m_Library->AddObject((*m_Library)["a compound"], m_Host->m_Database.AddSource("project"));
-    QString const uid = QString::fromStdString(object.m_Uid);
-    m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "e", "", "Compound:e"), nullptr);
-    MakeBrowser();
-    m_Browser->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
-    m_Host->TakeCalls();
-    // Without the service, a database UID or an object there is none.
-    QVERIFY(Hover(m_Browser->GetRowCenter(0)));
-    m_Host->AddRevisionControl();
-    QVERIFY(Hover(m_Browser->GetRowCenter(1)));
-    QVERIFY(Hover(m_Browser->GetRowCenter(4)));
-    QVERIFY(m_Host->TakeCalls().isEmpty() && !QToolTip::isVisible());
-
-    // Any other item hides it.
-    for (QPoint const& point : {m_Browser->GetRowCenter(2), m_Browser->GetRowCenter(9),
-                                QPoint(5, m_Browser->m_HeaderHeight)}) {
-        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
-        QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
-        QCOMPARE(QToolTip::text(), "state of " + uid);
-        QVERIFY(!Hover(point));
-        QTRY_VERIFY(!QToolTip::isVisible());
-    }
-    // It may outlast the library and the panel.
-    QVERIFY(Hover(m_Browser->GetRowCenter(0)));
-    m_Library.reset();
-    QVERIFY(!Hover(m_Browser->GetRowCenter(0)));
-    m_Browser.reset();
-    QTRY_VERIFY(!QToolTip::isVisible());
-}
-
-void TestInput::scrollsByThreeRows_data()
-{
-    AddColumns<int, QPoint, int>("y", "delta", "offset");
-    AddRow("up", 100, QPoint(0, 120), 100 - 72);
-    AddRow("down", 100, QPoint(0, -120), 100 + 72);
-    AddRow("as far, however fast", 100, QPoint(0, -1200), 100 + 72);
-    AddRow("no way counts as down", 100, QPoint(0, 0), 100 + 72);
-    AddRow("sideways", 100, QPoint(120, 0), 100 - 72);
-    AddRow("first line of the rows", 43, QPoint(0, 120), 100 - 72);
-    AddRow("header", 42, QPoint(0, 120), 100);
-}
-
-void TestInput::scrollsByThreeRows()
-{
-    QFETCH(int, y);
-    QFETCH(QPoint, delta);
-    QFETCH(int, offset);
-    for (int i = 0; i < 40; ++i)
-        m_Library->Add(TarnoType::gSolver, "more");
-    MakeBrowser();
-    m_Browser->findChild<QScrollBar*>()->setValue(100);
-    QCOMPARE(Wheel(QPoint(250, y), delta), offset != 100);
-    QCOMPARE(m_Browser->m_ScrollOffset, offset);
-    for (int i = 0; i < 40; ++i)
-        Wheel(QPoint(100, 399), QPoint(0, -120));
-    QCOMPARE(m_Browser->m_ScrollOffset, 44 * 24 - (400 - 43));
-}
-
-/// A scroll bar that never had a range keeps the toolkit's own, hidden or not.
-void TestInput::scrollsRowsThatAllFit()
-{
-    MakeBrowser();
-    QVERIFY(Wheel(QPoint(100, 100), QPoint(0, -120)));
-    QCOMPARE(m_Browser->GetItemIndexAt(QPoint(100, 44)), 3ul);
-}
 
 NODEBROWSER_TEST(TestInput)
 

@@ -12,13 +12,183 @@ class TestItemList : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void asksForItemsInOrder();
-    void sortsByNameIgnoringCase();
-    void showsAndTagsItsKind_data();
-    void showsAndTagsItsKind();
-    void raisesForObjectWithoutDataSource();
-    void requestsStatesOfWritableCompounds();
-    void takesStateOfTheFirstItemWithTheIdentifier();
+    void asksForItemsInOrder()
+    {
+        m_Library->Add(LibType::gType, "type");
+        m_Library->Add(TarnoType::gSolver, "solver");
+        m_Library->Add(TarnoType::gGlobalConstant, "nested").hasParent = true;
+        m_Library->Add(TarnoType::gGlobalConstant, "special").hasSpecializes = true;
+        m_Library->Add(TarnoType::gCompound, "hidden").isValidGraphItem = false;
+        m_Library->Add(TarnoType::gPolymorphicSolver, "second");
+        m_Library->Add(TarnoType::gPolymorphicSolver, "first");
+        m_Browser.reset(new TestBrowser);
+        m_Host->TakeCalls();
+        m_Host->m_ListsQueries = true;
+        m_Host->TakeCount("GetItemName");
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        QStringList const asked = m_Host->TakeCalls().filter(
+            QRegularExpression("^(GetItems|IsValidGraphItemType|GetValue|GetItemTags) "));
+        // One question a name, however long sorting takes.
+        QCOMPARE(m_Host->TakeCount("GetItemName"), 4);
+
+        // The last question is about the tags of an item that is listed.
+        auto const askAbout = [](char const* kind, QString const& name, int questions) {
+            return QStringList{QString("IsValidGraphItemType %1 %2").arg(kind, name),
+                               "GetValue " + name + " Parent", "GetValue " + name + " Specializes",
+                               "GetItemTags " + name + " 'ApplicationTags'"}
+                .mid(0, questions);
+        };
+        QCOMPARE(asked, QStringList("GetItems polymorphicSolver")
+                            + askAbout("polymorphicSolver", "second", 4)
+                            + askAbout("polymorphicSolver", "first", 4)
+                            + QStringList("GetItems compound") + askAbout("compound", "hidden", 1)
+                            + QStringList("GetItems constant") + askAbout("constant", "nested", 2)
+                            + askAbout("constant", "special", 3) + QStringList("GetItems solver")
+                            + askAbout("solver", "solver", 4) + QStringList("GetItems type")
+                            + askAbout("type", "type", 4));
+        QCOMPARE(m_Browser->GetNames(), QString("first second solver type"));
+    }
+
+    void sortsByNameIgnoringCase()
+    {
+        for (char const* name :
+             {"beta", "Alpha", "alpha2", "_x", "Zeta", "long names B", "LONG NAMES a", "zeta"})
+            m_Library->Add(TarnoType::gSolver, name);
+        m_Library->Add(LibType::gType, "apple");
+        MakeBrowser();
+        QCOMPARE(m_Browser->GetNames(),
+                 QString("_x Alpha alpha2 apple beta LONG NAMES a long names B Zeta zeta"));
+    }
+
+    void showsAndTagsItsKind_data()
+    {
+        AddColumns<QString, bool, QString, QString>("kind", "isAbstract", "icon", "tag");
+        AddRow("polymorphic solver", "polymorphicSolver", false, ":solver.png", "node");
+        AddRow("solver", "solver", false, ":solver.png", "node");
+        AddRow("compound", "compound", false, ":compound.png", "node");
+        AddRow("signature", "compound", true, ":signature.png", "node");
+        AddRow("constant", "constant", false, ":constant.png", "constant");
+        AddRow("type", "type", false, ":type.png", "type");
+    }
+
+    void showsAndTagsItsKind()
+    {
+        QFETCH(QString, kind);
+        QFETCH(bool, isAbstract);
+        QFETCH(QString, icon);
+        QFETCH(QString, tag);
+        TestItem& item = m_Library->Add(FindKind(kind), "item", "Own;Kept");
+        item.isAbstract = isAbstract;
+        MakeBrowser();
+        Item const& listed = m_Browser->m_Items.at(0);
+        QVERIFY(!listed.m_Icon.isNull());
+        QCOMPARE(listed.m_Icon.toImage(), QPixmap(icon).toImage());
+        QCOMPARE(listed.m_DisplayIcon.toImage(), listed.m_Icon.toImage());
+
+        // The tag of the kind stays when those of the user change.
+        typedef std::set<std::string> Tags;
+        ItemTagsRegistry const& registry = m_Browser->m_TagsRegistry;
+        QCOMPARE(registry.GetItemTags(item.id), (Tags{"Own", "Kept", tag.toStdString()}));
+        item.tags["ApplicationTags"] = "New;Kept";
+        TellTags(item.id);
+        QCOMPARE(registry.GetItemTags(item.id), (Tags{"New", "Kept", tag.toStdString()}));
+        QVERIFY(!registry.HasItemTag(item.id, "Own"));
+        item.tags.clear();
+        TellTags(item.id);
+        QCOMPARE(registry.GetItemTags(item.id), Tags{tag.toStdString()});
+    }
+
+    void raisesForObjectWithoutDataSource()
+    {
+        m_Host->AddRevisionControl();
+        m_Library->Add(TarnoType::gCompound, "before");
+        AddStored(TarnoType::gCompound, "broken", nullptr);
+        m_Library->Add(TarnoType::gSolver, "after");
+        m_Browser.reset(new TestBrowser);
+        QVERIFY_EXCEPTION_THROWN(m_Browser->SetItemLibrary(m_Library->GetAccessor()),
+                                 qorm::ExBase::NullPtr);
+        QCOMPARE(m_Host->TakeCalls().last(), QString("PrintDebugString 'Null pointer in "
+                                                     "GetPointeeNotNull (qormptr.h:102)'"));
+        QCOMPARE(m_Browser->GetNames(), QString("before"));
+    }
+
+    void requestsStatesOfWritableCompounds()
+    {
+        m_Host->AddRevisionControl();
+        TestDataSource* const project = m_Host->m_Database.AddSource("project");
+        QString const second = AddStored(TarnoType::gCompound, "b", project);
+        QString const first = AddStored(TarnoType::gCompound, "a", project);
+        AddStored(TarnoType::gCompound, "c", m_Host->m_Database.AddSource("shared", 1));
+        AddStored(TarnoType::gSolver, "d", project);
+        m_Library->Add(TarnoType::gCompound, "no UID", "", "Compound:x");
+        // In the order of the table of contents.
+        QString const request = "RequestObjectStates [" + second + " " + first + "]";
+
+        // What the host tells before the first paint has the list made again; that is five
+        // questions.
+        struct SNews
+        {
+            std::function<void()> tell;
+            int questions;
+            QString request;
+        };
+        SNews const news[] = {
+            {[] {}, 0, request},
+            {[&] { TellInvalidated(); }, 5, request},
+            {[&] { TellTags((*m_Library)["a"].id); }, 5, request},
+            {[&] { TellState((*m_Library)["a"].id, 3); }, 5, request},
+            {[&] { m_Browser->SetSourceControlEnabled(true); }, 5, request},
+            {[&] { m_Host->SetService("RevisionControlUIHelper", nullptr); }, 5,
+             "RequestObjectStates []"},
+        };
+        m_Browser.reset(new TestBrowser);
+        for (SNews const& each : news) {
+            m_Browser->SetItemLibrary(m_Library->GetAccessor());
+            QCOMPARE(GetStates(), QString("0 0 0 0 0"));
+            m_Host->TakeCalls();
+            each.tell();
+            m_Host->TakeCount("GetItems");
+            m_Browser->Paint();
+            QCOMPARE(m_Host->TakeCalls(), QStringList(each.request));
+            QCOMPARE(m_Host->TakeCount("GetItems"), each.questions);
+            QCOMPARE(GetStates(),
+                     QString(each.request == request ? "400000 400000 0 0 0" : "0 0 0 0 0"));
+            m_Browser->Paint();
+            QVERIFY(m_Host->TakeCalls().isEmpty());
+            QCOMPARE(m_Host->TakeCount("GetItems"), 0);
+        }
+    }
+
+    void takesStateOfTheFirstItemWithTheIdentifier()
+    {
+        m_Library->Add(TarnoType::gSolver, "first");
+        m_Library->Add(TarnoType::gSolver, "second");
+        m_Library->Add(TarnoType::gSolver, "0").id = ItemID();
+        m_Library->m_Listed.push_back(&(*m_Library)["first"]);
+        MakeBrowser();
+        TellState(ItemID(), 7);
+        QCOMPARE(GetStates(), QString("7 0 0 0"));
+        TellState((*m_Library)["first"].id, 5);
+        TellState((*m_Library)["second"].id, 0x1000000FFL);
+        ItemID const unlisted = m_Library->Add(TarnoType::gSolver, "unlisted").id;
+        TellState(unlisted, 9);
+        QCOMPARE(GetStates(), QString("7 5 0 ff"));
+
+        // The positions follow the next list.
+        (*m_Library)["second"].name = "1";
+        TellInvalidated();
+        m_Browser->Paint();
+        TellState((*m_Library)["1"].id, 3);
+        QCOMPARE(GetStates(), QString("0 3 0 0 0"));
+
+        // One that is gone answers the null identifier.
+        m_Library->Remove((*m_Library)["0"]);
+        m_Library->Remove((*m_Library)["unlisted"]);
+        TellState(unlisted, 9);
+        QCOMPARE(GetStates(), QString("0 3 0 0 0"));
+        TellState(ItemID(), 2);
+        QCOMPARE(GetStates(), QString("2 3 0 0 0"));
+    }
 
 private:
     QString GetStates() const
@@ -29,182 +199,6 @@ private:
         return states.join(' ');
     }
 };
-
-void TestItemList::asksForItemsInOrder()
-{
-    m_Library->Add(LibType::gType, "type");
-    m_Library->Add(TarnoType::gSolver, "solver");
-    m_Library->Add(TarnoType::gGlobalConstant, "nested").hasParent = true;
-    m_Library->Add(TarnoType::gGlobalConstant, "special").hasSpecializes = true;
-    m_Library->Add(TarnoType::gCompound, "hidden").isValidGraphItem = false;
-    m_Library->Add(TarnoType::gPolymorphicSolver, "second");
-    m_Library->Add(TarnoType::gPolymorphicSolver, "first");
-    m_Browser.reset(new TestBrowser);
-    m_Host->TakeCalls();
-    m_Host->m_ListsQueries = true;
-    m_Host->TakeCount("GetItemName");
-    m_Browser->SetItemLibrary(m_Library->GetAccessor());
-    QStringList const asked = m_Host->TakeCalls().filter(
-        QRegularExpression("^(GetItems|IsValidGraphItemType|GetValue|GetItemTags) "));
-    // One question a name, however long sorting takes.
-    QCOMPARE(m_Host->TakeCount("GetItemName"), 4);
-
-    // The last question is about the tags of an item that is listed.
-    auto const askAbout = [](char const* kind, QString const& name, int questions) {
-        return QStringList{QString("IsValidGraphItemType %1 %2").arg(kind, name),
-                           "GetValue " + name + " Parent", "GetValue " + name + " Specializes",
-                           "GetItemTags " + name + " 'ApplicationTags'"}
-            .mid(0, questions);
-    };
-    QCOMPARE(asked,
-             QStringList("GetItems polymorphicSolver") + askAbout("polymorphicSolver", "second", 4)
-                 + askAbout("polymorphicSolver", "first", 4) + QStringList("GetItems compound")
-                 + askAbout("compound", "hidden", 1) + QStringList("GetItems constant")
-                 + askAbout("constant", "nested", 2) + askAbout("constant", "special", 3)
-                 + QStringList("GetItems solver") + askAbout("solver", "solver", 4)
-                 + QStringList("GetItems type") + askAbout("type", "type", 4));
-    QCOMPARE(m_Browser->GetNames(), QString("first second solver type"));
-}
-
-void TestItemList::sortsByNameIgnoringCase()
-{
-    for (char const* name :
-         {"beta", "Alpha", "alpha2", "_x", "Zeta", "long names B", "LONG NAMES a", "zeta"})
-        m_Library->Add(TarnoType::gSolver, name);
-    m_Library->Add(LibType::gType, "apple");
-    MakeBrowser();
-    QCOMPARE(m_Browser->GetNames(),
-             QString("_x Alpha alpha2 apple beta LONG NAMES a long names B Zeta zeta"));
-}
-
-void TestItemList::showsAndTagsItsKind_data()
-{
-    AddColumns<QString, bool, QString, QString>("kind", "isAbstract", "icon", "tag");
-    AddRow("polymorphic solver", "polymorphicSolver", false, ":solver.png", "node");
-    AddRow("solver", "solver", false, ":solver.png", "node");
-    AddRow("compound", "compound", false, ":compound.png", "node");
-    AddRow("signature", "compound", true, ":signature.png", "node");
-    AddRow("constant", "constant", false, ":constant.png", "constant");
-    AddRow("type", "type", false, ":type.png", "type");
-}
-
-void TestItemList::showsAndTagsItsKind()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, isAbstract);
-    QFETCH(QString, icon);
-    QFETCH(QString, tag);
-    TestItem& item = m_Library->Add(FindKind(kind), "item", "Own;Kept");
-    item.isAbstract = isAbstract;
-    MakeBrowser();
-    Item const& listed = m_Browser->m_Items.at(0);
-    QVERIFY(!listed.m_Icon.isNull());
-    QCOMPARE(listed.m_Icon.toImage(), QPixmap(icon).toImage());
-    QCOMPARE(listed.m_DisplayIcon.toImage(), listed.m_Icon.toImage());
-
-    // The tag of the kind stays when those of the user change.
-    typedef std::set<std::string> Tags;
-    ItemTagsRegistry const& registry = m_Browser->m_TagsRegistry;
-    QCOMPARE(registry.GetItemTags(item.id), (Tags{"Own", "Kept", tag.toStdString()}));
-    item.tags["ApplicationTags"] = "New;Kept";
-    TellTags(item.id);
-    QCOMPARE(registry.GetItemTags(item.id), (Tags{"New", "Kept", tag.toStdString()}));
-    QVERIFY(!registry.HasItemTag(item.id, "Own"));
-    item.tags.clear();
-    TellTags(item.id);
-    QCOMPARE(registry.GetItemTags(item.id), Tags{tag.toStdString()});
-}
-
-void TestItemList::raisesForObjectWithoutDataSource()
-{
-    m_Host->AddRevisionControl();
-    m_Library->Add(TarnoType::gCompound, "before");
-    AddStored(TarnoType::gCompound, "broken", nullptr);
-    m_Library->Add(TarnoType::gSolver, "after");
-    m_Browser.reset(new TestBrowser);
-    QVERIFY_EXCEPTION_THROWN(m_Browser->SetItemLibrary(m_Library->GetAccessor()),
-                             qorm::ExBase::NullPtr);
-    QCOMPARE(m_Host->TakeCalls().last(), QString("PrintDebugString 'Null pointer in "
-                                                 "GetPointeeNotNull (qormptr.h:102)'"));
-    QCOMPARE(m_Browser->GetNames(), QString("before"));
-}
-
-void TestItemList::requestsStatesOfWritableCompounds()
-{
-    m_Host->AddRevisionControl();
-    TestDataSource* const project = m_Host->m_Database.AddSource("project");
-    QString const second = AddStored(TarnoType::gCompound, "b", project);
-    QString const first = AddStored(TarnoType::gCompound, "a", project);
-    AddStored(TarnoType::gCompound, "c", m_Host->m_Database.AddSource("shared", 1));
-    AddStored(TarnoType::gSolver, "d", project);
-    m_Library->Add(TarnoType::gCompound, "no UID", "", "Compound:x");
-    // In the order of the table of contents.
-    QString const request = "RequestObjectStates [" + second + " " + first + "]";
-
-    // What the host tells before the first paint has the list made again; that is five questions.
-    struct SNews
-    {
-        std::function<void()> tell;
-        int questions;
-        QString request;
-    };
-    SNews const news[] = {
-        {[] {}, 0, request},
-        {[&] { TellInvalidated(); }, 5, request},
-        {[&] { TellTags((*m_Library)["a"].id); }, 5, request},
-        {[&] { TellState((*m_Library)["a"].id, 3); }, 5, request},
-        {[&] { m_Browser->SetSourceControlEnabled(true); }, 5, request},
-        {[&] { m_Host->SetService("RevisionControlUIHelper", nullptr); }, 5,
-         "RequestObjectStates []"},
-    };
-    m_Browser.reset(new TestBrowser);
-    for (SNews const& each : news) {
-        m_Browser->SetItemLibrary(m_Library->GetAccessor());
-        QCOMPARE(GetStates(), QString("0 0 0 0 0"));
-        m_Host->TakeCalls();
-        each.tell();
-        m_Host->TakeCount("GetItems");
-        m_Browser->Paint();
-        QCOMPARE(m_Host->TakeCalls(), QStringList(each.request));
-        QCOMPARE(m_Host->TakeCount("GetItems"), each.questions);
-        QCOMPARE(GetStates(),
-                 QString(each.request == request ? "400000 400000 0 0 0" : "0 0 0 0 0"));
-        m_Browser->Paint();
-        QVERIFY(m_Host->TakeCalls().isEmpty());
-        QCOMPARE(m_Host->TakeCount("GetItems"), 0);
-    }
-}
-
-void TestItemList::takesStateOfTheFirstItemWithTheIdentifier()
-{
-    m_Library->Add(TarnoType::gSolver, "first");
-    m_Library->Add(TarnoType::gSolver, "second");
-    m_Library->Add(TarnoType::gSolver, "0").id = ItemID();
-    m_Library->m_Listed.push_back(&(*m_Library)["first"]);
-    MakeBrowser();
-    TellState(ItemID(), 7);
-    QCOMPARE(GetStates(), QString("7 0 0 0"));
-    TellState((*m_Library)["first"].id, 5);
-    TellState((*m_Library)["second"].id, 0x1000000FFL);
-    ItemID const unlisted = m_Library->Add(TarnoType::gSolver, "unlisted").id;
-    TellState(unlisted, 9);
-    QCOMPARE(GetStates(), QString("7 5 0 ff"));
-
-    // The positions follow the next list.
-    (*m_Library)["second"].name = "1";
-    TellInvalidated();
-    m_Browser->Paint();
-    TellState((*m_Library)["1"].id, 3);
-    QCOMPARE(GetStates(), QString("0 3 0 0 0"));
-
-    // One that is gone answers the null identifier.
-    m_Library->Remove((*m_Library)["0"]);
-    m_Library->Remove((*m_Library)["unlisted"]);
-    TellState(unlisted, 9);
-    QCOMPARE(GetStates(), QString("0 3 0 0 0"));
-    TellState(ItemID(), 2);
-    QCOMPARE(GetStates(), QString("2 3 0 0 0"));
-}
 
 NODEBROWSER_TEST(TestItemList)
 

@@ -8,16 +8,6 @@ using namespace tarno::datamodel;
 typedef CNodeBrowser::Item Item;
 typedef std::list<qorm::QormHandle<qorm::IDbObject>> StateRequests;
 
-/// The item list after any changes of the library, and after failures of the host.
-class TestListChanges : public BrowserTest
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void keepsUpAsMadeAnew_data();
-    void keepsUpAsMadeAnew();
-};
-
 namespace {
 
 /// Changes two libraries at random, as their host's users do.
@@ -176,73 +166,81 @@ QString Describe(TestBrowser& browser, std::set<ItemID> const& ids, QStringList 
 
 } // namespace
 
-void TestListChanges::keepsUpAsMadeAnew_data()
+/// The item list after any changes of the library, and after failures of the host.
+class TestListChanges : public BrowserTest
 {
-    AddColumns<QByteArray>("failing");
-    AddRow("whole", QByteArray());
-    for (char const* operation :
-         {"GetItems", "IsValidGraphItemType", "GetValue", "GetItemTags", "GetItemName",
-          "IsAbstractFunction", "FindObject", "GetAccessMode", "getAssetStateIcon", "Revalidate"})
-        AddRow(operation, QByteArray(operation));
-}
+    Q_OBJECT
 
-/// A list that is brought up to changes is the one that is made from nothing, whether or not the
-/// host failed while it was made; a panel with half a list can be used.
-void TestListChanges::keepsUpAsMadeAnew()
-{
-    QFETCH(QByteArray, failing);
-    m_Host->AddRevisionControl();
-    m_Host->m_IsFileVersionControlActive = true;
-    RandomChanges changes(unsigned(failing.size()));
-    m_Browser.reset(new TestBrowser);
-    m_Browser->SetItemLibrary(changes.GetLibrary().GetAccessor());
-    for (int round = 0; round < (failing.isEmpty() ? 600 : 100); ++round) {
-        for (std::size_t count = changes.Number(3) + 1; count > 0; --count)
-            changes.ChangeOne(*m_Browser);
-        StateRequests requests;
-        StateRequests expected;
-        bool const asksForStates = changes.Number(2) == 0;
-        int const call = failing.isEmpty() ? 1000000 : int(changes.Number(40)) + 1;
-        auto const build = [&](TestBrowser& browser, StateRequests& into) {
-            m_Host->ThrowAt(failing, call);
-            try {
-                browser.BuildAllItemList(asksForStates ? &into : nullptr);
-            } catch (HostError const&) {
-            }
-            m_Host->ThrowAt(failing, 1000000);
-        };
-        build(*m_Browser, requests);
-        if (!failing.isEmpty() && round % 2 == 0) {
-            m_Browser->Paint();
-            for (std::size_t row = 0; row < m_Browser->m_VisibleItems.size(); ++row) {
-                m_Browser->m_SelectedIndex = row;
-                bool const isThere = m_Browser->m_VisibleItems[row] < m_Browser->m_Items.size();
-                QCOMPARE(m_Browser->GetSelection().IsNull(), !isThere);
-            }
-            continue;
-        }
-
-        TestBrowser anew;
-        anew.SetSourceControlEnabled(m_Browser->m_SourceControlEnabled);
-        anew.m_ItemLibrary = changes.GetLibrary().GetAccessor();
-        anew.m_ItemTOC = GetTOC(anew.m_ItemLibrary);
-        anew.m_TagsRegistry.SetItemLibrary(anew.m_ItemLibrary);
-        build(anew, expected);
-        QString const text = QString::fromLatin1((changes.Text(4) + " " + changes.Text(6)).c_str());
-        // As it is typed, so that each search may build on the one before.
-        QStringList const searches{"", text.left(1), text.left(2), text};
-        QCOMPARE(Describe(*m_Browser, changes.m_IDs, searches),
-                 Describe(anew, changes.m_IDs, searches));
-        QVERIFY(std::equal(requests.begin(), requests.end(), expected.begin(), expected.end(),
-                           [](auto const& left, auto const& right) {
-                               return left.GetCacheIndex() == right.GetCacheIndex();
-                           }));
-        // Unregisters what was never registered otherwise.
-        anew.m_ItemLibrary = ItemLibraryAccessor();
-        anew.m_ItemTOC = ItemTOCAccessor();
+private Q_SLOTS:
+    void keepsUpAsMadeAnew_data()
+    {
+        AddColumns<QByteArray>("failing");
+        AddRow("whole", QByteArray());
+        for (char const* operation : {"GetItems", "IsValidGraphItemType", "GetValue", "GetItemTags",
+                                      "GetItemName", "IsAbstractFunction", "FindObject",
+                                      "GetAccessMode", "getAssetStateIcon", "Revalidate"})
+            AddRow(operation, QByteArray(operation));
     }
-    m_Browser.reset();
-}
+
+    /// A list that is brought up to changes is the one that is made from nothing, whether or not
+    /// the host failed while it was made; a panel with half a list can be used.
+    void keepsUpAsMadeAnew()
+    {
+        QFETCH(QByteArray, failing);
+        m_Host->AddRevisionControl();
+        m_Host->m_IsFileVersionControlActive = true;
+        RandomChanges changes(unsigned(failing.size()));
+        m_Browser.reset(new TestBrowser);
+        m_Browser->SetItemLibrary(changes.GetLibrary().GetAccessor());
+        for (int round = 0; round < (failing.isEmpty() ? 600 : 100); ++round) {
+            for (std::size_t count = changes.Number(3) + 1; count > 0; --count)
+                changes.ChangeOne(*m_Browser);
+            StateRequests requests;
+            StateRequests expected;
+            bool const asksForStates = changes.Number(2) == 0;
+            int const call = failing.isEmpty() ? 1000000 : int(changes.Number(40)) + 1;
+            auto const build = [&](TestBrowser& browser, StateRequests& into) {
+                m_Host->ThrowAt(failing, call);
+                try {
+                    browser.BuildAllItemList(asksForStates ? &into : nullptr);
+                } catch (HostError const&) {
+                }
+                m_Host->ThrowAt(failing, 1000000);
+            };
+            build(*m_Browser, requests);
+            if (!failing.isEmpty() && round % 2 == 0) {
+                m_Browser->Paint();
+                for (std::size_t row = 0; row < m_Browser->m_VisibleItems.size(); ++row) {
+                    m_Browser->m_SelectedIndex = row;
+                    bool const isThere = m_Browser->m_VisibleItems[row] < m_Browser->m_Items.size();
+                    QCOMPARE(m_Browser->GetSelection().IsNull(), !isThere);
+                }
+                continue;
+            }
+
+            TestBrowser anew;
+            anew.SetSourceControlEnabled(m_Browser->m_SourceControlEnabled);
+            anew.m_ItemLibrary = changes.GetLibrary().GetAccessor();
+            anew.m_ItemTOC = GetTOC(anew.m_ItemLibrary);
+            anew.m_TagsRegistry.SetItemLibrary(anew.m_ItemLibrary);
+            build(anew, expected);
+            QString const text =
+                QString::fromLatin1((changes.Text(4) + " " + changes.Text(6)).c_str());
+            // As it is typed, so that each search may build on the one before.
+            QStringList const searches{"", text.left(1), text.left(2), text};
+            QCOMPARE(Describe(*m_Browser, changes.m_IDs, searches),
+                     Describe(anew, changes.m_IDs, searches));
+            QVERIFY(std::equal(requests.begin(), requests.end(), expected.begin(), expected.end(),
+                               [](auto const& left, auto const& right) {
+                                   return left.GetCacheIndex() == right.GetCacheIndex();
+                               }));
+            // Unregisters what was never registered otherwise.
+            anew.m_ItemLibrary = ItemLibraryAccessor();
+            anew.m_ItemTOC = ItemTOCAccessor();
+        }
+        m_Browser.reset();
+    }
+};
 
 NODEBROWSER_TEST(TestListChanges)
 

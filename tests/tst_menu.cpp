@@ -14,11 +14,98 @@ class TestMenu : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void offersCommandsOfTheItem_data();
-    void offersCommandsOfTheItem();
-    void listsDataSources_data();
-    void listsDataSources();
-    void addsCommandsToMenusOfTheHost();
+    void offersCommandsOfTheItem_data()
+    {
+        AddColumns<QString, bool, bool, bool, QString>("kind", "canModify", "isReadOnly",
+                                                       "hasObject", "entries");
+        AddRow("compound", "compound", true, false, true,
+               "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x");
+        AddRow("compound without object", "compound", true, false, false,
+               "Rename x|(Delete x)|Edit Tags for x");
+        AddRow("compound that cannot change", "compound", false, false, false,
+               "(Rename x)|(Delete x)|(Edit Tags for x)");
+        AddRow("compound said to be read-only", "compound", true, true, false,
+               "Rename x|(Delete x)|Edit Tags for x");
+        AddRow("solver", "solver", false, false, true, "Show Files for x|Edit Tags for x");
+        AddRow("read-only solver", "solver", true, true, false, "(Edit Tags for x)");
+        AddRow("constant", "constant", false, false, false, "Edit Tags for x");
+        AddRow("read-only constant", "constant", true, true, false, "(Edit Tags for x)");
+        AddRow("polymorphic solver", "polymorphicSolver", true, false, false, "");
+        AddRow("type", "type", true, false, true, "Show Files for x");
+    }
+
+    void offersCommandsOfTheItem()
+    {
+        QFETCH(QString, kind);
+        QFETCH(bool, canModify);
+        QFETCH(bool, isReadOnly);
+        QFETCH(bool, hasObject);
+        TestItem& item = m_Library->Add(FindKind(kind), "x");
+        item.canModify = canModify;
+        item.isReadOnly = isReadOnly;
+        MakeBrowser();
+        if (hasObject) {
+            // Without the service the object cannot be found.
+            m_Library->AddObject(item, m_Host->m_Database.AddSource("project"));
+            QVERIFY(!ReadMenu(0).contains("Show Files for x"));
+            m_Host->AddRevisionControl();
+        }
+        QTEST(ReadMenu(0), "entries");
+        QVERIFY(m_Browser->GetSelection() == item.id);
+        // Past the rows nothing opens.
+        QCOMPARE(ReadMenu(1), QString("no menu"));
+        QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
+    }
+
+    void listsDataSources_data()
+    {
+        AddColumns<int, QString>("accessMode", "entries");
+        QString const tip = " Move compound to this data source file:///";
+        QString const uid = "C0000000-0000-4000-8000-000000000001 to ";
+        AddRow("project", 0,
+               "other " + uid + "res-1" + tip + "other|(project[Current]) " + uid + "res-2" + tip
+                   + "project|(shared [Read-Only]) " + uid + "res-4" + tip + "shared");
+        AddRow("read-only project", 1,
+               "(other) " + uid + "res-1" + tip + "other|(project[Current] [Read-Only]) " + uid
+                   + "res-2" + tip + "project|(shared [Read-Only]) " + uid + "res-4" + tip
+                   + "shared");
+    }
+
+    void listsDataSources()
+    {
+        QFETCH(int, accessMode);
+        QFETCH(QString, entries);
+        m_Host->AddRevisionControl();
+        TestDatabase& database = m_Host->m_Database;
+        TestDataSource* const source = database.AddSource("file:///project", accessMode);
+        m_Library->AddObject(
+            m_Library->Add(TarnoType::gCompound, "x", "", "C0000000-0000-4000-8000-000000000001"),
+            source);
+        MakeBrowser();
+        database.AddResource("res-1", "other", database.AddSource("file:///other"));
+        database.AddResource("res-2", "project", source);
+        database.AddResource("res-3", "lost", nullptr);
+        database.AddResource("res-4", "shared", database.AddSource("file:///shared", 1));
+        database.AddObject("no resource", source);
+        m_Host->TakeCalls();
+        QCOMPARE(ReadMenu(0).section("Compound source|", 1).section("|Edit", 0, 0), entries);
+        QCOMPARE(m_Host->TakeCalls(),
+                 QStringList(QString("RunQuery 'select object where IS_OF_TYPE_VERSION( {%1 } )'")
+                                 .arg(qorm::UID_Resource().GetStr())));
+    }
+
+    void addsCommandsToMenusOfTheHost()
+    {
+        m_Browser.reset(new TestBrowser);
+        QMenu menu;
+        for (int command = -1; command < 5; ++command)
+            m_Browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+        QCOMPARE(Read(menu).join('|'),
+                 QString("Compound signature|Public compound|Public looping compound|"
+                         "Save graph library"));
+        for (QAction const* action : menu.actions())
+            QVERIFY(action->shortcut().isEmpty());
+    }
 
 private:
     /// The entries of the menu of the row, and what else they hold; none if no menu opens.
@@ -53,98 +140,6 @@ private:
         return entries;
     }
 };
-
-void TestMenu::offersCommandsOfTheItem_data()
-{
-    AddColumns<QString, bool, bool, bool, QString>("kind", "canModify", "isReadOnly", "hasObject",
-                                                   "entries");
-    AddRow("compound", "compound", true, false, true,
-           "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x");
-    AddRow("compound without object", "compound", true, false, false,
-           "Rename x|(Delete x)|Edit Tags for x");
-    AddRow("compound that cannot change", "compound", false, false, false,
-           "(Rename x)|(Delete x)|(Edit Tags for x)");
-    AddRow("compound said to be read-only", "compound", true, true, false,
-           "Rename x|(Delete x)|Edit Tags for x");
-    AddRow("solver", "solver", false, false, true, "Show Files for x|Edit Tags for x");
-    AddRow("read-only solver", "solver", true, true, false, "(Edit Tags for x)");
-    AddRow("constant", "constant", false, false, false, "Edit Tags for x");
-    AddRow("read-only constant", "constant", true, true, false, "(Edit Tags for x)");
-    AddRow("polymorphic solver", "polymorphicSolver", true, false, false, "");
-    AddRow("type", "type", true, false, true, "Show Files for x");
-}
-
-void TestMenu::offersCommandsOfTheItem()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, canModify);
-    QFETCH(bool, isReadOnly);
-    QFETCH(bool, hasObject);
-    TestItem& item = m_Library->Add(FindKind(kind), "x");
-    item.canModify = canModify;
-    item.isReadOnly = isReadOnly;
-    MakeBrowser();
-    if (hasObject) {
-        // Without the service the object cannot be found.
-        m_Library->AddObject(item, m_Host->m_Database.AddSource("project"));
-        QVERIFY(!ReadMenu(0).contains("Show Files for x"));
-        m_Host->AddRevisionControl();
-    }
-    QTEST(ReadMenu(0), "entries");
-    QVERIFY(m_Browser->GetSelection() == item.id);
-    // Past the rows nothing opens.
-    QCOMPARE(ReadMenu(1), QString("no menu"));
-    QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
-}
-
-void TestMenu::listsDataSources_data()
-{
-    AddColumns<int, QString>("accessMode", "entries");
-    QString const tip = " Move compound to this data source file:///";
-    QString const uid = "C0000000-0000-4000-8000-000000000001 to ";
-    AddRow("project", 0,
-           "other " + uid + "res-1" + tip + "other|(project[Current]) " + uid + "res-2" + tip
-               + "project|(shared [Read-Only]) " + uid + "res-4" + tip + "shared");
-    AddRow("read-only project", 1,
-           "(other) " + uid + "res-1" + tip + "other|(project[Current] [Read-Only]) " + uid
-               + "res-2" + tip + "project|(shared [Read-Only]) " + uid + "res-4" + tip + "shared");
-}
-
-void TestMenu::listsDataSources()
-{
-    QFETCH(int, accessMode);
-    QFETCH(QString, entries);
-    m_Host->AddRevisionControl();
-    TestDatabase& database = m_Host->m_Database;
-    TestDataSource* const source = database.AddSource("file:///project", accessMode);
-    m_Library->AddObject(
-        m_Library->Add(TarnoType::gCompound, "x", "", "C0000000-0000-4000-8000-000000000001"),
-        source);
-    MakeBrowser();
-    database.AddResource("res-1", "other", database.AddSource("file:///other"));
-    database.AddResource("res-2", "project", source);
-    database.AddResource("res-3", "lost", nullptr);
-    database.AddResource("res-4", "shared", database.AddSource("file:///shared", 1));
-    database.AddObject("no resource", source);
-    m_Host->TakeCalls();
-    QCOMPARE(ReadMenu(0).section("Compound source|", 1).section("|Edit", 0, 0), entries);
-    QCOMPARE(m_Host->TakeCalls(),
-             QStringList(QString("RunQuery 'select object where IS_OF_TYPE_VERSION( {%1 } )'")
-                             .arg(qorm::UID_Resource().GetStr())));
-}
-
-void TestMenu::addsCommandsToMenusOfTheHost()
-{
-    m_Browser.reset(new TestBrowser);
-    QMenu menu;
-    for (int command = -1; command < 5; ++command)
-        m_Browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
-    QCOMPARE(Read(menu).join('|'),
-             QString("Compound signature|Public compound|Public looping compound|"
-                     "Save graph library"));
-    for (QAction const* action : menu.actions())
-        QVERIFY(action->shortcut().isEmpty());
-}
 
 NODEBROWSER_TEST(TestMenu)
 

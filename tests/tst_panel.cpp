@@ -16,264 +16,255 @@ class TestPanel : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void startsAsConfigured_data();
-    void startsAsConfigured();
-    void listsItsMethodsInOrder();
-    void castsToTheInterfacesItTells();
-    void ordersItsVirtualFunctions();
-    void registersOnceWhateverIsAttached();
-    void repaintsAndRebuildsAsNeeded();
-    void findsNewTagsWithTheNextFiltering();
-    void survivesTheEndOfItsLibrary();
-    void followsRevisionControlProperties();
-};
-
-void TestPanel::startsAsConfigured_data()
-{
-    AddColumns<int, QString, QString, int>("config", "tabs", "rows", "headerHeight");
-    AddRow("full browser", 0, "Nodes Types All", "node", 43);
-    AddRow("type chooser", 1, "", "type", 23);
-    AddRow("any other", 2, "", "type", 23);
-    AddRow("unknown", 9, "", "type", 23);
-}
-
-void TestPanel::startsAsConfigured()
-{
-    QFETCH(int, config);
-    m_Host->m_ListsQueries = true;
-    TestBrowser browser(static_cast<CNodeBrowser::eConfigType>(config));
-    QCOMPARE(m_Host->TakeCalls(),
-             (QStringList{"ScsTask 'NodeBrowser'", "GetService 'RevisionControlPropertiesMgr'"}));
-    QTabBar const* const tabBar = browser.findChild<QTabBar*>();
-    QStringList tabs;
-    for (int tab = 0; tabBar && tab < tabBar->count(); ++tab)
-        tabs << tabBar->tabText(tab);
-    QTEST(tabs.join(' '), "tabs");
-    QTEST(browser.m_HeaderHeight, "headerHeight");
-    QCOMPARE(browser.m_SelectedIndex, 0xFFFFFFFFUL);
-    QVERIFY(browser.findChild<QScrollBar*>()->isHidden());
-    QPushButton const& clear = *browser.findChild<QPushButton*>();
-    QVERIFY(clear.text().isEmpty() && !clear.icon().isNull() && browser.objectName().isEmpty());
-    // Without a library there is nothing to show, nor to break.
-    QCOMPARE(browser.GetRows(), QString());
-    m_Library->Add(TarnoType::gSolver, "node");
-    m_Library->Add(LibType::gType, "type");
-    browser.SetItemLibrary(m_Library->GetAccessor());
-    QTEST(browser.GetRows(), "rows");
-}
-
-void TestPanel::listsItsMethodsInOrder()
-{
-    QMetaObject const& meta = CNodeBrowser::staticMetaObject;
-    QStringList methods;
-    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
-        QMetaMethod const method = meta.method(index);
-        methods << method.methodSignature();
-        bool const isSignal = method.methodType() == QMetaMethod::Signal;
-        QCOMPARE(isSignal, index == meta.methodOffset());
-        // Generations of the toolkit differ about what a signal is.
-        QVERIFY(isSignal || method.access() == QMetaMethod::Protected);
-    }
-    QCOMPARE(methods.join(' '),
-             QString("SelectionChanged() SliderValueChanged(int) SearchTextChange(QString) "
-                     "EnterPressed() TabChanged(int) OnNewSignature() OnNewCompound() "
-                     "OnNewLoopCompound() OnSaveGraphLibrary() ClearButton(bool) OnRenameItem() "
-                     "OnDeleteItem() OnCheckOutItem() OnMakeItemWritable() OnShowItemFiles() "
-                     "OnEditItemTags() OnDatasourceChange()"));
-}
-
-void TestPanel::castsToTheInterfacesItTells()
-{
-    TestBrowser browser;
-    CNodeBrowser* const base = &browser;
-    void* const toc = static_cast<IItemTOCNotification*>(base);
-    void* const library = static_cast<IItemLibraryNotification*>(base);
-    QCOMPARE(base->qt_metacast("CNodeBrowser"), static_cast<void*>(base));
-    QCOMPARE(base->qt_metacast("tarno::datamodel::IItemTOCNotification"), toc);
-    QCOMPARE(base->qt_metacast("tarno::datamodel::IItemLibraryNotification"), library);
-    QVERIFY(!base->qt_metacast("IRevisionControlPropertiesMgr_Slot"));
-    QVERIFY(base->qt_metacast("QWidget"));
-}
-
-void TestPanel::ordersItsVirtualFunctions()
-{
-#if defined(__GXX_ABI_VERSION) && defined(__x86_64__)
-    // A pointer to a virtual function holds its place in the table of the class.
-    auto const placeOf = [](auto function) {
-        std::ptrdiff_t words[sizeof(function) / sizeof(std::ptrdiff_t)];
-        std::memcpy(words, &function, sizeof(function));
-        return (words[0] - 1) / std::ptrdiff_t(sizeof(void*));
-    };
-    auto const areInOrder = [placeOf](auto... functions) {
-        std::vector<std::ptrdiff_t> const places = {placeOf(functions)...};
-        return places.back() - places.front() + 1 == std::ptrdiff_t(places.size())
-               && std::is_sorted(places.begin(), places.end());
-    };
-    typedef CNodeBrowser B;
-    typedef TestBrowser T;
-    QVERIFY(areInOrder(&B::OnRevisionControlPropertiesChange, &B::ItemAdded, &B::ItemRemoved,
-                       &B::OnBeginChanges, &B::OnEndChanges, &B::LibraryInvalidated,
-                       &B::ItemNameChanged, &B::ItemTagsChanged, &B::ItemAccessStateChanged,
-                       &B::OnPreCommit, &B::OnPostCommit, &T::OnRenameItem, &T::OnDeleteItem,
-                       &T::OnCheckOutItem, &T::OnMakeItemWritable, &T::OnShowItemFiles,
-                       &T::OnEditItemTags, &T::OnDatasourceChange, &T::PopContexMenu));
-#else
-    QSKIP("Only one calling convention tells the order.");
-#endif
-}
-
-void TestPanel::registersOnceWhateverIsAttached()
-{
-    TestLibrary second("B");
-    QStringList const attach = {"Library.AddNotification A 40 own context",
-                                "TOC.AddNotification A 39 own context"};
-    QStringList const detach = {"TOC.RemoveNotification A 39 own context",
-                                "Library.RemoveNotification A 40 own context"};
-    m_Browser.reset(new TestBrowser);
-    m_Host->TakeCalls();
-    m_Browser->SetItemLibrary(m_Library->GetAccessor());
-    QCOMPARE(m_Host->TakeCalls(), attach);
-    m_Browser->SetItemLibrary(m_Library->GetAccessor());
-    QCOMPARE(m_Host->TakeCalls(), detach + attach);
-    m_Browser->SetItemLibrary(second.GetAccessor());
-    QCOMPARE(m_Host->TakeCalls(), detach + QStringList(attach).replaceInStrings(" A ", " B "));
-    m_Browser.reset();
-    QCOMPARE(m_Host->TakeCalls(), QStringList(detach).replaceInStrings(" A ", " B ") << "DeleteMe");
-    QCOMPARE(m_Host->m_LiveTasks, 0);
-    // Without a library there is nothing to unregister.
-    m_Browser.reset(new TestBrowser);
-    m_Host->TakeCalls();
-    m_Browser.reset();
-    QCOMPARE(m_Host->TakeCalls(), QStringList("DeleteMe"));
-}
-
-void TestPanel::repaintsAndRebuildsAsNeeded()
-{
-    m_Host->m_IsFileVersionControlActive = true;
-    for (int item = 0; item < 30; ++item)
-        m_Library->Add(TarnoType::gSolver, "item");
-    TestItem& item = *m_Library->m_Listed.front();
-    ItemAccessor accessor = m_Library->GetAccessor(item);
-    ItemLibraryAccessor library = m_Library->GetAccessor();
-    MakeBrowser();
-    m_Browser->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_Browser.get()));
-    QApplication::processEvents();
-
-    struct SEvent
+    void startsAsConfigured_data()
     {
-        char const* name;
-        std::function<void()> happen;
-        bool isPainted;
-        /// Making the list takes five.
-        int questions;
-    };
-    bool cancel = true;
-    SEvent const events[] = {
-        {"added", [&] { m_Browser->ItemAdded(accessor); }, true, 5},
-        {"removed", [&] { m_Browser->ItemRemoved(accessor); }, true, 5},
-        {"renamed", [&] { m_Browser->ItemNameChanged(library, item.id); }, true, 5},
-        {"many changes", [&] { TellInvalidated(), TellInvalidated(); }, true, 5},
-        {"begin", [&] { m_Browser->OnBeginChanges(library); }, false, 0},
-        {"end", [&] { m_Browser->OnEndChanges(library); }, false, 0},
-        {"before commit", [&] { m_Browser->OnPreCommit(library, &cancel); }, false, 0},
-        {"after commit", [&] { m_Browser->OnPostCommit(library); }, false, 0},
-        {"tags", [&] { TellTags(item.id); }, false, 0},
-        {"same state", [&] { TellState(item.id, 0); }, false, 0},
-        {"other state", [&] { TellState(item.id, 1); }, true, 0},
-        {"states shown", [&] { m_Browser->SetSourceControlEnabled(true); }, true, 5},
-        {"states shown again", [&] { m_Browser->SetSourceControlEnabled(true); }, false, 0},
-        {"state shown", [&] { TellState(item.id, 2); }, true, 0},
-        {"states hidden", [&] { m_Browser->SetSourceControlEnabled(false); }, true, 0},
-        {"states hidden again", [&] { m_Browser->SetSourceControlEnabled(false); }, false, 0},
-        {"library", [&] { m_Browser->SetItemLibrary(library); }, true, 5},
-        {"search", [&] { m_Browser->SearchTextChange("i"); }, true, 0},
-        {"tab", [&] { m_Browser->TabChanged(0); }, true, 0},
-        {"scrolled", [&] { m_Browser->findChild<QScrollBar*>()->setValue(30); }, true, 0},
-        {"selected", [&] { Click(1); }, true, 0},
-        // The highlight stays until something else paints.
-        {"deselected", [&] { Click(0, Qt::MiddleButton); }, false, 0},
-        {"item made", [&] { CNodeBrowser::Item(m_Browser.get(), accessor, 0, ItemID()); }, true, 0},
-    };
-    for (SEvent const& event : events) {
-        m_Browser->TakePaintCount();
-        m_Host->TakeCount("GetItems");
-        event.happen();
-        QVERIFY2((m_Browser->TakePaintCount() > 0) == event.isPainted, event.name);
-        QVERIFY2(m_Host->TakeCount("GetItems") == event.questions, event.name);
-        QVERIFY2(cancel, event.name);
+        AddColumns<int, QString, QString, int>("config", "tabs", "rows", "headerHeight");
+        AddRow("full browser", 0, "Nodes Types All", "node", 43);
+        AddRow("type chooser", 1, "", "type", 23);
+        AddRow("any other", 2, "", "type", 23);
+        AddRow("unknown", 9, "", "type", 23);
     }
-    QCOMPARE(m_Browser->m_Items.front().m_ScState, 0);
-    m_Browser->ItemAdded(accessor);
-    QVERIFY(!m_Browser->m_ScStatesStale);
-}
 
-void TestPanel::findsNewTagsWithTheNextFiltering()
-{
-    TestItem& first = m_Library->Add(TarnoType::gSolver, "first", "old");
-    TestItem& second = m_Library->Add(TarnoType::gSolver, "second");
-    MakeBrowser();
-    m_Browser->SearchTextChange("old");
-    m_Browser->Paint();
-    first.tags.clear();
-    second.tags["ApplicationTags"] = "very old";
-    // Other categories, and items that are not listed, do not count.
-    for (char const* category : {"applicationtags", "ApplicationTagsX", ""})
-        TellTags(second.id, category);
-    TestItem const& unlisted = m_Library->Add(TarnoType::gSolver, "unlisted", "old");
-    TellTags(unlisted.id);
-    QVERIFY(!m_Browser->m_TagsRegistry.HasItem(unlisted.id));
-    m_Browser->SearchTextChange("old");
-    QCOMPARE(m_Browser->GetRows(), QString("first"));
-    TellTags(first.id);
-    TellTags(second.id);
-    QCOMPARE(m_Browser->GetRows(), QString("first"));
-    m_Browser->SearchTextChange("old");
-    QCOMPARE(m_Browser->GetRows(), QString("second"));
-}
-
-/// A host that closes a library under the panel leaves it with accessors that answer nothing.
-void TestPanel::survivesTheEndOfItsLibrary()
-{
-    m_Library->Add(TarnoType::gSolver, "add", "Math");
-    MakeBrowser();
-    m_Library.reset();
-    m_Browser->Paint();
-    m_Browser->SearchTextChange("math");
-    m_Browser->Paint();
-    Click(0);
-    QVERIFY(m_Browser->GetSelection().IsNull() && !m_Browser->IsSelectionType());
-    m_Library.reset(new TestLibrary("B"));
-    m_Library->Add(TarnoType::gSolver, "math");
-    m_Browser->SetItemLibrary(m_Library->GetAccessor());
-    QCOMPARE(m_Browser->GetRows(), QString("math"));
-}
-
-void TestPanel::followsRevisionControlProperties()
-{
-    std::unique_ptr<TestProperties> properties(new TestProperties);
-    m_Host->SetService("RevisionControlPropertiesMgr", properties.get());
-    TestBrowser early;
-    for (int answers = 0; answers < 8; ++answers) {
-        properties->m_IsAvailable = answers & 1;
-        properties->m_IsEnabled = answers & 2;
-        m_Host->m_IsFileVersionControlActive = answers & 4;
-        m_Host->TakeCount("GetRevisionControlEnabled");
-        m_Host->TakeCount("IsFileVersionControlActive");
-        TestBrowser late;
-        QCOMPARE(late.m_SourceControlEnabled, answers == 7);
-        // Each question is asked only when the one before is answered with yes.
-        QCOMPARE(m_Host->TakeCount("GetRevisionControlEnabled"), answers & 1 ? 1 : 0);
-        QCOMPARE(m_Host->TakeCount("IsFileVersionControlActive"), (answers & 3) == 3 ? 1 : 0);
-        QCOMPARE(properties->GetConnectionCount(), std::size_t(2));
-        properties->Notify();
-        QCOMPARE(early.m_SourceControlEnabled, answers == 7);
+    void startsAsConfigured()
+    {
+        QFETCH(int, config);
+        m_Host->m_ListsQueries = true;
+        TestBrowser browser(static_cast<CNodeBrowser::eConfigType>(config));
+        QCOMPARE(m_Host->TakeCalls(), (QStringList{"ScsTask 'NodeBrowser'",
+                                                   "GetService 'RevisionControlPropertiesMgr'"}));
+        QTabBar const* const tabBar = browser.findChild<QTabBar*>();
+        QStringList tabs;
+        for (int tab = 0; tabBar && tab < tabBar->count(); ++tab)
+            tabs << tabBar->tabText(tab);
+        QTEST(tabs.join(' '), "tabs");
+        QTEST(browser.m_HeaderHeight, "headerHeight");
+        QCOMPARE(browser.m_SelectedIndex, 0xFFFFFFFFUL);
+        QVERIFY(browser.findChild<QScrollBar*>()->isHidden());
+        QPushButton const& clear = *browser.findChild<QPushButton*>();
+        QVERIFY(clear.text().isEmpty() && !clear.icon().isNull() && browser.objectName().isEmpty());
+        // Without a library there is nothing to show, nor to break.
+        QCOMPARE(browser.GetRows(), QString());
+        m_Library->Add(TarnoType::gSolver, "node");
+        m_Library->Add(LibType::gType, "type");
+        browser.SetItemLibrary(m_Library->GetAccessor());
+        QTEST(browser.GetRows(), "rows");
     }
-    QCOMPARE(properties->GetConnectionCount(), std::size_t(1));
-    // The properties may go first.
-    properties.reset();
-    QVERIFY(!early.m_SourceControlEnabled);
-}
+
+    void listsItsMethodsInOrder()
+    {
+        QMetaObject const& meta = CNodeBrowser::staticMetaObject;
+        QStringList methods;
+        for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+            QMetaMethod const method = meta.method(index);
+            methods << method.methodSignature();
+            bool const isSignal = method.methodType() == QMetaMethod::Signal;
+            QCOMPARE(isSignal, index == meta.methodOffset());
+            // Generations of the toolkit differ about what a signal is.
+            QVERIFY(isSignal || method.access() == QMetaMethod::Protected);
+        }
+        QCOMPARE(
+            methods.join(' '),
+            QString("SelectionChanged() SliderValueChanged(int) SearchTextChange(QString) "
+                    "EnterPressed() TabChanged(int) OnNewSignature() OnNewCompound() "
+                    "OnNewLoopCompound() OnSaveGraphLibrary() ClearButton(bool) OnRenameItem() "
+                    "OnDeleteItem() OnCheckOutItem() OnMakeItemWritable() OnShowItemFiles() "
+                    "OnEditItemTags() OnDatasourceChange()"));
+    }
+
+    void castsToTheInterfacesItTells()
+    {
+        TestBrowser browser;
+        CNodeBrowser* const base = &browser;
+        void* const toc = static_cast<IItemTOCNotification*>(base);
+        void* const library = static_cast<IItemLibraryNotification*>(base);
+        QCOMPARE(base->qt_metacast("CNodeBrowser"), static_cast<void*>(base));
+        QCOMPARE(base->qt_metacast("tarno::datamodel::IItemTOCNotification"), toc);
+        QCOMPARE(base->qt_metacast("tarno::datamodel::IItemLibraryNotification"), library);
+        QVERIFY(!base->qt_metacast("IRevisionControlPropertiesMgr_Slot"));
+        QVERIFY(base->qt_metacast("QWidget"));
+    }
+
+    void ordersItsVirtualFunctions()
+    {
+#if defined(__GXX_ABI_VERSION) && defined(__x86_64__)
+        // A pointer to a virtual function holds its place in the table of the class.
+        auto const placeOf = [](auto function) {
+            std::ptrdiff_t words[sizeof(function) / sizeof(std::ptrdiff_t)];
+            std::memcpy(words, &function, sizeof(function));
+            return (words[0] - 1) / std::ptrdiff_t(sizeof(void*));
+        };
+        auto const areInOrder = [placeOf](auto... functions) {
+            std::vector<std::ptrdiff_t> const places = {placeOf(functions)...};
+            return places.back() - places.front() + 1 == std::ptrdiff_t(places.size())
+                   && std::is_sorted(places.begin(), places.end());
+        };
+        typedef CNodeBrowser B;
+        typedef TestBrowser T;
+        QVERIFY(areInOrder(&B::OnRevisionControlPropertiesChange, &B::ItemAdded, &B::ItemRemoved,
+                           &B::OnBeginChanges, &B::OnEndChanges, &B::LibraryInvalidated,
+                           &B::ItemNameChanged, &B::ItemTagsChanged, &B::ItemAccessStateChanged,
+                           &B::OnPreCommit, &B::OnPostCommit, &T::OnRenameItem, &T::OnDeleteItem,
+                           &T::OnCheckOutItem, &T::OnMakeItemWritable, &T::OnShowItemFiles,
+                           &T::OnEditItemTags, &T::OnDatasourceChange, &T::PopContexMenu));
+#else
+        QSKIP("Only one calling convention tells the order.");
+#endif
+    }
+
+    void registersOnceWhateverIsAttached()
+    {
+        TestLibrary second("B");
+        QStringList const attach = {"Library.AddNotification A 40 own context",
+                                    "TOC.AddNotification A 39 own context"};
+        QStringList const detach = {"TOC.RemoveNotification A 39 own context",
+                                    "Library.RemoveNotification A 40 own context"};
+        m_Browser.reset(new TestBrowser);
+        m_Host->TakeCalls();
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        QCOMPARE(m_Host->TakeCalls(), attach);
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        QCOMPARE(m_Host->TakeCalls(), detach + attach);
+        m_Browser->SetItemLibrary(second.GetAccessor());
+        QCOMPARE(m_Host->TakeCalls(), detach + QStringList(attach).replaceInStrings(" A ", " B "));
+        m_Browser.reset();
+        QCOMPARE(m_Host->TakeCalls(), QStringList(detach).replaceInStrings(" A ", " B ")
+                                          << "DeleteMe");
+        QCOMPARE(m_Host->m_LiveTasks, 0);
+        // Without a library there is nothing to unregister.
+        m_Browser.reset(new TestBrowser);
+        m_Host->TakeCalls();
+        m_Browser.reset();
+        QCOMPARE(m_Host->TakeCalls(), QStringList("DeleteMe"));
+    }
+
+    void repaintsAndRebuildsAsNeeded()
+    {
+        m_Host->m_IsFileVersionControlActive = true;
+        for (int item = 0; item < 30; ++item)
+            m_Library->Add(TarnoType::gSolver, "item");
+        TestItem& item = *m_Library->m_Listed.front();
+        ItemAccessor accessor = m_Library->GetAccessor(item);
+        ItemLibraryAccessor library = m_Library->GetAccessor();
+        MakeBrowser();
+        m_Browser->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_Browser.get()));
+        QApplication::processEvents();
+
+        struct SEvent
+        {
+            char const* name;
+            std::function<void()> happen;
+            bool isPainted;
+            /// Making the list takes five.
+            int questions;
+        };
+        bool cancel = true;
+        SEvent const events[] = {
+            {"added", [&] { m_Browser->ItemAdded(accessor); }, true, 5},
+            {"removed", [&] { m_Browser->ItemRemoved(accessor); }, true, 5},
+            {"renamed", [&] { m_Browser->ItemNameChanged(library, item.id); }, true, 5},
+            {"many changes", [&] { TellInvalidated(), TellInvalidated(); }, true, 5},
+            {"begin", [&] { m_Browser->OnBeginChanges(library); }, false, 0},
+            {"end", [&] { m_Browser->OnEndChanges(library); }, false, 0},
+            {"before commit", [&] { m_Browser->OnPreCommit(library, &cancel); }, false, 0},
+            {"after commit", [&] { m_Browser->OnPostCommit(library); }, false, 0},
+            {"tags", [&] { TellTags(item.id); }, false, 0},
+            {"same state", [&] { TellState(item.id, 0); }, false, 0},
+            {"other state", [&] { TellState(item.id, 1); }, true, 0},
+            {"states shown", [&] { m_Browser->SetSourceControlEnabled(true); }, true, 5},
+            {"states shown again", [&] { m_Browser->SetSourceControlEnabled(true); }, false, 0},
+            {"state shown", [&] { TellState(item.id, 2); }, true, 0},
+            {"states hidden", [&] { m_Browser->SetSourceControlEnabled(false); }, true, 0},
+            {"states hidden again", [&] { m_Browser->SetSourceControlEnabled(false); }, false, 0},
+            {"library", [&] { m_Browser->SetItemLibrary(library); }, true, 5},
+            {"search", [&] { m_Browser->SearchTextChange("i"); }, true, 0},
+            {"tab", [&] { m_Browser->TabChanged(0); }, true, 0},
+            {"scrolled", [&] { m_Browser->findChild<QScrollBar*>()->setValue(30); }, true, 0},
+            {"selected", [&] { Click(1); }, true, 0},
+            // The highlight stays until something else paints.
+            {"deselected", [&] { Click(0, Qt::MiddleButton); }, false, 0},
+            {"item made", [&] { CNodeBrowser::Item(m_Browser.get(), accessor, 0, ItemID()); }, true,
+             0},
+        };
+        for (SEvent const& event : events) {
+            m_Browser->TakePaintCount();
+            m_Host->TakeCount("GetItems");
+            event.happen();
+            QVERIFY2((m_Browser->TakePaintCount() > 0) == event.isPainted, event.name);
+            QVERIFY2(m_Host->TakeCount("GetItems") == event.questions, event.name);
+            QVERIFY2(cancel, event.name);
+        }
+        QCOMPARE(m_Browser->m_Items.front().m_ScState, 0);
+        m_Browser->ItemAdded(accessor);
+        QVERIFY(!m_Browser->m_ScStatesStale);
+    }
+
+    void findsNewTagsWithTheNextFiltering()
+    {
+        TestItem& first = m_Library->Add(TarnoType::gSolver, "first", "old");
+        TestItem& second = m_Library->Add(TarnoType::gSolver, "second");
+        MakeBrowser();
+        m_Browser->SearchTextChange("old");
+        m_Browser->Paint();
+        first.tags.clear();
+        second.tags["ApplicationTags"] = "very old";
+        // Other categories, and items that are not listed, do not count.
+        for (char const* category : {"applicationtags", "ApplicationTagsX", ""})
+            TellTags(second.id, category);
+        TestItem const& unlisted = m_Library->Add(TarnoType::gSolver, "unlisted", "old");
+        TellTags(unlisted.id);
+        QVERIFY(!m_Browser->m_TagsRegistry.HasItem(unlisted.id));
+        m_Browser->SearchTextChange("old");
+        QCOMPARE(m_Browser->GetRows(), QString("first"));
+        TellTags(first.id);
+        TellTags(second.id);
+        QCOMPARE(m_Browser->GetRows(), QString("first"));
+        m_Browser->SearchTextChange("old");
+        QCOMPARE(m_Browser->GetRows(), QString("second"));
+    }
+
+    /// A host that closes a library under the panel leaves it with accessors that answer nothing.
+    void survivesTheEndOfItsLibrary()
+    {
+        m_Library->Add(TarnoType::gSolver, "add", "Math");
+        MakeBrowser();
+        m_Library.reset();
+        m_Browser->Paint();
+        m_Browser->SearchTextChange("math");
+        m_Browser->Paint();
+        Click(0);
+        QVERIFY(m_Browser->GetSelection().IsNull() && !m_Browser->IsSelectionType());
+        m_Library.reset(new TestLibrary("B"));
+        m_Library->Add(TarnoType::gSolver, "math");
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        QCOMPARE(m_Browser->GetRows(), QString("math"));
+    }
+    void followsRevisionControlProperties()
+    {
+        std::unique_ptr<TestProperties> properties(new TestProperties);
+        m_Host->SetService("RevisionControlPropertiesMgr", properties.get());
+        TestBrowser early;
+        for (int answers = 0; answers < 8; ++answers) {
+            properties->m_IsAvailable = answers & 1;
+            properties->m_IsEnabled = answers & 2;
+            m_Host->m_IsFileVersionControlActive = answers & 4;
+            m_Host->TakeCount("GetRevisionControlEnabled");
+            m_Host->TakeCount("IsFileVersionControlActive");
+            TestBrowser late;
+            QCOMPARE(late.m_SourceControlEnabled, answers == 7);
+            // Each question is asked only when the one before is answered with yes.
+            QCOMPARE(m_Host->TakeCount("GetRevisionControlEnabled"), answers & 1 ? 1 : 0);
+            QCOMPARE(m_Host->TakeCount("IsFileVersionControlActive"), (answers & 3) == 3 ? 1 : 0);
+            QCOMPARE(properties->GetConnectionCount(), std::size_t(2));
+            properties->Notify();
+            QCOMPARE(early.m_SourceControlEnabled, answers == 7);
+        }
+        QCOMPARE(properties->GetConnectionCount(), std::size_t(1));
+        // The properties may go first.
+        properties.reset();
+        QVERIFY(!early.m_SourceControlEnabled);
+    }
+};
 
 NODEBROWSER_TEST(TestPanel)
 

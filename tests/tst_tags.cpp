@@ -7,17 +7,77 @@
 
 using namespace tarno::datamodel;
 
+namespace {
+
+char const* const kCategory = "ApplicationTags";
+
+} // namespace
+
 /// Texts that are split into words or tags, and the registry of tags and items.
 class TestTags : public BrowserTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void splitsAtAnyDelimiter();
-    void keepsBothDirections_data();
-    void keepsBothDirections();
-    void staysUntouchedWhenTheLibraryThrows();
-    void removesAnItemThroughItsOwnIdentifier();
+    void splitsAtAnyDelimiter()
+    {
+        // What is in the set before stays there.
+        std::set<std::string> words = {"+"};
+        SplitString(" \vfoo \t bar;x\nfoo\r \f", words);
+        SplitString("a,b;c d", ",;", words);
+        SplitString(" e;f ", "", words);
+        QCOMPARE(boost::algorithm::join(words, "|"), std::string("+|a|b|bar;x|c d|e;f|foo"));
+        QCOMPARE(QStringToStdString("ab" + QString(QChar(0)) + "c"), std::string("ab"));
+    }
+
+    void keepsBothDirections_data()
+    {
+        AddColumns<QString, QString>("steps", "state");
+        AddRow("stored tags", "A= x; my tag ;;X |A!", "A:X,my tag,x X=A my tag=A x=A");
+        AddRow("white space", "A=\v\f\r x\t;\n y \f|A!", "A:x,y x=A y=A");
+        AddRow("separators only", "A= ; |A!", "A:");
+        AddRow("nothing stored", "A!", "");
+        AddRow("nothing stored, for a tagged item", "A+x|A!", "A:x x=A");
+        AddRow("empty tag", "A+", "");
+        AddRow("the same tag twice", "A+x|A+x|A-x", "");
+        AddRow("the last tag", "A+x|A+y|A-x", "A:y y=A");
+        AddRow("one of two items", "A+x|B+x|A-x", "B:x x=B");
+        AddRow("removed item", "A+x|A+y|B+x|A.", "B:x x=B");
+        AddRow("both items removed", "A+x|B+x|A.|B.", "");
+        AddRow("what is not there", "A+x|A-y|B-x|B.", "A:x x=A");
+        AddRow("removed and read again", "A=x|A!|A=y|A.|A!", "A:y y=A");
+        // Whoever reads an item again removes it first.
+        AddRow("read again", "A=x|A!|A=y|A!", "A:y x=A y=A");
+    }
+
+    void keepsBothDirections()
+    {
+        QFETCH(QString, steps);
+        for (QString const& step : steps.split('|'))
+            Do(step);
+        m_Registry.AddItem((*m_Library)["C"].id, nullptr);
+        QTEST(Describe(), "state");
+        m_Registry.Clear();
+        QCOMPARE(Describe(), QString());
+    }
+
+    void staysUntouchedWhenTheLibraryThrows()
+    {
+        Do("A+x");
+        Do("A=y");
+        m_Host->ThrowAt("GetItemTags", 1);
+        QVERIFY_EXCEPTION_THROWN(Do("A!"), HostError);
+        QCOMPARE(Describe(), QString("A:x x=A"));
+    }
+
+    void removesAnItemThroughItsOwnIdentifier()
+    {
+        for (char const* step : {"A+X", "A+x", "A+y"})
+            Do(step);
+        // The identifier lives in the set that the removal empties.
+        m_Registry.RemoveItem(*m_Registry.GetTagItems("X").begin());
+        QCOMPARE(Describe(), QString());
+    }
 
 protected:
     void SetUp() override
@@ -30,122 +90,52 @@ protected:
     }
 
 private:
-    void Do(QString const& step);
-    QString Describe() const;
+    /// One step on an item: "A=x;y" stores tags in the library, "A!" has the registry read them,
+    /// "A+x" and "A-x" add and remove one, "A." removes the item.
+    void Do(QString const& step)
+    {
+        TestItem& item = (*m_Library)[step.left(1).toStdString()];
+        std::string const argument = step.mid(2).toStdString();
+        if (step[1] == '=')
+            item.tags[kCategory] = argument;
+        else if (step[1] == '!')
+            m_Registry.AddItem(item.id, kCategory);
+        else if (step[1] == '+')
+            m_Registry.AddItemTag(item.id, argument.c_str());
+        else if (step[1] == '-')
+            m_Registry.RemoveItemTag(item.id, argument.c_str());
+        else
+            m_Registry.RemoveItem(item.id);
+    }
+    /// "A:x,y" for an item that is registered, then "x=AB" for a tag with items.
+    QString Describe() const
+    {
+        QStringList facts;
+        QStringList tagFacts;
+        for (std::string const tag : {"", "X", "my tag", "x", "y", kCategory}) {
+            QString items;
+            for (TestItem const* item : m_Library->m_Listed) {
+                if (m_Registry.HasItemTag(item->id, tag.c_str()))
+                    items += QString::fromStdString(item->name);
+            }
+            if (m_Registry.GetTagItems(tag.c_str()).size() != std::size_t(items.size()))
+                items += "?";
+            if (!items.isEmpty())
+                tagFacts << QString::fromStdString(tag) + "=" + items;
+        }
+        for (TestItem const* item : m_Library->m_Listed) {
+            std::set<std::string> const& tags = m_Registry.GetItemTags(item->id);
+            std::string const joined = boost::algorithm::join(tags, ",");
+            if (m_Registry.HasItem(item->id))
+                facts << QString::fromStdString(item->name + ":" + joined);
+            else if (!tags.empty())
+                facts << "?";
+        }
+        return (facts + tagFacts).join(' ');
+    }
 
     ItemTagsRegistry m_Registry;
 };
-
-namespace {
-
-char const* const kCategory = "ApplicationTags";
-
-} // namespace
-
-void TestTags::splitsAtAnyDelimiter()
-{
-    // What is in the set before stays there.
-    std::set<std::string> words = {"+"};
-    SplitString(" \vfoo \t bar;x\nfoo\r \f", words);
-    SplitString("a,b;c d", ",;", words);
-    SplitString(" e;f ", "", words);
-    QCOMPARE(boost::algorithm::join(words, "|"), std::string("+|a|b|bar;x|c d|e;f|foo"));
-    QCOMPARE(QStringToStdString("ab" + QString(QChar(0)) + "c"), std::string("ab"));
-}
-
-/// One step on an item: "A=x;y" stores tags in the library, "A!" has the registry read them,
-/// "A+x" and "A-x" add and remove one, "A." removes the item.
-void TestTags::Do(QString const& step)
-{
-    TestItem& item = (*m_Library)[step.left(1).toStdString()];
-    std::string const argument = step.mid(2).toStdString();
-    if (step[1] == '=')
-        item.tags[kCategory] = argument;
-    else if (step[1] == '!')
-        m_Registry.AddItem(item.id, kCategory);
-    else if (step[1] == '+')
-        m_Registry.AddItemTag(item.id, argument.c_str());
-    else if (step[1] == '-')
-        m_Registry.RemoveItemTag(item.id, argument.c_str());
-    else
-        m_Registry.RemoveItem(item.id);
-}
-
-/// "A:x,y" for an item that is registered, then "x=AB" for a tag with items.
-QString TestTags::Describe() const
-{
-    QStringList facts;
-    QStringList tagFacts;
-    for (std::string const tag : {"", "X", "my tag", "x", "y", kCategory}) {
-        QString items;
-        for (TestItem const* item : m_Library->m_Listed) {
-            if (m_Registry.HasItemTag(item->id, tag.c_str()))
-                items += QString::fromStdString(item->name);
-        }
-        if (m_Registry.GetTagItems(tag.c_str()).size() != std::size_t(items.size()))
-            items += "?";
-        if (!items.isEmpty())
-            tagFacts << QString::fromStdString(tag) + "=" + items;
-    }
-    for (TestItem const* item : m_Library->m_Listed) {
-        std::set<std::string> const& tags = m_Registry.GetItemTags(item->id);
-        std::string const joined = boost::algorithm::join(tags, ",");
-        if (m_Registry.HasItem(item->id))
-            facts << QString::fromStdString(item->name + ":" + joined);
-        else if (!tags.empty())
-            facts << "?";
-    }
-    return (facts + tagFacts).join(' ');
-}
-
-void TestTags::keepsBothDirections_data()
-{
-    AddColumns<QString, QString>("steps", "state");
-    AddRow("stored tags", "A= x; my tag ;;X |A!", "A:X,my tag,x X=A my tag=A x=A");
-    AddRow("white space", "A=\v\f\r x\t;\n y \f|A!", "A:x,y x=A y=A");
-    AddRow("separators only", "A= ; |A!", "A:");
-    AddRow("nothing stored", "A!", "");
-    AddRow("nothing stored, for a tagged item", "A+x|A!", "A:x x=A");
-    AddRow("empty tag", "A+", "");
-    AddRow("the same tag twice", "A+x|A+x|A-x", "");
-    AddRow("the last tag", "A+x|A+y|A-x", "A:y y=A");
-    AddRow("one of two items", "A+x|B+x|A-x", "B:x x=B");
-    AddRow("removed item", "A+x|A+y|B+x|A.", "B:x x=B");
-    AddRow("both items removed", "A+x|B+x|A.|B.", "");
-    AddRow("what is not there", "A+x|A-y|B-x|B.", "A:x x=A");
-    AddRow("removed and read again", "A=x|A!|A=y|A.|A!", "A:y y=A");
-    // Whoever reads an item again removes it first.
-    AddRow("read again", "A=x|A!|A=y|A!", "A:y x=A y=A");
-}
-
-void TestTags::keepsBothDirections()
-{
-    QFETCH(QString, steps);
-    for (QString const& step : steps.split('|'))
-        Do(step);
-    m_Registry.AddItem((*m_Library)["C"].id, nullptr);
-    QTEST(Describe(), "state");
-    m_Registry.Clear();
-    QCOMPARE(Describe(), QString());
-}
-
-void TestTags::staysUntouchedWhenTheLibraryThrows()
-{
-    Do("A+x");
-    Do("A=y");
-    m_Host->ThrowAt("GetItemTags", 1);
-    QVERIFY_EXCEPTION_THROWN(Do("A!"), HostError);
-    QCOMPARE(Describe(), QString("A:x x=A"));
-}
-
-void TestTags::removesAnItemThroughItsOwnIdentifier()
-{
-    for (char const* step : {"A+X", "A+x", "A+y"})
-        Do(step);
-    // The identifier lives in the set that the removal empties.
-    m_Registry.RemoveItem(*m_Registry.GetTagItems("X").begin());
-    QCOMPARE(Describe(), QString());
-}
 
 NODEBROWSER_TEST(TestTags)
 

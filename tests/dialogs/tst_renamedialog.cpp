@@ -17,11 +17,120 @@ class TestRenameDialog : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void startsWithTheOldName();
-    void checksWhatIsTyped_data();
-    void checksWhatIsTyped();
-    void recoversFromABadName();
-    void letsTheSameCharactersInWithEveryToolkit();
+    void startsWithTheOldName()
+    {
+        QCOMPARE(m_Dialog->windowTitle(), QString("Rename Blur"));
+        QVERIFY(!(m_Dialog->windowFlags() & Qt::WindowContextHelpButtonHint));
+        QVERIFY(!m_Dialog->parent());
+        m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
+        DialogUser user([this](QDialog& dialog) {
+            // Five pixels around the label, the field right of it, and the buttons in the corner.
+            QLabel const& label = *m_Dialog->findChild<QLabel*>();
+            QWidget const& buttons = *m_OkButton->parentWidget();
+            QCOMPARE(label.text(), QString("New name:"));
+            QCOMPARE(label.x(), 5);
+            QVERIFY(label.geometry().right() < m_Field->x()
+                    && label.y() < m_Field->geometry().bottom());
+            QVERIFY(m_Field->y() == 5 && m_Field->width() >= 120 && m_Field->minimumWidth() == 120);
+            QCOMPARE(m_Field->geometry().right(), dialog.width() - 6);
+            QVERIFY(buttons.y() > m_Field->geometry().bottom());
+            dialog.resize(500, 300);
+            QCoreApplication::processEvents();
+            QCOMPARE(buttons.geometry().bottomRight(), QPoint(500 - 6, 300 - 6));
+
+            QVERIFY(m_Field->hasFocus());
+            QCOMPARE(m_Field->selectedText(), QString("Blur"));
+            QCOMPARE(GetTabOrder(dialog), QString("QLineEdit OK Cancel"));
+            // Names that are set are not checked, whatever they are.
+            for (char const* name : {"Glow", "a-b", ""}) {
+                m_Dialog->SetOldName(name);
+                QCOMPARE(m_Dialog->GetNewName(), QString(name));
+                QVERIFY(m_OkButton->isEnabled());
+            }
+            QCOMPARE(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), 0);
+            // They do not become the name that is the compound's own, either.
+            m_Dialog->SetOldName("Glo");
+            Use(dialog, "<End>w");
+            QVERIFY(!m_OkButton->isEnabled());
+            Use(dialog, "<Escape>");
+        });
+        m_Dialog->exec();
+        QVERIFY(user.HasClosed());
+    }
+
+    void checksWhatIsTyped_data()
+    {
+        AddColumns<QString, QString, QString, int>("typed", "text", "reason", "questions");
+        QString const used = "Name already used";
+        AddRow("free name", "Halo", "Halo", "", 1);
+        AddRow("own name in another case", "bLUR", "bLUR", "", 0);
+        AddRow("name of another item", "Glow", "Glow", used, 1);
+        AddRow("name of a library below", "Shine", "Shine", used, 1);
+        AddRow("8-bit letter", "\u00E9", "\u00E9", used, 1);
+        AddRow("other letter", "\u03A9", "\u03A9", used, 1);
+        // A digit is a word character.
+        AddRow("leading digit", "2nd", "2nd", "", 1);
+        AddRow("leading underscore", "_x", "_x", "", 1);
+        AddRow("leading blank", " x", "x", "", 1);
+        AddRow("inner blank and digit", "Halo 2", "Halo 2", "", 1);
+        AddRow("trailing blank", "Glow ", "Glow ", "", 1);
+        AddRow("punctuation", "a-b.c", "abc", "", 1);
+    }
+
+    void checksWhatIsTyped()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, reason);
+        DialogUser user([&](QDialog& dialog) {
+            Use(dialog, typed.left(typed.size() - 1));
+            m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
+            Use(dialog, typed.right(1));
+            QTEST(m_Dialog->GetNewName(), "text");
+            QTEST(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), "questions");
+            CheckShown(reason);
+            Use(dialog, "<Escape>");
+        });
+        QCOMPARE(m_Dialog->exec(), int(QDialog::Rejected));
+        QVERIFY(user.HasClosed());
+    }
+
+    void recoversFromABadName()
+    {
+        DialogUser user([this](QDialog& dialog) {
+            Use(dialog, "<Backspace>");
+            CheckShown("Name can't be empty");
+            QCOMPARE(QToolTip::text(), QString("Name can't be empty"));
+            Use(dialog, "<Return>");
+            QVERIFY(dialog.isVisible());
+            Use(dialog, "Glow");
+            CheckShown("Name already used");
+            Use(dialog, "s");
+            CheckShown("");
+            Use(dialog, "<Return>");
+        });
+        QCOMPARE(m_Dialog->exec(), int(QDialog::Accepted));
+        QVERIFY(user.HasClosed());
+        QCOMPARE(m_Dialog->GetNewName(), QString("Glows"));
+    }
+
+    /// Expressions of the newest generation have other ideas of what a word is.
+    void letsTheSameCharactersInWithEveryToolkit()
+    {
+        auto const accepts = [this](QString text) {
+            int position = 0;
+            return m_Field->validator()->validate(text, position) == QValidator::Acceptable;
+        };
+        for (int code = 0; code < 0x10000; ++code) {
+            QChar const character(static_cast<ushort>(code));
+            bool const isWord =
+                character.isLetterOrNumber() || character.isMark() || character == '_';
+            QString const name = QString::number(code, 16);
+            QVERIFY2(accepts(QString(character)) == isWord, qPrintable("first " + name));
+            QVERIFY2(accepts(QString("a") + character) == (isWord || character.isSpace()),
+                     qPrintable("second " + name));
+        }
+        QVERIFY(!accepts(QString()));
+    }
 
 protected:
     void SetUp() override
@@ -44,142 +153,27 @@ protected:
     }
 
     /// Good when the reason is empty.
-    void CheckShown(QString const& reason) const;
+    void CheckShown(QString const& reason) const
+    {
+        bool const isBad = !reason.isEmpty();
+        QPalette const plain = QApplication::palette(m_Field);
+        QPalette::ColorRole const role = m_Field->backgroundRole();
+        for (QPalette::ColorGroup group :
+             {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+            QCOMPARE(m_Field->palette().color(group, role),
+                     isBad ? QColor(255, 90, 90, 255) : plain.color(group, role));
+        QCOMPARE(m_Field->toolTip(), reason);
+        QCOMPARE(m_OkButton->isEnabled(), !isBad);
+        if (isBad)
+            QCOMPARE(QToolTip::text(), reason);
+        QTRY_COMPARE(QToolTip::isVisible(), isBad);
+    }
 
     CompoundAccessor m_Compound;
     std::unique_ptr<CRenameCompoundDialog> m_Dialog;
     QLineEdit* m_Field;
     QPushButton* m_OkButton;
 };
-
-void TestRenameDialog::CheckShown(QString const& reason) const
-{
-    bool const isBad = !reason.isEmpty();
-    QPalette const plain = QApplication::palette(m_Field);
-    QPalette::ColorRole const role = m_Field->backgroundRole();
-    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-        QCOMPARE(m_Field->palette().color(group, role),
-                 isBad ? QColor(255, 90, 90, 255) : plain.color(group, role));
-    QCOMPARE(m_Field->toolTip(), reason);
-    QCOMPARE(m_OkButton->isEnabled(), !isBad);
-    if (isBad)
-        QCOMPARE(QToolTip::text(), reason);
-    QTRY_COMPARE(QToolTip::isVisible(), isBad);
-}
-
-void TestRenameDialog::startsWithTheOldName()
-{
-    QCOMPARE(m_Dialog->windowTitle(), QString("Rename Blur"));
-    QVERIFY(!(m_Dialog->windowFlags() & Qt::WindowContextHelpButtonHint));
-    QVERIFY(!m_Dialog->parent());
-    m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
-    DialogUser user([this](QDialog& dialog) {
-        // Five pixels around the label, the field right of it, and the buttons in the corner.
-        QLabel const& label = *m_Dialog->findChild<QLabel*>();
-        QWidget const& buttons = *m_OkButton->parentWidget();
-        QCOMPARE(label.text(), QString("New name:"));
-        QCOMPARE(label.x(), 5);
-        QVERIFY(label.geometry().right() < m_Field->x()
-                && label.y() < m_Field->geometry().bottom());
-        QVERIFY(m_Field->y() == 5 && m_Field->width() >= 120 && m_Field->minimumWidth() == 120);
-        QCOMPARE(m_Field->geometry().right(), dialog.width() - 6);
-        QVERIFY(buttons.y() > m_Field->geometry().bottom());
-        dialog.resize(500, 300);
-        QCoreApplication::processEvents();
-        QCOMPARE(buttons.geometry().bottomRight(), QPoint(500 - 6, 300 - 6));
-
-        QVERIFY(m_Field->hasFocus());
-        QCOMPARE(m_Field->selectedText(), QString("Blur"));
-        QCOMPARE(GetTabOrder(dialog), QString("QLineEdit OK Cancel"));
-        // Names that are set are not checked, whatever they are.
-        for (char const* name : {"Glow", "a-b", ""}) {
-            m_Dialog->SetOldName(name);
-            QCOMPARE(m_Dialog->GetNewName(), QString(name));
-            QVERIFY(m_OkButton->isEnabled());
-        }
-        QCOMPARE(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), 0);
-        // They do not become the name that is the compound's own, either.
-        m_Dialog->SetOldName("Glo");
-        Use(dialog, "<End>w");
-        QVERIFY(!m_OkButton->isEnabled());
-        Use(dialog, "<Escape>");
-    });
-    m_Dialog->exec();
-    QVERIFY(user.HasClosed());
-}
-
-void TestRenameDialog::checksWhatIsTyped_data()
-{
-    AddColumns<QString, QString, QString, int>("typed", "text", "reason", "questions");
-    QString const used = "Name already used";
-    AddRow("free name", "Halo", "Halo", "", 1);
-    AddRow("own name in another case", "bLUR", "bLUR", "", 0);
-    AddRow("name of another item", "Glow", "Glow", used, 1);
-    AddRow("name of a library below", "Shine", "Shine", used, 1);
-    AddRow("8-bit letter", "\u00E9", "\u00E9", used, 1);
-    AddRow("other letter", "\u03A9", "\u03A9", used, 1);
-    // A digit is a word character.
-    AddRow("leading digit", "2nd", "2nd", "", 1);
-    AddRow("leading underscore", "_x", "_x", "", 1);
-    AddRow("leading blank", " x", "x", "", 1);
-    AddRow("inner blank and digit", "Halo 2", "Halo 2", "", 1);
-    AddRow("trailing blank", "Glow ", "Glow ", "", 1);
-    AddRow("punctuation", "a-b.c", "abc", "", 1);
-}
-
-void TestRenameDialog::checksWhatIsTyped()
-{
-    QFETCH(QString, typed);
-    QFETCH(QString, reason);
-    DialogUser user([&](QDialog& dialog) {
-        Use(dialog, typed.left(typed.size() - 1));
-        m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
-        Use(dialog, typed.right(1));
-        QTEST(m_Dialog->GetNewName(), "text");
-        QTEST(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), "questions");
-        CheckShown(reason);
-        Use(dialog, "<Escape>");
-    });
-    QCOMPARE(m_Dialog->exec(), int(QDialog::Rejected));
-    QVERIFY(user.HasClosed());
-}
-
-void TestRenameDialog::recoversFromABadName()
-{
-    DialogUser user([this](QDialog& dialog) {
-        Use(dialog, "<Backspace>");
-        CheckShown("Name can't be empty");
-        QCOMPARE(QToolTip::text(), QString("Name can't be empty"));
-        Use(dialog, "<Return>");
-        QVERIFY(dialog.isVisible());
-        Use(dialog, "Glow");
-        CheckShown("Name already used");
-        Use(dialog, "s");
-        CheckShown("");
-        Use(dialog, "<Return>");
-    });
-    QCOMPARE(m_Dialog->exec(), int(QDialog::Accepted));
-    QVERIFY(user.HasClosed());
-    QCOMPARE(m_Dialog->GetNewName(), QString("Glows"));
-}
-
-/// Expressions of the newest generation have other ideas of what a word is.
-void TestRenameDialog::letsTheSameCharactersInWithEveryToolkit()
-{
-    auto const accepts = [this](QString text) {
-        int position = 0;
-        return m_Field->validator()->validate(text, position) == QValidator::Acceptable;
-    };
-    for (int code = 0; code < 0x10000; ++code) {
-        QChar const character(static_cast<ushort>(code));
-        bool const isWord = character.isLetterOrNumber() || character.isMark() || character == '_';
-        QString const name = QString::number(code, 16);
-        QVERIFY2(accepts(QString(character)) == isWord, qPrintable("first " + name));
-        QVERIFY2(accepts(QString("a") + character) == (isWord || character.isSpace()),
-                 qPrintable("second " + name));
-    }
-    QVERIFY(!accepts(QString()));
-}
 
 NODEBROWSER_TEST(TestRenameDialog)
 

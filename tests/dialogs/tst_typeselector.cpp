@@ -10,16 +10,119 @@
 
 using namespace tarno::datamodel;
 
+namespace {
+
+void ClickRow(QDialog& dialog, int row, Qt::MouseButton button = Qt::LeftButton)
+{
+    CNodeBrowser* const browser = dialog.findChild<CNodeBrowser*>();
+    QTest::mouseClick(browser, button, Qt::NoModifier, QPoint(50, 23 + row * 24 + 12));
+}
+
+} // namespace
+
 class TestTypeSelector : public BrowserTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void offersTheTypes();
-    void endsOnce_data();
-    void endsOnce();
-    void canBeUsedAgain();
-    void passesErrorsOfTheHost();
+    void offersTheTypes()
+    {
+        QWidget parent;
+        CTypeSelector selector(&parent);
+        QCOMPARE(selector.parentWidget(), &parent);
+        QCOMPARE(selector.windowTitle(), QString("Choose Type"));
+        QCOMPARE(selector.sizeHint(), QSize(275, 500));
+        QVERIFY(selector.isModal());
+        QCOMPARE(selector.windowFlags(),
+                 Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
+        CNodeBrowser* const browser = selector.findChild<CNodeBrowser*>();
+        QVERIFY(!browser->findChild<QTabBar*>());
+
+        DialogUser user([&](QDialog& dialog) {
+            // The panel above the button, both as wide as the dialog allows.
+            QWidget const& button = *selector.findChildren<QPushButton*>().last();
+            QVERIFY(browser->height() > 300 && browser->geometry().bottom() < button.y());
+            QCOMPARE(browser->x(), button.x());
+            QCOMPARE(browser->width(), button.width());
+            QCOMPARE(GetTabOrder(dialog), QString("QLineEdit  Cancel"));
+            // A context menu would stop the test here, and nothing beside the rows ends the dialog.
+            ClickRow(dialog, 0, Qt::RightButton);
+            ClickRow(dialog, 3);
+            Use(dialog, "vec");
+            browser->grab();
+            ClickRow(dialog, 1);
+            // The clear button is a button of the panel.
+            Use(dialog, "<Tab><Return>");
+            QCOMPARE(dialog.findChild<QLineEdit*>()->text(), QString());
+            QVERIFY(dialog.isVisible());
+            Use(dialog, "<Escape>");
+        });
+        QCOMPARE(selector.exec(), int(QDialog::Rejected));
+        QVERIFY(user.HasClosed());
+    }
+
+    void endsOnce_data()
+    {
+        AddColumns<QString, QString, QString>("entered", "chosen", "library");
+        for (char const* entered : {"accept", "interpolate<Return>", "vec<Escape>", "vec<Cancel>",
+                                    "<Tab><Tab><Return>", "vec<close>"})
+            AddRow(entered, entered, "", "");
+        AddRow("click", "click", "int", "");
+        AddRow("Return", "<Return>", "float", "");
+        AddRow("Enter", "<Enter>", "float", "");
+        AddRow("search and Return", "vec<Return>", "vector", "");
+        for (char const* library : {"no service", "other service", "none open"})
+            AddRow(library, "click<Return>", "", library);
+        AddRow("closed", "click", "", "closed");
+    }
+
+    void endsOnce()
+    {
+        QFETCH(QString, entered);
+        QFETCH(QString, chosen);
+        QFETCH(QString, library);
+        if (library.endsWith("service"))
+            m_Host->SetService("QormDBProxy",
+                               library == "no service" ? nullptr : &m_Host->m_RevisionControl);
+        if (library == "none open")
+            m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
+        CTypeSelector selector(nullptr);
+        QVERIFY(selector.GetSelectedType().IsNull());
+        QSignalSpy finished(&selector, SIGNAL(finished(int)));
+        DialogUser user([&](QDialog& dialog) {
+            if (library == "closed")
+                m_Library.reset();
+            if (entered == "accept")
+                return dialog.accept();
+            if (entered.startsWith("click"))
+                ClickRow(dialog, 1);
+            Use(dialog, QString(entered).remove("click"));
+        });
+        QCOMPARE(selector.exec(), int(!chosen.isEmpty()));
+        QVERIFY(user.HasClosed());
+        // Whatever the keys still set going.
+        QCoreApplication::processEvents();
+        QCOMPARE(finished.size(), 1);
+        QVERIFY(selector.GetSelectedType()
+                == (chosen.isEmpty() ? ItemID() : (*m_Library)[chosen.toStdString()].id));
+    }
+
+    /// What was chosen stays until something else is.
+    void canBeUsedAgain()
+    {
+        CTypeSelector selector(nullptr);
+        DialogUser first([](QDialog& dialog) { ClickRow(dialog, 2); });
+        QCOMPARE(selector.exec(), int(QDialog::Accepted));
+        DialogUser second("<Escape>");
+        QCOMPARE(selector.exec(), int(QDialog::Rejected));
+        QVERIFY(selector.GetSelectedType() == (*m_Library)["vector"].id);
+    }
+    void passesErrorsOfTheHost()
+    {
+        m_Host->ThrowAt("GetItemName", 1);
+        QVERIFY_EXCEPTION_THROWN(CTypeSelector(nullptr), HostError);
+        QVERIFY(m_Library->m_LibraryListeners.empty());
+    }
 
 protected:
     void SetUp() override
@@ -32,115 +135,6 @@ protected:
         m_Host->SetService("QormDBProxy", &m_Host->m_Proxy);
     }
 };
-
-namespace {
-
-void ClickRow(QDialog& dialog, int row, Qt::MouseButton button = Qt::LeftButton)
-{
-    CNodeBrowser* const browser = dialog.findChild<CNodeBrowser*>();
-    QTest::mouseClick(browser, button, Qt::NoModifier, QPoint(50, 23 + row * 24 + 12));
-}
-
-} // namespace
-
-void TestTypeSelector::offersTheTypes()
-{
-    QWidget parent;
-    CTypeSelector selector(&parent);
-    QCOMPARE(selector.parentWidget(), &parent);
-    QCOMPARE(selector.windowTitle(), QString("Choose Type"));
-    QCOMPARE(selector.sizeHint(), QSize(275, 500));
-    QVERIFY(selector.isModal());
-    QCOMPARE(selector.windowFlags(), Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint);
-    CNodeBrowser* const browser = selector.findChild<CNodeBrowser*>();
-    QVERIFY(!browser->findChild<QTabBar*>());
-
-    DialogUser user([&](QDialog& dialog) {
-        // The panel above the button, both as wide as the dialog allows.
-        QWidget const& button = *selector.findChildren<QPushButton*>().last();
-        QVERIFY(browser->height() > 300 && browser->geometry().bottom() < button.y());
-        QCOMPARE(browser->x(), button.x());
-        QCOMPARE(browser->width(), button.width());
-        QCOMPARE(GetTabOrder(dialog), QString("QLineEdit  Cancel"));
-        // A context menu would stop the test here, and nothing beside the rows ends the dialog.
-        ClickRow(dialog, 0, Qt::RightButton);
-        ClickRow(dialog, 3);
-        Use(dialog, "vec");
-        browser->grab();
-        ClickRow(dialog, 1);
-        // The clear button is a button of the panel.
-        Use(dialog, "<Tab><Return>");
-        QCOMPARE(dialog.findChild<QLineEdit*>()->text(), QString());
-        QVERIFY(dialog.isVisible());
-        Use(dialog, "<Escape>");
-    });
-    QCOMPARE(selector.exec(), int(QDialog::Rejected));
-    QVERIFY(user.HasClosed());
-}
-
-void TestTypeSelector::endsOnce_data()
-{
-    AddColumns<QString, QString, QString>("entered", "chosen", "library");
-    for (char const* entered : {"accept", "interpolate<Return>", "vec<Escape>", "vec<Cancel>",
-                                "<Tab><Tab><Return>", "vec<close>"})
-        AddRow(entered, entered, "", "");
-    AddRow("click", "click", "int", "");
-    AddRow("Return", "<Return>", "float", "");
-    AddRow("Enter", "<Enter>", "float", "");
-    AddRow("search and Return", "vec<Return>", "vector", "");
-    for (char const* library : {"no service", "other service", "none open"})
-        AddRow(library, "click<Return>", "", library);
-    AddRow("closed", "click", "", "closed");
-}
-
-void TestTypeSelector::endsOnce()
-{
-    QFETCH(QString, entered);
-    QFETCH(QString, chosen);
-    QFETCH(QString, library);
-    if (library.endsWith("service"))
-        m_Host->SetService("QormDBProxy",
-                           library == "no service" ? nullptr : &m_Host->m_RevisionControl);
-    if (library == "none open")
-        m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
-    CTypeSelector selector(nullptr);
-    QVERIFY(selector.GetSelectedType().IsNull());
-    QSignalSpy finished(&selector, SIGNAL(finished(int)));
-    DialogUser user([&](QDialog& dialog) {
-        if (library == "closed")
-            m_Library.reset();
-        if (entered == "accept")
-            return dialog.accept();
-        if (entered.startsWith("click"))
-            ClickRow(dialog, 1);
-        Use(dialog, QString(entered).remove("click"));
-    });
-    QCOMPARE(selector.exec(), int(!chosen.isEmpty()));
-    QVERIFY(user.HasClosed());
-    // Whatever the keys still set going.
-    QCoreApplication::processEvents();
-    QCOMPARE(finished.size(), 1);
-    QVERIFY(selector.GetSelectedType()
-            == (chosen.isEmpty() ? ItemID() : (*m_Library)[chosen.toStdString()].id));
-}
-
-/// What was chosen stays until something else is.
-void TestTypeSelector::canBeUsedAgain()
-{
-    CTypeSelector selector(nullptr);
-    DialogUser first([](QDialog& dialog) { ClickRow(dialog, 2); });
-    QCOMPARE(selector.exec(), int(QDialog::Accepted));
-    DialogUser second("<Escape>");
-    QCOMPARE(selector.exec(), int(QDialog::Rejected));
-    QVERIFY(selector.GetSelectedType() == (*m_Library)["vector"].id);
-}
-
-void TestTypeSelector::passesErrorsOfTheHost()
-{
-    m_Host->ThrowAt("GetItemName", 1);
-    QVERIFY_EXCEPTION_THROWN(CTypeSelector(nullptr), HostError);
-    QVERIFY(m_Library->m_LibraryListeners.empty());
-}
 
 NODEBROWSER_TEST(TestTypeSelector)
 
