@@ -9,6 +9,7 @@
 #include <QPaintEvent>
 #include <QStringList>
 
+#include <algorithm>
 #include <utility>
 
 /// The panel with its inside open to tests.
@@ -68,6 +69,26 @@ public:
     {
         Paint();
         return GetStaleRows();
+    }
+
+    /// The items that match, best first, with what the single question about each says; the rows
+    /// must be these.
+    QString GetRanks()
+    {
+        std::vector<std::pair<unsigned long, unsigned long>> matches;
+        for (unsigned long position = 0; position < m_Items.size(); ++position) {
+            unsigned long score = 10000;
+            if (CompareToFilter(m_Items[position].m_Accessor, &score))
+                matches.emplace_back(score, position);
+        }
+        std::sort(matches.begin(), matches.end());
+        QStringList ranks;
+        std::vector<unsigned long> rows;
+        for (auto const& match : matches) {
+            ranks << QString("%1:%2").arg(GetName(m_Items[match.second])).arg(match.first);
+            rows.push_back(match.second);
+        }
+        return rows == m_VisibleItems ? ranks.join(' ') : "rows are not " + ranks.join(' ');
     }
 
     /// A point in the middle of a row.

@@ -6,8 +6,6 @@
 #include <QScrollBar>
 #include <QTabBar>
 
-#include <cstring>
-
 using namespace tarno::datamodel;
 
 /// The panel towards its host: how it is made, what it registers and asks, what it is told.
@@ -50,65 +48,23 @@ private Q_SLOTS:
         QTEST(browser.GetRows(), "rows");
     }
 
-    void listsItsMethodsInOrder()
+    void keepsItsMetaObject()
     {
         QMetaObject const& meta = CNodeBrowser::staticMetaObject;
         QStringList methods;
-        for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
-            QMetaMethod const method = meta.method(index);
-            methods << method.methodSignature();
-            bool const isSignal = method.methodType() == QMetaMethod::Signal;
-            QCOMPARE(isSignal, index == meta.methodOffset());
-            // Generations of the toolkit differ about what a signal is.
-            QVERIFY(isSignal || method.access() == QMetaMethod::Protected);
-        }
-        QCOMPARE(
-            methods.join(' '),
-            QString("SelectionChanged() SliderValueChanged(int) SearchTextChange(QString) "
-                    "EnterPressed() TabChanged(int) OnNewSignature() OnNewCompound() "
-                    "OnNewLoopCompound() OnSaveGraphLibrary() ClearButton(bool) OnRenameItem() "
-                    "OnDeleteItem() OnCheckOutItem() OnMakeItemWritable() OnShowItemFiles() "
-                    "OnEditItemTags() OnDatasourceChange()"));
-    }
-
-    void castsToTheInterfacesItTells()
-    {
+        for (int index = meta.methodOffset(); index < meta.methodCount(); ++index)
+            methods << meta.method(index).methodSignature();
+        QCOMPARE(methods.join(' '),
+                 QString("SelectionChanged() SliderValueChanged(int) SearchTextChange(QString) "
+                         "EnterPressed() TabChanged(int) OnNewSignature() OnNewCompound() "
+                         "OnNewLoopCompound() OnSaveGraphLibrary() ClearButton(bool) "
+                         "OnRenameItem() OnDeleteItem() OnCheckOutItem() OnMakeItemWritable() "
+                         "OnShowItemFiles() OnEditItemTags() OnDatasourceChange()"));
+        // The slot of revision control is inherited privately.
         TestBrowser browser;
-        CNodeBrowser* const base = &browser;
-        void* const toc = static_cast<IItemTOCNotification*>(base);
-        void* const library = static_cast<IItemLibraryNotification*>(base);
-        QCOMPARE(base->qt_metacast("CNodeBrowser"), static_cast<void*>(base));
-        QCOMPARE(base->qt_metacast("tarno::datamodel::IItemTOCNotification"), toc);
-        QCOMPARE(base->qt_metacast("tarno::datamodel::IItemLibraryNotification"), library);
-        QVERIFY(!base->qt_metacast("IRevisionControlPropertiesMgr_Slot"));
-        QVERIFY(base->qt_metacast("QWidget"));
-    }
-
-    void ordersItsVirtualFunctions()
-    {
-#if defined(__GXX_ABI_VERSION) && defined(__x86_64__)
-        // A pointer to a virtual function holds its place in the table of the class.
-        auto const placeOf = [](auto function) {
-            std::ptrdiff_t words[sizeof(function) / sizeof(std::ptrdiff_t)];
-            std::memcpy(words, &function, sizeof(function));
-            return (words[0] - 1) / std::ptrdiff_t(sizeof(void*));
-        };
-        auto const areInOrder = [placeOf](auto... functions) {
-            std::vector<std::ptrdiff_t> const places = {placeOf(functions)...};
-            return places.back() - places.front() + 1 == std::ptrdiff_t(places.size())
-                   && std::is_sorted(places.begin(), places.end());
-        };
-        typedef CNodeBrowser B;
-        typedef TestBrowser T;
-        QVERIFY(areInOrder(&B::OnRevisionControlPropertiesChange, &B::ItemAdded, &B::ItemRemoved,
-                           &B::OnBeginChanges, &B::OnEndChanges, &B::LibraryInvalidated,
-                           &B::ItemNameChanged, &B::ItemTagsChanged, &B::ItemAccessStateChanged,
-                           &B::OnPreCommit, &B::OnPostCommit, &T::OnRenameItem, &T::OnDeleteItem,
-                           &T::OnCheckOutItem, &T::OnMakeItemWritable, &T::OnShowItemFiles,
-                           &T::OnEditItemTags, &T::OnDatasourceChange, &T::PopContexMenu));
-#else
-        QSKIP("Only one calling convention tells the order.");
-#endif
+        QVERIFY(!browser.qt_metacast("IRevisionControlPropertiesMgr_Slot"));
+        QCOMPARE(browser.qt_metacast("tarno::datamodel::IItemLibraryNotification"),
+                 static_cast<void*>(static_cast<IItemLibraryNotification*>(&browser)));
     }
 
     void registersOnceWhateverIsAttached()
@@ -129,7 +85,6 @@ private Q_SLOTS:
         m_Browser.reset();
         QCOMPARE(m_Host->TakeCalls(), QStringList(detach).replaceInStrings(" A ", " B ")
                                           << "DeleteMe");
-        QCOMPARE(m_Host->m_LiveTasks, 0);
         // Without a library there is nothing to unregister.
         m_Browser.reset(new TestBrowser);
         m_Host->TakeCalls();
@@ -255,11 +210,11 @@ private Q_SLOTS:
             // Each question is asked only when the one before is answered with yes.
             QCOMPARE(m_Host->TakeCount("GetRevisionControlEnabled"), answers & 1 ? 1 : 0);
             QCOMPARE(m_Host->TakeCount("IsFileVersionControlActive"), (answers & 3) == 3 ? 1 : 0);
-            QCOMPARE(properties->GetConnectionCount(), std::size_t(2));
+            QCOMPARE(properties->m_Connections.size(), std::size_t(2));
             properties->Notify();
             QCOMPARE(early.m_SourceControlEnabled, answers == 7);
         }
-        QCOMPARE(properties->GetConnectionCount(), std::size_t(1));
+        QCOMPARE(properties->m_Connections.size(), std::size_t(1));
         // The properties may go first.
         properties.reset();
         QVERIFY(!early.m_SourceControlEnabled);

@@ -147,8 +147,10 @@ private Q_SLOTS:
 
     void refusesAnEmptyName()
     {
-        std::unique_ptr<CTarnoCompoundCreateDialog> const created =
-            MakeCreateDialog("loop compound", true);
+        auto const created = MakeCreateDialog("loop compound", true);
+        auto const getEntered = [&] {
+            return created->GetName() + created->GetCategory();
+        };
         DialogUser user([&](QDialog& dialog) {
             DialogUser boxUser([](QDialog& shown) {
                 QMessageBox& box = dynamic_cast<QMessageBox&>(shown);
@@ -160,15 +162,13 @@ private Q_SLOTS:
                 Use(box, "<Return>");
             });
             Use(dialog, "<Backspace><Tab>Math<Ok>");
-            QVERIFY(boxUser.HasClosed());
-            QVERIFY(dialog.isVisible());
-            QCOMPARE(created->GetName() + created->GetCategory(), QString());
+            QVERIFY(boxUser.HasClosed() && dialog.isVisible());
+            QCOMPARE(getEntered(), QString());
             dialog.findChild<QLineEdit*>()->setFocus();
             Use(dialog, "second<Ok>");
         });
         QCOMPARE(created->exec(), int(QDialog::Accepted));
-        QVERIFY(user.HasClosed());
-        QCOMPARE(created->GetName() + created->GetCategory(), QString("secondMath"));
+        QCOMPARE(getEntered(), QString("secondMath"));
         // The message goes with its dialog, which has forgotten what it handed out.
         DialogUser other([](QDialog& dialog) {
             dialog.findChild<QLineEdit*>()->clear();
@@ -177,7 +177,7 @@ private Q_SLOTS:
             QVERIFY(boxUser.HasClosed());
         });
         QCOMPARE(created->exec(), int(QDialog::Rejected));
-        QCOMPARE(created->GetName() + created->GetCategory(), QString());
+        QCOMPARE(getEntered(), QString());
     }
 
 private:

@@ -1,7 +1,6 @@
 #include "interfaces.h"
 #include "itemiterator.h"
-#include "testcontext.h"
-#include "testtext.h"
+#include "testhost.h"
 
 #include <algorithm>
 
@@ -24,16 +23,16 @@ void RecordNotification(UnspecifiedAccessor const& accessor, char const* operati
                         eInterfaceID interfaceID, ContextID contextID)
 {
     bool const isOwn = contextID == accessor.GetContextID();
-    TestHost::Get().Record(operation, {TextOf(LibraryOf(accessor)), QString::number(interfaceID),
-                                       isOwn ? "own context" : "other context"});
+    Record(operation, {TextOf(LibraryOf(accessor)), QString::number(interfaceID),
+                       isOwn ? "own context" : "other context"});
 }
 
-template <class Listener>
-void RemoveOne(std::vector<Listener*>& listeners, Listener* listener)
+std::string AnswerName(char const* operation, TestItem const* item, bool display,
+                       char const* reserved)
 {
-    auto const found = std::find(listeners.begin(), listeners.end(), listener);
-    if (found != listeners.end())
-        listeners.erase(found);
+    Query(operation, {TextOf(item), TextOf(display), Quoted(reserved)});
+    // No test mistakes the name that is stored for the one to be shown.
+    return item ? (display ? "" : "stored ") + item->name : std::string();
 }
 
 } // namespace
@@ -58,13 +57,13 @@ char const* ItemIDUnlock::GetItemIDUID(ItemID const& id)
 
 void UnspecifiedAccessor::SetFrom(UnspecifiedAccessor const& other)
 {
-    TestHost::Get().Count("SetFrom");
+    Query("SetFrom");
     *this = Supports(other, m_InterfaceID) ? other : UnspecifiedAccessor();
 }
 
 bool UnspecifiedAccessor::Revalidate() const
 {
-    TestHost::Get().Query("Revalidate", {TextOf(ItemOf(*this))});
+    Query("Revalidate", {TextOf(ItemOf(*this))});
     return IsValid() && LibraryOf(*this) && (m_Handle < kFirstItemHandle || ItemOf(*this));
 }
 
@@ -77,7 +76,7 @@ ItemID UnspecifiedAccessor::GetItemID() const
 CSimpleValue ItemAccessor::GetValue(char const* name) const
 {
     TestItem const* const item = ItemOf(*this);
-    TestHost::Get().Query("GetValue", {TextOf(item), name});
+    Query("GetValue", {TextOf(item), name});
     std::string const asked = name;
     bool const exists = item
                         && ((asked == "Parent" && item->hasParent)
@@ -87,14 +86,12 @@ CSimpleValue ItemAccessor::GetValue(char const* name) const
 
 std::string ItemAccessor::GetName(bool display, char const* reserved) const
 {
-    TestItem const* const item = ItemOf(*this);
-    TestHost::Get().Query("GetName", {TextOf(item), TextOf(display), Quoted(reserved)});
-    return item ? (display ? "" : "stored ") + item->name : std::string();
+    return AnswerName("GetName", ItemOf(*this), display, reserved);
 }
 
 Iterator<ItemAccessor> ItemTOCAccessor::GetItems(char const* kind) const
 {
-    TestHost::Get().Query("GetItems", {kind});
+    Query("GetItems", {kind});
     std::vector<ItemHandle> handles;
     if (TestLibrary* const library = LibraryOf(*this)) {
         for (TestItem const* item : library->m_Listed) {
@@ -105,56 +102,49 @@ Iterator<ItemAccessor> ItemTOCAccessor::GetItems(char const* kind) const
     return hostkit::MakeItemIterator(*this, handles);
 }
 
-void ItemTOCAccessor::AddNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
-                                      ContextID contextID) const
+void ItemTOCAccessor::AddNotification(IItemTOCNotification* /*notification*/,
+                                      eInterfaceID interfaceID, ContextID contextID) const
 {
     RecordNotification(*this, "TOC.AddNotification", interfaceID, contextID);
-    if (TestLibrary* const library = LibraryOf(*this))
-        library->m_TocListeners.push_back(notification);
 }
 
-void ItemTOCAccessor::RemoveNotification(IItemTOCNotification* notification,
+void ItemTOCAccessor::RemoveNotification(IItemTOCNotification* /*notification*/,
                                          eInterfaceID interfaceID, ContextID contextID) const
 {
     RecordNotification(*this, "TOC.RemoveNotification", interfaceID, contextID);
-    if (TestLibrary* const library = LibraryOf(*this))
-        RemoveOne(library->m_TocListeners, notification);
 }
 
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool display,
                                              char const* reserved) const
 {
-    TestItem const* const item = ItemOf(*this, id);
-    TestHost::Get().Query("GetItemName", {TextOf(item), TextOf(display), Quoted(reserved)});
-    // No test mistakes the name that is stored for the one to be shown.
-    return item ? (display ? "" : "stored ") + item->name : std::string();
+    return AnswerName("GetItemName", ItemOf(*this, id), display, reserved);
 }
 
 bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& id) const
 {
     TestItem const* const item = ItemOf(*this, id);
-    TestHost::Get().Query("ItemIsReadOnly", {TextOf(item)});
+    Query("ItemIsReadOnly", {TextOf(item)});
     return item && item->isReadOnly;
 }
 
 bool ItemLibraryAccessor::ItemIsModified(ItemID const& id) const
 {
     TestItem const* const item = ItemOf(*this, id);
-    TestHost::Get().Query("ItemIsModified", {TextOf(item)});
+    Query("ItemIsModified", {TextOf(item)});
     return item && item->isModified;
 }
 
 UnspecifiedAccessor ItemLibraryAccessor::GetModel(ItemID const& id, std::string* error) const
 {
     TestItem const* const item = ItemOf(*this, id);
-    TestHost::Get().Query("GetModel", {TextOf(item), error ? "error" : "null"});
+    Query("GetModel", {TextOf(item), error ? "error" : "null"});
     return item ? UnspecifiedAccessor(GetContext(), item->handle) : UnspecifiedAccessor();
 }
 
 std::string ItemLibraryAccessor::GetItemTags(ItemID const& id, char const* category) const
 {
     TestItem const* const item = ItemOf(*this, id);
-    TestHost::Get().Query("GetItemTags", {TextOf(item), Quoted(category)});
+    Query("GetItemTags", {TextOf(item), Quoted(category)});
     if (!item || item->tags.count(category) == 0)
         return std::string();
     return item->tags.at(category);
@@ -165,7 +155,7 @@ void ItemLibraryAccessor::AddNotification(IItemLibraryNotification* notification
 {
     RecordNotification(*this, "Library.AddNotification", interfaceID, contextID);
     if (TestLibrary* const library = LibraryOf(*this))
-        library->m_LibraryListeners.push_back(notification);
+        library->m_Listeners.Add(notification);
 }
 
 void ItemLibraryAccessor::RemoveNotification(IItemLibraryNotification* notification,
@@ -173,7 +163,7 @@ void ItemLibraryAccessor::RemoveNotification(IItemLibraryNotification* notificat
 {
     RecordNotification(*this, "Library.RemoveNotification", interfaceID, contextID);
     if (TestLibrary* const library = LibraryOf(*this))
-        RemoveOne(library->m_LibraryListeners, notification);
+        library->m_Listeners.Remove(notification);
 }
 
 } // namespace datamodel

@@ -1,8 +1,9 @@
-#include "testcontext.h"
-#include "testtext.h"
+#include "testhost.h"
 
 #include <algorithm>
 #include <strings.h>
+
+using namespace tarno::datamodel;
 
 namespace {
 
@@ -13,6 +14,19 @@ QString TextOf(wek::fwk::ICommandManager* manager)
     return manager ? "other manager" : "null";
 }
 
+/// Adds a compound with that mark, unless changes are refused, and binds the modifier to it.
+template <class Modifier>
+ItemID Create(Modifier& modifier, ItemLibraryAccessor const& library, char const* name,
+              bool TestItem::*mark, bool isMarked)
+{
+    if (TestHost::Get().m_RefusesChanges || !LibraryOf(library))
+        return ItemID();
+    TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
+    item.*mark = isMarked;
+    modifier.SetFrom(LibraryOf(library)->GetAccessor(item));
+    return item.id;
+}
+
 } // namespace
 
 namespace tarno {
@@ -20,32 +34,29 @@ namespace datamodel {
 
 void LowLevelItemLibraryAccessor::PrepareForSave() const
 {
-    TestHost::Get().Record("PrepareForSave", {TextOf(LibraryOf(*this))});
+    Record("PrepareForSave", {TextOf(LibraryOf(*this))});
 }
 
 bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* category,
                                               char const* tags,
                                               wek::fwk::ICommandManager* commandManager)
 {
-    TestLibrary* const library = LibraryOf(*this);
-    TestItem* const item = library ? library->Find(id) : nullptr;
-    TestHost::Get().Record("SetItemTags",
-                           {TextOf(item), Quoted(category), Quoted(tags), TextOf(commandManager)});
+    TestItem* const item = ItemOf(*this, id);
+    Record("SetItemTags", {TextOf(item), Quoted(category), Quoted(tags), TextOf(commandManager)});
     if (!item || TestHost::Get().m_RefusesChanges)
         return false;
     item->tags[category] = tags;
-    library->Tell([&](IItemLibraryNotification& listener, ItemLibraryAccessor& accessor) {
-        listener.ItemTagsChanged(accessor, id, category);
-    });
+    LibraryOf(*this)->Tell(
+        [&](auto& listener, auto& library) { listener.ItemTagsChanged(library, id, category); });
     return true;
 }
 
 void ItemLibraryModifierAccessor::CommitToDisk(bool& succeeded, std::list<std::string>* messages,
                                                bool onlyChecked, qorm::UID const& item)
 {
-    TestHost::Get().Record("CommitToDisk", {TextOf(LibraryOf(*this)),
-                                            messages && messages->empty() ? "empty list" : "null",
-                                            TextOf(onlyChecked), item.GetStr()});
+    Record("CommitToDisk",
+           {TextOf(LibraryOf(*this)), messages && messages->empty() ? "empty list" : "null",
+            TextOf(onlyChecked), item.GetStr()});
     succeeded = LibraryOf(*this) && !TestHost::Get().m_RefusesChanges;
 }
 
@@ -53,26 +64,21 @@ ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
     ItemLibraryAccessor const& library, char const* name, bool isSignature,
     char const* signatureUid, char const* category, wek::fwk::ICommandManager* commandManager)
 {
-    TestHost::Get().Record("CreateAndSetFromNewCompound",
-                           {TextOf(LibraryOf(library)), Quoted(name), TextOf(isSignature),
-                            Quoted(signatureUid), Quoted(category), TextOf(commandManager)});
-    if (TestHost::Get().m_RefusesChanges || !LibraryOf(library))
-        return ItemID();
-    TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
-    item.isAbstract = isSignature;
-    SetFrom(LibraryOf(library)->GetAccessor(item));
-    return item.id;
+    Record("CreateAndSetFromNewCompound",
+           {TextOf(LibraryOf(library)), Quoted(name), TextOf(isSignature), Quoted(signatureUid),
+            Quoted(category), TextOf(commandManager)});
+    return Create(*this, library, name, &TestItem::isAbstract, isSignature);
 }
 
 bool CompoundModifierAccessor::Initialize()
 {
-    TestHost::Get().Record("Initialize", {TextOf(ItemOf(*this))});
+    Record("Initialize", {TextOf(ItemOf(*this))});
     return IsValid();
 }
 
 bool CompoundModifierAccessor::CanModifyCompound(bool askHost) const
 {
-    TestHost::Get().Query("CanModifyCompound", {TextOf(ItemOf(*this)), TextOf(askHost)});
+    Query("CanModifyCompound", {TextOf(ItemOf(*this)), TextOf(askHost)});
     return ItemOf(*this) && ItemOf(*this)->canModify && askHost;
 }
 
@@ -80,15 +86,12 @@ bool CompoundModifierAccessor::RenameCompound(char const* newName,
                                               wek::fwk::ICommandManager* commandManager)
 {
     TestItem* const item = ItemOf(*this);
-    TestHost::Get().Record("RenameCompound",
-                           {TextOf(item), Quoted(newName), TextOf(commandManager)});
+    Record("RenameCompound", {TextOf(item), Quoted(newName), TextOf(commandManager)});
     if (!item || TestHost::Get().m_RefusesChanges)
         return false;
     item->name = newName;
     LibraryOf(*this)->Tell(
-        [item](IItemLibraryNotification& listener, ItemLibraryAccessor& accessor) {
-            listener.ItemNameChanged(accessor, item->id);
-        });
+        [item](auto& listener, auto& library) { listener.ItemNameChanged(library, item->id); });
     return true;
 }
 
@@ -96,27 +99,22 @@ ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
     ItemLibraryAccessor const& library, char const* name, char const* signatureUid,
     char const* category, wek::fwk::ICommandManager* commandManager)
 {
-    TestHost::Get().Record("CreateAndSetFromNewLoopCompound",
-                           {TextOf(LibraryOf(library)), Quoted(name), Quoted(signatureUid),
-                            Quoted(category), TextOf(commandManager)});
-    if (TestHost::Get().m_RefusesChanges || !LibraryOf(library))
-        return ItemID();
-    TestItem& item = LibraryOf(library)->Add(TarnoType::gCompound, name);
-    item.isLoop = true;
-    SetFrom(LibraryOf(library)->GetAccessor(item));
-    return item.id;
+    Record("CreateAndSetFromNewLoopCompound",
+           {TextOf(LibraryOf(library)), Quoted(name), Quoted(signatureUid), Quoted(category),
+            TextOf(commandManager)});
+    return Create(*this, library, name, &TestItem::isLoop, true);
 }
 
 ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library)
 {
-    TestHost::Get().Query("GetTOC", {TextOf(LibraryOf(library))});
+    Query("GetTOC", {TextOf(LibraryOf(library))});
     bool const exists = LibraryOf(library) && LibraryOf(library)->m_HasTOC;
     return exists ? ItemTOCAccessor(library.GetContext(), kTOCHandle) : ItemTOCAccessor();
 }
 
 bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const* name)
 {
-    TestHost::Get().Query("IsNameInNodeLibraryHierarchy", {Quoted(name)});
+    Query("IsNameInNodeLibraryHierarchy", {Quoted(name)});
     TestLibrary const* const items = LibraryOf(library);
     if (!items)
         return false;
@@ -131,27 +129,26 @@ bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const
 
 wek::fwk::ICommandManager* GetApplicationCommandManager()
 {
-    return TestHost::Get().m_ApplicationCommandManager;
+    return &TestHost::Get().m_CommandManager;
 }
 
 namespace Helpers {
 
 bool IsValidGraphItemType(char const* kind, ItemAccessor& item)
 {
-    TestHost::Get().Query("IsValidGraphItemType", {kind, TextOf(ItemOf(item))});
+    Query("IsValidGraphItemType", {kind, TextOf(ItemOf(item))});
     return ItemOf(item) && ItemOf(item)->isValidGraphItem;
 }
 
 bool IsAbstractFunction(ItemAccessor& item)
 {
-    TestHost::Get().Query("IsAbstractFunction", {TextOf(ItemOf(item))});
+    Query("IsAbstractFunction", {TextOf(ItemOf(item))});
     return ItemOf(item) && ItemOf(item)->isAbstract;
 }
 
 void SetGlobalTarnoCompoundTarget(CompoundAccessor compound, CompoundAccessor context)
 {
-    TestHost::Get().Record("SetGlobalTarnoCompoundTarget",
-                           {TextOf(ItemOf(compound)), TextOf(ItemOf(context))});
+    Record("SetGlobalTarnoCompoundTarget", {TextOf(ItemOf(compound)), TextOf(ItemOf(context))});
 }
 
 } // namespace Helpers

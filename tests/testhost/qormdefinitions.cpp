@@ -1,6 +1,5 @@
 #include "objectaccess.h"
-#include "testhost.h"
-#include "testtext.h"
+#include "testdatabase.h"
 
 using namespace qorm;
 using hostkit::eObjectKind;
@@ -11,35 +10,21 @@ namespace {
 class TestHelper : public hostkit::CRefCounted<IHelper>
 {
 public:
-    TestHelper()
-    {
-        // It lives as long as the process.
-        AddRef();
-    }
-
     void MoveToDataSource(QormHandle<IDbObject> const& object, QormPtr<IDataSource> const& target,
                           bool withFiles) override
     {
         TestDataSource* const source = static_cast<TestDataSource*>(target.Get());
-        TestHost::Get().Record(
-            "MoveToDataSource",
-            {TextOf(object), source ? Quoted(source->m_Uri) : "null", TextOf(withFiles)});
+        Record("MoveToDataSource",
+               {TextOf(object), source ? Quoted(source->m_Uri) : "null", TextOf(withFiles)});
     }
 };
 
-/// The object, if it is seen as that kind.
-TestObject* Find(int cacheIndex, eObjectKind kind)
+/// Null when there is none, or none any more.
+TestObject* ObjectAt(int cacheIndex)
 {
-    TestObject* const object = TestDatabase::Get().At(cacheIndex);
-    switch (kind) {
-    case eObjectKind::kTypeAsset:
-        return object && object->m_IsTypeAsset ? object : nullptr;
-    case eObjectKind::kValueAsset:
-        return object && object->m_IsResource ? object : nullptr;
-    case eObjectKind::kAnyObject:
-        break;
-    }
-    return object;
+    std::vector<TestObject*> const& cache = TestDatabase::Get().m_Cache;
+    bool const exists = cacheIndex >= 0 && cacheIndex < static_cast<int>(cache.size());
+    return exists ? cache[cacheIndex] : nullptr;
 }
 
 } // namespace
@@ -48,48 +33,51 @@ namespace hostkit {
 
 bool HasObject(IQormInstance* /*instance*/, int cacheIndex, eObjectKind kind)
 {
-    return Find(cacheIndex, kind);
+    TestObject const* const object = ObjectAt(cacheIndex);
+    return object && (kind != eObjectKind::kTypeAsset || object->m_IsTypeAsset)
+           && (kind != eObjectKind::kValueAsset || object->m_IsResource);
 }
 
 IDbObject* GetDbObject(IQormInstance* /*instance*/, int cacheIndex)
 {
-    return Find(cacheIndex, eObjectKind::kAnyObject);
+    return ObjectAt(cacheIndex);
 }
 
 ITypeAsset* GetTypeAsset(IQormInstance* /*instance*/, int cacheIndex)
 {
-    return Find(cacheIndex, eObjectKind::kTypeAsset);
+    return ObjectAt(cacheIndex);
 }
 
 IValueAsset* GetValueAsset(IQormInstance* /*instance*/, int cacheIndex)
 {
-    return Find(cacheIndex, eObjectKind::kValueAsset);
+    return ObjectAt(cacheIndex);
 }
 
 QormPtr<IDataSource> FindDataSource(IQormInstance* /*instance*/, int cacheIndex)
 {
-    TestHost::Get().Count("GetDataSource");
-    TestObject* const object = Find(cacheIndex, eObjectKind::kAnyObject);
+    Query("GetDataSource");
+    TestObject* const object = ObjectAt(cacheIndex);
     return QormPtr<IDataSource>(object ? object->m_Source : nullptr);
 }
 
 DbObjectId FindObjectId(IQormInstance* /*instance*/, int cacheIndex)
 {
-    TestObject* const object = Find(cacheIndex, eObjectKind::kAnyObject);
+    TestObject* const object = ObjectAt(cacheIndex);
     return object ? object->GetDbObjectId() : DbObjectId("");
 }
 
 QormPtr<IDataModelMgr> FindManager(IQormInstance* /*instance*/, int cacheIndex)
 {
-    TestHost::Get().Count("GetManager");
-    TestObject* const object = Find(cacheIndex, eObjectKind::kAnyObject);
+    Query("GetManager");
+    TestObject* const object = ObjectAt(cacheIndex);
     return object ? object->GetDataModelMgr() : QormPtr<IDataModelMgr>();
 }
 
-bool IsAssetLoaded(IQormInstance* /*instance*/, int cacheIndex)
+bool IsAssetLoaded(IQormInstance* instance, int cacheIndex)
 {
-    TestObject const* const object = Find(cacheIndex, eObjectKind::kTypeAsset);
-    return object && object->IsLoaded();
+    Query("IsLoaded");
+    return HasObject(instance, cacheIndex, eObjectKind::kTypeAsset)
+           && ObjectAt(cacheIndex)->m_IsLoaded;
 }
 
 } // namespace hostkit
@@ -104,28 +92,27 @@ UID const& UID_Resource()
 
 QormPtr<IHelper> IHelper::GetHelper(QormPtr<IQormInstance> const& instance)
 {
-    TestHost::Get().Count("GetHelper");
-    static TestHelper* const helper = new TestHelper;
-    return instance.IsNull() ? QormPtr<IHelper>() : QormPtr<IHelper>(helper);
+    Query("GetHelper");
+    return QormPtr<IHelper>(instance.IsNull() ? nullptr : new TestHelper);
 }
 
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource)
 {
-    TestHost::Get().Count("GetDataSourceFromResource");
-    TestObject* const object = Find(resource.GetCacheIndex(), eObjectKind::kValueAsset);
+    Query("GetDataSourceFromResource");
+    TestObject* const object = ObjectAt(resource.GetCacheIndex());
     return QormPtr<IDataSource>(object ? object->m_Represents : nullptr);
 }
 
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource)
 {
-    TestHost::Get().Count("GetResourceExpandedURI");
-    TestObject* const object = Find(resource.GetCacheIndex(), eObjectKind::kAnyObject);
+    Query("GetResourceExpandedURI");
+    TestObject* const object = ObjectAt(resource.GetCacheIndex());
     return object && object->m_Represents ? object->m_Represents->m_Uri : std::string();
 }
 
 void PrintDebugString(std::string const& text)
 {
-    TestHost::Get().Record("PrintDebugString", {Quoted(text)});
+    Record("PrintDebugString", {Quoted(text)});
 }
 
 } // namespace qorm

@@ -3,19 +3,25 @@
 
 // The object database of the test host.
 
-#include "qorm.h"
 #include "refcounted.h"
+#include "testcalls.h"
 
-#include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
 class TestDataSource : public hostkit::CRefCounted<qorm::IDataSource>
 {
 public:
-    explicit TestDataSource(std::string const& uri, int accessMode = 0);
-    int GetAccessMode() const override;
+    TestDataSource(std::string const& uri, int accessMode)
+        : m_Uri(uri)
+        , m_AccessMode(accessMode)
+    {}
+
+    int GetAccessMode() const override
+    {
+        Query("GetAccessMode", {Quoted(m_Uri)});
+        return m_AccessMode;
+    }
 
     std::string m_Uri;
     int m_AccessMode;
@@ -25,14 +31,24 @@ public:
 class TestObject : public hostkit::CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qorm::IValueAsset>
 {
 public:
-    TestObject(std::string const& uid, int cacheIndex, TestDataSource* source);
-
     qorm::QormPtr<qorm::IDataModelMgr> GetDataModelMgr() const override;
-    bool IsLoaded() const;
-    bool IsReadOnly() const override;
-    char const* GetName() const override;
     qorm::QormHandle<qorm::IValueAsset> GetAssetHandle() const override;
-    qorm::DbObjectId GetDbObjectId() const override;
+
+    bool IsReadOnly() const override
+    {
+        Query("IsReadOnly", {QString::fromStdString(m_Uid)});
+        return m_IsReadOnly;
+    }
+
+    char const* GetName() const override
+    {
+        return m_ResourceName.c_str();
+    }
+
+    qorm::DbObjectId GetDbObjectId() const override
+    {
+        return qorm::DbObjectId(m_Uid.c_str());
+    }
 
     std::string m_Uid;
     int m_CacheIndex;
@@ -55,32 +71,82 @@ public:
 class TestDatabase : public hostkit::CRefCounted<qorm::IQormInstance>
 {
 public:
-    static TestDatabase& Get();
+    static TestDatabase& Get()
+    {
+        static TestDatabase* const database = new TestDatabase;
+        return *database;
+    }
 
     /// Forgets everything but the components.
-    void Clear();
+    void Clear()
+    {
+        for (std::size_t index = 2; index < m_Cache.size(); ++index) {
+            if (m_Cache[index])
+                Remove(*m_Cache[index]);
+        }
+        m_Cache.resize(2);
+        for (std::size_t index = 2; index < m_Sources.size(); ++index)
+            m_Sources[index]->Release();
+        m_Sources.resize(2);
+        for (TestDataSource* source : m_ComponentSources)
+            source->m_AccessMode = 0;
+    }
 
-    TestDataSource* AddSource(std::string const& uri, int accessMode = 0);
-    TestObject& AddObject(std::string const& uid, TestDataSource* source);
+    TestDataSource* AddSource(std::string const& uri, int accessMode = 0)
+    {
+        m_Sources.push_back(new TestDataSource(uri, accessMode));
+        m_Sources.back()->AddRef();
+        return m_Sources.back();
+    }
+
+    TestObject& AddObject(std::string const& uid, TestDataSource* source)
+    {
+        TestObject* const object = new TestObject;
+        object->AddRef();
+        object->m_Uid = uid;
+        object->m_CacheIndex = static_cast<int>(m_Cache.size());
+        object->m_Source = source;
+        m_Cache.push_back(object);
+        return *object;
+    }
+
     /// An object that stands for the data source.
     TestObject& AddResource(std::string const& uid, std::string const& name,
-                            TestDataSource* represents);
+                            TestDataSource* represents)
+    {
+        TestObject& resource = AddObject(uid, nullptr);
+        resource.m_IsResource = true;
+        resource.m_ResourceName = name;
+        resource.m_Represents = represents;
+        return resource;
+    }
+
     /// Handles to it turn invalid.
-    void Remove(TestObject& object);
+    void Remove(TestObject& object)
+    {
+        m_Cache[object.m_CacheIndex] = nullptr;
+        object.Release();
+    }
 
-    /// Null when there is none.
-    TestObject* Find(std::string const& uid) const;
-    TestObject* At(int cacheIndex) const;
-    qorm::QormHandle<qorm::IDbObject> GetHandle(TestObject const* object) const;
-    std::vector<TestObject*> GetResources() const;
+    /// Invalid when there is none.
+    qorm::QormHandle<qorm::IDbObject> Find(qorm::DbObjectId const& objectId) const
+    {
+        for (TestObject const* object : m_Cache) {
+            if (object && object->m_Uid == objectId.GetStr())
+                return qorm::QormHandle<qorm::IDbObject>(qorm::QormPtr<qorm::IQormInstance>(&Get()),
+                                                         object->m_CacheIndex);
+        }
+        return qorm::QormHandle<qorm::IDbObject>();
+    }
 
+    /// By their cache indexes; null for removed ones.
+    std::vector<TestObject*> m_Cache;
     /// Where the application's two components live.
     TestDataSource* m_ComponentSources[2];
 
 private:
     TestDatabase();
 
-    std::vector<TestObject*> m_Cache;
     std::vector<TestDataSource*> m_Sources;
 };
 

@@ -11,43 +11,46 @@
 //     browser.SetItemLibrary(library.GetAccessor());
 //     QCOMPARE(host.TakeCalls(), QStringList() << "ScsTask 'NodeBrowser'" << ...);
 
-#include "datamodel.h"
+#include "framework.h"
 #include "sourcecontrol.h"
-#include "testdatabase.h"
 #include "testlibrary.h"
 
-#include <QMap>
-#include <QStringList>
+#include <algorithm>
 
-#include <functional>
-#include <stdexcept>
-#include <vector>
-
-/// What the host throws when a test told it to.
-class HostError : public std::runtime_error
-{
-public:
-    explicit HostError(QString const& operation);
-};
-
-/// Runs what it is given and keeps it for undo.
+/// Nothing is run: what commands do is not for these tests.
 class TestCommandManager : public wek::fwk::ICommandManager
 {
 public:
-    void Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& command) override;
-
-    std::vector<wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand>> m_Executed;
+    void Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& /*command*/) override {}
 };
 
 /// The service "RevisionControlUIHelper" over the test database.
 class TestRevisionControl : public qorm::IRevisionControlUIHelper
 {
 public:
-    qorm::QormHandle<qorm::IDbObject> FindObject(qorm::DbObjectId const& objectId) override;
-    void CheckOut(qorm::QormHandle<qorm::IDbObject> const& object, bool& checkedOut,
-                  bool askUser) override;
-    void MakeWritable(qorm::QormHandle<qorm::IDbObject> const& object, bool askUser) override;
-    void ShowFiles(qorm::QormHandle<qorm::IDbObject> const& object, bool withDependencies) override;
+    typedef qorm::QormHandle<qorm::IDbObject> Object;
+
+    Object FindObject(qorm::DbObjectId const& objectId) override
+    {
+        Query("FindObject", {QString::fromLatin1(objectId.GetStr())});
+        return TestDatabase::Get().Find(objectId);
+    }
+
+    void CheckOut(Object const& object, bool& checkedOut, bool askUser) override
+    {
+        Record("CheckOut", {TextOf(object), TextOf(askUser)});
+        checkedOut = true;
+    }
+
+    void MakeWritable(Object const& object, bool askUser) override
+    {
+        Record("MakeWritable", {TextOf(object), TextOf(askUser)});
+    }
+
+    void ShowFiles(Object const& object, bool withDependencies) override
+    {
+        Record("ShowFiles", {TextOf(object), TextOf(withDependencies)});
+    }
 };
 
 /// The service "RevisionControlPropertiesMgr".
@@ -55,94 +58,111 @@ class TestProperties : public IRevisionControlPropertiesMgr, private IKvTrackedS
 {
 public:
     /// Tells the slots that it goes.
-    ~TestProperties() override;
+    ~TestProperties() override
+    {
+        for (auto const& connection : std::exchange(m_Connections, Connections())) {
+            connection.first->Reset();
+            connection.second->OnRevisionControlPropertiesChange(nullptr);
+        }
+    }
 
-    void Connect(IRevisionControlPropertiesMgr_Slot* slot, KvTrackedSlot* entry) override;
-    bool HasRevisionControlEnabled() override;
-    void GetRevisionControlEnabled(bool* enabled) override;
+    void Connect(IRevisionControlPropertiesMgr_Slot* slot, KvTrackedSlot* entry) override
+    {
+        entry->Connect(this);
+        m_Connections[entry] = slot;
+    }
+
+    bool HasRevisionControlEnabled() override
+    {
+        Query("HasRevisionControlEnabled");
+        return m_IsAvailable;
+    }
+
+    void GetRevisionControlEnabled(bool* enabled) override
+    {
+        Query("GetRevisionControlEnabled");
+        *enabled = m_IsEnabled;
+    }
 
     /// Tells the slots that the properties changed.
-    void Notify();
-    std::size_t GetConnectionCount() const;
+    void Notify()
+    {
+        for (auto const& connection : Connections(m_Connections))
+            connection.second->OnRevisionControlPropertiesChange(this);
+    }
 
     bool m_IsAvailable = true;
     bool m_IsEnabled = false;
 
+    typedef std::map<KvTrackedSlot*, IRevisionControlPropertiesMgr_Slot*> Connections;
+    Connections m_Connections;
+
 private:
-    typedef std::pair<KvTrackedSlot*, IRevisionControlPropertiesMgr_Slot*> Connection;
-
-    void Disconnect(KvTrackedSlot* entry) override;
-
-    std::vector<Connection> m_Connections;
+    void Disconnect(KvTrackedSlot* entry) override
+    {
+        m_Connections.erase(entry);
+    }
 };
 
-/// The service "QormDBProxy".
+/// The service "QormDBProxy", which has nothing to tell.
 class TestProxy : public wek::fwk::IQormDBProxy
 {
 public:
-    tarno::datamodel::ItemLibraryAccessor GetItemLibrary() override;
-    void AddListener(wek::fwk::IQormDBProxy_Signal* listener) override;
-    void RemoveListener(wek::fwk::IQormDBProxy_Signal* listener) override;
+    tarno::datamodel::ItemLibraryAccessor GetItemLibrary() override
+    {
+        return m_ItemLibrary;
+    }
+
+    void AddListener(wek::fwk::IQormDBProxy_Signal* /*listener*/) override {}
+    void RemoveListener(wek::fwk::IQormDBProxy_Signal* /*listener*/) override {}
 
     tarno::datamodel::ItemLibraryAccessor m_ItemLibrary;
-    std::vector<wek::fwk::IQormDBProxy_Signal*> m_Listeners;
 };
 
 /// The system object of the process while it exists; one at a time. It starts without services.
-class TestHost : public wek::fwk::ISystem
+class TestHost : public wek::fwk::ISystem, public TestCalls
 {
 public:
-    TestHost();
-    ~TestHost() override;
-    static TestHost& Get();
+    TestHost()
+        : m_Database(TestDatabase::Get())
+    {
+        m_Database.Clear();
+    }
 
-    wek::IBase* GetService(char const* name) override;
+    static TestHost& Get()
+    {
+        return static_cast<TestHost&>(TestCalls::Get());
+    }
+
+    wek::IBase* GetService(char const* name) override
+    {
+        Query("GetService", {Quoted(name)});
+        return m_Services.value(name, nullptr);
+    }
+
     /// Null takes the service away.
-    void SetService(char const* name, wek::IBase* service);
+    void SetService(char const* name, wek::IBase* service)
+    {
+        m_Services[name] = service;
+    }
+
     /// Registers m_RevisionControl.
-    void AddRevisionControl();
-
-    /// What was done to the host since the last call, in order. Texts stand in quotes, so that
-    /// '' and null differ; the host's own command manager is "manager".
-    QStringList TakeCalls();
-    /// How often a query was asked, or an operation called, since the last call for it.
-    int TakeCount(char const* operation);
-    /// The n-th call of the operation from now on throws a HostError, once.
-    void ThrowAt(char const* operation, int call);
-    /// The n-th call of whatever operation from now on runs the action, once, before it does
-    /// anything else.
-    void RunAt(int call, std::function<void()> const& action);
-    /// The action has been run.
-    bool HasRun() const;
-
-    // For the definitions of the contract.
-    void Record(char const* operation, QStringList const& arguments = QStringList());
-    void Query(char const* operation, QStringList const& arguments = QStringList());
-    /// For what is never listed.
-    void Count(char const* operation);
+    void AddRevisionControl()
+    {
+        SetService("RevisionControlUIHelper", &m_RevisionControl);
+    }
 
     TestDatabase& m_Database;
     TestCommandManager m_CommandManager;
     TestRevisionControl m_RevisionControl;
-    TestProperties m_Properties;
     TestProxy m_Proxy;
 
-    /// List queries among the calls, too.
-    bool m_ListsQueries = false;
     bool m_IsFileVersionControlActive = false;
     /// Creating, renaming and tagging change nothing and say so.
     bool m_RefusesChanges = false;
-    /// What GetApplicationCommandManager answers.
-    wek::fwk::ICommandManager* m_ApplicationCommandManager;
-    int m_LiveTasks = 0;
 
 private:
     QMap<QString, wek::IBase*> m_Services;
-    QStringList m_Calls;
-    QMap<QString, int> m_Counts;
-    QMap<QString, int> m_CallsUntilThrow;
-    int m_CallsUntilAction = 0;
-    std::function<void()> m_Action;
 };
 
 #endif
