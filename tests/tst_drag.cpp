@@ -81,30 +81,26 @@ private Q_SLOTS:
 
     void survivesWhatHappensDuringDrag_data()
     {
-        AddColumns<int>("event");
-        AddRow("panel deleted", 0);
-        AddRow("library closed", 1);
-        AddRow("library replaced", 2);
-        AddRow("list rebuilt", 3);
-        AddRow("mouse moved on", 4);
+        AddColumns<QString>("event");
+        for (char const* event : {"panel deleted", "library closed", "library replaced",
+                                  "list rebuilt", "mouse moved on"})
+            AddRow(event, event);
     }
 
     void survivesWhatHappensDuringDrag()
     {
-        QFETCH(int, event);
+        QFETCH(QString, event);
         TestLibrary other("B");
         drags.meanwhile = [&] {
-            if (event == 0) {
-                m_Browser.reset();
-                return;
-            }
-            if (event == 1)
+            if (event == "panel deleted")
+                return m_Browser.reset();
+            if (event == "library closed")
                 m_Library.reset();
-            if (event == 2)
+            if (event == "library replaced")
                 m_Browser->SetItemLibrary(other.GetAccessor());
-            if (event == 3)
+            if (event == "list rebuilt")
                 m_Library->Remove((*m_Library)["a solver"]);
-            if (event == 4)
+            if (event == "mouse moved on")
                 Drag(1);
             m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
             m_Browser->Paint();
@@ -113,7 +109,7 @@ private Q_SLOTS:
         Drag(0);
         QCOMPARE(drags.count, 1);
         // Without the panel there is nothing left to drag.
-        QCOMPARE(drags.cancelCount, event == 0 ? 1 : 0);
+        QCOMPARE(drags.cancelCount, event == "panel deleted" ? 1 : 0);
         if (m_Browser)
             m_Browser->Paint();
         if (!m_Library)

@@ -1,8 +1,6 @@
 #include "browsertest.h"
 #include "testtable.h"
 
-#include <QRegularExpression>
-
 using namespace tarno::datamodel;
 
 typedef CNodeBrowser::Item Item;
@@ -26,26 +24,23 @@ private Q_SLOTS:
         m_Host->m_ListsQueries = true;
         m_Host->TakeCount("GetItemName");
         m_Browser->SetItemLibrary(m_Library->GetAccessor());
-        QStringList const asked = m_Host->TakeCalls().filter(
-            QRegularExpression("^(GetItems|IsValidGraphItemType|GetValue|GetItemTags) "));
-        // One question a name, however long sorting takes.
+        // Of each question the first letters and its item; one about a name, however long sorting
+        // takes.
+        QStringList asked;
+        for (QString const& call : m_Host->TakeCalls()) {
+            if (call.startsWith("GetItems ") || call.startsWith("IsValidGraphItemType "))
+                asked << call.section(' ', 1);
+            else if (call.startsWith("GetValue "))
+                asked << call.section(' ', 2).left(1);
+            else if (call.startsWith("GetItemTags "))
+                asked << "tags";
+        }
+        QCOMPARE(asked.join(' '),
+                 QString("polymorphicSolver polymorphicSolver second P S tags "
+                         "polymorphicSolver first P S tags compound compound hidden "
+                         "constant constant nested P constant special P S "
+                         "solver solver solver P S tags type type type P S tags"));
         QCOMPARE(m_Host->TakeCount("GetItemName"), 4);
-
-        // The last question is about the tags of an item that is listed.
-        auto const askAbout = [](char const* kind, QString const& name, int questions) {
-            return QStringList{QString("IsValidGraphItemType %1 %2").arg(kind, name),
-                               "GetValue " + name + " Parent", "GetValue " + name + " Specializes",
-                               "GetItemTags " + name + " 'ApplicationTags'"}
-                .mid(0, questions);
-        };
-        QCOMPARE(asked, QStringList("GetItems polymorphicSolver")
-                            + askAbout("polymorphicSolver", "second", 4)
-                            + askAbout("polymorphicSolver", "first", 4)
-                            + QStringList("GetItems compound") + askAbout("compound", "hidden", 1)
-                            + QStringList("GetItems constant") + askAbout("constant", "nested", 2)
-                            + askAbout("constant", "special", 3) + QStringList("GetItems solver")
-                            + askAbout("solver", "solver", 4) + QStringList("GetItems type")
-                            + askAbout("type", "type", 4));
         QCOMPARE(m_Browser->GetNames(), QString("first second solver type"));
     }
 
@@ -92,7 +87,6 @@ private Q_SLOTS:
         item.tags["ApplicationTags"] = "New;Kept";
         TellTags(item.id);
         QCOMPARE(registry.GetItemTags(item.id), (Tags{"New", "Kept", tag.toStdString()}));
-        QVERIFY(!registry.HasItemTag(item.id, "Own"));
         item.tags.clear();
         TellTags(item.id);
         QCOMPARE(registry.GetItemTags(item.id), Tags{tag.toStdString()});
@@ -121,42 +115,32 @@ private Q_SLOTS:
         AddStored(TarnoType::gCompound, "c", m_Host->m_Database.AddSource("shared", 1));
         AddStored(TarnoType::gSolver, "d", project);
         m_Library->Add(TarnoType::gCompound, "no UID", "", "Compound:x");
-        // In the order of the table of contents.
-        QString const request = "RequestObjectStates [" + second + " " + first + "]";
-
-        // What the host tells before the first paint has the list made again; that is five
-        // questions.
-        struct SNews
-        {
-            std::function<void()> tell;
-            int questions;
-            QString request;
-        };
-        SNews const news[] = {
-            {[] {}, 0, request},
-            {[&] { TellInvalidated(); }, 5, request},
-            {[&] { TellTags((*m_Library)["a"].id); }, 5, request},
-            {[&] { TellState((*m_Library)["a"].id, 3); }, 5, request},
-            {[&] { m_Browser->SetSourceControlEnabled(true); }, 5, request},
-            {[&] { m_Host->SetService("RevisionControlUIHelper", nullptr); }, 5,
-             "RequestObjectStates []"},
-        };
         m_Browser.reset(new TestBrowser);
-        for (SNews const& each : news) {
+        // In the order of the table of contents.
+        QString request = "RequestObjectStates [" + second + " " + first + "]";
+        QString states = "400000 400000 0 0 0";
+        auto const check = [&](std::function<void()> const& tell, int questions) {
             m_Browser->SetItemLibrary(m_Library->GetAccessor());
             QCOMPARE(GetStates(), QString("0 0 0 0 0"));
             m_Host->TakeCalls();
-            each.tell();
+            tell();
             m_Host->TakeCount("GetItems");
             m_Browser->Paint();
-            QCOMPARE(m_Host->TakeCalls(), QStringList(each.request));
-            QCOMPARE(m_Host->TakeCount("GetItems"), each.questions);
-            QCOMPARE(GetStates(),
-                     QString(each.request == request ? "400000 400000 0 0 0" : "0 0 0 0 0"));
+            QCOMPARE(m_Host->TakeCalls(), QStringList(request));
             m_Browser->Paint();
             QVERIFY(m_Host->TakeCalls().isEmpty());
-            QCOMPARE(m_Host->TakeCount("GetItems"), 0);
-        }
+            QCOMPARE(m_Host->TakeCount("GetItems"), questions);
+            QCOMPARE(GetStates(), states);
+        };
+        // What the host tells before the first paint has the list made again: five questions.
+        check([] {}, 0);
+        check([&] { TellInvalidated(); }, 5);
+        check([&] { TellTags((*m_Library)["a"].id); }, 5);
+        check([&] { TellState((*m_Library)["a"].id, 3); }, 5);
+        check([&] { m_Browser->SetSourceControlEnabled(true); }, 5);
+        request = "RequestObjectStates []";
+        states = "0 0 0 0 0";
+        check([&] { m_Host->SetService("RevisionControlUIHelper", nullptr); }, 5);
     }
 
     void takesStateOfTheFirstItemWithTheIdentifier()

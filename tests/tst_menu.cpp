@@ -57,41 +57,34 @@ private Q_SLOTS:
         QCOMPARE(m_Browser->m_SelectedIndex, 1ul);
     }
 
-    void listsDataSources_data()
-    {
-        AddColumns<int, QString>("accessMode", "entries");
-        QString const tip = " Move compound to this data source file:///";
-        QString const uid = "C0000000-0000-4000-8000-000000000001 to ";
-        AddRow("project", 0,
-               "other " + uid + "res-1" + tip + "other|(project[Current]) " + uid + "res-2" + tip
-                   + "project|(shared [Read-Only]) " + uid + "res-4" + tip + "shared");
-        AddRow("read-only project", 1,
-               "(other) " + uid + "res-1" + tip + "other|(project[Current] [Read-Only]) " + uid
-                   + "res-2" + tip + "project|(shared [Read-Only]) " + uid + "res-4" + tip
-                   + "shared");
-    }
-
     void listsDataSources()
     {
-        QFETCH(int, accessMode);
-        QFETCH(QString, entries);
         m_Host->AddRevisionControl();
         TestDatabase& database = m_Host->m_Database;
-        TestDataSource* const source = database.AddSource("file:///project", accessMode);
-        m_Library->AddObject(
-            m_Library->Add(TarnoType::gCompound, "x", "", "C0000000-0000-4000-8000-000000000001"),
-            source);
+        QString const uid = "C0000000-0000-4000-8000-000000000001";
+        TestDataSource* const source = database.AddSource("file:///project");
+        m_Library->AddObject(m_Library->Add(TarnoType::gCompound, "x", "", qPrintable(uid)),
+                             source);
         MakeBrowser();
         database.AddResource("res-1", "other", database.AddSource("file:///other"));
         database.AddResource("res-2", "project", source);
         database.AddResource("res-3", "lost", nullptr);
         database.AddResource("res-4", "shared", database.AddSource("file:///shared", 1));
         database.AddObject("no resource", source);
-        m_Host->TakeCalls();
-        QCOMPARE(ReadMenu(0).section("Compound source|", 1).section("|Edit", 0, 0), entries);
-        QCOMPARE(m_Host->TakeCalls(),
-                 QStringList(QString("RunQuery 'select object where IS_OF_TYPE_VERSION( {%1 } )'")
-                                 .arg(qorm::UID_Resource().GetStr())));
+        for (int const accessMode : {0, 1}) {
+            source->m_AccessMode = accessMode;
+            m_Host->TakeCalls();
+            QString const tip = " Move compound to this data source file:///";
+            QString const entries =
+                (accessMode ? "(other) " : "other ") + uid + " to res-1" + tip + "other|"
+                + (accessMode ? "(project[Current] [Read-Only]) " : "(project[Current]) ") + uid
+                + " to res-2" + tip + "project|(shared [Read-Only]) " + uid + " to res-4" + tip
+                + "shared";
+            QCOMPARE(ReadMenu(0).section("Compound source|", 1).section("|Edit", 0, 0), entries);
+            QCOMPARE(m_Host->TakeCalls().join('|'),
+                     QString("RunQuery 'select object where IS_OF_TYPE_VERSION( {%1 } )'")
+                         .arg(qorm::UID_Resource().GetStr()));
+        }
     }
 
     void addsCommandsToMenusOfTheHost()

@@ -111,27 +111,24 @@ private:
     QString Describe() const
     {
         QStringList facts;
-        QStringList tagFacts;
-        for (std::string const tag : {"", "X", "my tag", "x", "y", kCategory}) {
-            QString items;
-            for (TestItem const* item : m_Library->m_Listed) {
-                if (m_Registry.HasItemTag(item->id, tag.c_str()))
-                    items += QString::fromStdString(item->name);
-            }
-            if (m_Registry.GetTagItems(tag.c_str()).size() != std::size_t(items.size()))
-                items += "?";
-            if (!items.isEmpty())
-                tagFacts << QString::fromStdString(tag) + "=" + items;
-        }
         for (TestItem const* item : m_Library->m_Listed) {
-            std::set<std::string> const& tags = m_Registry.GetItemTags(item->id);
-            std::string const joined = boost::algorithm::join(tags, ",");
-            if (m_Registry.HasItem(item->id))
-                facts << QString::fromStdString(item->name + ":" + joined);
-            else if (!tags.empty())
-                facts << "?";
+            std::string const tags = boost::algorithm::join(m_Registry.GetItemTags(item->id), ",");
+            if (m_Registry.HasItem(item->id) || !tags.empty())
+                facts << QString::fromStdString(item->name + ":" + tags);
         }
-        return (facts + tagFacts).join(' ');
+        for (std::string const tag : {"", "X", "my tag", "x", "y", kCategory}) {
+            std::string items;
+            for (ItemID const& id : m_Registry.GetTagItems(tag.c_str()))
+                items += m_Library->Find(id)->name;
+            for (TestItem const* item : m_Library->m_Listed) {
+                bool const hasTag = items.find(item->name) != std::string::npos;
+                if (m_Registry.HasItemTag(item->id, tag.c_str()) != hasTag)
+                    items += "?";
+            }
+            if (!items.empty())
+                facts << QString::fromStdString(tag + "=" + items);
+        }
+        return facts.join(' ');
     }
 
     ItemTagsRegistry m_Registry;
