@@ -122,4 +122,10 @@ inline void MoveObject(std::string const& uid, qorm::QormPtr<qorm::IDataSource> 
     qorm::IHelper::GetHelper(object.GetInstance())->MoveToDataSource(object, target, true);
 }
 
+inline QByteArray ResourceQuery()
+{
+    return QByteArray("select object where IS_OF_TYPE_VERSION( {") + qorm::UID_Resource().GetStr()
+           + " } )";
+}
+
 #endif

@@ -9,16 +9,11 @@ char const* const kProjectUid = "AAAAAAAA-0000-0000-0000-000000000001";
 char const* const kFactoryUid = "AAAAAAAA-0000-0000-0000-000000000002";
 char const* const kFactoryComponent = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
-namespace {
-
 char const* const kManifest = R"({"format": 1, "name": "Test", "dataSources": [
     {"uid": "AAAAAAAA-0000-0000-0000-000000000001", "name": "Project", "path": "project",
      "access": "read-write"},
     {"uid": "AAAAAAAA-0000-0000-0000-000000000002", "name": "Factory", "path": "factory",
      "access": "read-only", "component": "D2BA853A-8668-704A-A121-1F7DE917B664"}]})";
-
-} // namespace
-
 LibraryFolder::LibraryFolder()
 {
     QDir(GetPath()).mkdir(QStringLiteral("project"));

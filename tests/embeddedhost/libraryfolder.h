@@ -9,7 +9,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/// Uids of what a LibraryFolder has from the start.
+/// What a LibraryFolder has from the start: its library.json, and the uids in there.
+extern char const* const kManifest;
 extern char const* const kProjectUid;
 extern char const* const kFactoryUid;
 extern char const* const kFactoryComponent;

@@ -3,30 +3,35 @@
 #include <QApplication>
 #include <QMap>
 
+#include <memory>
+#include <vector>
+
 namespace {
 
+typedef int (*RunChild)(QStringList const& arguments);
+
 // Functions, since those who add are static objects themselves.
-QMap<QString, TestProgram::MakeTest>& GetTests()
+std::vector<MakeTest>& GetTests()
 {
-    static QMap<QString, TestProgram::MakeTest> tests;
+    static std::vector<MakeTest> tests;
     return tests;
 }
 
-QMap<QString, TestProgram::RunChild>& GetChildren()
+QMap<QByteArray, RunChild>& GetChildren()
 {
-    static QMap<QString, TestProgram::RunChild> children;
+    static QMap<QByteArray, RunChild> children;
     return children;
 }
 
 } // namespace
 
-bool TestProgram::AddTest(QString const& name, MakeTest const& make)
+bool AddTest(MakeTest makeTest)
 {
-    GetTests()[name] = make;
+    GetTests().push_back(makeTest);
     return true;
 }
 
-bool TestProgram::AddChild(QString const& name, RunChild const& run)
+bool AddChild(char const* name, RunChild run)
 {
     GetChildren()[name] = run;
     return true;
@@ -34,15 +39,23 @@ bool TestProgram::AddChild(QString const& name, RunChild const& run)
 
 int main(int argc, char** argv)
 {
-    QString const name = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
-    if (auto const run = GetChildren().value(name)) {
+    // Options are for all.
+    QByteArray const name(argc > 1 && *argv[1] != '-' ? argv[1] : "");
+    if (RunChild const run = GetChildren().value(name)) {
         QApplication const application(argc, argv);
         return run(QCoreApplication::arguments().mid(2));
     }
-    if (auto const make = GetTests().value(name))
-        return RunTest(*make(), argc - 1, argv + 1);
+    int const isOne = !name.isEmpty();
     int failures = 0;
-    for (auto const& make : GetTests())
-        failures += RunTest(*make(), argc, argv);
-    return failures;
+    bool isFound = false;
+    for (MakeTest const makeTest : GetTests()) {
+        std::unique_ptr<LoggedTest> const test(makeTest());
+        if (!isOne || name == test->metaObject()->className()) {
+            isFound = true;
+            failures += RunTest(*test, argc - isOne, argv + isOne);
+        }
+    }
+    if (!isFound)
+        qCritical("there is no test class \"%s\"", name.constData());
+    return isFound ? failures : 1;
 }

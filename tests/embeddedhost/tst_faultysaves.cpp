@@ -111,18 +111,6 @@ private:
         QCOMPARE(m_Folder->Read().size(), m_Before.size());
     }
 
-    void AddFaults()
-    {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<bool>("forGood");
-        QTest::addColumn<bool>("isHalf");
-        QTest::newRow("once: another file system") << EXDEV << false << false;
-        QTest::newRow("once: the disk is full after half a write") << ENOSPC << true << true;
-        QTest::newRow("once: the disk is broken") << EIO << false << false;
-        QTest::newRow("the disk is full") << ENOSPC << true << false;
-        QTest::newRow("no more files can be opened") << EMFILE << true << false;
-    }
-
     void FailAt(int call)
     {
         QFETCH(int, error);
@@ -177,7 +165,14 @@ private:
 private Q_SLOTS:
     void savesThatFailLoseNothing_data()
     {
-        AddFaults();
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("forGood");
+        QTest::addColumn<bool>("isHalf");
+        QTest::newRow("once: another file system") << EXDEV << false << false;
+        QTest::newRow("once: the disk is full after half a write") << ENOSPC << true << true;
+        QTest::newRow("once: the disk is broken") << EIO << false << false;
+        QTest::newRow("the disk is full") << ENOSPC << true << false;
+        QTest::newRow("no more files can be opened") << EMFILE << true << false;
     }
 
     void savesThatFailLoseNothing()
@@ -207,7 +202,7 @@ private Q_SLOTS:
 
     void movesThatFailLoseNothing_data()
     {
-        AddFaults();
+        savesThatFailLoseNothing_data();
     }
 
     void movesThatFailLoseNothing()
@@ -247,7 +242,7 @@ private Q_SLOTS:
 
     void journalsThatFailLoseNothing_data()
     {
-        AddFaults();
+        savesThatFailLoseNothing_data();
     }
 
     void journalsThatFailLoseNothing()

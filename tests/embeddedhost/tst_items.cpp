@@ -43,12 +43,6 @@ QormHandle<T> FindAs(std::string const& uid)
     return handle;
 }
 
-QByteArray ResourceQuery()
-{
-    return QByteArray("select object where IS_OF_TYPE_VERSION( {") + UID_Resource().GetStr()
-           + " } )";
-}
-
 QStringList gPrinted;
 
 } // namespace

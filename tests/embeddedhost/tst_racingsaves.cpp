@@ -13,7 +13,6 @@
 #include <cstdio>
 #include <map>
 #include <set>
-#include <vector>
 
 using namespace tarno::datamodel;
 
@@ -79,25 +78,23 @@ int RunHost(QStringList const& arguments)
     return 0;
 }
 
-/// In milliseconds: a version that a save puts in place is taken back within that time when it
-/// was overtaken.
-int const kLongestMoment = 5000;
+QString GetTags(nlohmann::ordered_json const& object)
+{
+    return QString::fromStdString(
+        object.value(nlohmann::ordered_json::json_pointer("/tags/ApplicationTags"), ""));
+}
 
-/// The object, as soon as it has all the words. Null when it has not got them again.
-nlohmann::ordered_json ReadWith(std::vector<std::string> const& words, QString const& path)
+/// The object, as soon as it has all the words. Null when it has not got them again within 5 s: a
+/// version that a save puts in place is taken back when it was overtaken.
+nlohmann::ordered_json ReadWith(QStringList const& words, QString const& path)
 {
     QElapsedTimer time;
     time.start();
-    while (time.elapsed() < kLongestMoment) {
+    while (time.elapsed() < 5000) {
         auto const content = nlohmann::ordered_json::parse(ReadFile(path).toStdString());
-        std::string const tags =
-            content.contains("tags")
-                ? ';' + content["tags"]["ApplicationTags"].get<std::string>() + ';'
-                : std::string();
-        bool const hasAll = std::all_of(words.begin(), words.end(), [&](std::string const& word) {
-            return tags.find(';' + word + ';') != std::string::npos;
-        });
-        if (hasAll)
+        QStringList const found = GetTags(content).split(';');
+        if (std::all_of(words.begin(), words.end(),
+                        [&](QString const& word) { return found.contains(word); }))
             return content;
     }
     return nullptr;
@@ -107,7 +104,7 @@ nlohmann::ordered_json ReadWith(std::vector<std::string> const& words, QString c
 int RunWriter(QStringList const& arguments)
 {
     QString const library = arguments[0];
-    std::map<int, std::vector<std::string>> words;
+    std::map<int, QStringList> words;
     QElapsedTimer time;
     time.start();
     for (int round = 0; time.elapsed() < arguments[1].toInt() * 1000; ++round) {
@@ -116,9 +113,8 @@ int RunWriter(QStringList const& arguments)
         auto content = ReadWith(words[object], path);
         if (content.is_null())
             return 2;
-        auto& tags = content["tags"]["ApplicationTags"];
         std::string const word = "w" + std::to_string(round);
-        tags = Add(tags.is_string() ? tags.get<std::string>() : std::string(), word);
+        content["tags"]["ApplicationTags"] = Add(GetTags(content).toStdString(), word);
         bool const isInPlace = round / kObjects % 2 == 0;
         QString const target = isInPlace ? path : library + "/written";
         if (!WriteFile(target, QByteArray::fromStdString(content.dump()))
@@ -128,13 +124,12 @@ int RunWriter(QStringList const& arguments)
                        != 0))
             return 1;
         Say("saved", object, word);
-        words[object].push_back(word);
+        words[object] << QString::fromStdString(word);
     }
     return 0;
 }
 
-bool const gAreChildrenAdded =
-    TestProgram::AddChild("save", RunHost) && TestProgram::AddChild("write", RunWriter);
+bool const gAreChildrenAdded = AddChild("save", RunHost) && AddChild("write", RunWriter);
 
 } // namespace
 
@@ -181,12 +176,11 @@ private:
     {
         std::set<QString> words;
         for (QByteArray const& file : m_Folder->Read()) {
-            auto const content = nlohmann::json::parse(file.toStdString(), nullptr, false);
+            auto const content = nlohmann::ordered_json::parse(file.toStdString(), nullptr, false);
             if (!content.is_object() || !content.contains("tags"))
                 continue;
             QString const object = QString::fromStdString(content["name"]).section(' ', 1);
-            QString const tags = QString::fromStdString(content["tags"]["ApplicationTags"]);
-            for (QString const& word : tags.split(';'))
+            for (QString const& word : GetTags(content).split(';'))
                 words.insert(object + ' ' + word);
         }
         return words;

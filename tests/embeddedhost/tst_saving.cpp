@@ -84,16 +84,8 @@ private Q_SLOTS:
         QTEST(Content("project/kept.json"), "after");
     }
 
-    void newItemsGetFilesAndLoseThem_data()
-    {
-        QTest::addColumn<bool>("isRestored");
-        QTest::newRow("a link in place of the file becomes one again") << true;
-        QTest::newRow("a link in place of the file is removed by hand") << false;
-    }
-
     void newItemsGetFilesAndLoseThem()
     {
-        QFETCH(bool, isRestored);
         ItemID const id = m_User->Create("Über Ramp!");
         m_User->Create("Uber-Ramp");
         m_User->Create(QByteArray(300, 'n'));
@@ -115,8 +107,7 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(path, real) && QFile::link(real, path));
         QVERIFY(!m_User->Save());
         QVERIFY2(Log().contains("it is a link") && QFileInfo::exists(path), qPrintable(Log()));
-        QVERIFY(QFile::remove(path));
-        QVERIFY(isRestored ? QFile::rename(real, path) : QFile::remove(real));
+        QVERIFY(QFile::remove(path) && QFile::rename(real, path));
         QVERIFY2(m_User->Save(), qPrintable(Log()));
         QVERIFY(m_User->NameOf(other).empty());
         QCOMPARE(m_Folder->Read().keys(), files);
@@ -128,11 +119,9 @@ private Q_SLOTS:
         ChangeRecorder recorder(m_Host->GetLibrary());
         recorder.refusesCommits = true;
         auto const before = m_Folder->Read();
-        QVERIFY(!m_User->Save());
+        QVERIFY(!m_User->Save() && m_User->IsModified(Item(1)));
         QCOMPARE(recorder.Take(), (QStringList{"precommit", "postcommit"}));
-        QCOMPARE(m_User->GetSaveMessages().size(), std::size_t(1));
-        QCOMPARE(m_Folder->Read(), before);
-        QVERIFY(m_User->IsModified(Item(1)));
+        QVERIFY(m_User->GetSaveMessages().size() == 1 && m_Folder->Read() == before);
     }
 
     void whatCannotBeWrittenStaysModified_data()
@@ -238,24 +227,19 @@ private Q_SLOTS:
         QCOMPARE(NameOf(9), QString("Ours"));
     }
 
-    void whatIsGoneIsNotMadeAgain_data()
-    {
-        QTest::addColumn<QString>("gone");
-        for (char const* gone : {"", "/library.json", "/project"})
-            QTest::newRow(gone) << gone;
-    }
-
     void whatIsGoneIsNotMadeAgain()
     {
-        QFETCH(QString, gone);
         m_User->Create("New");
-        QString const path = m_Folder->GetPath() + gone;
-        QVERIFY(QDir().rename(path, path + "-away"));
-        QVERIFY(!m_User->Save());
-        QVERIFY2(Log().contains("gone") || Log().contains("has no library.json"),
-                 qPrintable(Log()));
-        QVERIFY(!QFileInfo::exists(path) && m_Host->IsModified());
-        QVERIFY(QDir().rename(path + "-away", path));
+        for (char const* gone : {"", "/library.json", "/project"}) {
+            QString const path = m_Folder->GetPath() + gone;
+            QVERIFY(QDir().rename(path, path + "-away"));
+            QVERIFY(!m_User->Save());
+            QVERIFY2(Log().contains("gone") || Log().contains("has no library.json"),
+                     qPrintable(Log()));
+            QVERIFY(!QFileInfo::exists(path) && m_Host->IsModified());
+            QVERIFY(QDir().rename(path + "-away", path));
+            m_Host->GetMessages().ClearLog();
+        }
         QVERIFY2(m_User->Save(), qPrintable(Log()));
     }
 
@@ -273,7 +257,7 @@ private Q_SLOTS:
         QStringList kept = {"project/o1.json.BackUp", "project/o1.json.aBcDeF",
                             kStaging + "mine.txt"};
         int const large = 10;
-        for (int number = large; number < large + 120; ++number)
+        for (int number = large; number < large + 100; ++number)
             kept << staged(number);
         kept << staged(std::numeric_limits<int>::max());
         auto const before = m_Folder->Read();
@@ -290,7 +274,7 @@ private Q_SLOTS:
 
         Open();
         QVERIFY(QFile::resize(m_Folder->GetPath(staged(large)), 6));
-        QVERIFY2(Log().contains("there are 21 more such files"), qPrintable(Log()));
+        QVERIFY2(Log().contains("there are 1 more such files"), qPrintable(Log()));
         QCOMPARE(Log().count("holds what another program wrote"), 100);
         m_User->Rename(Item(1), "Soft Glow");
         QVERIFY2(m_User->Save(), "the numbers of its files go on");

@@ -1,5 +1,7 @@
 #include "gitfolder.h"
 
+#include "libraryfolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -58,13 +60,11 @@ void GitFolder::Write(QString const& file, QByteArray const& content) const
 {
     QString const path = GetPath(file);
     QDir().mkpath(QFileInfo(path).path());
-    QFile target(path);
-    if (!target.open(QIODevice::WriteOnly) || target.write(content) != content.size())
+    if (!WriteFile(path, content))
         qFatal("cannot write %s", qPrintable(path));
 }
 
 QByteArray GitFolder::Read(QString const& file) const
 {
-    QFile source(GetPath(file));
-    return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+    return ReadFile(GetPath(file));
 }

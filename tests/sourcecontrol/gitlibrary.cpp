@@ -1,7 +1,5 @@
 #include "gitlibrary.h"
 
-#include <sourcecontrol.h>
-
 #include <QTest>
 
 using namespace tarno::datamodel;
@@ -9,20 +7,10 @@ using namespace tarno::datamodel;
 GitLibrary::GitLibrary(int count)
     : m_Count(count)
 {
-    folder.Write("library.json", R"({
-  "format": 1,
-  "name": "Test",
-  "dataSources": [
-    {"uid": "10000000-0000-0000-0000-000000000001", "name": "Project", "path": "project",
-     "access": "read-write"},
-    {"uid": "10000000-0000-0000-0000-000000000002", "name": "Shipped", "path": "shipped",
-     "access": "read-only"}
-  ]
-}
-)");
+    folder.Write("library.json", kManifest);
     for (int i = 0; i < count; ++i)
-        WriteCompound(GetFile(i), GetUid(i), QStringLiteral("c%1").arg(i));
-    WriteCompound("shipped/shipped.json", GetUid(-1), "shipped");
+        Change(i, "");
+    folder.Write("factory/shipped.json", Object(0, "compound", "shipped"));
     folder.Commit("the library");
     host = std::make_unique<CEmbeddedHost>();
     if (!host->OpenLibrary(folder.GetPath()))
@@ -36,23 +24,9 @@ QString GitLibrary::GetFile(int number)
     return QStringLiteral("project/%1/c%2.json").arg(number / 500).arg(number);
 }
 
-std::string GitLibrary::GetUid(int number)
-{
-    return QStringLiteral("20000000-0000-0000-0000-%1")
-        .arg(number + 1, 12, 10, QChar('0'))
-        .toStdString();
-}
-
 ItemID GitLibrary::GetItem(int number) const
 {
     return host->FindItem(GetUid(number));
-}
-
-qorm::QormHandle<qorm::IDbObject> GitLibrary::GetObject(int number) const
-{
-    auto* const service = dynamic_cast<qorm::IRevisionControlUIHelper*>(
-        wekGetSystem()->GetService("RevisionControlUIHelper"));
-    return service->FindObject(qorm::DbObjectId(GetUid(number).c_str()));
 }
 
 ObjectList GitLibrary::GetObjects() const
@@ -63,18 +37,10 @@ ObjectList GitLibrary::GetObjects() const
     return objects;
 }
 
-void GitLibrary::Change(int number) const
+void GitLibrary::Change(int number, char const* more) const
 {
-    WriteCompound(GetFile(number), GetUid(number), QStringLiteral("c%1").arg(number),
-                  ", \"changed\": true");
-}
-
-void GitLibrary::WriteCompound(QString const& file, std::string const& uid, QString const& name,
-                               QByteArray const& more) const
-{
-    folder.Write(file, "{\"uid\": \"" + QByteArray::fromStdString(uid)
-                           + "\", \"kind\": \"compound\", \"name\": \"" + name.toUtf8() + '"' + more
-                           + "}\n");
+    QByteArray const name = 'c' + QByteArray::number(number);
+    folder.Write(GetFile(number), Object(number + 1, "compound", name, more));
 }
 
 unsigned StateRecorder::GetState(ItemID const& id) const

@@ -2,20 +2,18 @@
 #define NODEBROWSER_TESTS_GITLIBRARY_H
 
 #include "changerecorder.h"
-#include "embeddedhost.h"
 #include "gitfolder.h"
+#include "hosttest.h"
 
-#include <qorm.h>
+#include <sourcecontrol.h>
 
 #include <list>
 #include <map>
-#include <memory>
-#include <vector>
 
 typedef std::list<qorm::QormHandle<qorm::IDbObject>> ObjectList;
 
 /// A library in the root of a work tree, with compounds named c0, c1, ... in files of that name,
-/// and an embedded host. One more compound, "shipped", is in a read-only data source.
+/// and an embedded host. One more compound, number -1, is in a read-only data source.
 class GitLibrary
 {
 public:
@@ -26,19 +24,22 @@ public:
     std::unique_ptr<CEmbeddedHost> host;
 
     static QString GetFile(int number);
-    static std::string GetUid(int number);
+    static std::string GetUid(int number)
+    {
+        return Uid(number + 1);
+    }
     tarno::datamodel::ItemID GetItem(int number) const;
     /// By way of the service that panels use.
-    qorm::QormHandle<qorm::IDbObject> GetObject(int number) const;
+    qorm::QormHandle<qorm::IDbObject> GetObject(int number) const
+    {
+        return FindObject(GetUid(number));
+    }
     ObjectList GetObjects() const;
 
     /// Writes the file anew, with one more key.
-    void Change(int number) const;
+    void Change(int number, char const* more = R"(, "changed": true)") const;
 
 private:
-    void WriteCompound(QString const& file, std::string const& uid, QString const& name,
-                       QByteArray const& more = QByteArray()) const;
-
     int const m_Count;
 };
 

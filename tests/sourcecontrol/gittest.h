@@ -2,10 +2,7 @@
 #define NODEBROWSER_TESTS_GITTEST_H
 
 #include "gitlibrary.h"
-#include "hosttest.h"
 #include "sourcecontrol/statebits.h"
-
-#include <sourcecontrol.h>
 
 #include <QTest>
 

@@ -75,7 +75,7 @@ int UseLibrary(QStringList const& arguments)
     return 0;
 }
 
-bool const gIsChildAdded = TestProgram::AddChild("use", UseLibrary);
+bool const gIsChildAdded = AddChild("use", UseLibrary);
 
 int CountThreads()
 {
@@ -193,14 +193,6 @@ private Q_SLOTS:
         for (char const* path : {"", ".git"})
             QCOMPARE(chown(qPrintable(m_Library->folder.GetPath(path)), 12345, 12345), 0);
         Use("safe.directory", kUnknown);
-    }
-
-    void filesThatMayNotBeReadAreUnknown()
-    {
-        if (geteuid() == 0)
-            QSKIP("root may read everything");
-        QVERIFY(QFile::setPermissions(m_Library->folder.GetPath(".git/index"), {}));
-        Use("", kUnknown);
     }
 
     void answersAfterAll()

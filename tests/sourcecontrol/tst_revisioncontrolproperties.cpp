@@ -81,16 +81,12 @@ private Q_SLOTS:
         m_Manager->SetEnabled(false);
         m_Manager->GetRevisionControlEnabled(&isEnabled);
         QVERIFY(!isEnabled && m_Last->calls == 2);
-        m_Manager->SetEnabled(true);
-        m_Manager->GetRevisionControlEnabled(&isEnabled);
-        QVERIFY(isEnabled && m_Slots[0]->calls == 3);
     }
 
     void slotsDieWhileTheyAreTold()
     {
         LoseTwo();
         m_Manager->SetAvailable(true);
-        QCOMPARE(m_Last->calls, 1);
         m_Manager->SetEnabled(false);
         QCOMPARE(m_Last->calls, 2);
     }
@@ -105,8 +101,7 @@ private Q_SLOTS:
     void managerDiesWhileItTells()
     {
         m_Slots[0]->onCall = [&] {
-            if (m_Slots[0]->calls == 1)
-                m_Manager.reset();
+            m_Manager.reset();
         };
         m_Manager->SetAvailable(true);
         QVERIFY(!m_Slots[0]->last && m_Last->calls == 1 && !m_Last->last);
@@ -119,9 +114,6 @@ private Q_SLOTS:
         };
         m_Manager->SetAvailable(true);
         QCOMPARE(m_Slots[1]->calls, 0);
-        m_Last->onCall = nullptr;
-        m_Manager->SetAvailable(false);
-        QCOMPARE(m_Slots[1]->calls, 1);
     }
 };
 

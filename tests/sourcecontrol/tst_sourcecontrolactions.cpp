@@ -120,7 +120,7 @@ private Q_SLOTS:
         folder.Commit("writable");
         QVERIFY(m_Library->host->OpenLibrary(folder.GetPath()));
         QUndoStack& stack = m_Library->host->GetCommandManager().GetUndoStack();
-        QString const target = QString(m_File).replace("project/", "shipped/");
+        QString const target = QString(m_File).replace("project/", "factory/");
         QString const moved = "R  " + m_File + " -> " + target;
         QByteArray const content = folder.Read(m_File);
         MoveObject(GitLibrary::GetUid(0), m_Library->GetObject(-1).GetDataSource());
