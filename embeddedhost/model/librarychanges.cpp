@@ -1,9 +1,10 @@
 #include "model/library.h"
 
+#include "base/text8.h"
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "model/librarynotifier.h"
-#include "base/text8.h"
+#include "model/objectchange.h"
 
 #include <algorithm>
 #include <iterator>
@@ -101,9 +102,13 @@ bool LibraryFile::IsModified() const
 void CLibrary::ChangeObject(CLibraryItem& item, ordered_json object)
 {
     ItemID const id(&item.GetIdentity());
+    ordered_json const before = item.GetObject();
     ChangeScope const change(*this);
     if (!change.IsLibraryOpen() || item.GetIdentity().item != &item)
         return;
+    // A listener that was told of the beginning may have changed the item itself.
+    if (item.GetObject() != before)
+        object = ApplyChange(item.GetObject(), before, object);
     // Whatever may fail comes before the change: none is left without its notifications.
     std::string const oldName = item.GetName();
     auto const categories = FindChangedCategories(item.GetObject(), object);

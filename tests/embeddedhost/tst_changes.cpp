@@ -299,6 +299,19 @@ private Q_SLOTS:
         QVERIFY(!modifier.RenameCompound("Again", &manager));
     }
 
+    void changesOfListenersAreKept()
+    {
+        auto const listener = AddListener("");
+        listener->onTold = [&] {
+            listener->onTold = nullptr;
+            Do("rename1:Renamed");
+        };
+        QVERIFY(Do("tag1:light"));
+        QCOMPARE(NameOf(1) + ' ' + TagsOf(1), QString("Renamed light"));
+        Stack().setIndex(0);
+        QVERIFY(!m_Host->IsModified());
+    }
+
     void everyListenerIsToldInOrder()
     {
         auto const first = AddListener("1: ");
