@@ -1,7 +1,7 @@
 #ifndef NODEBROWSER_TESTS_CANVASTEST_H
 #define NODEBROWSER_TESTS_CANVASTEST_H
 
-#include "testprogram.h"
+#include "loggedtest.h"
 
 #include <canvas.h>
 #include <embeddedhost.h>
@@ -11,20 +11,15 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMouseEvent>
+#include <QTest>
 
+#include <functional>
 #include <memory>
 
-// Uids of the library's items.
-int const kFloat = 1;
-int const kText = 2;
-int const kAdd = 3;
-int const kSay = 4;
-int const kMain = 5;
-int const kOuter = 6;
-int const kLocked = 7;
-int const kLoop = 8;
-int const kConstant = 9;
-int const kEmpty = 10;
+// Uids of the library's items, and a point of the canvas where there is nothing.
+int const kFloat = 1, kAdd = 3, kSay = 4, kMain = 5, kOuter = 6, kLocked = 7, kLoop = 8,
+          kConstant = 9, kEmpty = 10;
+QPoint const kNowhere(5, 5);
 
 /// Ports and nodes of "Main", beside an input "value" and an output "result":
 ///
@@ -34,31 +29,26 @@ int const kEmpty = 10;
 /// and those of other items. `#4` stands for the uid that ends with 4.
 inline QByteArray MakeObjects()
 {
-    QByteArrayList const objects{
-        Object(kFloat, "type", "Float"),
-        Object(kText, "type", "Text"),
-        Object(kAdd, "solver", "Add",
-               R"(, "inputs": [{"name": "a", "type": "#1"}, {"name": "b", "type": "#1"}],
-                    "outputs": [{"name": "sum", "type": "#1"}])"),
-        Object(kSay, "solver", "Say",
-               R"(, "inputs": [{"name": "text", "type": "#2"}],
-                    "outputs": [{"name": "said", "type": "#2"}])"),
-        Object(kMain, "compound", "Main",
-               R"(, "inputs": [{"name": "value", "type": "#1"}],
-                    "outputs": [{"name": "result", "type": "#1"}],
-                    "nodes": [{"id": "one", "item": "#3", "position": [0, 0]},
-                              {"id": "two", "item": "#3", "position": [300, 0]},
-                              {"id": "say", "item": "#4", "position": [0, 200]},
-                              {"id": "gone", "item": "#99", "position": [300, 200]}],
-                    "connections": [{"from": ["gone", "lost"], "to": ["two", "b"]}])"),
-        Object(kOuter, "compound", "Outer",
-               R"(, "nodes": [{"id": "main", "item": "#5", "position": [0, 0]}])"),
-        Object(kLocked, "compound", "Locked", ", \"readOnly\": true"),
-        Object(kLoop, "compound", "Loop", ", \"loop\": true"),
-        Object(kConstant, "constant", "Pi"),
-        Object(kEmpty, "compound", "Empty")};
-    QByteArray text = '[' + objects.join(',') + ']';
-    for (int const uid : {99, 5, 4, 3, 2, 1})
+    QByteArray text = R"([
+{"uid": "#1", "kind": "type", "name": "Float"}, {"uid": "#2", "kind": "type", "name": "Text"},
+{"uid": "#3", "kind": "solver", "name": "Add", "outputs": [{"name": "sum", "type": "#1"}],
+ "inputs": [{"name": "a", "type": "#1"}, {"name": "b", "type": "#1"}]},
+{"uid": "#4", "kind": "solver", "name": "Say", "outputs": [{"name": "said", "type": "#2"}],
+ "inputs": [{"name": "text", "type": "#2"}]},
+{"uid": "#5", "kind": "compound", "name": "Main", "inputs": [{"name": "value", "type": "#1"}],
+ "outputs": [{"name": "result", "type": "#1"}],
+ "nodes": [{"id": "one", "item": "#3", "position": [0, 0]},
+           {"id": "two", "item": "#3", "position": [300, 0]},
+           {"id": "say", "item": "#4", "position": [0, 200]},
+           {"id": "gone", "item": "#99", "position": [300, 200]}],
+ "connections": [{"from": ["gone", "lost"], "to": ["two", "b"]}]},
+{"uid": "#6", "kind": "compound", "name": "Outer",
+ "nodes": [{"id": "main", "item": "#5", "position": [0, 0]}]},
+{"uid": "#7", "kind": "compound", "name": "Locked", "readOnly": true},
+{"uid": "#8", "kind": "compound", "name": "Loop", "loop": true},
+{"uid": "#9", "kind": "constant", "name": "Pi"}, {"uid": "#10", "kind": "compound", "name": "Empty"}
+])";
+    for (int const uid : {99, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1})
         text.replace('#' + QByteArray::number(uid), QByteArray::fromStdString(Uid(uid)));
     return text;
 }
@@ -70,6 +60,8 @@ protected:
     void SetUp() override
     {
         QApplication::clipboard()->clear();
+        m_Canvas.reset();
+        m_Host.reset();
         m_Folder = std::make_unique<LibraryFolder>();
         m_Folder->Write(QStringLiteral("project/all.json"), MakeObjects());
         m_Host = std::make_unique<CEmbeddedHost>();
@@ -79,13 +71,6 @@ protected:
         Open(kMain);
         m_Canvas->show();
         m_Canvas->ResetZoom();
-    }
-
-    void TearDown() override
-    {
-        m_Canvas.reset();
-        m_Host.reset();
-        m_Folder.reset();
     }
 
     void Open(int uid)
@@ -101,8 +86,7 @@ protected:
     }
 
     /// As another part of the program would.
-    template <class Function>
-    void Change(Function const& change)
+    void Change(std::function<void(GraphBody&)> const& change)
     {
         GraphBody body = Body();
         change(body);
@@ -113,22 +97,18 @@ protected:
     QString Nodes() const
     {
         QStringList texts;
-        for (GraphNode const& node : Body().nodes)
-            texts << QStringLiteral("%1 %2,%3")
-                         .arg(QString::fromStdString(node.id))
-                         .arg(node.position.x())
-                         .arg(node.position.y());
+        for (auto const& [id, item, position] : Body().nodes)
+            texts << QString("%1 %2,%3").arg(id.c_str()).arg(position.x()).arg(position.y());
         return texts.join('|');
     }
 
     /// "one.sum>two.a|say.said>two.b"
     QString Wires() const
     {
-        QStringList texts;
+        std::string text;
         for (auto const& [from, to] : Body().connections)
-            texts << QString::fromStdString(from.node + '.' + from.port + '>' + to.node + '.'
-                                            + to.port);
-        return texts.join('|');
+            text += '|' + from.node + '.' + from.port + '>' + to.node + '.' + to.port;
+        return QString::fromStdString(text).mid(1);
     }
 
     QUndoStack& Stack() const
@@ -136,9 +116,9 @@ protected:
         return m_Host->GetCommandManager().GetUndoStack();
     }
 
-    CGraphScene const& Scene() const
+    CGraphScene& Scene() const
     {
-        return static_cast<CGraphScene const&>(*m_Canvas->scene());
+        return static_cast<CGraphScene&>(*m_Canvas->scene());
     }
 
     /// "one.sum"
@@ -159,18 +139,21 @@ protected:
         return m_Canvas->mapFromScene(QPointF(x, y));
     }
 
-    QPoint HeaderOf(char const* id) const
+    /// The header of a node, or the port "one.sum"; kNowhere without such a node.
+    QPoint At(QString const& place) const
     {
-        QPointF const topLeft = Scene().FindNodePosition(id).value_or(QPointF(-999, -999));
-        return m_Canvas->mapFromScene(topLeft + QPointF(80, 12));
+        GraphEnd const end = End(place);
+        auto const input = Scene().GetPort(end, false);
+        auto const port = input ? input : Scene().GetPort(end, true);
+        auto const node = Scene().FindNodePosition(end.node);
+        if (!port && !node)
+            return kNowhere;
+        return m_Canvas->mapFromScene(port ? port->position : *node + QPointF(80, 12));
     }
 
-    /// A place without anything for a port that is not there.
-    QPoint PortOf(QString const& end) const
+    QPoint Between(char const* from, char const* to) const
     {
-        auto const input = Scene().GetPort(End(end), false);
-        auto const port = input ? input : Scene().GetPort(End(end), true);
-        return port ? m_Canvas->mapFromScene(port->position) : QPoint(5, 5);
+        return (At(from) + At(to)) / 2;
     }
 
     void Press(QPoint const& point, Qt::MouseButton button = Qt::LeftButton,

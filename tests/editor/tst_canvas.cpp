@@ -20,16 +20,6 @@ QString const kNodes = QStringLiteral("one 0,0|two 300,0|say 0,200|gone 300,200"
 
 typedef std::set<std::string> Ids;
 
-std::unique_ptr<QMimeData> MakePayload(std::string const& serialized)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << QString::fromStdString(serialized);
-    auto data = std::make_unique<QMimeData>();
-    data->setData(QString::fromLatin1(kItemMimeType), bytes);
-    return data;
-}
-
 } // namespace
 
 /// Nodes and the view: dropped, moved, copied, selected; zoomed, panned and left.
@@ -49,17 +39,23 @@ private:
         return event.isAccepted();
     }
 
-    bool Enters(QMimeData const* data, Qt::DropActions actions = Qt::CopyAction)
+    /// Of the item, over the canvas and down.
+    bool IsDropped(std::string const& id, QPoint const& point, Qt::DropActions actions)
     {
-        return IsAccepted<QDragEnterEvent>(data, QPoint(500, 300), false, actions)
-               || IsAccepted<QDragMoveEvent>(data, QPoint(500, 310), true, actions);
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream << QString::fromStdString(id);
+        QMimeData data;
+        data.setData(QString::fromLatin1(kItemMimeType), bytes);
+        bool const isTaken = IsAccepted<QDragEnterEvent>(&data, point, false, actions);
+        return isTaken == IsAccepted<QDragMoveEvent>(&data, point, !isTaken, actions) && isTaken
+               && IsAccepted<QDropEvent>(&data, point, false, actions);
     }
 
-    void Drop(int uid, QPoint const& point)
+    bool IsDropped(int uid, QPoint const& point = kNowhere,
+                   Qt::DropActions actions = Qt::CopyAction)
     {
-        auto const data = MakePayload(m_Host->FindItem(Uid(uid)).Serialize());
-        QVERIFY(Enters(data.get()));
-        QVERIFY(IsAccepted<QDropEvent>(data.get(), point, false));
+        return IsDropped(m_Host->FindItem(Uid(uid)).Serialize(), point, actions);
     }
 
     double Zoom() const
@@ -74,8 +70,8 @@ private:
 
     void TurnWheel(QPoint const& point, int delta)
     {
-        QWheelEvent event(point, m_Canvas->viewport()->mapToGlobal(point), QPoint(),
-                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent event(point, m_Canvas->viewport()->mapToGlobal(point), {}, QPoint(0, delta),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(m_Canvas->viewport(), &event);
     }
 
@@ -99,7 +95,7 @@ private Q_SLOTS:
     void droppedItemsBecomeNodes()
     {
         // The header's middle comes under the mouse, on the grid.
-        Drop(kSay, ViewPoint(253, 471));
+        QVERIFY(IsDropped(kSay, ViewPoint(253, 471)));
         QCOMPARE(Nodes(), kNodes + "|say-2 180,460");
         QCOMPARE(Body().nodes.back().item, Uid(kSay));
         m_Canvas->DeleteSelection();
@@ -108,86 +104,71 @@ private Q_SLOTS:
 
     void foreignDragsAreRefused()
     {
-        auto const good = MakePayload(m_Host->FindItem(Uid(kAdd)).Serialize());
-        QVERIFY(Enters(good.get()));
-        QVERIFY(!Enters(good.get(), Qt::MoveAction));
-        for (std::string const& id : {m_Host->FindItem(Uid(kFloat)).Serialize(),
-                                      "solver:" + Uid(98), "compound:" + Uid(kAdd)})
-            QVERIFY2(!Enters(MakePayload(id).get()), id.c_str());
+        QVERIFY(!IsDropped(kAdd, kNowhere, Qt::MoveAction));
+        QVERIFY(!IsDropped(kFloat));
+        QVERIFY(!IsDropped("solver:" + Uid(98), kNowhere, Qt::CopyAction));
+        QVERIFY(!IsDropped("compound:" + Uid(kAdd), kNowhere, Qt::CopyAction));
         m_Host->SetCompoundTarget(CompoundAccessor());
-        QVERIFY(!Enters(good.get()));
+        QVERIFY(!IsDropped(kAdd));
     }
 
     void refusedChangesSayWhy()
     {
-        auto const isTold = [this](char const* text) {
-            QStringList const messages = GetMessages(*m_Host);
-            m_Host->GetMessages().ClearLog();
-            return messages.size() == 1 && messages.first().contains(text) && !Stack().count();
-        };
         m_Host->GetMessages().ClearLog();
-        Drop(kMain, QPoint(9, 9));
-        QVERIFY(isTold("\"Main\" cannot be put into itself."));
-        Drop(kOuter, QPoint(9, 9));
-        QVERIFY(isTold("\"Outer\" cannot be put into \"Main\", which it contains."));
+        IsDropped(kMain);
+        IsDropped(kOuter);
         QApplication::clipboard()->setText(QStringLiteral("some words"));
         m_Canvas->Paste();
-        QVERIFY(isTold("something else"));
         Open(kOuter);
         m_Canvas->SelectAll();
         m_Canvas->Copy();
         Open(kMain);
         m_Canvas->Paste();
-        QVERIFY(isTold("itself"));
         Open(kLocked);
-        Drop(kAdd, QPoint(9, 9));
-        QVERIFY(isTold("Locked"));
+        IsDropped(kAdd);
+        QStringList messages = GetMessages(*m_Host);
+        for (char const* const text : {"\"Main\" cannot be put into itself.",
+                                       "\"Outer\" cannot be put into \"Main\", which it",
+                                       "something else", "itself", "Locked"})
+            QVERIFY2(!messages.isEmpty() && messages.takeFirst().contains(text), text);
+        QVERIFY(messages.isEmpty() && !Stack().count());
     }
 
     /// Each kind of change once, then all of them back and forth.
     void editsAreUndoneAndRedone()
     {
-        struct Edit
-        {
-            char const* undoText;
-            std::function<void()> act;
-            /// Of the graph after it.
-            char const* part;
-        };
+        // The text of undo, and a part of the graph after it.
+        typedef std::tuple<char const*, std::function<void()>, char const*> Edit;
         auto const graph = [this] {
             return Nodes() + '\n' + Wires();
         };
         Edit const edits[] = {
-            {"Move Node", [&] { Drag(HeaderOf("one"), HeaderOf("one") + QPoint(33, 58)); },
+            {"Move Node", [&] { Drag(At("one"), At("one") + QPoint(33, 58)); },
              "one 40,60|two 300,0"},
             {"Move Node", [&] { TypeKey(Qt::Key_Left); }, "one 20,60|"},
             {"Move Node", [&] { TypeKey(Qt::Key_Up); }, "one 20,40|"},
             {"Move Node", [&] { TypeKey(Qt::Key_Right); }, "one 40,40|"},
-            {"Connect", [&] { Drag(PortOf("one.sum"), PortOf("two.a")); }, "|one.sum>two.a"},
+            {"Connect", [&] { Drag(At("one.sum"), At("two.a")); }, "|one.sum>two.a"},
             {"Move Nodes",
-             [&] {
-                 Click(HeaderOf("one"));
-                 Click(HeaderOf("two"), Qt::ShiftModifier);
-                 TypeKey(Qt::Key_Down);
-             },
+             [&] { Click(At("one")), Click(At("two"), Qt::ShiftModifier), TypeKey(Qt::Key_Down); },
              "one 40,60|two 300,20|say 0,200|"},
-            {"Move Nodes", [&] { Drag(HeaderOf("two"), HeaderOf("two") + QPoint(-40, 0)); },
+            {"Move Nodes", [&] { Drag(At("two"), At("two") + QPoint(-40, 0)); },
              "one 0,60|two 260,20|say 0,200|"},
             {"Duplicate", [&] { m_Canvas->Duplicate(); },
              "one-2 40,100|two-2 300,60\ngone.lost>two.b|one.sum>two.a|one-2.sum>two-2.a"},
             {"Cut", [&] { m_Canvas->Cut(); }, "gone 300,200\ngone.lost>two.b|one.sum>two.a"},
             {"Paste", [&] { m_Canvas->Paste(); }, "|one-2 40,100|two-2 300,60\n"},
             {"Paste", [&] { m_Canvas->Paste(); }, "|one-3 80,140|two-3 340,100\n"},
-            {"Disconnect", [&] { Drag(PortOf("two.a"), QPoint(5, 5)); }, "\ngone.lost>two.b|one-2"},
-            {"Delete", [&] { Click(HeaderOf("gone")), TypeKey(Qt::Key_Delete); },
+            {"Disconnect", [&] { Drag(At("two.a"), QPoint(5, 5)); }, "\ngone.lost>two.b|one-2"},
+            {"Delete", [&] { Click(At("gone")), TypeKey(Qt::Key_Delete); },
              "|say 0,200|one-2 40,100|"},
         };
         QStringList states{graph()};
-        for (Edit const& edit : edits) {
-            edit.act();
-            QCOMPARE(Stack().undoText(), QString::fromLatin1(edit.undoText));
+        for (auto const& [undoText, act, part] : edits) {
+            act();
+            QCOMPARE(Stack().undoText(), QString(undoText));
             QCOMPARE(Stack().count(), states.size());
-            QVERIFY2(graph().contains(QLatin1String(edit.part)), qPrintable(graph()));
+            QVERIFY2(graph().contains(part), qPrintable(graph()));
             states << graph();
         }
         for (int step = states.size() - 1; step > 0; --step) {
@@ -205,7 +186,7 @@ private Q_SLOTS:
     {
         // Off the grid, where no step leads back to.
         Change([](GraphBody& body) { body.nodes[0].position = QPointF(7, 9); });
-        QPoint const from = HeaderOf("one");
+        QPoint const from = At("one");
         for (QPoint const& way : {QPoint(6, 3), QPoint(0, 0), QPoint(90, 60)}) {
             Press(from);
             MoveMouse(from + QPoint(50, 50));
@@ -222,7 +203,7 @@ private Q_SLOTS:
 
     void nodesFarAwayAreFound()
     {
-        Click(HeaderOf("one"));
+        Click(At("one"));
         m_Canvas->Copy();
         m_Canvas->centerOn(QPointF(3000, 3000));
         m_Canvas->Paste();
@@ -238,29 +219,29 @@ private Q_SLOTS:
 
     void doubleClicksOpenCompounds()
     {
-        DoubleClick(HeaderOf("one"));
+        DoubleClick(At("one"));
         Open(kOuter);
-        DoubleClick(PortOf("main.value"));
-        QCOMPARE(m_Host->GetCompoundTarget().GetItemID(), m_Host->FindItem(Uid(kOuter)));
-        DoubleClick(HeaderOf("main"));
-        QCOMPARE(m_Host->GetCompoundTarget().GetItemID(), m_Host->FindItem(Uid(kMain)));
+        DoubleClick(At("main.value"));
+        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kOuter)));
+        DoubleClick(At("main"));
+        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));
         QCOMPARE(Stack().count(), 0);
     }
 
     void nodesAreSelected()
     {
         QSignalSpy changed(m_Canvas.get(), &CCanvas::SelectionChanged);
-        Click(HeaderOf("one"));
-        Click(HeaderOf("say"), Qt::ControlModifier);
+        Click(At("one"));
+        Click(At("say"), Qt::ControlModifier);
         QCOMPARE(Scene().GetSelectedNodes(), (Ids{"one", "say"}));
-        Click(HeaderOf("one"), Qt::ControlModifier);
+        Click(At("one"), Qt::ControlModifier);
         QCOMPARE(Scene().GetSelectedNodes(), Ids{"say"});
         // A rubber band adds with Shift, and takes what it touches.
         Drag(ViewPoint(200, -30), ViewPoint(310, 10), Qt::ShiftModifier);
         QCOMPARE(Scene().GetSelectedNodes(), (Ids{"say", "two"}));
         Drag(ViewPoint(230, -30), ViewPoint(290, 300));
         QVERIFY(!m_Canvas->HasSelection());
-        Click(HeaderOf("two"));
+        Click(At("two"));
         Change([](GraphBody& body) { body.nodes.erase(body.nodes.begin()); });
         QCOMPARE(Scene().GetSelectedNodes(), Ids{"two"});
         QApplication::processEvents();
@@ -331,20 +312,20 @@ private Q_SLOTS:
             QCOMPARE(Cursor(), Qt::ArrowCursor);
         }
         // The left button does what it did before.
-        Drag(HeaderOf("one"), HeaderOf("one") + QPoint(20, 0));
+        Drag(At("one"), At("one") + QPoint(20, 0));
         QVERIFY(Nodes().startsWith(QStringLiteral("one 20,0|")));
     }
 
     void gesturesOutliveTheirGraph()
     {
-        for (QPoint const& from : {HeaderOf("one"), PortOf("two.sum")}) {
+        for (QPoint const& from : {At("one"), At("two.sum")}) {
             Press(from);
             MoveMouse(from + QPoint(50, 50));
             Change([](GraphBody& body) { body.nodes.erase(body.nodes.begin()); });
             MoveMouse(from + QPoint(70, 70));
             Release(from + QPoint(70, 70));
         }
-        Press(HeaderOf("gone"));
+        Press(At("gone"));
         m_Host->CloseLibrary();
         MoveMouse(QPoint(400, 400));
         Release(QPoint(400, 400));
@@ -363,10 +344,10 @@ private Q_SLOTS:
         QCOMPARE(ShownTexts(), QStringLiteral("|Open a library to begin."));
         Open(kMain);
         QCOMPARE(ToolTipAt(ViewPoint(230, -30)), QString());
-        QCOMPARE(ToolTipAt(PortOf("one.sum")), QStringLiteral("sum: Float"));
-        QCOMPARE(ToolTipAt(PortOf("gone.lost")), QStringLiteral("lost"));
-        QCOMPARE(ToolTipAt(HeaderOf("one")), QStringLiteral("Add"));
-        QVERIFY(ToolTipAt(HeaderOf("gone")).contains(QString::fromStdString(Uid(99))));
+        QCOMPARE(ToolTipAt(At("one.sum")), QStringLiteral("sum: Float"));
+        QCOMPARE(ToolTipAt(At("gone.lost")), QStringLiteral("lost"));
+        QCOMPARE(ToolTipAt(At("one")), QStringLiteral("Add"));
+        QVERIFY(ToolTipAt(At("gone")).contains(QString::fromStdString(Uid(99))));
     }
 
     /// Whatever is done, in whatever order, the graph stays one that can be saved.
@@ -375,14 +356,10 @@ private Q_SLOTS:
         QRandomGenerator random(20261);
         auto const somewhere = [&] {
             // Ports and headers are small; chance alone would seldom find them.
-            QPoint const points[] = {HeaderOf("one"),
-                                     HeaderOf("two"),
-                                     PortOf("one.sum"),
-                                     PortOf("one.a"),
-                                     PortOf("two.a"),
-                                     PortOf("gone.lost"),
-                                     QPoint(random.bounded(1000), random.bounded(700))};
-            return points[random.bounded(7)];
+            char const* const places[] = {"one", "two", "one.sum", "one.a", "two.a", "gone.lost"};
+            int const place = random.bounded(7);
+            return place < 6 ? At(places[place])
+                             : QPoint(random.bounded(1000), random.bounded(700));
         };
         Qt::Key const keys[] = {Qt::Key_Delete, Qt::Key_Escape, Qt::Key_Left, Qt::Key_Space};
         std::function<void()> const acts[] = {
@@ -398,7 +375,7 @@ private Q_SLOTS:
             [&] { random.bounded(2) ? Stack().undo() : Stack().redo(); },
             [&] { Open(random.bounded(2) ? kMain : kLoop); },
             [&] { Change([](GraphBody& body) { RemoveNodes(body, {"one"}); }); },
-            [&] {
+            [] {
                 QApplication::processEvents();
             }};
         for (int count = 0; count < 2000; ++count) {
@@ -416,12 +393,6 @@ private Q_SLOTS:
     }
 };
 
-static TestProgram::Entry<TestCanvas> const kTestCanvas;
-
-int main(int argc, char** argv)
-{
-    QApplication application(argc, argv);
-    return TestProgram::Run(argc, argv);
-}
+NODEBROWSER_TEST(TestCanvas)
 
 #include "tst_canvas.moc"

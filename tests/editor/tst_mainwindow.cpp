@@ -1,4 +1,4 @@
-#include "testprogram.h"
+#include "loggedtest.h"
 #include "whenshown.h"
 
 #include <editorapplication.h>
@@ -7,6 +7,7 @@
 #include <libraryfolder.h>
 #include <libraryuser.h>
 #include <mainwindow.h>
+#include <messagelog.h>
 #include <settings.h>
 #include <trailbar.h>
 
@@ -18,11 +19,14 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalSpy>
 #include <QStatusBar>
-#include <QTimer>
+#include <QTest>
+#include <QTextBlock>
 #include <QToolButton>
 
 #include <memory>
+#include <stdexcept>
 
 using namespace tarno::datamodel;
 
@@ -51,6 +55,23 @@ struct EditorRun
     CMainWindow window;
 };
 
+/// Throws when it is painted or closed, and an int when it is pressed, once it is gone itself.
+struct SFailingWidget : QWidget
+{
+    bool event(QEvent* event) override
+    {
+        paintCount += event->type() == QEvent::Paint;
+        if (event->type() == QEvent::Paint || event->type() == QEvent::Close)
+            throw std::runtime_error("the brush broke");
+        if (event->type() != QEvent::MouseButtonPress)
+            return QWidget::event(event);
+        delete this;
+        throw 42;
+    }
+
+    int paintCount = 0;
+};
+
 } // namespace
 
 /// The window as a user has it, with settings and a journal in folders of its own.
@@ -61,6 +82,7 @@ class TestMainWindow : public LoggedTest
 protected:
     void SetUp() override
     {
+        m_Run.reset();
         m_Home = std::make_unique<QTemporaryDir>();
         // Wherever temporary folders are, others are not in this home.
         for (char const* const name : {"HOME", "XDG_CONFIG_HOME"})
@@ -72,13 +94,6 @@ protected:
         m_Folder->Write("factory/sun.json", Object(3, "compound", "A && B"));
         QApplication::clipboard()->clear();
         Start();
-    }
-
-    void TearDown() override
-    {
-        m_Run.reset();
-        m_Folder.reset();
-        m_Home.reset();
     }
 
 private:
@@ -107,9 +122,14 @@ private:
         return m_Run->host.FindItem(Uid(number));
     }
 
+    QString Name()
+    {
+        return QString::fromStdString(LibraryUser(m_Run->host).NameOf(Item(1)));
+    }
+
     QString NameOnDisk()
     {
-        QByteArray const content = m_Folder->Read().value(m_Folder->GetPath(kGlowFile));
+        QByteArray const content = ReadFile(m_Folder->GetPath(kGlowFile));
         return QJsonDocument::fromJson(content).object()["name"].toString();
     }
 
@@ -140,13 +160,10 @@ private:
         QApplication::processEvents();
         auto* const bar = m_Run->window.findChild<CTrailBar*>();
         QMap<int, QString> texts;
-        for (auto* const button : bar->findChildren<QToolButton*>())
-            if (button->isVisible())
-                texts[button->x()] = '[' + button->text() + ']';
-        for (auto* const label : bar->findChildren<QLabel*>())
-            if (label->isVisible())
-                texts[label->x()] = label->text();
-        return QStringList(texts.values()).join(' ').replace(QChar(0x203a), '>');
+        for (auto* const part : bar->findChildren<QWidget*>())
+            if (part->isVisible())
+                texts[part->x()] = part->property("text").toString();
+        return QStringList(texts.values()).join(' ').replace(QChar(0x203a), '>').trimmed();
     }
 
     std::unique_ptr<QTemporaryDir> m_Home;
@@ -211,75 +228,43 @@ private Q_SLOTS:
 
     void closingAsks_data()
     {
-        QTest::addColumn<QByteArray>("theirs");
-        QTest::addColumn<QStringList>("buttons");
-        QTest::addColumn<QString>("names");
-        // What another program makes of the file, the answers, and the name here and on disk;
-        // behind a ! where the window stays open.
-        QByteArray const ours = Object(1, "compound", "Glow");
-        QByteArray const other = Object(1, "compound", "Theirs");
-        QString const take = QStringLiteral("Take from Disk");
-        QTest::newRow("save") << ours << QStringList{"Save"} << "New New";
-        QTest::newRow("discard") << ours << QStringList{"Discard"} << "New Glow";
-        QTest::newRow("cancel") << ours << QStringList{"Cancel"} << "!New Glow";
-        QTest::newRow("escape") << ours << QStringList{""} << "!New Glow";
-        QTest::newRow("theirs") << other << QStringList{"Save", take} << "Theirs Theirs";
-        QTest::newRow("ours") << other << QStringList{"Save", "Overwrite"} << "New New";
-        QTest::newRow("gone") << QByteArray() << QStringList{"Save", take} << " ";
-        QTest::newRow("neither") << other << QStringList{"Save", "Cancel"} << "!New Theirs";
-        QTest::newRow("broken") << QByteArray("{") << QStringList{"Save", take, "OK"} << "!New ";
+        // What another program calls the item on disk ("Glow" changes nothing), the answers, and
+        // the name here and on disk; behind a ! where the window stays open.
+        for (char const* const row :
+             {"Glow|Save|New New", "Glow|Discard|New Glow", "Glow|Cancel|!New Glow",
+              "Glow||!New Glow", "Theirs|Save,Take from Disk|Theirs Theirs",
+              "Theirs|Save,Overwrite|New New", "Theirs|Save,Cancel|!New Theirs",
+              "(gone)|Save,Take from Disk| ", "(broken)|Save,Take from Disk,OK|!New "})
+            QTest::newRow(row);
     }
 
     void closingAsks()
     {
-        QFETCH(QByteArray, theirs);
-        QFETCH(QStringList, buttons);
-        QFETCH(QString, names);
+        QStringList const row = QString(QTest::currentDataTag()).split('|');
+        QStringList const buttons = row[1].split(',');
         OpenAndRename();
-        // A file that says the same is no conflict.
-        if (!theirs.contains("Glow"))
-            m_Folder->Write(kGlowFile, theirs);
-        if (theirs.isEmpty())
+        if (row[0] == "Theirs")
+            m_Folder->Write(kGlowFile, Object(1, "compound", "Theirs"));
+        else if (row[0] == "(broken)")
+            m_Folder->Write(kGlowFile, "{");
+        else if (row[0] == "(gone)")
             QFile::remove(m_Folder->GetPath(kGlowFile));
         SAnswers const answers(buttons);
-        QCOMPARE(m_Run->window.close(), !names.startsWith('!'));
+        QString const isKept(m_Run->window.close() ? "" : "!");
         QVERIFY(answers.buttons.isEmpty());
         QVERIFY(buttons.size() == 1 || answers.said.contains(kGlowFile));
         QVERIFY(buttons.size() < 3 || answers.said.contains("not JSON"));
-        QString const name = QString::fromStdString(LibraryUser(m_Run->host).NameOf(Item(1)));
-        QCOMPARE(name + ' ' + NameOnDisk(), names.remove('!'));
+        QCOMPARE(isKept + Name() + ' ' + NameOnDisk(), row[2]);
         // The process may end before anything else happens.
         QCOMPARE(CountJournals() == 0, !m_Run->window.isVisible());
     }
 
-    void closingStopsTheReading()
-    {
-        CMainWindow& window = m_Run->window;
-        QStringList texts;
-        QTimer::singleShot(0, &window, [&] {
-            for (QLabel const* const label : window.findChildren<QLabel*>())
-                texts << label->text();
-            // Nothing is done of what could be chosen meanwhile.
-            QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
-            window.close();
-        });
-        QVERIFY(window.OpenLibrary(m_Folder->GetPath()));
-        QVERIFY2(texts.contains("Reading the library..."), qPrintable(texts.join('|')));
-        QVERIFY(!window.isVisible());
-        QVERIFY(!m_Run->host.GetLibrary().IsValid());
-        QVERIFY(m_Run->settings.GetRecentLibraries().isEmpty());
-        // It can be opened again.
-        Open();
-        QVERIFY(m_Run->host.GetLibrary().IsValid());
-    }
-
     void changesOfAKilledEditorAreOffered_data()
     {
-        QTest::addColumn<bool>("isRecovered");
         QTest::addColumn<int>("journals");
-        QTest::newRow("Recover") << true << 1;
-        QTest::newRow("Discard") << false << 0;
-        QTest::newRow("Ask Later") << false << 1;
+        QTest::newRow("Recover") << 1;
+        QTest::newRow("Discard") << 0;
+        QTest::newRow("Ask Later") << 1;
     }
 
     void changesOfAKilledEditorAreOffered()
@@ -290,9 +275,8 @@ private Q_SLOTS:
         SAnswers const answers({QTest::currentDataTag()});
         Open();
         QVERIFY(answers.said.contains("One item was changed"));
-        QTEST(LibraryUser(m_Run->host).NameOf(Item(1)) == "New", "isRecovered");
-        QFETCH(bool, isRecovered);
-        QTRY_COMPARE(m_Run->window.isWindowModified(), isRecovered);
+        QTRY_COMPARE(m_Run->window.isWindowModified(), Name() == "New");
+        QCOMPARE(Name() == "New", QTest::currentDataTag() == QByteArray("Recover"));
         QTEST(CountJournals(), "journals");
         QCOMPARE(m_Folder->Read(), before);
     }
@@ -333,9 +317,8 @@ private Q_SLOTS:
         QMap<QString, QString> owners;
         for (QAction const* const action : m_Run->window.findChildren<QAction*>()) {
             for (QKeySequence const& key : action->shortcuts()) {
-                QString& owner = owners[key.toString()];
-                QVERIFY2(owner.isEmpty(), qPrintable(key.toString() + ": " + owner));
-                owner = action->iconText();
+                QVERIFY2(!owners.contains(key.toString()), qPrintable(key.toString()));
+                owners[key.toString()] = action->iconText();
             }
         }
         // They are listed.
@@ -346,14 +329,9 @@ private Q_SLOTS:
             return dialog.close();
         }));
         Action("Shortcuts")->trigger();
-        std::pair<QString, QString> const shortcuts[] = {{"Ctrl+S", kSave},
-                                                         {"Ctrl+Z", "Undo"},
-                                                         {"Alt+Up", "Compound Above"},
-                                                         {"Ctrl+F", "Find in Node Browser"}};
-        for (auto const& shortcut : shortcuts) {
-            QCOMPARE(owners[shortcut.first], shortcut.second);
-            QCOMPARE(listed.value(listed.indexOf(shortcut.second) + 1), shortcut.first);
-        }
+        for (QString const key : {"Ctrl+S", "Ctrl+Z", "Alt+Up", "Ctrl+F"})
+            QCOMPARE(listed.value(listed.indexOf(owners[key]) + 1), key);
+        QCOMPARE(owners["Ctrl+S"], kSave);
     }
 
     /// What is typed into the search field is no command for the graph.
@@ -373,7 +351,7 @@ private Q_SLOTS:
             QTest::keyClick(field, Qt::Key_Delete);
             QCOMPARE(field->text(), QString());
         }
-        QCOMPARE(LibraryUser(m_Run->host).NameOf(Item(1)), std::string("New"));
+        QCOMPARE(Name(), QStringLiteral("New"));
         QCOMPARE(m_Run->host.GetBody(Item(1)).nodes.size(), std::size_t(1));
     }
 
@@ -411,11 +389,9 @@ private Q_SLOTS:
         // A node of it, then one that is none.
         for (bool const isClicked : {true, false}) {
             Show(2);
-            QCOMPARE(Trail(), QStringLiteral("[Glow] > Ramp"));
-            if (isClicked)
-                m_Run->window.findChild<CTrailBar*>()->findChild<QToolButton*>()->click();
-            else
-                Action("Compound Above")->trigger();
+            QCOMPARE(Trail(), QStringLiteral("Glow > Ramp"));
+            auto* const button = m_Run->window.findChild<CTrailBar*>()->findChild<QToolButton*>();
+            isClicked ? button->click() : Action("Compound Above")->trigger();
             QCOMPARE(Trail(), QStringLiteral("Glow"));
         }
         Show(3);
@@ -437,14 +413,66 @@ private Q_SLOTS:
         QVERIFY(log->isHidden());
         QTRY_COMPARE(m_Run->window.statusBar()->currentMessage(), QStringLiteral("no"));
     }
-};
 
-static TestProgram::Entry<TestMainWindow> const kTestMainWindow;
+    void manyMessagesAreSurvived()
+    {
+        CMessageChannel& messages = m_Run->host.GetMessages();
+        auto const* const log = m_Run->window.findChild<CMessageLog*>();
+        QSignalSpy shown(log, &CMessageLog::Shown);
+        // A first burst is cut before it is shown, a second one counted on.
+        int dropped = 1 - CMessageLog::kMostMessages;
+        for (int const count : {5000, 10}) {
+            for (int number = 1; number <= count; ++number)
+                messages.Post(eSeverity::kWarning, QString::number(number));
+            messages.Post(eSeverity::kError, QString(1000000, '\n'));
+            shown.clear();
+            QTRY_COMPARE(shown.count(), 1);
+            dropped += count;
+            QCOMPARE(log->blockCount(), CMessageLog::kMostMessages + 1);
+            QCOMPARE(log->document()->firstBlock().text(),
+                     QStringLiteral("%L1 earlier messages are not shown any more.").arg(dropped++));
+        }
+        QVERIFY(log->toPlainText().endsWith(QStringLiteral("(%L1 more letters)").arg(998000)));
+        QVERIFY(log->toPlainText().contains("  Warning: 10\n"));
+        QVERIFY(m_Run->window.statusBar()->currentMessage().size() < 3000);
+    }
+
+    /// Whatever raises an exception, the program goes on and tells about it.
+    void failuresAreSurvived()
+    {
+        for (char const* const text :
+             {"the brush broke", "unknown reason", "out of paper", "A listener to the messages"})
+            Expect(text);
+        QSignalSpy failures(qApp, SIGNAL(ExceptionCaught(QString)));
+        QPointer<SFailingWidget> const widget = new SFailingWidget;
+        widget->show();
+        QTRY_VERIFY(widget->paintCount > 0);
+        QTRY_COMPARE(failures.count(), widget->paintCount);
+        // It may have something that is not saved.
+        QVERIFY(!widget->close() && widget->isVisible());
+        QTest::mousePress(widget, Qt::LeftButton);
+        QVERIFY(!widget);
+        // In the loops of menus and dialogs, too.
+        static_cast<CEditorApplication*>(qApp)->ReportTo(m_Run->host.GetMessages());
+        connect(&m_Run->host.GetMessages(), &CMessageChannel::MessagePosted, &m_Run->window,
+                [] { throw 42; });
+        failures.clear();
+        QMenu menu;
+        QTimer::singleShot(0, &menu, [] { throw std::runtime_error("out of paper"); });
+        QTimer::singleShot(1, &menu, &QMenu::close);
+        QVERIFY(!menu.exec());
+        QTRY_VERIFY(m_Run->window.statusBar()->currentMessage().contains("out of paper"));
+        // What the listener threw was not posted to it in its turn.
+        QCoreApplication::processEvents();
+        QCOMPARE(failures.count(), 1);
+    }
+};
 
 int main(int argc, char** argv)
 {
     CEditorApplication application(argc, argv);
-    return TestProgram::Run(argc, argv);
+    TestMainWindow test;
+    return QTest::qExec(&test, argc, argv);
 }
 
 #include "tst_mainwindow.moc"

@@ -18,12 +18,6 @@ class TestNodeEditor : public LoggedTest
 private:
     void Start(QProcess& process, QString const& arguments) const
     {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        for (char const* const name :
-             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-            environment.insert(name, m_Home.filePath(name));
-        environment.insert("XDG_RUNTIME_DIR", m_Home.path());
-        process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_Folder.path());
         process.start(NODEEDITOR_PROGRAM, arguments.split(' ', Qt::SkipEmptyParts));
     }
@@ -70,6 +64,14 @@ private:
     QTemporaryDir m_Home;
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        for (char const* const name :
+             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+            qputenv(name, QFile::encodeName(m_Home.filePath(name)));
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_Home.path()));
+    }
+
     void wrongArgumentsAreExplained()
     {
         // What is wrong stands behind the bar.
@@ -138,10 +140,10 @@ private Q_SLOTS:
     void startsOnTheLastLibrary()
     {
         QVERIFY(QDir().mkpath(m_Home.filePath("HOME")));
-        QFile gitSettings(m_Home.filePath("HOME/.gitconfig"));
-        QVERIFY(gitSettings.open(QIODevice::WriteOnly));
-        gitSettings.write("[user]\n\tname = Ada\n\temail = ada@home\n");
-        gitSettings.close();
+        QSettings gitSettings(m_Home.filePath("HOME/.gitconfig"), QSettings::IniFormat);
+        gitSettings.setValue("user/name", "Ada");
+        gitSettings.setValue("user/email", "ada@home");
+        gitSettings.sync();
         QString const data = m_Home.filePath("XDG_DATA_HOME/nodeeditor/");
         StartAndKill(QString(), data + "sample-library");
         QCOMPARE(QDir(data).entryList({"sample*"}), QStringList("sample-library"));
