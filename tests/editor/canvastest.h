@@ -8,10 +8,8 @@
 #include <graphedits.h>
 #include <libraryfolder.h>
 
-#include <QApplication>
-#include <QClipboard>
-#include <QMouseEvent>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <functional>
 #include <memory>

@@ -4,9 +4,6 @@
 #include <graphclipboard.h>
 #include <itempayload.h>
 
-#include <QDataStream>
-#include <QMimeData>
-
 #include <map>
 
 namespace {

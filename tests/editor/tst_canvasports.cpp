@@ -4,10 +4,6 @@
 #include <nodebrowser.h>
 #include <typeselector.h>
 
-#include <QContextMenuEvent>
-#include <QInputDialog>
-#include <QToolTip>
-
 namespace {
 
 /// In the first row of the dialog's panel, which has no tabs.
@@ -58,7 +54,7 @@ private:
     void Choose(QPoint const& point, char const* text)
     {
         WhenShown const answer([text] {
-            QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             for (QAction* const action : menu ? menu->actions() : QList<QAction*>())
                 if (action->text() == text && action->isEnabled())
                     action->trigger();
@@ -129,14 +125,14 @@ private Q_SLOTS:
             QPoint const beside(port == QByteArray("one.b") ? 3 : -3, 0);
             Press(At(port));
             QCOMPARE(Cursor(), Qt::CrossCursor);
-            MoveMouse(QPoint(500, 430));
-            QVERIFY(IsPaintedAt(QPoint(500, 430) + beside));
-            MoveMouse(QPoint(640, 560));
-            QVERIFY(IsPaintedAt(QPoint(640, 560) + beside));
+            for (QPoint const& point : {QPoint(500, 430), QPoint(640, 560)}) {
+                MoveMouse(point);
+                QVERIFY(IsPaintedAt(point + beside));
+            }
             QVERIFY(!IsPaintedAt(QPoint(500, 430) + beside));
             TypeKey(Qt::Key_Escape);
             QCOMPARE(Picture(), before);
-            Release(QPoint(640, 560));
+            Release(kNowhere);
         }
         QCOMPARE(Stack().count(), 1);
     }
@@ -186,16 +182,16 @@ private Q_SLOTS:
     void refusalsSayWhy()
     {
         Press(At("one.sum"));
-        std::pair<QString, QString> const reasons[] = {
+        std::pair<char const*, QString> const reasons[] = {
             {"say.text", "Float does not go into Text."},
             {"two.sum", "An output goes to an input."},
             {"one.a", "The output depends on this node already."}};
-        for (auto const& reason : reasons) {
-            QImage const faded = Look(At(reason.first));
-            MoveMouse(At(reason.first));
-            QCOMPARE(QToolTip::text(), reason.second);
+        for (auto const& [port, reason] : reasons) {
+            QImage const faded = Look(At(port));
+            MoveMouse(At(port));
+            QCOMPARE(QToolTip::text(), reason);
             QCOMPARE(Cursor(), Qt::ForbiddenCursor);
-            QVERIFY(Look(At(reason.first)) != faded);
+            QVERIFY(Look(At(port)) != faded);
         }
         MoveMouse(At("two.a"));
         QCOMPARE(Cursor(), Qt::CrossCursor);
@@ -221,10 +217,9 @@ private Q_SLOTS:
 
     void loopsFeedValuesBack()
     {
+        GraphBody const main = Body();
         Open(kLoop);
-        Change([](GraphBody& body) {
-            body.nodes = {{"one", Uid(kAdd), QPointF(0, 0)}, {"two", Uid(kAdd), QPointF(300, 0)}};
-        });
+        Change([&](GraphBody& body) { body.nodes = main.nodes; });
         Connect("one.sum", "two.a");
         Drag(At("two.sum"), At("one.a"));
         QCOMPARE(Wires(), QStringLiteral("one.sum>two.a|two.sum>one.a"));

@@ -11,19 +11,7 @@
 #include <settings.h>
 #include <trailbar.h>
 
-#include <QClipboard>
-#include <QDir>
-#include <QDockWidget>
-#include <QFileDialog>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLabel>
-#include <QLineEdit>
-#include <QSignalSpy>
-#include <QStatusBar>
-#include <QTest>
-#include <QTextBlock>
-#include <QToolButton>
+#include <QtTest>
 
 #include <memory>
 #include <stdexcept>
@@ -228,6 +216,7 @@ private Q_SLOTS:
 
     void closingAsks_data()
     {
+        QTest::addColumn<QString>("names");
         // What another program calls the item on disk ("Glow" changes nothing), the answers, and
         // the name here and on disk; behind a ! where the window stays open.
         for (char const* const row :
@@ -235,7 +224,7 @@ private Q_SLOTS:
               "Glow||!New Glow", "Theirs|Save,Take from Disk|Theirs Theirs",
               "Theirs|Save,Overwrite|New New", "Theirs|Save,Cancel|!New Theirs",
               "(gone)|Save,Take from Disk| ", "(broken)|Save,Take from Disk,OK|!New "})
-            QTest::newRow(row);
+            QTest::newRow(row) << QString(row).section('|', 2);
     }
 
     void closingAsks()
@@ -254,7 +243,7 @@ private Q_SLOTS:
         QVERIFY(answers.buttons.isEmpty());
         QVERIFY(buttons.size() == 1 || answers.said.contains(kGlowFile));
         QVERIFY(buttons.size() < 3 || answers.said.contains("not JSON"));
-        QCOMPARE(isKept + Name() + ' ' + NameOnDisk(), row[2]);
+        QTEST(isKept + Name() + ' ' + NameOnDisk(), "names");
         // The process may end before anything else happens.
         QCOMPARE(CountJournals() == 0, !m_Run->window.isVisible());
     }
@@ -332,6 +321,7 @@ private Q_SLOTS:
         for (QString const key : {"Ctrl+S", "Ctrl+Z", "Alt+Up", "Ctrl+F"})
             QCOMPARE(listed.value(listed.indexOf(owners[key]) + 1), key);
         QCOMPARE(owners["Ctrl+S"], kSave);
+        QCOMPARE(owners["Ctrl+Z"], QStringLiteral("Undo"));
     }
 
     /// What is typed into the search field is no command for the graph.
@@ -456,6 +446,7 @@ private Q_SLOTS:
         static_cast<CEditorApplication*>(qApp)->ReportTo(m_Run->host.GetMessages());
         connect(&m_Run->host.GetMessages(), &CMessageChannel::MessagePosted, &m_Run->window,
                 [] { throw 42; });
+        QTRY_VERIFY(failures.value(failures.count() - 1).value(0).toString().contains("unknown"));
         failures.clear();
         QMenu menu;
         QTimer::singleShot(0, &menu, [] { throw std::runtime_error("out of paper"); });

@@ -2,13 +2,8 @@
 
 #include <commandline.h>
 
-#include <QCryptographicHash>
-#include <QDir>
 #include <QImage>
-#include <QProcess>
-#include <QSettings>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 /// The program as a user runs it.
 class TestNodeEditor : public LoggedTest

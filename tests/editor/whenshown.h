@@ -1,13 +1,7 @@
 #ifndef NODEBROWSER_TESTS_WHENSHOWN_H
 #define NODEBROWSER_TESTS_WHENSHOWN_H
 
-#include <QAction>
-#include <QApplication>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPointer>
-#include <QPushButton>
-#include <QTimer>
+#include <QtWidgets>
 
 #include <functional>
 
