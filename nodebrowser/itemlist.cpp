@@ -444,9 +444,12 @@ void ItemList::FillRegistry(std::map<ItemID, std::set<std::string>>& itemToTags,
         SItem const& item = m_Items[slot];
         if (!item.isRegistered)
             continue;
-        // Identifiers that stand in several slots share one entry.
+        // Identifiers that stand in several slots share one entry: stored tags replace those of
+        // the slot before, whose tags go on listing the item.
         auto const entry =
             itemToTags.insert(itemToTags.end(), std::make_pair(item.id, std::set<std::string>()));
+        if (m_TagStrings.GetLength(slot) > 0)
+            entry->second.clear();
         auto const numbers = m_Tags.GetNumbers(slot);
         for (auto number = numbers.first; number != numbers.second; ++number) {
             std::string const& tag = m_Tags.GetTag(*number);

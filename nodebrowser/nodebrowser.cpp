@@ -157,7 +157,7 @@ void CNodeBrowser::SetSourceControlEnabled(bool enabled)
     } else {
         QScopedValueRollback<bool> const use(m_Private->isListInUse);
         m_Private->isListInUse = true;
-        for (Item& item : m_Items)
+        for (Item& item : m_Private->IsRebuilding() ? m_Private->items : m_Items)
             item.setScState(ScsUtils::kNoState);
     }
 }

@@ -286,6 +286,8 @@ void CNodeBrowser::TakeItems(std::vector<ItemList::Row> places)
     }
     items.erase(items.begin() + std::ptrdiff_t(rowCount), items.end());
     m_Items.swap(items);
+    // What a subclass added meanwhile.
+    items.clear();
 }
 
 /// The list need not be made again for the states: nothing was heard of since it was made.

@@ -43,7 +43,12 @@ void CNodeBrowser::ItemTagsChanged(ItemLibraryAccessor& /*library*/, ItemID cons
     // A copy: the identifier given may live in one of the registry's sets.
     ItemID const id = changed;
     m_Private->isFresh = false;
-    if (!category || strcmp(category, kAppTagsCategory) != 0 || !m_TagsRegistry.HasItem(id))
+    if (!category || strcmp(category, kAppTagsCategory) != 0)
+        return;
+    // The list that is being made may have collected the tags from before.
+    if (m_Private->IsRebuilding())
+        MarkItemListDirty();
+    if (!m_TagsRegistry.HasItem(id))
         return;
     QScopedValueRollback<bool> const use(m_Private->isListInUse);
     m_Private->isListInUse = true;
@@ -71,14 +76,15 @@ CNodeBrowser::Item* CNodeBrowser::FindItem(ItemID const& id)
         return item.GetItemID() == id;
     };
     ItemList::Row const row = m_Private->list.Find(id);
+    std::vector<Item>& items = m_Private->IsRebuilding() ? m_Private->items : m_Items;
     // A subclass may have changed the items since they were listed.
-    bool const isListed = m_Private->list.GetCount() == m_Items.size();
-    if (isListed && row < m_Items.size() && hasID(m_Items[row]))
-        return &m_Items[row];
+    bool const isListed = m_Private->list.GetCount() == items.size();
+    if (isListed && row < items.size() && hasID(items[row]))
+        return &items[row];
     if (isListed && row == ItemList::kNoRow && !id.IsNull())
         return nullptr;
-    auto const found = std::find_if(m_Items.begin(), m_Items.end(), hasID);
-    return found == m_Items.end() ? nullptr : &*found;
+    auto const found = std::find_if(items.begin(), items.end(), hasID);
+    return found == items.end() ? nullptr : &*found;
 }
 
 // The four sides of a transaction say nothing new: rebuilding waits for the next paint anyway.

@@ -17,9 +17,14 @@ struct CNodeBrowser::Private
         , isListInUse(false)
     {}
 
+    bool IsRebuilding() const
+    {
+        return !items.empty();
+    }
+
     nodebrowser::ItemList list;
     /// The items while the list is made anew: the rows of the last time, then those that are new.
-    /// Out of the way of whoever is called meanwhile.
+    /// Out of the way of whoever is called meanwhile; empty at other times.
     std::vector<Item> items;
     nodebrowser::ItemIcons icons;
     /// The source-control service that the item list was made with; only compared.

@@ -84,6 +84,46 @@ private Q_SLOTS:
         }
     }
 
+    /// The host should not notify while it is asked, but its notifications then count.
+    void losesNothingToldMeanwhile()
+    {
+        TestItem& item = m_Library->Add(TarnoType::gCompound, "a");
+        MakeBrowser();
+        int state = 0;
+        int call = 0;
+        do {
+            item.tags["ApplicationTags"] = "asked";
+            m_Host->RunAt(++call, [&] {
+                item.tags["ApplicationTags"] = "told";
+                TellTags(item.id);
+                TellState(item.id, 5);
+            });
+            m_Browser->BuildAllItemList(nullptr);
+            if (m_Host->HasRun())
+                state = m_Browser->m_Items[0].m_ScState;
+            m_Browser->Paint();
+            QVERIFY(m_Browser->m_TagsRegistry.HasItemTag(item.id, "told") == m_Host->HasRun());
+        } while (m_Host->HasRun());
+        m_Host->RunAt(0, nullptr);
+        // Told when the item was made already.
+        QCOMPARE(state, 5);
+    }
+
+    /// An item that the table of contents lists twice has the tags of the second time.
+    void keepsTheLastAnswerOfTwo()
+    {
+        TestItem& item = m_Library->Add(TarnoType::gSolver, "a", "first");
+        m_Library->m_Listed.push_back(&item);
+        MakeBrowser();
+        for (int call = 1; m_Host->HasRun(); ++call) {
+            item.tags["ApplicationTags"] = "first";
+            m_Host->RunAt(call, [&] { item.tags["ApplicationTags"] = "second"; });
+            m_Browser->BuildAllItemList(nullptr);
+            QCOMPARE(m_Browser->m_TagsRegistry.GetItemTags(item.id).size(), std::size_t(2));
+        }
+        m_Host->RunAt(0, nullptr);
+    }
+
 private:
     std::size_t Number(std::size_t below)
     {
