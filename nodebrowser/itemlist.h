@@ -96,9 +96,9 @@ public:
     void ForgetTags(tarno::datamodel::ItemID const& id);
     void SetTags(tarno::datamodel::ItemID const& id, std::string const& tagString);
 
-    /// The rows that match any of the words, which are not none, in their order. Words count in
-    /// the order of the set: a word inside the name overwrites what earlier words gave, one at its
-    /// start is final, a tag only serves a row without any match yet.
+    /// The rows that match any of the words, in their order; there is at least one word. Words
+    /// count in the order of the set: a word inside the name overwrites what earlier words gave,
+    /// one at its start is final, a tag only serves a row without any match yet.
     std::vector<SMatch> Search(std::set<std::string> const& words);
 
 private:

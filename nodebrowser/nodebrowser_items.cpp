@@ -290,7 +290,7 @@ void CNodeBrowser::TakeItems(std::vector<ItemList::Row> places)
     items.clear();
 }
 
-/// The list need not be made again for the states: nothing was heard of since it was made.
+/// The list need not be made again for the states: no notification has come since it was made.
 bool CNodeBrowser::CanRequestStates() const
 {
     return m_Private->isFresh && m_Private->list.GetCount() == m_Items.size()

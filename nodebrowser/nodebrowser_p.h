@@ -29,8 +29,8 @@ struct CNodeBrowser::Private
     nodebrowser::ItemIcons icons;
     /// The source-control service that the item list was made with; only compared.
     qorm::IRevisionControlUIHelper const* builtWith;
-    /// SetItemLibrary made the list, and nothing was heard of since: the first paint need not
-    /// make it again.
+    /// SetItemLibrary made the list, and no notification has come since: the first paint need
+    /// not make it again.
     bool isFresh;
     /// The event loop of a drag is running.
     bool isDragging;
