@@ -12,7 +12,8 @@ check_format() {
 
 # The units of the panel and the host are read whole, so that each header is read a few times only.
 check_tidy() {
-    build_preset tidy nodebrowser_autogen embeddedhost_autogen
+    build_preset tidy nodebrowser_autogen embeddedhost_autogen embeddedhost_framework_autogen \
+        embeddedhost_sourcecontrol_autogen embeddedhost_storage_autogen
     find "$root"/build/tidy/{nodebrowser,embeddedhost} -path '*/Unity/*.cxx' -print0 \
         | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet --warnings-as-errors='*' \
             --config-file="$root/.clang-tidy" -p "$root/build/tidy" 2>/dev/null

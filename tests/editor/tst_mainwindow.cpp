@@ -248,6 +248,27 @@ private Q_SLOTS:
         QCOMPARE(CountJournals() == 0, !m_Run->window.isVisible());
     }
 
+    void closingStopsTheReading()
+    {
+        CMainWindow& window = m_Run->window;
+        QStringList texts;
+        QTimer::singleShot(0, &window, [&] {
+            for (QLabel const* const label : window.findChildren<QLabel*>())
+                texts << label->text();
+            // Nothing is done of what could be chosen meanwhile.
+            QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
+            window.close();
+        });
+        QVERIFY(window.OpenLibrary(m_Folder->GetPath()));
+        QVERIFY2(texts.contains("Reading the library..."), qPrintable(texts.join('|')));
+        QVERIFY(!window.isVisible());
+        QVERIFY(!m_Run->host.GetLibrary().IsValid());
+        QVERIFY(m_Run->settings.GetRecentLibraries().isEmpty());
+        // It can be opened again.
+        Open();
+        QVERIFY(m_Run->host.GetLibrary().IsValid());
+    }
+
     void changesOfAKilledEditorAreOffered_data()
     {
         QTest::addColumn<int>("journals");
