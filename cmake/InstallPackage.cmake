@@ -10,6 +10,8 @@ install(TARGETS hostapi EXPORT ${NODEBROWSER_PACKAGE}Targets
         PUBLIC_HEADER DESTINATION ${package_headers}/hostapi)
 install(TARGETS nodebrowser EXPORT ${NODEBROWSER_PACKAGE}Targets
         PUBLIC_HEADER DESTINATION ${package_headers})
+install(TARGETS palette EXPORT ${NODEBROWSER_PACKAGE}Targets
+        PUBLIC_HEADER DESTINATION ${package_headers})
 install(TARGETS hostkit EXPORT ${NODEBROWSER_PACKAGE}Targets
         PUBLIC_HEADER DESTINATION ${package_headers}/hostkit)
 install(TARGETS embeddedhost EXPORT ${NODEBROWSER_PACKAGE}Targets

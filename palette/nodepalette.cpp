@@ -1,0 +1,139 @@
+#include "nodepalette_p.h"
+
+#include "paletteaccessible.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
+
+using namespace nodepalette;
+using namespace tarno::datamodel;
+
+CNodePalette::CNodePalette(eConfigType config, QWidget* parent)
+    : CNodeBrowser(config)
+    , m_Private(new Private)
+{
+    qRegisterMetaType<ItemID>();
+    qRegisterMetaType<eActivation>();
+    InstallPaletteAccessible();
+    SetUpChildren();
+    // Whoever asks for the selection when it changes finds the palette knowing of it, too.
+    connect(this, &CNodeBrowser::SelectionChanged, this, [this] {
+        RememberRows();
+        m_Private->toldSelection = m_Private->selected.id;
+        update();
+    });
+    connect(qApp, &QApplication::focusChanged, this, &CNodePalette::RememberFocus);
+    m_Private->fillTimer.setInterval(0);
+    connect(&m_Private->fillTimer, &QTimer::timeout, this, &CNodePalette::FillIndex);
+    setParent(parent);
+}
+
+CNodePalette::~CNodePalette()
+{
+    // The base deletes children that are watched here, and they lose the focus.
+    m_SearchEdit->removeEventFilter(this);
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+void CNodePalette::SetUpChildren()
+{
+    m_Private->panelHeaderHeight = m_HeaderHeight;
+    setAccessibleName(tr("Item library"));
+    m_SearchEdit->setAccessibleName(tr("Search"));
+    m_SearchEdit->setPlaceholderText(tr("Search"));
+    m_ClearButton->setAccessibleName(tr("Clear the search"));
+    m_ClearButton->setToolTip(tr("Clear the search"));
+    m_ScrollBar->setAccessibleName(tr("Scroll the list"));
+    if (m_TabBar)
+        m_TabBar->setAccessibleName(tr("Kinds of items"));
+
+    m_Private->countLabel = new QLabel(m_SearchEdit);
+    m_Private->countLabel->setCursor(Qt::IBeamCursor);
+    ColourCount();
+    m_Private->notice = new CEmptyNotice(this);
+    connect(m_Private->notice, &CEmptyNotice::ClearChosen, this, [this] {
+        m_SearchEdit->clear();
+        m_SearchEdit->setFocus();
+    });
+    connect(m_Private->notice, &CEmptyNotice::AllChosen, this, [this] {
+        m_TabBar->setCurrentIndex(eConfigAll);
+        m_SearchEdit->setFocus();
+    });
+
+    // Rows are chosen while the search field has the focus, so that whatever is typed, composed by
+    // an input method or not, arrives there.
+    setFocusPolicy(Qt::ClickFocus);
+    setFocusProxy(m_SearchEdit);
+    m_SearchEdit->installEventFilter(this);
+    // Enter is about the rows in the order of the palette, and activates one.
+    disconnect(m_SearchEdit, SIGNAL(returnPressed()), this, SLOT(EnterPressed()));
+    connect(m_SearchEdit, &QLineEdit::returnPressed, this, &CNodePalette::ConfirmRow);
+}
+
+void CNodePalette::SetRanking(eRanking ranking)
+{
+    if (ranking == m_Private->ranking)
+        return;
+    m_Private->ranking = ranking;
+    ReorderRows();
+}
+
+CNodePalette::eRanking CNodePalette::GetRanking() const
+{
+    return m_Private->ranking;
+}
+
+void CNodePalette::SetRecentItems(std::vector<ItemID> const& items)
+{
+    if (items == m_Private->recentItems)
+        return;
+    m_Private->recentItems = items;
+    ReorderRows();
+}
+
+/// At its top the list stays there, whatever comes to stand there; further down, rows stay in
+/// sight.
+void CNodePalette::ReorderRows()
+{
+    if (m_ScrollOffset == 0)
+        m_Private->firstInSight = SPlace();
+    m_VisibleListDirty = true;
+    update();
+}
+
+void CNodePalette::SetDetailsSource(DetailsSource const& source)
+{
+    m_Private->detailsSource = source;
+    m_Private->namesakeNotes.clear();
+    update();
+}
+
+void CNodePalette::StartSearch(QString const& text)
+{
+    m_SearchEdit->setText(text);
+    EnsureRows();
+    ScrollTo(0);
+    ChangeSelection(0);
+    m_SearchEdit->setFocus(Qt::PopupFocusReason);
+}
+
+bool CNodePalette::SelectItem(ItemID const& id)
+{
+    EnsureRows();
+    unsigned long const row = FindRow(SPlace{id, kNoRow});
+    if (row >= m_VisibleItems.size())
+        return false;
+    ChangeSelection(row);
+    return true;
+}
+
+void CNodePalette::ItemTagsChanged(ItemLibraryAccessor& library, ItemID const& id,
+                                   char const* category)
+{
+    CNodeBrowser::ItemTagsChanged(library, id, category);
+    m_Private->index.ForgetTags();
+}

@@ -1,0 +1,198 @@
+#ifndef PALETTE_NODEPALETTE_H
+#define PALETTE_NODEPALETTE_H
+
+#include <nodebrowser.h>
+
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+Q_DECLARE_METATYPE(tarno::datamodel::ItemID)
+
+/// The node browser for daily use: the panel, and what people expect of a list that they search all
+/// day. Everything can be reached by keyboard and by a screen reader, what is painted is what
+/// holds, and results may come in the order that people expect; see docs/palette.md.
+///
+/// It is used as the panel is; what it adds is here. It uses of the panel what any subclass may.
+///
+/// Rows are numbered from 0 in the order shown. Each function that takes or gives one first brings
+/// the rows up to the search text and the library, as a paint would; a row that does not exist has
+/// no text, no item and an empty rectangle, and nothing happens to it.
+class CNodePalette : public CNodeBrowser
+{
+    Q_OBJECT
+
+public:
+    /// The order of search results.
+    enum eRanking
+    {
+        /// As the panel has them.
+        ePanelRanking,
+        /// The best names first.
+        eNameRanking
+    };
+    Q_ENUM(eRanking)
+
+    /// How an item was activated.
+    enum eActivation
+    {
+        eByKey,
+        eByDoubleClick
+    };
+    Q_ENUM(eActivation)
+
+    /// What only the host knows of an item, in words and as plain text. What is empty is left out.
+    struct SItemDetails
+    {
+        QString category;
+        QStringList inputs;
+        QStringList outputs;
+        /// Where the text that ScsUtils::GetToolTip gives for compounds does not say it.
+        QString state;
+    };
+    typedef std::function<SItemDetails(tarno::datamodel::ItemID const&)> DetailsSource;
+
+    explicit CNodePalette(eConfigType config, QWidget* parent = nullptr);
+    ~CNodePalette() override;
+
+    /// ePanelRanking at first.
+    void SetRanking(eRanking ranking);
+    eRanking GetRanking() const;
+
+    /// These come first, in this order, while the search text is empty. Items that are not listed
+    /// are left out.
+    void SetRecentItems(std::vector<tarno::datamodel::ItemID> const& items);
+
+    /// Asked for tool tips, for screen readers, and to tell items of one name apart; it must answer
+    /// at once and change nothing.
+    void SetDetailsSource(DetailsSource const& source);
+
+    /// For a palette that pops up: puts the text into the search field, selects the best row and
+    /// takes the keyboard focus.
+    void StartSearch(QString const& text = QString());
+    /// Selects the row of the item and brings it into sight. False when it is not listed.
+    bool SelectItem(tarno::datamodel::ItemID const& id);
+
+    int GetRowCount();
+    /// -1 for none.
+    int GetSelectedRow();
+    tarno::datamodel::ItemID GetItemAt(int row);
+    QString GetRowName(int row);
+    /// Kind, tags, data source and state, in one line.
+    QString GetRowDescription(int row);
+    /// Rich text.
+    QString GetRowToolTip(int row);
+    /// Where it is in the palette, in part out of sight or not.
+    QRect GetRowRect(int row);
+    /// Where rows are in sight.
+    QRect GetRowArea() const;
+    /// The row under the point; -1 for none.
+    int GetRowAt(QPoint const& point);
+
+    /// Selects the row and brings it into sight.
+    void SelectRow(int row);
+    /// Selects the row and activates its item, as the Enter key does.
+    void ActivateRow(int row);
+    /// Selects the row and runs its context menu beside it.
+    void ShowRowMenu(int row);
+
+    void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor& library,
+                         tarno::datamodel::ItemID const& id, char const* category) override;
+
+Q_SIGNALS:
+    /// The user wants the item: Enter, a double click, or the same by a screen reader. It comes
+    /// after SelectionChanged(), and after the panel has opened a compound that was double-clicked.
+    void ItemActivated(tarno::datamodel::ItemID id,
+                       CNodePalette::eActivation how = CNodePalette::eByKey);
+    /// The Escape key was pressed without a search text to clear. The focus is back where it was
+    /// before it came to the palette; a palette that popped up may close.
+    void Dismissed();
+    /// The rows were filtered anew, and there are more or fewer.
+    void RowCountChanged(int count);
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Private;
+    struct SPlace;
+    class ItemSource;
+
+    void SetUpChildren();
+    void LayOut();
+
+    // The rows.
+    bool AreRowsDue() const;
+    void EnsureRows();
+    void MakeList();
+    void PaintListOnly(QPaintEvent* event);
+    void UpdateRows(QPaintEvent* event);
+    void RebuildInPaint(QPaintEvent* event);
+    void ArrangeRows();
+    void ReorderRows();
+    std::size_t PutRecentItemsFirst();
+    void CountRowsUnderAll();
+    Item const* ItemAt(unsigned long row) const;
+    tarno::datamodel::ItemAccessor AccessorAt(int row);
+    std::string NameOfItem(unsigned long item) const;
+    SPlace PlaceOfRow(unsigned long row) const;
+    unsigned long FindItem(SPlace const& place) const;
+    unsigned long FindRow(SPlace const& place) const;
+    bool HasSelection() const;
+    bool HasRowMenus() const;
+    void RestoreSelection(bool isTextNew);
+    void RestoreScrolling(bool isTextNew, bool isFilterNew);
+    void RememberRows();
+    void ScheduleRowNews();
+    void TellRowNews();
+    void FillIndex();
+
+    // Selecting.
+    int RowsInSight() const;
+    void ScrollTo(int offset);
+    void ShowRow(unsigned long row);
+    void ChangeSelection(unsigned long row);
+    void TellSelection();
+    void ConfirmRow();
+
+    // Keys.
+    enum class eKeyUse;
+    eKeyUse FindKeyUse(QKeyEvent const& event) const;
+    bool UseKey(QKeyEvent& event);
+    bool TakesKey(QKeyEvent const& event) const;
+    void Navigate(int key);
+    void RenameSelection();
+    void CopySelection();
+    void ShowSelectionTip();
+    void TypeIntoSearch(QKeyEvent& event);
+    void Escape();
+    void GiveFocusBack();
+    void RememberFocus(QWidget* before, QWidget* now);
+
+    // What is shown.
+    void PaintSelection(QPainter& painter);
+    void PaintRowNotes(QPainter& painter);
+    QString GetRowNote(unsigned long row);
+    QString TellApart(unsigned long item);
+    QString GetTagNote(unsigned long row) const;
+    SItemDetails AskDetails(tarno::datamodel::ItemID const& id) const;
+    void ShowTip(QPoint const& globalPos, int row);
+    void UpdateCount();
+    void PlaceCount();
+    void ColourCount();
+
+    std::unique_ptr<Private> const m_Private;
+};
+
+#endif

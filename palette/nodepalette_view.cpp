@@ -1,0 +1,358 @@
+#include "nodepalette_p.h"
+
+#include "itemfacts.h"
+#include "palettetext.h"
+
+#include <stringutils.h>
+
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTabBar>
+#include <QToolTip>
+
+#include <algorithm>
+#include <set>
+
+using namespace nodepalette;
+using namespace tarno::datamodel;
+
+namespace {
+
+// All in pixels; the first six are the panel's.
+int const kTabBarTop = 20;
+int const kScrollBarWidth = 20;
+int const kNameLeft = 35;
+int const kIconLeft = 9;
+int const kBadgedIconLeft = 2;
+int const kIconTop = 2;
+int const kNoteGap = 10;
+int const kCountMargin = 4;
+
+/// Items of one name are told apart among so many.
+unsigned long const kMaximumNamesakes = 16;
+
+/// Tips stay until they are dismissed, in practice.
+int const kTipTime = 60000;
+
+QPoint PositionOf(QMouseEvent const* event)
+{
+#if QT_VERSION >= 0x060000
+    return event->position().toPoint();
+#else
+    return event->pos();
+#endif
+}
+
+} // namespace
+
+void CNodePalette::paintEvent(QPaintEvent* event)
+{
+    if (m_Private->isListOnly) {
+        PaintListOnly(event);
+        return;
+    }
+    {
+        QScopedValueRollback<bool> const painting(m_Private->isPainting, true);
+        UpdateRows(event);
+        CNodeBrowser::paintEvent(event);
+        QPainter painter(this);
+        painter.setClipRect(GetRowArea());
+        PaintSelection(painter);
+        PaintRowNotes(painter);
+    }
+    RememberRows();
+}
+
+void CNodePalette::resizeEvent(QResizeEvent* event)
+{
+    CNodeBrowser::resizeEvent(event);
+    LayOut();
+}
+
+void CNodePalette::changeEvent(QEvent* event)
+{
+    CNodeBrowser::changeEvent(event);
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+        LayOut();
+}
+
+bool CNodePalette::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::ToolTip: {
+        auto const* const help = static_cast<QHelpEvent*>(event);
+        ShowTip(help->globalPos(), GetRowAt(help->pos()));
+        return true;
+    }
+    case QEvent::Wheel:
+        // The panel scrolls rows that all fit by the range of a bar that is hidden.
+        if (m_ScrollBar->isHidden())
+            return QWidget::event(event);
+        break;
+    case QEvent::ShortcutOverride:
+        // From a child other than the search field. Typing goes to the search there, too.
+        if (TakesKey(*static_cast<QKeyEvent*>(event))) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::Polish:
+    case QEvent::Show:
+    case QEvent::LayoutRequest:
+        LayOut();
+        break;
+    default:
+        break;
+    }
+    return CNodeBrowser::event(event);
+}
+
+/// Over what the panel lays out: the header has room for the tabs of any style, and the tabs stay
+/// inside the palette.
+void CNodePalette::LayOut()
+{
+    if (m_TabBar) {
+        QSize const hint = m_TabBar->sizeHint();
+        m_TabBar->resize(std::min(hint.width(), width()), hint.height());
+        m_HeaderHeight = std::max(m_Private->panelHeaderHeight, kTabBarTop + hint.height());
+    }
+    m_ScrollBar->setGeometry(width() - kScrollBarWidth, m_HeaderHeight, kScrollBarWidth,
+                             height() - m_HeaderHeight);
+    UpdateScrollbar();
+    m_Private->notice->setGeometry(0, m_HeaderHeight, width(), height() - m_HeaderHeight);
+    update();
+}
+
+/// The number of rows at the right end of the search field, and what there is to say without any.
+void CNodePalette::UpdateCount()
+{
+    QLabel& label = *m_Private->countLabel;
+    auto const count = static_cast<qulonglong>(m_VisibleItems.size());
+    QString const text = QLocale().toString(count);
+    label.setText(text);
+    label.setAccessibleName(count == 1 ? tr("1 item") : tr("%1 items").arg(text));
+    label.setToolTip(tr("%1 of %2 items")
+                         .arg(text, QLocale().toString(static_cast<qulonglong>(m_Items.size()))));
+    label.adjustSize();
+    m_SearchEdit->setTextMargins(0, 0, label.width() + kCountMargin, 0);
+    PlaceCount();
+
+    CEmptyNotice& notice = *m_Private->notice;
+    if (m_VisibleItems.empty())
+        notice.Describe(m_SearchText, m_Private->rowsUnderAll);
+    notice.setVisible(m_VisibleItems.empty());
+    // Screen readers speak a new description of what has the focus.
+    QString description = m_VisibleItems.empty() ? notice.GetText() : label.accessibleName();
+    if (HasSelection() && !m_SearchText.isEmpty())
+        description += QLatin1String(", ") + GetRowName(static_cast<int>(m_SelectedIndex));
+    m_SearchEdit->setAccessibleDescription(description);
+}
+
+void CNodePalette::PlaceCount()
+{
+    QLabel& label = *m_Private->countLabel;
+    label.move(m_SearchEdit->width() - label.width() - kCountMargin,
+               (m_SearchEdit->height() - label.height()) / 2);
+}
+
+/// Half as strong as the text of the field, whichever colours it has.
+void CNodePalette::ColourCount()
+{
+    QPalette colours = m_SearchEdit->palette();
+    QColor const text = colours.color(QPalette::Text);
+    QColor const base = colours.color(QPalette::Base);
+    colours.setColor(QPalette::Text,
+                     QColor((text.red() + base.red()) / 2, (text.green() + base.green()) / 2,
+                            (text.blue() + base.blue()) / 2));
+    m_Private->countLabel->setPalette(colours);
+}
+
+/// Over the panel's selected row, whose text keeps its colour on the highlight and cannot be read
+/// in some styles.
+void CNodePalette::PaintSelection(QPainter& painter)
+{
+    Item const* const item = ItemAt(m_SelectedIndex);
+    if (!item)
+        return;
+    int const row = static_cast<int>(m_SelectedIndex);
+    QRect const rect = GetRowRect(row).adjusted(0, 0, 0, 1);
+    painter.fillRect(rect, palette().brush(QPalette::Active, QPalette::Highlight));
+    bool const hasBadge = item->m_IsFactory || (m_SourceControlEnabled && item->m_HasScState);
+    painter.drawPixmap(hasBadge ? kBadgedIconLeft : kIconLeft, rect.top() + kIconTop,
+                       item->m_DisplayIcon);
+    painter.setPen(palette().color(QPalette::Active, QPalette::HighlightedText));
+    painter.drawText(rect.adjusted(kNameLeft, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                     GetRowName(row));
+}
+
+/// What stands behind the names of some rows, and the line below recent items.
+void CNodePalette::PaintRowNotes(QPainter& painter)
+{
+    int const right = width() - (m_ScrollBar->isHidden() ? 0 : kScrollBarWidth) - kCountMargin;
+    unsigned long const first = static_cast<unsigned long>(m_ScrollOffset / kRowHeight);
+    unsigned long const end = std::min<unsigned long>(
+        m_VisibleItems.size(), first + static_cast<unsigned long>(RowsInSight()) + 2);
+    for (unsigned long row = first; row < end; ++row) {
+        QRect rect = GetRowRect(static_cast<int>(row));
+        painter.setPen(palette().color(row == m_SelectedIndex ? QPalette::HighlightedText
+                                                              : QPalette::PlaceholderText));
+        if (row > 0 && row == m_Private->recentRows)
+            painter.drawLine(rect.left() + kNoteGap, rect.top(), right - kNoteGap, rect.top());
+        QString const note = GetRowNote(row);
+        if (note.isEmpty())
+            continue;
+        QString const name = GetRowName(static_cast<int>(row));
+        rect.setLeft(kNameLeft + fontMetrics().horizontalAdvance(name) + kNoteGap);
+        rect.setRight(right);
+        if (rect.width() > kRowHeight)
+            painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter,
+                             fontMetrics().elidedText(note, Qt::ElideRight, rect.width()));
+    }
+}
+
+/// What tells the row from others, or says why it is listed; empty for most rows.
+QString CNodePalette::GetRowNote(unsigned long row)
+{
+    if (!ItemAt(row))
+        return QString();
+    QString const tag = GetTagNote(row);
+    QString const difference = TellApart(m_VisibleItems[row]);
+    if (tag.isEmpty() || difference.isEmpty())
+        return tag.isEmpty() ? difference : tr("tag: %1").arg(tag);
+    return difference + QStringLiteral(" · ") + tr("tag: %1").arg(tag);
+}
+
+/// Words in which the item differs from others of its name; empty when it is the only one. Items
+/// of one name stand one after the other in the item list.
+QString CNodePalette::TellApart(unsigned long item)
+{
+    std::string const name = NameOfItem(item);
+    unsigned long first = item;
+    while (first > 0 && item - first < kMaximumNamesakes && NameOfItem(first - 1) == name)
+        --first;
+    unsigned long end = item + 1;
+    while (end < m_Items.size() && end - first < kMaximumNamesakes && NameOfItem(end) == name)
+        ++end;
+    if (end - first < 2)
+        return QString();
+
+    ItemID const id = m_Items[item].GetItemID();
+    auto const known = m_Private->namesakeNotes.find(id);
+    if (known != m_Private->namesakeNotes.end())
+        return known->second;
+    std::vector<QStringList> facts;
+    for (unsigned long other = first; other < end; ++other) {
+        ItemID const otherId = m_Items[other].GetItemID();
+        facts.push_back(QStringList()
+                        << DescribeKind(m_Items[other].m_Accessor) << AskDetails(otherId).category
+                        << AskDataSource(otherId) << FromHost(ItemIDUnlock::GetItemIDUID(otherId)));
+    }
+    return m_Private->namesakeNotes[id] = PickDifferences(facts, item - first);
+}
+
+/// The tag for which alone the row is listed; empty when its name matches.
+QString CNodePalette::GetTagNote(unsigned long row) const
+{
+    NameRank const rank(QStringToStdString(m_SearchTextLower));
+    Item const* const item = ItemAt(row);
+    if (rank.GetWords().empty() || !item)
+        return QString();
+    std::string const name = ToSearchForm(NameOfItem(m_VisibleItems[row]));
+    if (rank.Match(SSearchName{name, 0, FindLetters(name)}).words != 0)
+        return QString();
+    for (std::string const& tag : m_TagsRegistry.GetItemTags(item->GetItemID())) {
+        for (std::string const& word : rank.GetWords()) {
+            if (FromHost(tag).contains(FromHost(word), Qt::CaseInsensitive))
+                return FromHost(tag);
+        }
+    }
+    return QString();
+}
+
+CNodePalette::SItemDetails CNodePalette::AskDetails(ItemID const& id) const
+{
+    return m_Private->detailsSource ? m_Private->detailsSource(id) : SItemDetails();
+}
+
+QRect CNodePalette::GetRowRect(int row)
+{
+    EnsureRows();
+    if (static_cast<unsigned long>(row) >= m_VisibleItems.size())
+        return QRect();
+    return QRect(0, m_HeaderHeight - m_ScrollOffset + row * kRowHeight, width(), kRowHeight);
+}
+
+QRect CNodePalette::GetRowArea() const
+{
+    return QRect(QPoint(0, m_HeaderHeight), QPoint(width() - 1, height() - 1));
+}
+
+int CNodePalette::GetRowAt(QPoint const& point)
+{
+    EnsureRows();
+    unsigned long const row = GetRowArea().contains(point) ? GetItemIndexAt(point) : kNoRow;
+    return ItemAt(row) ? static_cast<int>(row) : -1;
+}
+
+QString CNodePalette::GetRowName(int row)
+{
+    ItemID const id = GetItemAt(row);
+    return FromHost(m_ItemLibrary.GetItemName(id, true, nullptr))
+           + (!id.IsNull() && m_ItemLibrary.ItemIsModified(id) ? QStringLiteral("*") : QString());
+}
+
+QString CNodePalette::GetRowDescription(int row)
+{
+    ItemAccessor const item = AccessorAt(row);
+    ItemID const id = GetItemAt(row);
+    if (id.IsNull())
+        return QString();
+    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
+        .ToDescription();
+}
+
+QString CNodePalette::GetRowToolTip(int row)
+{
+    ItemAccessor const item = AccessorAt(row);
+    ItemID const id = GetItemAt(row);
+    if (id.IsNull())
+        return QString();
+    QString const tag = GetTagNote(static_cast<unsigned long>(row));
+    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
+        .ToToolTip(tag.isEmpty() ? QString() : tr("Listed for its tag “%1”").arg(tag));
+}
+
+void CNodePalette::ShowTip(QPoint const& globalPos, int row)
+{
+    QRect const area = GetRowRect(row);
+    QToolTip::showText(globalPos, GetRowToolTip(row), this, area, kTipTime);
+}
+
+void CNodePalette::mousePressEvent(QMouseEvent* event)
+{
+    // The panel paints for the left button only, and runs its menu in the middle of this.
+    update();
+    QPointer<CNodePalette> const self(this);
+    CNodeBrowser::mousePressEvent(event);
+    if (!self)
+        return;
+    update();
+    // The panel says nothing about a press that selects no row.
+    TellSelection();
+}
+
+void CNodePalette::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    unsigned long const row = GetItemIndexAt(PositionOf(event));
+    ItemID const id = PlaceOfRow(row).id;
+    QPointer<CNodePalette> const self(this);
+    CNodeBrowser::mouseDoubleClickEvent(event);
+    if (self && !id.IsNull() && event->button() == Qt::LeftButton)
+        Q_EMIT ItemActivated(id, eByDoubleClick);
+}

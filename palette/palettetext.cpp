@@ -1,0 +1,31 @@
+#include "palettetext.h"
+
+#include <stringutils.h>
+
+#include <algorithm>
+
+namespace nodepalette {
+
+QString FromHost(std::string const& text)
+{
+    // Texts of the contract end at their first zero.
+    return QString::fromLatin1(text.c_str());
+}
+
+std::string ToSearchForm(std::string const& name)
+{
+    std::string lower = name.c_str();
+    bool const isAscii = std::all_of(lower.begin(), lower.end(), [](char character) {
+        return static_cast<unsigned char>(character) < 0x80;
+    });
+    if (!isAscii)
+        return QStringToStdString(FromHost(name).toLower());
+    // What the toolkit does, without its detour over 16-bit characters.
+    std::transform(lower.begin(), lower.end(), lower.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
+                                                    : character;
+    });
+    return lower;
+}
+
+} // namespace nodepalette

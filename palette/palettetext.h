@@ -1,0 +1,20 @@
+#ifndef PALETTE_PALETTETEXT_H
+#define PALETTE_PALETTETEXT_H
+
+#include <QString>
+
+#include <string>
+
+namespace nodepalette {
+
+// The one place of the palette where 8-bit texts of the host and texts of the toolkit meet. The
+// way back is QStringToStdString of the panel.
+
+QString FromHost(std::string const& text);
+
+/// The form in which the panel searches a name: lower case, 8-bit.
+std::string ToSearchForm(std::string const& name);
+
+} // namespace nodepalette
+
+#endif
