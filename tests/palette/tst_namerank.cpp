@@ -1,0 +1,185 @@
+#include "loggedtest.h"
+#include "namerank.h"
+#include "palettetext.h"
+#include "rankindex.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <map>
+#include <random>
+
+using namespace nodepalette;
+
+namespace {
+
+/// A list of items as the panel has it: sorted by name.
+class Names : public RankIndex::Source
+{
+public:
+    struct SItem
+    {
+        std::string name;
+        std::string tags;
+        std::string uid;
+    };
+
+    explicit Names(std::vector<SItem> const& items)
+        : m_Items(items)
+    {
+        std::stable_sort(m_Items.begin(), m_Items.end(), [](SItem const& left, SItem const& right) {
+            return ToSearchForm(left.name) < ToSearchForm(right.name);
+        });
+    }
+
+    std::size_t GetCount() const override
+    {
+        return m_Items.size();
+    }
+    std::string GetName(std::size_t item) const override
+    {
+        return m_Items[item].name;
+    }
+    std::string GetTags(std::size_t item) const override
+    {
+        return m_Items[item].tags;
+    }
+    std::string GetUid(std::size_t item) const override
+    {
+        return m_Items[item].uid;
+    }
+
+    /// All items in their order for the text, as "name/uid".
+    std::vector<std::string> Rank(std::string const& text) const
+    {
+        std::vector<unsigned long> rows(m_Items.size());
+        for (std::size_t item = 0; item < rows.size(); ++item)
+            rows[item] = item;
+        RankIndex index;
+        index.Rank(*this, ToSearchForm(text), rows);
+        std::vector<std::string> ranked;
+        for (unsigned long const item : rows)
+            ranked.push_back(m_Items[item].name + "/" + m_Items[item].uid);
+        return ranked;
+    }
+
+private:
+    std::vector<SItem> m_Items;
+};
+
+/// How many of the words are in the item's name or tags, told the plain way.
+std::size_t CountFound(Names const& names, std::size_t item, std::vector<std::string> const& words)
+{
+    std::string const all =
+        ToSearchForm(names.GetName(item)) + ';' + ToSearchForm(names.GetTags(item));
+    return static_cast<std::size_t>(
+        std::count_if(words.begin(), words.end(), [&](std::string const& word) {
+            return all.find(word) != std::string::npos;
+        }));
+}
+
+} // namespace
+
+class TestNameRank : public LoggedTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ordersAsPeopleExpect_data();
+    void ordersAsPeopleExpect();
+    void keepsItsPropertiesForAnyTexts();
+};
+
+void TestNameRank::ordersAsPeopleExpect_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("expected");
+    auto const add = [](char const* rule, char const* text, QStringList const& expected) {
+        QTest::newRow(rule) << QString(text) << expected;
+    };
+    add("both words before one", "rgb noise", {"Add RGB Noise", "RGB", "Noise", "Noise Bands"});
+    add("the text as a whole inside", "motion blur",
+        {"Linear Motion Blur", "Blur", "Motion", "Blur Image", "Motion Vectors"});
+    add("spelled without the blank", "audio mixer",
+        {"audiomixer", "Audio Channel Mixer", "Mixer of Audio", "Audio", "Mixer"});
+    add("a word's start before its inside", "blur",
+        {"Blur", "Blurring", "Blur Mask", "Box Blur", "Gaussian Blur", "Unblur", "Deblurring"});
+    add("words begin after marks, digits and humps", "noise",
+        {"-noise", "_noise", "2noise", "bNoise", "anoise"});
+    add("an acronym ends at a hump", "noise", {"RGBNoise", "rgbnoise"});
+    add("in the order typed", "add noise", {"Add Noise", "Add Big Noise", "Noise Add"});
+    add("a name before a tag", "blur", {"Unblur Everything", "Soft/tag"});
+    add("the shorter name", "add", {"Add", "Add It", "Add Them"});
+    add("whatever case, however many blanks", "  ADD   noise ", {"add NOISE", "Add Noise Too"});
+}
+
+void TestNameRank::ordersAsPeopleExpect()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, expected);
+    std::vector<Names::SItem> items;
+    for (QString const& name : expected) {
+        bool const hasTag = name.endsWith("/tag");
+        items.push_back({(hasTag ? name.left(name.size() - 4) : name).toStdString(),
+                         hasTag ? "Blurred" : "", hasTag ? "tag" : ""});
+    }
+    QStringList ranked;
+    for (std::string const& name : Names(items).Rank(text.toStdString()))
+        ranked << QString::fromStdString(name.back() == '/' ? name.substr(0, name.size() - 1)
+                                                            : name);
+    QCOMPARE(ranked, expected);
+}
+
+void TestNameRank::keepsItsPropertiesForAnyTexts()
+{
+    std::mt19937 engine(20);
+    auto const number = [&](std::size_t below) {
+        return engine() % below;
+    };
+    auto const pick = [&](std::vector<std::string> const& parts, std::size_t most) {
+        std::string text;
+        for (std::size_t count = number(most) + 1; count > 0; --count)
+            text += parts[number(parts.size())];
+        return text;
+    };
+    std::vector<std::string> const parts = {"a", "b", "ab", "Ab", "B", " ", "_", "2", "\xC9"};
+    for (int round = 0; round < 300; ++round) {
+        std::vector<Names::SItem> items;
+        for (int item = 0; item < 40; ++item)
+            items.push_back(
+                {pick(parts, 6), number(3) == 0 ? pick(parts, 3) : "", std::to_string(item)});
+        std::vector<std::string> const words = {pick({"a", "b"}, 3), pick({"a", "b"}, 3), "2"};
+        std::string const text = words[0] + " " + words[1] + " " + words[2];
+        items.push_back({text, "", "equal"});
+
+        Names const names(items);
+        std::vector<std::string> const ranked = names.Rank(text);
+        QCOMPARE(ranked.front(), text + "/equal");
+
+        std::shuffle(items.begin(), items.end(), engine);
+        Names const shuffled(items);
+        QVERIFY2(shuffled.Rank(text) == ranked, "items were read in another order");
+
+        std::vector<std::string> const distinct = NameRank(text).GetWords();
+        std::size_t before = distinct.size();
+        std::map<std::string, std::size_t> found;
+        for (std::size_t item = 0; item < names.GetCount(); ++item)
+            found[names.GetName(item) + "/" + names.GetUid(item)] =
+                CountFound(names, item, distinct);
+        for (std::string const& row : ranked) {
+            QVERIFY2(found[row] <= before, "more of the words come first");
+            before = found[row];
+        }
+
+        std::string const permuted = words[2] + " " + words[0] + "  " + words[1];
+        std::vector<std::string> other = names.Rank(permuted);
+        std::vector<std::string> same = ranked;
+        std::sort(other.begin(), other.end());
+        std::sort(same.begin(), same.end());
+        QVERIFY2(other == same, "the same rows, whatever the order of the words");
+    }
+}
+
+NODEBROWSER_TEST(TestNameRank)
+
+#include "tst_namerank.moc"
