@@ -17,6 +17,9 @@ static_assert(4 * kWordBits + 3 * kFlagBits + kLengthBits == NameRank::kKeyBits,
               "the fields make up the key");
 static_assert(NameRank::kMaximumWords < (1U << kWordBits), "a field holds a number of words");
 
+/// Word starts beyond these have no bit.
+std::size_t const kMaximumStarts = 64;
+
 bool IsDigit(char character)
 {
     return character >= '0' && character <= '9';
@@ -62,14 +65,12 @@ std::size_t FindWord(SSearchName const& name, std::string const& word, std::uint
     isStart = false;
     if (letters & ~name.letters)
         return std::string_view::npos;
-    for (std::uint64_t starts = name.wordStarts; starts; starts &= starts - 1) {
-        auto const place = static_cast<std::size_t>(__builtin_ctzll(starts));
-        if (place < name.text.size() && Occurs(name.text, place, word)) {
-            isStart = true;
-            return place;
-        }
-    }
-    return name.text.find(word);
+    std::size_t const first = name.text.find(word);
+    std::size_t place = first;
+    while (place < kMaximumStarts && !(name.wordStarts >> place & 1))
+        place = name.text.find(word, place + 1);
+    isStart = place < kMaximumStarts;
+    return isStart ? place : first;
 }
 
 NameRank::Key Append(NameRank::Key key, unsigned bits, std::size_t value)
@@ -91,7 +92,7 @@ unsigned CountBits(WordMask mask)
 std::uint64_t FindWordStarts(std::string_view name)
 {
     std::uint64_t starts = 0;
-    std::size_t const length = std::min<std::size_t>(name.size(), 64);
+    std::size_t const length = std::min(name.size(), kMaximumStarts);
     for (std::size_t place = 0; place < length; ++place) {
         char const before = place > 0 ? name[place - 1] : ' ';
         char const after = place + 1 < name.size() ? name[place + 1] : ' ';

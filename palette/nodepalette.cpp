@@ -42,6 +42,8 @@ CNodePalette::~CNodePalette()
 void CNodePalette::SetUpChildren()
 {
     m_Private->panelHeaderHeight = m_HeaderHeight;
+    m_Private->countLabel = new QLabel(m_SearchEdit);
+    m_Private->notice = new CEmptyNotice(this);
     setAccessibleName(tr("Item library"));
     m_SearchEdit->setAccessibleName(tr("Search"));
     m_SearchEdit->setPlaceholderText(tr("Search"));
@@ -51,10 +53,8 @@ void CNodePalette::SetUpChildren()
     if (m_TabBar)
         m_TabBar->setAccessibleName(tr("Kinds of items"));
 
-    m_Private->countLabel = new QLabel(m_SearchEdit);
     m_Private->countLabel->setCursor(Qt::IBeamCursor);
     ColourCount();
-    m_Private->notice = new CEmptyNotice(this);
     connect(m_Private->notice, &CEmptyNotice::ClearChosen, this, [this] {
         m_SearchEdit->clear();
         m_SearchEdit->setFocus();
@@ -72,6 +72,7 @@ void CNodePalette::SetUpChildren()
     // Enter is about the rows in the order of the palette, and activates one.
     disconnect(m_SearchEdit, SIGNAL(returnPressed()), this, SLOT(EnterPressed()));
     connect(m_SearchEdit, &QLineEdit::returnPressed, this, &CNodePalette::ConfirmRow);
+    connect(m_SearchEdit, &QLineEdit::textEdited, this, [this] { m_Private->isTyped = true; });
 }
 
 void CNodePalette::SetRanking(eRanking ranking)
@@ -123,11 +124,10 @@ void CNodePalette::StartSearch(QString const& text)
 
 bool CNodePalette::SelectItem(ItemID const& id)
 {
-    EnsureRows();
-    unsigned long const row = FindRow(SPlace{id, kNoRow});
-    if (row >= m_VisibleItems.size())
+    int const row = FindRowOf(id);
+    if (row < 0)
         return false;
-    ChangeSelection(row);
+    ChangeSelection(static_cast<unsigned long>(row));
     return true;
 }
 

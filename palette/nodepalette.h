@@ -81,6 +81,8 @@ public:
     /// -1 for none.
     int GetSelectedRow();
     tarno::datamodel::ItemID GetItemAt(int row);
+    /// -1 for an item that is not listed.
+    int FindRowOf(tarno::datamodel::ItemID const& id);
     QString GetRowName(int row);
     /// Kind, tags, data source and state, in one line.
     QString GetRowDescription(int row);
@@ -145,6 +147,8 @@ private:
     void CountRowsUnderAll();
     Item const* ItemAt(unsigned long row) const;
     tarno::datamodel::ItemAccessor AccessorAt(int row);
+    tarno::datamodel::ItemAccessor AccessorOfItem(unsigned long item) const;
+    tarno::datamodel::ItemID IdOfItem(unsigned long item) const;
     std::string NameOfItem(unsigned long item) const;
     SPlace PlaceOfRow(unsigned long row) const;
     unsigned long FindItem(SPlace const& place) const;
@@ -170,6 +174,7 @@ private:
     enum class eKeyUse;
     eKeyUse FindKeyUse(QKeyEvent const& event) const;
     bool UseKey(QKeyEvent& event);
+    bool IsUndoOfHost(QKeyEvent const& event) const;
     bool TakesKey(QKeyEvent const& event) const;
     void Navigate(int key);
     void RenameSelection();

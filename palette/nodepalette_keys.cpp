@@ -94,6 +94,13 @@ CNodePalette::eKeyUse CNodePalette::FindKeyUse(QKeyEvent const& event) const
     return eKeyUse::eNone;
 }
 
+/// Undo and redo are about the library, unless there is typing of this visit to take back.
+bool CNodePalette::IsUndoOfHost(QKeyEvent const& event) const
+{
+    return !m_Private->isTyped
+           && (event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo));
+}
+
 /// False leaves the key to others.
 bool CNodePalette::UseKey(QKeyEvent& event)
 {
@@ -143,19 +150,30 @@ bool CNodePalette::eventFilter(QObject* watched, QEvent* event)
     case QEvent::FocusOut:
         // Ends composing.
         m_Private->isComposing = false;
+        m_Private->isTyped = false;
         return false;
     case QEvent::ShortcutOverride:
+        // The field would claim these keys.
+        if (IsUndoOfHost(*static_cast<QKeyEvent*>(event))) {
+            event->ignore();
+            return true;
+        }
         // Ahead of the host's shortcuts for the same key.
         if (FindKeyUse(*static_cast<QKeyEvent*>(event)) == eKeyUse::eNone)
             return false;
         event->accept();
         return true;
     case QEvent::KeyPress:
+        // Filtered and ignored, the key goes on to the palette and to the host.
+        if (IsUndoOfHost(*static_cast<QKeyEvent*>(event))) {
+            event->ignore();
+            return true;
+        }
         return UseKey(*static_cast<QKeyEvent*>(event));
     case QEvent::ContextMenu:
         // Where the system sends this for the Menu key, it sends the key as well.
         return static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard
-               && HasSelection();
+               && HasSelection() && HasRowMenus();
     case QEvent::Resize:
         PlaceCount();
         return false;

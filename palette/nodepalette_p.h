@@ -51,6 +51,8 @@ struct CNodePalette::Private
     QPointer<QWidget> focusBefore;
     /// An input method is composing text in the search field.
     bool isComposing = false;
+    /// The user typed into the search field since it got the focus.
+    bool isTyped = false;
 
     nodepalette::RankIndex index;
     /// Asks the host about items for the index while nothing else is to do.

@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <strings.h>
 #include <utility>
 
 using namespace nodepalette;
@@ -31,6 +30,17 @@ std::size_t const kFillSlice = 4000;
 bool HasWords(QString const& text)
 {
     return !text.trimmed().isEmpty();
+}
+
+/// The order of the item list: byte by byte, ignoring ASCII case.
+bool IsNameBefore(std::string const& left, std::string const& right)
+{
+    auto const isBefore = [](char leftByte, char rightByte) {
+        return static_cast<unsigned char>(ToLowerAscii(leftByte))
+               < static_cast<unsigned char>(ToLowerAscii(rightByte));
+    };
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        isBefore);
 }
 
 /// Scrolls the panel beyond its last row while it exists, so that it paints none.
@@ -75,14 +85,15 @@ std::string CNodePalette::ItemSource::GetName(std::size_t item) const
 
 std::string CNodePalette::ItemSource::GetTags(std::size_t item) const
 {
-    ItemID const id = m_Palette.m_Items[item].GetItemID();
+    ItemID const id = m_Palette.IdOfItem(item);
     std::string const tags = m_Palette.m_ItemLibrary.GetItemTags(id, kAppTagsCategory);
     return tags + ';' + KindTag(id);
 }
 
 std::string CNodePalette::ItemSource::GetUid(std::size_t item) const
 {
-    return ItemIDUnlock::GetItemIDUID(m_Palette.m_Items[item].GetItemID());
+    char const* const uid = ItemIDUnlock::GetItemIDUID(m_Palette.IdOfItem(item));
+    return uid ? uid : "";
 }
 
 bool CNodePalette::AreRowsDue() const
@@ -202,11 +213,11 @@ void CNodePalette::CountRowsUnderAll()
     m_Private->rowsUnderAll = 0;
     if (!m_VisibleItems.empty() || !m_TabBar || m_ConfigType == eConfigAll)
         return;
-    eConfigType const filter = m_ConfigType;
-    m_ConfigType = eConfigAll;
-    UpdateVisibleItems();
-    m_Private->rowsUnderAll = m_VisibleItems.size();
-    m_ConfigType = filter;
+    {
+        QScopedValueRollback<eConfigType> const all(m_ConfigType, eConfigAll);
+        UpdateVisibleItems();
+        m_Private->rowsUnderAll = m_VisibleItems.size();
+    }
     UpdateVisibleItems();
 }
 
@@ -226,9 +237,21 @@ ItemAccessor CNodePalette::AccessorAt(int row)
     return item ? item->m_Accessor : ItemAccessor();
 }
 
+/// By position in the item list; a copy, because a host may replace the library, and with it the
+/// list, whenever it is asked something. Invalid for an item that is gone.
+ItemAccessor CNodePalette::AccessorOfItem(unsigned long item) const
+{
+    return item < m_Items.size() ? m_Items[item].m_Accessor : ItemAccessor();
+}
+
+ItemID CNodePalette::IdOfItem(unsigned long item) const
+{
+    return item < m_Items.size() ? m_Items[item].GetItemID() : ItemID();
+}
+
 std::string CNodePalette::NameOfItem(unsigned long item) const
 {
-    return m_ItemLibrary.GetItemName(m_Items[item].GetItemID(), true, nullptr);
+    return m_ItemLibrary.GetItemName(IdOfItem(item), true, nullptr);
 }
 
 CNodePalette::SPlace CNodePalette::PlaceOfRow(unsigned long row) const
@@ -243,21 +266,21 @@ unsigned long CNodePalette::FindItem(SPlace const& place) const
 {
     if (place.id.IsNull())
         return kNoRow;
-    if (place.item < m_Items.size() && m_Items[place.item].GetItemID() == place.id)
+    if (IdOfItem(place.item) == place.id)
         return place.item;
     std::string const name = m_ItemLibrary.GetItemName(place.id, true, nullptr);
-    auto const isBefore = [this](Item const& item, std::string const& other) {
-        return strcasecmp(m_ItemLibrary.GetItemName(item.GetItemID(), true, nullptr).c_str(),
-                          other.c_str())
-               < 0;
-    };
-    auto const first = std::lower_bound(m_Items.begin(), m_Items.end(), name, isBefore);
-    auto item = static_cast<unsigned long>(first - m_Items.begin());
-    for (; item < m_Items.size(); ++item) {
-        if (m_Items[item].GetItemID() == place.id)
-            return item;
-        if (strcasecmp(NameOfItem(item).c_str(), name.c_str()) != 0)
-            break;
+    // Positions instead of iterators: the host is asked for each name.
+    unsigned long first = 0;
+    for (unsigned long end = m_Items.size(); first < end;) {
+        unsigned long const middle = first + (end - first) / 2;
+        if (IsNameBefore(NameOfItem(middle), name))
+            first = middle + 1;
+        else
+            end = middle;
+    }
+    for (; first < m_Items.size() && !IsNameBefore(name, NameOfItem(first)); ++first) {
+        if (IdOfItem(first) == place.id)
+            return first;
     }
     return kNoRow;
 }
@@ -428,6 +451,13 @@ ItemID CNodePalette::GetItemAt(int row)
     return item.IsValid() && item.Revalidate() ? item.GetItemID() : ItemID();
 }
 
+int CNodePalette::FindRowOf(ItemID const& id)
+{
+    EnsureRows();
+    unsigned long const row = FindRow(SPlace{id, kNoRow});
+    return row < m_VisibleItems.size() ? static_cast<int>(row) : -1;
+}
+
 void CNodePalette::SelectRow(int row)
 {
     EnsureRows();
@@ -459,13 +489,13 @@ void CNodePalette::ShowRowMenu(int row)
 void CNodePalette::ConfirmRow()
 {
     EnsureRows();
+    if (!HasSelection())
+        m_SelectedIndex = 0;
+    // What is meant now: listeners may search for something else.
+    ItemID const id = PlaceOfRow(m_SelectedIndex).id;
+    ShowRow(m_SelectedIndex);
     QPointer<CNodePalette> const self(this);
     EnterPressed();
-    if (!self)
-        return;
-    if (HasSelection())
-        ShowRow(m_SelectedIndex);
-    ItemID const id = PlaceOfRow(m_SelectedIndex).id;
-    if (!id.IsNull())
+    if (self && !id.IsNull())
         Q_EMIT ItemActivated(id, eByKey);
 }

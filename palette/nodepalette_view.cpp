@@ -149,8 +149,12 @@ void CNodePalette::UpdateCount()
     notice.setVisible(m_VisibleItems.empty());
     // Screen readers speak a new description of what has the focus.
     QString description = m_VisibleItems.empty() ? notice.GetText() : label.accessibleName();
-    if (HasSelection() && !m_SearchText.isEmpty())
-        description += QLatin1String(", ") + GetRowName(static_cast<int>(m_SelectedIndex));
+    try {
+        if (HasSelection() && !m_SearchText.isEmpty())
+            description += QLatin1String(", ") + GetRowName(static_cast<int>(m_SelectedIndex));
+    } catch (...) {
+        // What the host raises does not pass through the event loop; the name is left out.
+    }
     m_SearchEdit->setAccessibleDescription(description);
 }
 
@@ -242,16 +246,16 @@ QString CNodePalette::TellApart(unsigned long item)
     if (end - first < 2)
         return QString();
 
-    ItemID const id = m_Items[item].GetItemID();
+    ItemID const id = IdOfItem(item);
     auto const known = m_Private->namesakeNotes.find(id);
     if (known != m_Private->namesakeNotes.end())
         return known->second;
     std::vector<QStringList> facts;
     for (unsigned long other = first; other < end; ++other) {
-        ItemID const otherId = m_Items[other].GetItemID();
+        ItemID const otherId = IdOfItem(other);
         facts.push_back(QStringList()
-                        << DescribeKind(m_Items[other].m_Accessor) << AskDetails(otherId).category
-                        << AskDataSource(otherId) << FromHost(ItemIDUnlock::GetItemIDUID(otherId)));
+                        << DescribeKind(AccessorOfItem(other)) << AskDetails(otherId).category
+                        << AskDataSource(otherId) << FromHost(ItemSource(*this).GetUid(other)));
     }
     return m_Private->namesakeNotes[id] = PickDifferences(facts, item - first);
 }
@@ -260,13 +264,13 @@ QString CNodePalette::TellApart(unsigned long item)
 QString CNodePalette::GetTagNote(unsigned long row) const
 {
     NameRank const rank(QStringToStdString(m_SearchTextLower));
-    Item const* const item = ItemAt(row);
-    if (rank.GetWords().empty() || !item)
+    ItemID const id = PlaceOfRow(row).id;
+    if (rank.GetWords().empty() || id.IsNull())
         return QString();
-    std::string const name = ToSearchForm(NameOfItem(m_VisibleItems[row]));
+    std::string const name = ToSearchForm(m_ItemLibrary.GetItemName(id, true, nullptr));
     if (rank.Match(SSearchName{name, 0, FindLetters(name)}).words != 0)
         return QString();
-    for (std::string const& tag : m_TagsRegistry.GetItemTags(item->GetItemID())) {
+    for (std::string const& tag : m_TagsRegistry.GetItemTags(id)) {
         for (std::string const& word : rank.GetWords()) {
             if (FromHost(tag).contains(FromHost(word), Qt::CaseInsensitive))
                 return FromHost(tag);
@@ -336,6 +340,8 @@ void CNodePalette::ShowTip(QPoint const& globalPos, int row)
 
 void CNodePalette::mousePressEvent(QMouseEvent* event)
 {
+    // Before the panel notes the row: rows that are arranged later restore the last selection.
+    EnsureRows();
     // The panel paints for the left button only, and runs its menu in the middle of this.
     update();
     QPointer<CNodePalette> const self(this);
@@ -349,8 +355,7 @@ void CNodePalette::mousePressEvent(QMouseEvent* event)
 
 void CNodePalette::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    unsigned long const row = GetItemIndexAt(PositionOf(event));
-    ItemID const id = PlaceOfRow(row).id;
+    ItemID const id = PlaceOfRow(static_cast<unsigned long>(GetRowAt(PositionOf(event)))).id;
     QPointer<CNodePalette> const self(this);
     CNodeBrowser::mouseDoubleClickEvent(event);
     if (self && !id.IsNull() && event->button() == Qt::LeftButton)

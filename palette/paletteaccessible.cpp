@@ -9,9 +9,22 @@
 
 #include <algorithm>
 
+using namespace tarno::datamodel;
+
 namespace nodepalette {
 
 namespace {
+
+/// What the host raises must not pass through the bus: it makes an empty answer.
+template <class Question>
+auto AskSafely(Question const& question) -> decltype(question())
+{
+    try {
+        return question();
+    } catch (...) {
+        return decltype(question())();
+    }
+}
 
 /// One row. It names a place in the list rather than an item, as rows of the toolkit's own views.
 class CAccessibleRow : public QAccessibleInterface, public QAccessibleActionInterface
@@ -97,7 +110,7 @@ int CAccessibleRow::GetRow() const
 bool CAccessibleRow::isValid() const
 {
     CNodePalette* const palette = GetPalette();
-    return palette && m_Row < palette->GetRowCount();
+    return palette && AskSafely([&] { return m_Row < palette->GetRowCount(); });
 }
 
 QObject* CAccessibleRow::object() const
@@ -143,14 +156,18 @@ QString CAccessibleRow::text(QAccessible::Text text) const
         return QString();
     switch (text) {
     case QAccessible::Name:
-        return palette->GetRowName(m_Row);
+        return AskSafely([&] { return palette->GetRowName(m_Row); });
     case QAccessible::Description:
-        return CNodePalette::tr("%1 of %2; %3")
-            .arg(m_Row + 1)
-            .arg(palette->GetRowCount())
-            .arg(palette->GetRowDescription(m_Row));
+        return AskSafely([&] {
+            return CNodePalette::tr("%1 of %2; %3")
+                .arg(m_Row + 1)
+                .arg(palette->GetRowCount())
+                .arg(palette->GetRowDescription(m_Row));
+        });
     case QAccessible::Help:
-        return QTextDocumentFragment::fromHtml(palette->GetRowToolTip(m_Row)).toPlainText();
+        return AskSafely([&] {
+            return QTextDocumentFragment::fromHtml(palette->GetRowToolTip(m_Row)).toPlainText();
+        });
     default:
         return QString();
     }
@@ -163,7 +180,7 @@ QRect CAccessibleRow::rect() const
     CNodePalette* const palette = GetPalette();
     if (!palette)
         return QRect();
-    QRect const row = palette->GetRowRect(m_Row);
+    QRect const row = AskSafely([&] { return palette->GetRowRect(m_Row); });
     return QRect(palette->mapToGlobal(row.topLeft()), row.size());
 }
 
@@ -184,10 +201,11 @@ QAccessible::State CAccessibleRow::state() const
     bool const hasFocus = focus && (focus == palette || palette->isAncestorOf(focus));
     state.selectable = true;
     state.focusable = true;
-    state.selected = palette->GetSelectedRow() == m_Row;
+    state.selected = AskSafely([&] { return palette->GetSelectedRow() == m_Row; });
     state.focused = state.selected && hasFocus;
     state.invisible = !palette->isVisible();
-    state.offscreen = !palette->GetRowArea().intersects(palette->GetRowRect(m_Row));
+    QRect const row = AskSafely([&] { return palette->GetRowRect(m_Row); });
+    state.offscreen = !palette->GetRowArea().intersects(row);
     return state;
 }
 
@@ -220,21 +238,26 @@ QString CAccessibleRow::localizedActionDescription(QString const& name) const
     return QAccessibleActionInterface::localizedActionDescription(name);
 }
 
-/// Menus and hosts run event loops, which the screen reader is not to wait for.
+/// Menus and hosts run event loops, which the screen reader is not to wait for. By then the item
+/// may stand in another row.
 void CAccessibleRow::doAction(QString const& name)
 {
     CNodePalette* const palette = GetPalette();
     if (!palette)
         return;
-    int const row = m_Row;
+    void (CNodePalette::*action)(int) = nullptr;
     if (name == SelectAction())
-        palette->SelectRow(row);
+        action = &CNodePalette::SelectRow;
     else if (name == pressAction())
-        QMetaObject::invokeMethod(
-            palette, [palette, row] { palette->ActivateRow(row); }, Qt::QueuedConnection);
+        action = &CNodePalette::ActivateRow;
     else if (name == showMenuAction())
-        QMetaObject::invokeMethod(
-            palette, [palette, row] { palette->ShowRowMenu(row); }, Qt::QueuedConnection);
+        action = &CNodePalette::ShowRowMenu;
+    if (!action)
+        return;
+    ItemID const id = AskSafely([&] { return palette->GetItemAt(m_Row); });
+    QMetaObject::invokeMethod(
+        palette, [palette, id, action] { (palette->*action)(palette->FindRowOf(id)); },
+        Qt::QueuedConnection);
 }
 
 QStringList CAccessibleRow::keyBindingsForAction(QString const& name) const
@@ -261,7 +284,7 @@ CNodePalette* CAccessiblePalette::GetPalette() const
 int CAccessiblePalette::GetRowCount() const
 {
     CNodePalette* const palette = GetPalette();
-    return palette ? palette->GetRowCount() : 0;
+    return palette ? AskSafely([&] { return palette->GetRowCount(); }) : 0;
 }
 
 int CAccessiblePalette::childCount() const
@@ -292,8 +315,11 @@ QAccessibleInterface* CAccessiblePalette::childAt(int x, int y) const
     CNodePalette* const palette = GetPalette();
     if (QAccessibleInterface* const widget = QAccessibleWidget::childAt(x, y))
         return widget;
-    int const row = palette ? palette->GetRowAt(palette->mapFromGlobal(QPoint(x, y))) : -1;
-    return GetRow(row);
+    if (!palette)
+        return nullptr;
+    return AskSafely([&]() -> QAccessibleInterface* {
+        return GetRow(palette->GetRowAt(palette->mapFromGlobal(QPoint(x, y))));
+    });
 }
 
 int CAccessiblePalette::indexOfChild(QAccessibleInterface const* child) const
@@ -320,8 +346,10 @@ QAccessibleInterface* MakeAccessible(QString const& /*className*/, QObject* obje
 
 void TellOfSelectedRow(CNodePalette& palette, QAccessible::Event type)
 {
+    if (!QAccessible::isActive())
+        return;
     int const row = palette.GetSelectedRow();
-    if (!QAccessible::isActive() || row < 0)
+    if (row < 0)
         return;
     QAccessibleEvent event(&palette, type);
     event.setChild(row);

@@ -12,6 +12,12 @@ QString FromHost(std::string const& text)
     return QString::fromLatin1(text.c_str());
 }
 
+char ToLowerAscii(char character)
+{
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
+                                                : character;
+}
+
 std::string ToSearchForm(std::string const& name)
 {
     std::string lower = name.c_str();
@@ -21,10 +27,7 @@ std::string ToSearchForm(std::string const& name)
     if (!isAscii)
         return QStringToStdString(FromHost(name).toLower());
     // What the toolkit does, without its detour over 16-bit characters.
-    std::transform(lower.begin(), lower.end(), lower.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
-                                                    : character;
-    });
+    std::transform(lower.begin(), lower.end(), lower.begin(), ToLowerAscii);
     return lower;
 }
 

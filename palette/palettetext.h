@@ -12,6 +12,9 @@ namespace nodepalette {
 
 QString FromHost(std::string const& text);
 
+/// Leaves all but the letters of ASCII as they are.
+char ToLowerAscii(char character);
+
 /// The form in which the panel searches a name: lower case, 8-bit.
 std::string ToSearchForm(std::string const& name);
 

@@ -1,5 +1,6 @@
 #include "palettetest.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void leavesInStepsOnEscape();
     void actsOnTheSelectedRow();
     void leavesOtherKeysToTheHost();
+    void leavesUndoToTheHostUntilTyped();
     void leavesComposingToTheInputMethod();
     void survivesListenersThatDeleteIt();
 };
@@ -101,6 +103,12 @@ void TestPaletteKeys::activatesOnEnterAndDoubleClick()
     Type("nothing is called so");
     Press(Qt::Key_Enter);
     QCOMPARE(activations.count(), 2);
+
+    // A listener that searches for something else does not change what was meant.
+    Type("beta");
+    connect(m_Palette, &CNodeBrowser::SelectionChanged, [&] { Type("alpha"); });
+    Press(Qt::Key_Enter);
+    QVERIFY(activations.at(2).at(0).value<ItemID>() == (*m_Library)["Beta"].id);
 }
 
 void TestPaletteKeys::typesIntoTheSearchFromAnywhere()
@@ -186,6 +194,27 @@ void TestPaletteKeys::leavesOtherKeysToTheHost()
     left.ignore();
     QApplication::sendEvent(m_Palette->m_SearchEdit, &left);
     QVERIFY(!left.isAccepted());
+}
+
+void TestPaletteKeys::leavesUndoToTheHostUntilTyped()
+{
+    QAction undo(m_Window.get());
+    undo.setShortcut(QKeySequence::Undo);
+    m_Window->addAction(&undo);
+    QSignalSpy const undone(&undo, &QAction::triggered);
+    QTest::keyClicks(m_Palette->m_SearchEdit, "be");
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(undone.count(), 0);
+    QCOMPARE(m_Palette->m_SearchEdit->text(), QString());
+    QTest::keyClicks(m_Palette->m_SearchEdit, "be");
+    m_HostField->setFocus();
+    m_Palette->setFocus();
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(undone.count(), 1);
+    QCOMPARE(m_Palette->m_SearchEdit->text(), QString("be"));
+    undo.setShortcut(QKeySequence());
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(m_Palette->m_SearchEdit->text(), QString("be"));
 }
 
 void TestPaletteKeys::leavesComposingToTheInputMethod()

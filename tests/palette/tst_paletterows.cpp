@@ -45,6 +45,13 @@ void TestPaletteRows::showsWhatIsSelected()
     QCoreApplication::processEvents();
     QVERIFY(m_Palette->m_PaintedSelection > 100);
     QCOMPARE(changes.count(), 1);
+
+    // A press selects what it hit, though a rebuild is due.
+    m_Palette->SelectRow(2);
+    m_Library->Tell([](auto& listener, auto& library) { listener.LibraryInvalidated(library); });
+    QTest::mouseClick(m_Palette, Qt::LeftButton, {},
+                      QPoint(50, m_Palette->m_HeaderHeight + 5 * 24 + 12));
+    QCOMPARE(m_Palette->GetSelectedRow(), 5);
 }
 
 void TestPaletteRows::keepsItsPlaceWhenTheLibraryChanges()
