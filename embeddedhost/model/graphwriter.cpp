@@ -1,7 +1,7 @@
 #include "model/graphwriter.h"
 
-#include "model/objectchange.h"
 #include "base/text8.h"
+#include "model/objectchange.h"
 
 #include <cmath>
 #include <cstdint>

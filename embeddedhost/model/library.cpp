@@ -1,8 +1,8 @@
 #include "model/library.h"
 
+#include "base/text8.h"
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
-#include "base/text8.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,10 +1,10 @@
 #include "model/libraryedits.h"
 
+#include "base/text8.h"
 #include "model/graphwriter.h"
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
 #include "model/objectchange.h"
-#include "base/text8.h"
 
 #include <QFileInfo>
 #include <QHash>

@@ -1,7 +1,7 @@
 #include "model/objectdatabase.h"
 
-#include "model/library.h"
 #include "base/text8.h"
+#include "model/library.h"
 #include "objects/query.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #ifndef EMBEDDEDHOST_OBJECTDATABASE_H
 #define EMBEDDEDHOST_OBJECTDATABASE_H
 
+#include "model/dbobject.h"
 #include "model/itemidentity.h"
 #include "objects/datasource.h"
-#include "model/dbobject.h"
 #include "objects/refcounted.h"
 
 #include <qorm.h>

@@ -1,10 +1,10 @@
 #include "storage/memorylibrary.h"
 
+#include "base/text8.h"
 #include "model/graphjson.h"
 #include "model/graphwriter.h"
 #include "model/library.h"
 #include "model/objectchange.h"
-#include "base/text8.h"
 #include "storage/faults.h"
 
 #include <QScopedValueRollback>

@@ -1,7 +1,7 @@
 #include "storage/objectlister.h"
 
-#include "model/itemkinds.h"
 #include "base/text8.h"
+#include "model/itemkinds.h"
 
 #include <simdjson.h>
 

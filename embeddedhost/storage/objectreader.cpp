@@ -1,8 +1,8 @@
 #include "storage/objectreader.h"
 
+#include "base/text8.h"
 #include "model/graphjson.h"
 #include "model/itemkinds.h"
-#include "base/text8.h"
 
 #include <QStringList>
 

@@ -1,9 +1,9 @@
 #include "storage/unsavedchanges.h"
 
+#include "base/text8.h"
 #include "model/librarycommands.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
-#include "base/text8.h"
 #include "storage/folderscan.h"
 
 #include <QDir>

@@ -452,7 +452,8 @@ private Q_SLOTS:
     void failuresAreSurvived()
     {
         for (char const* const text :
-             {"the brush broke", "unknown reason", "out of paper", "A listener to the messages"})
+             {"the brush broke", "unknown reason", "out of paper", "A listener to the messages",
+              "not accepted by receiving widget"})
             Expect(text);
         QSignalSpy failures(qApp, SIGNAL(ExceptionCaught(QString)));
         QPointer<SFailingWidget> const widget = new SFailingWidget;

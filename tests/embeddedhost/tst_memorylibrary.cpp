@@ -139,9 +139,9 @@ private Q_SLOTS:
         item.tags = "мир;sea; 海 ;é";
         QVERIFY(Open({item}));
         // The panel shows "?" and "???", hands equal tags over once, and in its order.
-        m_User->Tag(m_Host->FindItem("wave"), "?;???;new;\xE9");
+        m_User->Tag(m_Host->FindItem(kWave), "?;???;new;\xE9");
         QCOMPARE(m_Host->GetItems()[0].tags.c_str(), "海;мир;new;é");
-        m_User->Tag(m_Host->FindItem("wave"), "new;what?");
+        m_User->Tag(m_Host->FindItem(kWave), "new;what?");
         QCOMPARE(m_Host->GetItems()[0].tags.c_str(), "new;what?");
     }
 

@@ -145,7 +145,7 @@ void TestPaletteKeys::actsOnTheSelectedRow()
     Type("alpha");
     Press(Qt::Key_F2);
     QCOMPARE(m_Palette->m_RenameCount, 1);
-    QContextMenuEvent menuEvent(QContextMenuEvent::Keyboard, QPoint());
+    QContextMenuEvent menuEvent(QContextMenuEvent::Keyboard, QPoint(), QPoint());
     QApplication::sendEvent(m_Palette->m_SearchEdit, &menuEvent);
     Press(Qt::Key_Menu);
     QCOMPARE(m_Palette->m_Menus, QStringList("0 at its row"));
