@@ -48,7 +48,7 @@ std::string ItemList::ToSearchName(std::string const& name)
 {
     // What the toolkit does, without its detour over 16-bit characters.
     if (IsAscii(name.c_str())) {
-        std::string lower = name.c_str();
+        std::string lower = name.substr(0, name.find('\0'));
         std::transform(lower.begin(), lower.end(), lower.begin(), ToLowerAscii);
         return lower;
     }

@@ -22,6 +22,8 @@ ItemTagsRegistry::ItemTagsRegistry(ItemTagsRegistry const& other)
 /// The copy does not follow the list of the other one.
 ItemTagsRegistry& ItemTagsRegistry::operator=(ItemTagsRegistry const& other)
 {
+    if (this == &other)
+        return *this;
     other.FillMaps();
     m_Source = nullptr;
     ++m_Revision;

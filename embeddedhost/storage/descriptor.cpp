@@ -21,7 +21,7 @@ FileContent NotRead()
 
 FileContent TooLarge()
 {
-    return Unreadable(QStringLiteral("it is larger than %1 MiB").arg(kMaxFileSize / (1024 * 1024)));
+    return Unreadable(QStringLiteral("it is larger than %1 MiB").arg(kMaxFileSize >> 20));
 }
 
 } // namespace
