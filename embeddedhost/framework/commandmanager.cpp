@@ -68,7 +68,8 @@ void CCommandManager::Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> co
 {
     if (!command.Get())
         return;
-    CommandPtr const kept(command);
+    // The caller's pointer may go while the command runs.
+    CommandPtr const kept(command); // NOLINT(performance-unnecessary-copy-initialization)
     auto const place = m_Finished.insert(m_Finished.end(), kept);
     try {
         RunningScope const running(*this);

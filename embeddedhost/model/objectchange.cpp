@@ -66,17 +66,15 @@ void SetKey(ordered_json& object, char const* key, ordered_json value)
     }
     // Keys that are not known rank last, so the new one comes before them.
     std::size_t const rank = GetRank(key);
+    auto const next = std::find_if(members.begin(), members.end(), [rank](auto const& member) {
+        return GetRank(member.first) > rank;
+    });
     ordered_json::object_t ordered;
-    bool isPlaced = false;
-    for (auto& member : members) {
-        if (!isPlaced && GetRank(member.first) > rank) {
-            ordered.emplace_back(key, std::move(value));
-            isPlaced = true;
-        }
-        ordered.emplace_back(member.first, std::move(member.second));
-    }
-    if (!isPlaced)
-        ordered.emplace_back(key, std::move(value));
+    for (auto member = members.begin(); member != next; ++member)
+        ordered.emplace_back(member->first, std::move(member->second));
+    ordered.emplace_back(key, std::move(value));
+    for (auto member = next; member != members.end(); ++member)
+        ordered.emplace_back(member->first, std::move(member->second));
     members = std::move(ordered);
 }
 
