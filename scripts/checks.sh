@@ -2,7 +2,7 @@
 # finds in them, and how many lines of tests there are for the code.
 # Sourced with `root` set to the source folder, after build.sh.
 
-check_packages=(clang-format clang-tidy)
+check_packages=(clang clang-format clang-tidy)
 
 check_format() {
     git -C "$root" ls-files -z '*.cpp' '*.h' \
