@@ -5,6 +5,9 @@
 #include <QScrollBar>
 #include <QTabBar>
 
+#include <algorithm>
+#include <cstring>
+
 using namespace tarno::datamodel;
 
 /// The panel towards its host: how it is made, what it registers and asks, what it is told.
@@ -58,6 +61,33 @@ private Q_SLOTS:
         QVERIFY(!browser.qt_metacast("IRevisionControlPropertiesMgr_Slot"));
         QCOMPARE(browser.qt_metacast("tarno::datamodel::IItemLibraryNotification"),
                  static_cast<void*>(static_cast<IItemLibraryNotification*>(&browser)));
+    }
+
+    void ordersItsVirtualFunctions()
+    {
+#if defined(__GXX_ABI_VERSION) && defined(__x86_64__)
+        // A pointer to a virtual function holds its place in the table of the class.
+        auto const placeOf = [](auto function) {
+            std::ptrdiff_t words[sizeof(function) / sizeof(std::ptrdiff_t)];
+            std::memcpy(words, &function, sizeof(function));
+            return (words[0] - 1) / std::ptrdiff_t(sizeof(void*));
+        };
+        auto const areInOrder = [placeOf](auto... functions) {
+            std::vector<std::ptrdiff_t> const places = {placeOf(functions)...};
+            return places.back() - places.front() + 1 == std::ptrdiff_t(places.size())
+                   && std::is_sorted(places.begin(), places.end());
+        };
+        typedef CNodeBrowser B;
+        typedef TestBrowser T;
+        QVERIFY(areInOrder(&B::OnRevisionControlPropertiesChange, &B::ItemAdded, &B::ItemRemoved,
+                           &B::OnBeginChanges, &B::OnEndChanges, &B::LibraryInvalidated,
+                           &B::ItemNameChanged, &B::ItemTagsChanged, &B::ItemAccessStateChanged,
+                           &B::OnPreCommit, &B::OnPostCommit, &T::OnRenameItem, &T::OnDeleteItem,
+                           &T::OnCheckOutItem, &T::OnMakeItemWritable, &T::OnShowItemFiles,
+                           &T::OnEditItemTags, &T::OnDatasourceChange, &T::PopContexMenu));
+#else
+        QSKIP("Only one calling convention tells the order.");
+#endif
     }
 
     void registersOnceWhateverIsAttached()
