@@ -23,11 +23,16 @@ int main(int argc, char** argv)
     std::unique_ptr<QApplication> const application(MakeApplication(argc, argv));
     QByteArray const first(argv[argc > 1]);
     int const isOne = first.startsWith("Test");
+    bool isFound = false;
     int failures = 0;
     for (MakeTest const makeTest : AddedTests()) {
         std::unique_ptr<LoggedTest> const test(makeTest());
-        if (!isOne || first == test->metaObject()->className())
-            failures += QTest::qExec(test.get(), argc - isOne, argv + isOne);
+        if (isOne && first != test->metaObject()->className())
+            continue;
+        isFound = true;
+        failures += QTest::qExec(test.get(), argc - isOne, argv + isOne);
     }
-    return failures;
+    if (!isFound)
+        qCritical("There is no test class \"%s\".", first.constData());
+    return isFound ? failures : 1;
 }
