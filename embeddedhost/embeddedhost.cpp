@@ -21,7 +21,9 @@
 #include <algorithm>
 #include <utility>
 
+#include <QPointer>
 #include <QScopedValueRollback>
+#include <QScopeGuard>
 #include <QTimer>
 
 using namespace embeddedhost;
@@ -50,11 +52,10 @@ public:
         return library && !library->IsInMemory();
     }
 
-    /// Closes the library that is open. Meanwhile none can be opened: it would be torn down with
-    /// this one.
+    /// Closes the open library. None can be opened meanwhile: it would be torn down with this one.
     void Release(CLibrary& closed)
     {
-        QScopedValueRollback<bool> const releasing(isReplacing, true);
+        QScopedValueRollback<bool> const closing(isClosing, true);
         commandManager.Clear();
         contentTimer.stop();
         observer.Detach(closed.GetNotifier());
@@ -66,18 +67,21 @@ public:
         library.reset();
     }
 
-    CMessageChannel messages;
+    /// Shared with OpenLibrary, which goes on using it for a moment when a listener deletes the
+    /// host.
+    std::shared_ptr<CMessageChannel> const sharedMessages = std::make_shared<CMessageChannel>();
+    CMessageChannel& messages = *sharedMessages;
     CCommandManager commandManager;
     CDatabaseProxy databaseProxy;
-    /// Null when none is open. Before what refers to it: a listener may have opened one while
-    /// the host was closing its last.
+    /// Null when none is open. Declared before the members that refer to it, and so destroyed
+    /// after them: a listener may open a library while the host closes its last.
     std::shared_ptr<CLibrary> library;
     CSourceControlService sourceControl;
     CRevisionControlHelper revisionControlHelper{messages, sourceControl};
     CompoundAccessor compoundTarget;
     std::unique_ptr<CLibraryWatcher> watcher;
-    /// A library is being closed or read.
-    bool isReplacing = false;
+    bool isClosing = false;
+    bool isOpening = false;
     bool isOpeningCancelled = false;
     /// Listens as long as a library is open.
     CLibraryObserver observer;
@@ -89,7 +93,7 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
     , m_Private(new Private)
 {
     if (gInstance) {
-        qWarning("There is an embedded host already; this one is not asked by anybody.");
+        qWarning("There is an embedded host already; this one is not used.");
         return;
     }
     gInstance = this;
@@ -135,18 +139,20 @@ bool CEmbeddedHost::CanOpenLibrary(QString const& folder)
 
 bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
-    if (!CanOpenAnother() || !CanOpenLibrary(folder))
+    QPointer<CEmbeddedHost> const self(this);
+    std::shared_ptr<CMessageChannel> const messages = m_Private->sharedMessages;
+    if (!CanOpenAnother() || !CheckLibrary(folder, *messages))
         return false;
-    Replace([&] {
-        return ReadLibrary(folder, m_Private->messages, [&](int done, int total) {
+    bool const isRead = Replace([&] {
+        return ReadLibrary(folder, *messages, [&](int done, int total) {
             if (progress)
                 progress(done, total);
-            return !m_Private->isOpeningCancelled;
+            return self && !m_Private->isOpeningCancelled;
         });
     });
-    std::shared_ptr<CLibrary> const library = m_Private->library;
-    if (!library)
+    if (!isRead)
         return false;
+    std::shared_ptr<CLibrary> const library = m_Private->library;
     m_Private->watcher = std::make_unique<CLibraryWatcher>(library);
     m_Private->sourceControl.Open(*library);
     connect(m_Private->watcher.get(), &CLibraryWatcher::FilesTouched, &m_Private->sourceControl,
@@ -155,8 +161,8 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
             m_Private->watcher.get(), &CLibraryWatcher::CheckConflicts);
     if (Announce())
         TidyUpStagingFolders(*library);
-    // Listeners to messages may close it, too.
-    return m_Private->library == library;
+    // Message listeners may close the library or delete the host, too.
+    return self && m_Private->library == library;
 }
 
 bool CEmbeddedHost::OpenItems(QString const& name, std::vector<MemoryItem> const& items,
@@ -165,7 +171,7 @@ bool CEmbeddedHost::OpenItems(QString const& name, std::vector<MemoryItem> const
     if (!CanOpenAnother())
         return false;
     QString fault;
-    // Before the other library is closed: a listener to that may change what the caller has.
+    // Before the other library is closed: a listener to that may change the caller's items.
     auto objects = MakeMemoryObjects(items, &fault);
     MemoryStore const store = {save};
     if (!objects) {
@@ -173,43 +179,60 @@ bool CEmbeddedHost::OpenItems(QString const& name, std::vector<MemoryItem> const
                                  QStringLiteral("\"%1\" cannot be opened: %2.").arg(name, fault));
         return false;
     }
-    Replace(
+    bool const isMade = Replace(
         [&] { return MakeMemoryLibrary(name, std::move(*objects), store, m_Private->messages); });
-    return Announce();
+    return isMade && Announce();
 }
 
 bool CEmbeddedHost::CanOpenAnother()
 {
-    if (gInstance == this && !m_Private->isReplacing)
-        return true;
-    m_Private->messages.Post(eSeverity::kError,
-                             QStringLiteral("Another library is being opened; try again."));
-    return false;
+    QString obstacle;
+    if (gInstance != this)
+        obstacle = QStringLiteral("Another embedded host has the process; this one opens nothing.");
+    else if (m_Private->isOpening)
+        obstacle = QStringLiteral("Another library is being opened; try again.");
+    else if (m_Private->isClosing)
+        obstacle = QStringLiteral("The library before is being closed; try again.");
+    if (!obstacle.isEmpty())
+        m_Private->messages.Post(eSeverity::kError, obstacle);
+    return obstacle.isEmpty();
 }
 
-void CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& read)
+bool CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& read)
 {
-    QScopedValueRollback<bool> const replacing(m_Private->isReplacing, true);
+    QPointer<CEmbeddedHost> const self(this);
+    auto const opening = qScopeGuard([&] {
+        if (self)
+            m_Private->isOpening = false;
+    });
+    m_Private->isOpening = true;
     m_Private->isOpeningCancelled = false;
     // Before the other one is read: its items may have the same uids.
     CloseLibrary();
-    m_Private->library = read();
+    if (!self)
+        return false;
+    std::shared_ptr<CLibrary> const library = read();
+    if (!self)
+        return false;
+    m_Private->library = library;
+    return library != nullptr;
 }
 
 bool CEmbeddedHost::Announce()
 {
+    QPointer<CEmbeddedHost> const self(this);
     // Kept: a listener may close the library.
     std::shared_ptr<CLibrary> const library = m_Private->library;
     m_Private->revisionControlHelper.SetDatabase(&library->GetDatabase());
     m_Private->observer.Attach(library->GetNotifier());
     m_Private->databaseProxy.SetItemLibrary(GetLibrary());
     Q_EMIT LibraryChanged();
-    return m_Private->library == library;
+    return self && m_Private->library == library;
 }
 
 bool CEmbeddedHost::IsOpening() const
 {
-    return m_Private->isReplacing;
+    return m_Private->isOpening || m_Private->isClosing;
 }
 
 void CEmbeddedHost::CancelOpening()
@@ -219,7 +242,7 @@ void CEmbeddedHost::CancelOpening()
 
 void CEmbeddedHost::CloseLibrary()
 {
-    // Kept: listeners to the undo stack and to source control may close it, too.
+    // Kept: listeners of the undo stack and of source control may close it, too.
     std::shared_ptr<CLibrary> const library = m_Private->library;
     if (!library)
         return;

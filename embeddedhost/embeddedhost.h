@@ -54,7 +54,7 @@ public:
     /// opened; what is open stays so then. `progress` is called while files are read; an attempt
     /// to open another library meanwhile is refused.
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
-    /// A library is being read: none is open.
+    /// A library is being read or closed, so that no other can be opened now.
     bool IsOpening() const;
     /// Stops OpenLibrary while it reads, which returns false then and leaves none open.
     void CancelOpening();
@@ -132,7 +132,8 @@ public:
     void SetCompoundTarget(tarno::datamodel::CompoundAccessor const& compound);
 
 Q_SIGNALS:
-    /// Another library is open, or none.
+    /// Another library is open, or none. A listener may close it, open another one, which is
+    /// refused while one is being opened, or delete the host.
     void LibraryChanged();
     /// Items or their files changed; sent from the event loop, once for a burst of changes.
     void ContentChanged();
@@ -145,9 +146,10 @@ private:
     class Private;
 
     bool CanOpenAnother();
-    /// Closes the library that is open, and opens the one that `read` makes; null for none.
-    void Replace(std::function<std::shared_ptr<embeddedhost::CLibrary>()> const& read);
-    /// Shows the library that was opened. False when a listener has closed it.
+    /// Closes the open library, and opens the one that `read` makes. False when that is null, or a
+    /// listener has deleted this host.
+    bool Replace(std::function<std::shared_ptr<embeddedhost::CLibrary>()> const& read);
+    /// Shows the library that was opened. False when a listener has closed it or deleted this host.
     bool Announce();
 
     std::unique_ptr<Private> const m_Private;

@@ -197,6 +197,33 @@ private Q_SLOTS:
         QVERIFY2(isOpened, "closing is no opening");
     }
 
+    void aListenerMayDeleteTheHost()
+    {
+        LibraryFolder const folder;
+        folder.Write("project/a.json", Object(1, "compound", "Compound"));
+        auto const openWithDeletion = [&](Reaction const& open, bool atClosing) {
+            auto* const host = new CEmbeddedHost;
+            if (atClosing)
+                host->OpenItems("before", {});
+            connect(host, &CEmbeddedHost::LibraryChanged, this,
+                    [listened = host]() mutable { delete std::exchange(listened, nullptr); });
+            open();
+            QVERIFY(!CEmbeddedHost::GetInstance());
+        };
+        auto const openFolder = [&] {
+            QVERIFY(!CEmbeddedHost::GetInstance()->OpenLibrary(folder.GetPath()));
+        };
+        openWithDeletion(openFolder, false);
+        openWithDeletion(openFolder, true);
+        openWithDeletion([] { QVERIFY(!CEmbeddedHost::GetInstance()->OpenItems("items", {})); },
+                         true);
+        auto* const host = new CEmbeddedHost;
+        QVERIFY(!host->OpenLibrary(folder.GetPath(), [&](int done, int /*total*/) {
+            if (done == 0)
+                delete host;
+        }));
+    }
+
     void messagesAreKeptAndSent()
     {
         CMessageChannel channel;
