@@ -31,6 +31,13 @@ Iterator<T>::Iterator(Iterator const& other)
 {}
 
 template <class T>
+Iterator<T>& Iterator<T>::operator=(Iterator const& other)
+{
+    m_State = std::make_shared<State>(*other.m_State);
+    return *this;
+}
+
+template <class T>
 Iterator<T>::~Iterator() = default;
 
 template <class T>

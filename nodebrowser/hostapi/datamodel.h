@@ -237,8 +237,8 @@ public:
     std::string GetName(bool display, char const* reserved) const;
 };
 
-/// Forward iteration over a list taken when the iterator was made; the library may change
-/// meanwhile. The host's library instantiates it for ItemAccessor.
+/// Forward iteration over a snapshot of a list, so that the library may change meanwhile. Copies
+/// advance independently. The host's library instantiates it for ItemAccessor.
 template <class T>
 class Iterator
 {
@@ -248,6 +248,7 @@ public:
     /// For the host's library.
     explicit Iterator(std::shared_ptr<State> const& state);
     Iterator(Iterator const& other);
+    Iterator& operator=(Iterator const& other);
     ~Iterator();
 
     /// No more items; neither GetCurrent() nor Next() may be called any more.

@@ -102,6 +102,11 @@ private Q_SLOTS:
         QCOMPARE(GetInterfaces(library), (std::set<int>{32, 33, 34}));
         QCOMPARE(GetInterfaces(GetTOC(library)), std::set<int>{38});
         QVERIFY(GetTOC(library).GetItems(nullptr).IsDone());
+        auto items = GetTOC(library).GetItems(TarnoType::gCompound);
+        auto assigned = items;
+        assigned = items;
+        assigned.Next();
+        QVERIFY(items.GetCurrent().GetItemID() != assigned.GetCurrent().GetItemID());
     }
 
     void itemsTellWhatListsDependOn()
