@@ -2,7 +2,7 @@
 
 #include <QString>
 
-#include <nlohmann/json.hpp>
+#include <simdjson.h>
 
 #include <algorithm>
 
@@ -43,13 +43,8 @@ bool IsTooLong(std::string const& utf8)
 
 bool IsUtf8(std::string const& text)
 {
-    // The JSON library knows exactly; Qt would take a byte order mark away.
-    try {
-        nlohmann::json(text).dump();
-        return true;
-    } catch (nlohmann::json::type_error const&) {
-        return false;
-    }
+    // Qt would take a byte order mark away.
+    return simdjson::validate_utf8(text.data(), text.size());
 }
 
 bool EqualIgnoringAsciiCase(char const* a, char const* b)
