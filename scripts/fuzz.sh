@@ -1,6 +1,6 @@
 # Builds and runs the fuzzers, for ./test. Sourced after build.sh.
 
-fuzzers=(library unsavedchanges payload body query)
+fuzzers=(library lister unsavedchanges payload body query)
 
 # fuzz_one NAME SECONDS: what it finds goes to build/fuzz/findings, with the output beside it; the
 # inputs that reached something new stay in build/fuzz/corpus, for the next run to start from.
