@@ -1,5 +1,7 @@
 #include "interfaces.h"
 
+#include "kindtable.h"
+
 namespace hostkit {
 
 using namespace tarno::datamodel;
@@ -18,7 +20,8 @@ bool TocSupports(eInterfaceID interfaceID)
 
 bool ItemSupports(eInterfaceID interfaceID, char const* kind, bool isLoop)
 {
-    bool const isCompound = kind == TarnoType::gCompound;
+    Kind const* const known = FindKind(kind);
+    bool const isCompound = known && known->isCompound;
     switch (interfaceID) {
     case kUnspecifiedInterface:
     case kItemInterface:
@@ -30,9 +33,9 @@ bool ItemSupports(eInterfaceID interfaceID, char const* kind, bool isLoop)
     case kLoopCompoundModifierInterface:
         return isCompound && isLoop;
     case kFunctionInterface:
-        return isCompound || kind == TarnoType::gSolver || kind == TarnoType::gPolymorphicSolver;
+        return known && known->isFunction;
     case kTypeDescriptorInterface:
-        return kind == LibType::gType;
+        return known && known->isType;
     default:
         return false;
     }

@@ -1,16 +1,13 @@
-#include <datamodel.h>
+#include "kindtable.h"
 
-#include <algorithm>
-#include <iterator>
+#include <datamodel.h>
 
 namespace tarno {
 namespace datamodel {
 
 bool ItemID::IsValid() const
 {
-    char const* const kinds[] = {TarnoType::gSolver, TarnoType::gPolymorphicSolver,
-                                 TarnoType::gCompound, TarnoType::gGlobalConstant, LibType::gType};
-    return std::find(std::begin(kinds), std::end(kinds), GetType()) != std::end(kinds);
+    return hostkit::FindKind(GetType()) != nullptr;
 }
 
 } // namespace datamodel
