@@ -46,7 +46,7 @@ UnspecifiedAccessor& UnspecifiedAccessor::operator=(UnspecifiedAccessor const& o
     m_Context = other.m_Context;
     if (m_Context)
         GetShared(*m_Context).AddRef();
-    // Last: the other accessor may be part of what goes with the previous context.
+    // Released last: the other accessor may be owned by the previous context.
     if (previous)
         GetShared(*previous).Release();
     return *this;

@@ -52,7 +52,7 @@ namespace hostkit {
 
 void RaiseNullPtr()
 {
-    // Wherever a null pointer is followed, it is reported under this expression and line.
+    // All null dereferences are reported with this one expression and line.
     qorm::ExBase::NullPtr const error("GetPointeeNotNull", "qormptr.h", 102);
     if (!qorm::DisableErrorReportingGuard::IsErrorReportingDisabled())
         qorm::PrintDebugString(error.GetErrorString());

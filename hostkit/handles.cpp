@@ -9,7 +9,7 @@ using hostkit::eObjectKind;
 
 namespace {
 
-// The kind of object that a handle sees, and the object as that kind.
+// The object kind of each handle type, and the object as that type.
 template <class T>
 struct Seen;
 

@@ -12,7 +12,7 @@ std::string Text(char const* text)
 
 bool IsSameDigit(char a, char b)
 {
-    // In a UID, letters of the two cases differ in this bit only.
+    // Upper and lower case of a UID's letters differ in this bit only.
     return (a | 0x20) == (b | 0x20);
 }
 

@@ -5,12 +5,12 @@
 
 namespace hostkit {
 
-// What can be seen through an interface, for UnspecifiedAccessor::SetFrom: something that is alive
-// of the library, of its table of contents, or an item of the kind.
+// Which interfaces an open library, its table of contents and an item of a kind support, for
+// UnspecifiedAccessor::SetFrom.
 
 bool LibrarySupports(tarno::datamodel::eInterfaceID interfaceID);
 bool TocSupports(tarno::datamodel::eInterfaceID interfaceID);
-/// `isLoop` tells a loop compound from the others.
+/// `isLoop` is true for a loop compound.
 bool ItemSupports(tarno::datamodel::eInterfaceID interfaceID, char const* kind, bool isLoop);
 
 } // namespace hostkit

@@ -1,4 +1,4 @@
-// The kind constants. Their addresses tell kinds apart, so a program has them once.
+// The kind constants. Kinds are compared by address, so a program may define them only once.
 
 #include <datamodel.h>
 

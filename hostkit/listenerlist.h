@@ -7,9 +7,9 @@
 
 namespace hostkit {
 
-/// Listeners, told in the order they were added. While one is told, any may be added or
-/// removed, and another delivery may begin: a removed one is not told any more, an added one is
-/// told from the next delivery on. The list itself has to outlive the delivery.
+/// Listeners, called in the order they were added. During a call any may be added or removed, and
+/// another delivery may begin: a removed one is not called any more, an added one is called from
+/// the next delivery on. The list itself has to outlive the delivery.
 template <class Listener>
 class ListenerList
 {
@@ -27,14 +27,14 @@ public:
         auto const found = std::find(m_Listeners.begin(), m_Listeners.end(), listener);
         if (!listener || found == m_Listeners.end())
             return;
-        // Places stay as they are while somebody walks along them.
+        // A running delivery iterates by position, so none may shift.
         if (m_Deliveries > 0)
             *found = nullptr;
         else
             m_Listeners.erase(found);
     }
 
-    /// Calls `call(Listener&)` for each; what it raises passes through.
+    /// Calls `call(Listener&)` for each; exceptions pass through.
     template <class Call>
     void ForEach(Call const& call)
     {

@@ -5,14 +5,14 @@
 
 namespace hostkit {
 
-// What the handles of the kit ask of the host's database. The host defines these functions. One
-// without a database leaves them out, and with them IHelper::GetHelper, GetDataSourceFromResource,
+// The queries of the kit's handles to the host's database. The host defines these functions. A host
+// without a database omits them, together with IHelper::GetHelper, GetDataSourceFromResource,
 // GetResourceExpandedURI and UID_Resource: the kit's without_database.cpp has them all.
 //
-// Each answers with nothing when the instance is null, closed or not the host's, and when it has no
-// object at the place (any more). They are called for each item of a rebuild.
+// Each returns an empty value when the instance is null, closed or not the host's, and when it has
+// no object at the index (any more). They are called for each item of a rebuild.
 
-/// What a handle sees an object as: IDbObject, ITypeAsset or IValueAsset.
+/// The interface of a handle: IDbObject, ITypeAsset or IValueAsset.
 enum class eObjectKind
 {
     kAnyObject,
@@ -27,7 +27,7 @@ qorm::IDbObject* GetDbObject(qorm::IQormInstance* instance, int cacheIndex);
 qorm::ITypeAsset* GetTypeAsset(qorm::IQormInstance* instance, int cacheIndex);
 qorm::IValueAsset* GetValueAsset(qorm::IQormInstance* instance, int cacheIndex);
 
-/// Where the object lives; null for none.
+/// The data source that holds the object; null for none.
 qorm::QormPtr<qorm::IDataSource> FindDataSource(qorm::IQormInstance* instance, int cacheIndex);
 /// With the empty text for none.
 qorm::DbObjectId FindObjectId(qorm::IQormInstance* instance, int cacheIndex);

@@ -7,12 +7,12 @@
 
 namespace hostkit {
 
-/// What the accessors of the kit need of a context: a count and a number. The host derives its
-/// AccessorContext from it:
+/// The reference count and the identifier of a context. The host derives its AccessorContext from
+/// it:
 ///
 ///     class tarno::datamodel::AccessorContext : public hostkit::CSharedContext { ... };
 ///
-/// A context that no accessor has held yet has the count 0. It deletes itself with its last
+/// The count starts at 0, before the first accessor. It deletes itself with its last
 /// accessor, so a library keeps one accessor for as long as it is open.
 class CSharedContext
 {

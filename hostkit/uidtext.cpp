@@ -37,8 +37,7 @@ bool ParseUid(std::string_view text, UidKey& key)
     static auto const digitValues = MakeDigitValues();
     if (!HasUidForm(text))
         return false;
-    // Digits are looked up and summed up without a branch for each: this is asked for every
-    // item of a library at each rebuild of a list.
+    // Branchless per digit, because it runs for every item of a library at each rebuild of a list.
     int all = 0;
     auto const read = [&](std::size_t begin, std::size_t end, std::uint64_t value) {
         for (std::size_t i = begin; i < end; ++i) {

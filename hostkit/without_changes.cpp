@@ -1,5 +1,5 @@
-// A host whose library never changes: it refuses each change and has nothing to tell listeners.
-// Items that ItemIsReadOnly names, and compounds, are offered no changes in menus either.
+// A host whose library never changes: it refuses each change and sends no notifications. Menus
+// offer no changes of compounds and of items for which ItemIsReadOnly is true.
 
 #include <datamodel.h>
 

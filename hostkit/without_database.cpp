@@ -1,5 +1,5 @@
-// A host without an object database: no handle is ever valid. The kit has all of it in one file, so
-// that a host which defines only some of these functions does not link.
+// A host without an object database: no handle is ever valid. All in one file, so that a host which
+// defines only some of these functions gets a link error instead of a mixture.
 
 #include "objectaccess.h"
 

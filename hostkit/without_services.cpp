@@ -17,7 +17,7 @@ public:
 
 wek::fwk::ISystem* wekGetSystem()
 {
-    // Never destroyed: services may be asked for while the process ends.
+    // Never destroyed: services may be looked up while the process exits.
     static CNoServices& system = *new CNoServices;
     return &system;
 }

@@ -11,12 +11,12 @@
 //   QString::fromAscii() and toAscii() make of them: Latin-1, or the codec that the program sets
 //   with QTextCodec::setCodecForCStrings().
 // - A `char const*` is never null, neither as an argument nor as an answer.
-// - Whatever is bound to nothing, to something that is gone, or to a library that was closed
-//   answers with an empty text, false, a null identifier or an invalid accessor, and changes
-//   nothing. The panel does not always test before it asks.
+// - An accessor that is unbound, or bound to a removed item or a closed library, answers with an
+//   empty text, false, a null identifier or an invalid accessor, and changes nothing. The panel
+//   does not always test validity before a call.
 // - Changes are PrepareForSave, the functions of the modifiers that are not const, and
 //   SetGlobalTarnoCompoundTarget. They may run an event loop, to ask the user something. The host
-//   may delete the panel, or replace or close its library, meanwhile: the panel bears that.
+//   may delete the panel, or replace or close its library, meanwhile: the panel handles that.
 // - Everything else runs no event loop and sends no notifications: the panel asks most of it while
 //   it paints.
 // - A change that is refused is reported by the host. The panel shows no message, ignores what
@@ -47,11 +47,12 @@ namespace LibType {
 extern char const* const gType;
 }
 
-/// What GetAccessorInterfaceID() answers. The host's data model numbers its interfaces, these and
-/// others, so the numbers have gaps and stay as they are; only those of the two modifiers, 5 and
+/// Interface numbers, returned by GetAccessorInterfaceID(). They belong to the host's data model,
+/// which has further ones, so they have gaps and are fixed; only those of the two modifiers, 5 and
 /// 33, are chosen here. Each accessor class has one: its default constructor, which the host
 /// defines, passes it to the protected constructor of UnspecifiedAccessor, and SetFrom tests for
-/// it. The two notification interfaces go with registrations. The panel compares no numbers.
+/// it. The two notification interfaces are passed when listeners register. The panel compares no
+/// numbers.
 enum eInterfaceID
 {
     kUnspecifiedInterface = 0,
@@ -70,11 +71,11 @@ enum eInterfaceID
     kLoopCompoundInterface = 47
 };
 
-/// Defined by the host as it likes; the panel only passes pointers on.
+/// Opaque here, the panel only passes pointers on; the host defines it.
 struct ItemIdentity;
 
 /// Identifier of one library item: a small value that stays valid, and unequal to all others,
-/// for the whole process, whatever becomes of the item.
+/// for the whole process, even after the item is removed.
 class ItemID
 {
 public:
@@ -84,12 +85,12 @@ public:
     explicit ItemID(ItemIdentity const* identity);
 
     bool IsNull() const;
-    /// Not null, and of a kind that the data model knows. Asked for the selection.
+    /// Not null, and of a kind that the data model knows. Called for the selection.
     bool IsValid() const;
     /// One of the kind constants; null for a null identifier.
     char const* GetType() const;
-    /// A text from which the identifier can be told again; empty for a null identifier. Asked when
-    /// a drag begins: it is what the drop target gets.
+    /// A text that identifies the item uniquely; empty for a null identifier. Called when a drag
+    /// begins: it is the payload that the drop target receives.
     std::string Serialize() const;
 
     bool operator==(ItemID const& other) const;
@@ -132,21 +133,21 @@ private:
     std::string m_Text;
 };
 
-/// What the accessors of one library share; defined by the host as it likes.
+/// State shared by the accessors of one library. Opaque here; the host defines it.
 class AccessorContext;
 typedef std::uintptr_t ItemHandle;
 typedef std::uintptr_t ContextID;
 
 /// A small value bound to one item, library or table of contents: a counted reference to the
 /// context, the interface it is seen through, and the item's handle (0 is none). The panel keeps
-/// accessors for as long as it likes, also past the end of what they are bound to.
+/// accessors for any time, even after the item or library they are bound to is gone.
 class UnspecifiedAccessor
 {
 public:
     UnspecifiedAccessor();
     UnspecifiedAccessor(UnspecifiedAccessor const& other);
-    /// Bound to what the more specific accessor is bound to, whose interface stays behind: the copy
-    /// is seen through kUnspecifiedInterface again.
+    /// Bound to the same item or library as the more specific accessor, but with the interface
+    /// kUnspecifiedInterface.
     template <class Specific,
               class = std::enable_if_t<std::is_base_of<UnspecifiedAccessor, Specific>::value>>
     UnspecifiedAccessor(Specific const& other)
@@ -159,22 +160,20 @@ public:
     UnspecifiedAccessor& operator=(UnspecifiedAccessor const& other);
     ~UnspecifiedAccessor();
 
-    /// Binds to what the other one is bound to; invalid afterwards when that does not support
-    /// this accessor's interface. Everything that is alive supports kUnspecifiedInterface.
+    /// Binds to the same item or library as `other`; invalid afterwards when that does not support
+    /// this accessor's interface. Everything that exists supports kUnspecifiedInterface.
     void SetFrom(UnspecifiedAccessor const& other);
 
-    /// Has a context and an item handle; says nothing about whether they still stand for
-    /// something.
+    /// Has a context and an item handle, which may be stale; see Revalidate.
     bool IsValid() const;
-    /// Makes sure that the handle still names a living item, library or table of contents; false
-    /// when it does not. The panel calls it before it asks an item something and after each event
-    /// loop.
+    /// Whether the handle still names an existing item, library or table of contents. The panel
+    /// calls it before it queries an item and after each event loop.
     bool Revalidate() const;
 
     /// The number of the accessor's class, bound or not.
     eInterfaceID GetAccessorInterfaceID() const;
-    /// Identifies the context, for as long as anybody holds it; 0 for none. The panel tells by it
-    /// and by the handle whether its library was replaced.
+    /// Identifies the context, as long as an accessor holds it; 0 for none. The panel compares it
+    /// and the handle to detect that its library was replaced.
     ContextID GetContextID() const;
     /// Null when the accessor is invalid or bound to something that is not an item. For an item
     /// that was removed, either null or the identifier that it had.
@@ -214,7 +213,7 @@ public:
     LoopCompoundAccessor();
 };
 
-/// An item of kind gType. The panel takes an item that can be seen so for a type.
+/// An item of kind gType. The panel treats an item that supports this interface as a type.
 class TypeDescriptorAccessor : public UnspecifiedAccessor
 {
 public:
@@ -228,9 +227,9 @@ public:
     ItemAccessor();
     ItemAccessor(AccessorContext* context, ItemHandle handle);
 
-    /// A value that the item carries under the name; no value for a name that it does not have.
-    /// At each rebuild of its list the panel asks for "Parent" and, without one, for
-    /// "Specializes", and leaves out items that have either, whatever the value says.
+    /// The item's value of that name; no value if it has none. At each rebuild of its list the
+    /// panel asks for "Parent" and, without one, for "Specializes", and leaves out items that have
+    /// either, regardless of the value.
     CSimpleValue GetValue(char const* name) const;
     /// The display name. Asked for the signatures in the create dialogs. The panel passes true
     /// and null.
@@ -263,13 +262,13 @@ private:
 
 class ItemLibraryAccessor;
 
-/// Told by a table of contents: the host calls, the panel listens from SetItemLibrary until the
-/// next one or its end. Listeners are not owned; they unregister before they die, and may do so,
-/// or register others, while being called. Arguments need be valid during the call only.
+/// Listener of a table of contents. The panel listens from SetItemLibrary until the next call of
+/// it or its destruction. Listeners are not owned; they unregister before they are destroyed, and
+/// may do so, or register others, during a call. Arguments need be valid during the call only.
 class IItemTOCNotification
 {
 public:
-    /// The panel makes its list anew with the next paint, here and in ItemRemoved.
+    /// The panel rebuilds its list at the next paint, here and in ItemRemoved.
     virtual void ItemAdded(ItemAccessor& item) = 0;
     virtual void ItemRemoved(ItemAccessor& item) = 0;
 
@@ -277,28 +276,28 @@ protected:
     ~IItemTOCNotification() {}
 };
 
-/// Told by an item library, under the same rules, whoever made the change. The panel searches the
-/// names, kinds and tags that it read at its last rebuild or in ItemTagsChanged: a change that is
-/// not announced is not found. LibraryInvalidated announces everything.
+/// Listener of an item library, under the same rules, for changes from any origin. The panel
+/// searches the names, kinds and tags that it read at its last rebuild or in ItemTagsChanged: a
+/// change that is not announced is not found. LibraryInvalidated announces everything.
 class IItemLibraryNotification
 {
 public:
     /// The panel does nothing at these two: it waits for the next paint anyway.
     virtual void OnBeginChanges(ItemLibraryAccessor& library) = 0;
     virtual void OnEndChanges(ItemLibraryAccessor& library) = 0;
-    /// Anything may have changed. The panel makes its list anew with the next paint.
+    /// Anything may have changed. The panel rebuilds its list at the next paint.
     virtual void LibraryInvalidated(ItemLibraryAccessor& library) = 0;
     /// Likewise.
     virtual void ItemNameChanged(ItemLibraryAccessor& library, ItemID const& id) = 0;
     /// The panel reads the tags of an item that it lists at once, for the next search, and does
-    /// not paint. Categories other than "ApplicationTags", and null, mean nothing to it.
+    /// not paint. It ignores null and categories other than "ApplicationTags".
     virtual void ItemTagsChanged(ItemLibraryAccessor& library, ItemID const& id,
                                  char const* category) = 0;
     /// `state` holds source-control state bits, of which the panel keeps 32; see
     /// ScsUtils::getAssetStateIcon.
     virtual void ItemAccessStateChanged(ItemLibraryAccessor& library, ItemID const& id,
                                         long state) = 0;
-    /// Setting `*cancel`, which is false at first, stops the commit. The panel leaves it alone.
+    /// Setting `*cancel`, which is false at first, stops the commit. The panel never sets it.
     virtual void OnPreCommit(ItemLibraryAccessor& library, bool* cancel) = 0;
     /// The panel does nothing.
     virtual void OnPostCommit(ItemLibraryAccessor& library) = 0;
@@ -314,12 +313,12 @@ public:
     ItemTOCAccessor();
     ItemTOCAccessor(AccessorContext* context, ItemHandle handle);
 
-    /// The items of one kind, in the order of the table of contents; none for another text. Asked
-    /// at each rebuild for the five kinds, and by the create dialogs for compounds.
+    /// The items of one kind, in the order of the table of contents; none for an unknown kind.
+    /// Called at each rebuild for the five kinds, and by the create dialogs for compounds.
     Iterator<ItemAccessor> GetItems(char const* kind) const;
 
     /// The interface goes with kItemTOCNotificationInterface and this accessor's context. A table
-    /// of contents that is gone has to bear RemoveNotification.
+    /// of contents that is gone must accept RemoveNotification.
     void AddNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
                          ContextID contextID) const;
     void RemoveNotification(IItemTOCNotification* notification, eInterfaceID interfaceID,
@@ -349,21 +348,21 @@ public:
     std::string GetItemTags(ItemID const& id, char const* category) const;
 
     /// The interface goes with kItemLibraryNotificationInterface and this accessor's context. A
-    /// library that is gone has to bear RemoveNotification.
+    /// library that is gone must accept RemoveNotification.
     void AddNotification(IItemLibraryNotification* notification, eInterfaceID interfaceID,
                          ContextID contextID) const;
     void RemoveNotification(IItemLibraryNotification* notification, eInterfaceID interfaceID,
                             ContextID contextID) const;
 };
 
-/// The library below its display: what must happen around saving.
+/// The library's storage side: preparation of a save.
 class LowLevelItemLibraryAccessor : public UnspecifiedAccessor
 {
 public:
     LowLevelItemLibraryAccessor();
 
     /// Brings everything that is to be written into its final form. The panel's save command calls
-    /// it, then CommitToDisk, without a test: there may be no library, or none that supports this.
+    /// it, then CommitToDisk, unconditionally: the accessor may be invalid.
     void PrepareForSave() const;
 };
 
@@ -382,7 +381,7 @@ public:
     /// Writes what has changed. `succeeded` is set in any case, and tells whether all of it was
     /// written; `messages`, unless it is null, takes a line for each thing that was not. The panel
     /// passes an empty list, false for `onlyChecked` and UID_Null() for `item`, which stands for
-    /// the whole library, and looks at neither outcome.
+    /// the whole library, and ignores both results.
     void CommitToDisk(bool& succeeded, std::list<std::string>* messages, bool onlyChecked,
                       qorm::UID const& item);
 };
@@ -396,9 +395,10 @@ public:
     /// Makes a compound, or with `isSignature` a compound signature, and binds to it; stays
     /// invalid, and returns a null identifier, when the host refuses. Called after a create dialog:
     /// `library` may be invalid or closed by now, `name` may be taken, and consists of letters,
-    /// digits and underscores, or '?' where the encoding has no such letter; `category` is what was
-    /// typed, or empty. A null `signatureUid` goes with a signature, an empty one with a compound
-    /// that implements none. A null manager makes the change without recording it, here and below.
+    /// digits and underscores, or '?' where the encoding has no such letter; `category` is the
+    /// typed text, or empty. A null `signatureUid` goes with a signature, an empty one with a
+    /// compound that implements none. A null manager makes the change without recording it, here
+    /// and below.
     ItemID CreateAndSetFromNewCompound(ItemLibraryAccessor const& library, char const* name,
                                        bool isSignature, char const* signatureUid,
                                        char const* category,
@@ -435,8 +435,8 @@ public:
 ItemTOCAccessor GetTOC(ItemLibraryAccessor const& library);
 
 /// Whether an item of the library, or of one it builds on, has the name already. Names that
-/// differ in the case of ASCII letters only are the same. Asked at each key in the rename dialog,
-/// except for the compound's own name in whatever case.
+/// differ in the case of ASCII letters only are the same. Called at each key in the rename dialog,
+/// except for the compound's own name in any case.
 bool IsNameInNodeLibraryHierarchy(ItemLibraryAccessor const& library, char const* name);
 
 /// The application's command manager; may be null. Asked by the type selector.

@@ -3,8 +3,8 @@
 
 // The host's application framework: the system object with its named services, commands, and
 // slots whose connections are tracked. Declarations only; the host's library defines them.
-// Everything runs on the GUI thread. Of what is declared here, only commands may run an event
-// loop. Texts are 8-bit, in the encoding that datamodel.h tells, and never null.
+// Everything runs on the GUI thread. Only commands may run an event loop. Texts are 8-bit, in the
+// encoding described in datamodel.h, and never null.
 
 #include <string>
 #include <vector>
@@ -34,14 +34,14 @@ public:
     virtual ~ISystem();
 
     /// The service registered under the name, or null. A missing service is never an error, and
-    /// one of another type than its name says counts as missing. The panel asks at each use and
-    /// keeps nothing. Names it asks for: "RevisionControlUIHelper" (qorm.h),
+    /// one of an unexpected type counts as missing. The panel looks services up at each use and
+    /// caches none. Names it looks up: "RevisionControlUIHelper" (qorm.h),
     /// "RevisionControlPropertiesMgr" (sourcecontrol.h), "QormDBProxy".
     virtual IBase* GetService(char const* name) = 0;
 };
 
-/// One change of the library, reference-counted intrusively. It is between the host's modifiers
-/// and its command manager; the panel never sees one.
+/// One change of the library, reference-counted intrusively. The host's modifiers pass it to the
+/// command manager; the panel never sees one.
 class ICommand
 {
 public:
@@ -50,9 +50,9 @@ public:
 
     /// Makes the change; called once when the command is run and again at each redo.
     virtual void Do() = 0;
-    /// Takes the change back. What Do() and Undo() change they announce, as any change.
+    /// Reverts the change. Do() and Undo() send the same notifications as any other change.
     virtual void Undo() = 0;
-    /// What the change is called in an undo menu; valid as long as the command.
+    /// The change's name in an undo menu; valid as long as the command.
     virtual char const* GetText() const = 0;
 
 protected:
@@ -65,7 +65,7 @@ class RefCountedAutoPtr
 {
 public:
     RefCountedAutoPtr();
-    /// Takes a share of its own; the caller keeps his.
+    /// Adds a reference; the caller keeps its own.
     explicit RefCountedAutoPtr(T* object);
     RefCountedAutoPtr(RefCountedAutoPtr const& other);
     RefCountedAutoPtr& operator=(RefCountedAutoPtr const& other);
@@ -79,15 +79,15 @@ private:
     T* m_Object;
 };
 
-/// Runs commands and remembers them for undo. The panel passes the one that it got with
-/// SetCommandManager through to the data model's modifiers and never calls it; a null manager
-/// means that changes are made unrecorded. It is not owned and has to outlive the panel.
+/// Runs commands and records them for undo. The panel passes the manager from SetCommandManager on
+/// to the data model's modifiers and never calls it; with a null manager, changes are not recorded.
+/// It is not owned and has to outlive the panel.
 class ICommandManager
 {
 public:
     virtual ~ICommandManager();
 
-    /// Runs the command and keeps it.
+    /// Runs the command and records it.
     virtual void Execute(RefCountedAutoPtr<ICommand> const& command) = 0;
 };
 
@@ -102,7 +102,7 @@ protected:
     ~IQormDBProxy_Signal();
 };
 
-/// The service "QormDBProxy": what the application works on at the moment.
+/// The service "QormDBProxy": the application's current item library.
 class IQormDBProxy : public IBase
 {
 public:
@@ -128,7 +128,7 @@ class KvTrackedSlot;
 class IKvTrackedSignal
 {
 public:
-    /// Forget the connection: its entry is going away. Must not call back into the entry.
+    /// Drops the connection: its entry is being destroyed. Must not call back into the entry.
     virtual void Disconnect(KvTrackedSlot* entry) = 0;
 
 protected:
@@ -136,8 +136,8 @@ protected:
 };
 
 /// One connection of a slot. The panel makes the entry and hands it to the sender, which connects
-/// it. Either end may go first: the destructor tells the sender, and a sender that goes calls
-/// Reset() on the entries it still has.
+/// it. Either end may be destroyed first: the destructor calls the sender's Disconnect(), and a
+/// sender that is destroyed calls Reset() on its remaining entries.
 class KvTrackedSlot
 {
 public:
@@ -146,7 +146,7 @@ public:
 
     /// Called by the sender when it accepts the connection.
     void Connect(IKvTrackedSignal* signal);
-    /// Called by the sender when it goes away first; nothing is told to it any more.
+    /// Called by the sender when it is destroyed first; it is not called any more.
     void Reset();
     bool IsConnected() const;
 

@@ -6,16 +6,16 @@
 // instantiates the templates for the types named at each. The panel calls them, on the GUI thread.
 // Unless a declaration says otherwise:
 //
-// - Texts are 8-bit, in the encoding that datamodel.h tells, and never null.
+// - Texts are 8-bit, in the encoding described in datamodel.h, and never null.
 // - Nothing runs an event loop, sends notifications or changes anything, except
 //   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may prompt,
-//   and the host may delete the panel, or replace or close its library, meanwhile: the panel bears
-//   that. They report their outcome themselves; the panel ignores it.
-// - An invalid handle and a null pointer raise ExBase::NullPtr when they are followed, and answer
-//   everything else with nothing: an empty text, false, a null pointer, an invalid handle. The
-//   panel does not catch what is raised.
-// - Handles live longer than the panel: it keeps those of the application's two components until
-//   the process ends, and lets go of them after main().
+//   and the host may delete the panel, or replace or close its library, meanwhile: the panel
+//   handles that. They report their outcome themselves; the panel ignores it.
+// - An invalid handle and a null pointer raise ExBase::NullPtr when dereferenced; all their other
+//   functions return an empty value: an empty text, false, a null pointer, an invalid handle. The
+//   panel does not catch exceptions.
+// - Handles outlive the panel: it keeps those of the application's two components until the process
+//   ends, and releases them after main().
 
 #include "framework.h"
 
@@ -47,25 +47,26 @@ private:
     std::string m_Text;
 };
 
-/// The UID that names nothing, all digits 0. Passed to CommitToDisk.
+/// The UID with all digits 0, which no object has. Passed to CommitToDisk.
 UID const& UID_Null();
-/// The type that every resource is of; any UID that the host's queries know. Used in the query
-/// for "Compound source".
+/// The type of all resources; the host may choose any UID. Used in the query for "Compound
+/// source".
 UID const& UID_Resource();
 
 /// Identifier of a database object.
 class DbObjectId
 {
 public:
-    /// Takes the text as it is; it is not tested with IsUID, and may be empty.
+    /// Stores the text unchecked; it may be empty or fail IsUID.
     explicit DbObjectId(char const* text);
 
     /// The text given, zero-terminated; valid as long as the object.
     char const* GetStr() const;
     bool operator==(DbObjectId const& other) const;
 
-    /// True for 8-4-4-4-12 hexadecimal digits in either case; false for null. The panel asks for
-    /// the UID text of each item and leaves those without alone.
+    /// True for 8-4-4-4-12 hexadecimal digits in either case; false for null. The panel calls
+    /// it for the UID text of each item, and looks up database objects for the well-formed ones
+    /// only.
     static bool IsUID(char const* text);
 
 private:
@@ -98,7 +99,7 @@ private:
 };
 
 /// Copyable handle to a database object: the database instance and the object's place in its
-/// cache. A handle whose object is gone stays safe to hold and to ask. The host's library
+/// cache. A handle whose object is gone stays safe to keep and to call. The host's library
 /// instantiates it for IDbObject, ITypeAsset and IValueAsset, AssignCast for all pairs.
 template <class T>
 class QormHandle
@@ -115,13 +116,13 @@ public:
     bool IsValid() const;
     /// Raises ExBase::NullPtr when the object is gone.
     T* operator->() const;
-    /// Takes over the other handle; invalid afterwards when the object is not of kind T, or the
-    /// other handle is invalid. Nothing is raised.
+    /// Assigns the other handle; invalid afterwards when the object is not of kind T, or the other
+    /// handle is invalid. Nothing is raised.
     template <class U>
     QormHandle& AssignCast(QormHandle<U> const& other);
 
-    /// Where the object lives; null for an invalid handle. An object that the panel finds for one
-    /// of its items must have one: the rebuild of the list breaks off otherwise.
+    /// The data source that holds the object; null for an invalid handle. An object that the panel
+    /// finds for one of its items must have one: an exception aborts the rebuild otherwise.
     QormPtr<IDataSource> GetDataSource() const;
     /// With the empty text for an invalid handle.
     DbObjectId GetDbObjectId() const;
@@ -139,7 +140,7 @@ private:
     int m_CacheIndex;
 };
 
-/// Life of everything that a QormPtr points to.
+/// Reference count of the objects that a QormPtr points to.
 class IRefCounted
 {
 public:
@@ -168,8 +169,8 @@ public:
 class IDbObject : public IRefCounted
 {
 public:
-    /// Null when the object belongs to no manager. The panel follows it when a compound's menu
-    /// opens and when its data source changes; null breaks these off.
+    /// Null when the object belongs to no manager. The panel dereferences it when a compound's
+    /// menu opens and when its data source changes; null aborts these with an exception.
     virtual QormPtr<IDataModelMgr> GetDataModelMgr() const = 0;
 };
 
@@ -177,8 +178,8 @@ public:
 class ITypeAsset : public IRefCounted
 {
 public:
-    /// True when the asset is locked against changes: the panel shows it like an item that comes
-    /// with the application. Asked for assets that are loaded.
+    /// True when the asset is locked against changes: the panel shows it like an item that ships
+    /// with the application. Called for assets that are loaded.
     virtual bool IsReadOnly() const = 0;
 };
 
@@ -218,52 +219,54 @@ using Vector = std::vector<T>;
 class IDataModelMgr : public IRefCounted
 {
 public:
-    /// Appends the rows found, which must be resources. The panel asks one thing only, all objects
-    /// of a type: "select object where IS_OF_TYPE_VERSION( {<uid> } )", with UID_Resource(). False
-    /// for a query that cannot be run; nothing is appended then. The panel ignores the answer.
+    /// Appends the rows found, which must be resources. The panel has a single query, for all
+    /// objects of a type: "select object where IS_OF_TYPE_VERSION( {<uid> } )", with
+    /// UID_Resource(). False for a query that cannot be run; nothing is appended then. The panel
+    /// ignores the result.
     virtual bool RunQuery(char const* query, Vector<CQueryResult>& results) = 0;
     /// An invalid handle when there is no such object.
     virtual QormHandle<IDbObject> FindObject(DbObjectId const& objectId) = 0;
-    /// Goes to IHelper::GetHelper; never null for a database that is open.
+    /// Passed to IHelper::GetHelper; never null for an open database.
     virtual QormPtr<IQormInstance> GetInstance() = 0;
 };
 
-/// What can be done to objects of an instance as a whole.
+/// Operations on whole objects of an instance.
 class IHelper : public IRefCounted
 {
 public:
-    /// The helper of the instance; null when the instance is null. The panel follows it untested.
+    /// The helper of the instance; null when the instance is null. The panel dereferences it
+    /// unchecked.
     static QormPtr<IHelper> GetHelper(QormPtr<IQormInstance> const& instance);
 
-    /// Moves the object into the data source. Called for the entry of "Compound source" that was
-    /// chosen. Refusing a read-only or null target, and saying so, is the helper's business.
-    /// `withFiles` moves what is stored of it as well; the panel passes true.
+    /// Moves the object into the data source. Called for the chosen entry of "Compound source". The
+    /// helper refuses a read-only or null target, with a message. `withFiles` moves the object's
+    /// files as well; the panel passes true.
     virtual void MoveToDataSource(QormHandle<IDbObject> const& object,
                                   QormPtr<IDataSource> const& target, bool withFiles) = 0;
 };
 
-/// The data source that the resource stands for, or null: the menu leaves out the entry then.
+/// The data source that the resource represents, or null, which leaves the entry out of the menu.
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource);
-/// Where the resource lies, with every variable filled in; the tool tip of its entry. Empty for
-/// what is no resource.
+/// The resource's location with all variables expanded; the tool tip of its entry. Empty for an
+/// object that is not a resource.
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource);
-/// True when the data source is what the resource stands for; false for a null data source and for
-/// an invalid resource.
+/// True when the resource represents the data source; false for a null data source and for an
+/// invalid resource.
 bool IsSameUri(QormPtr<IDataSource> const& source, QormHandle<IValueAsset> const& resource);
 
-/// The service "RevisionControlUIHelper": source control as a user meets it. Without it no item
-/// has a database object. The commands get valid objects.
+/// The service "RevisionControlUIHelper": database objects by identifier, and source-control
+/// commands for them. Without it no item has a database object. The commands get valid objects.
 class IRevisionControlUIHelper : public wek::IBase
 {
 public:
-    /// An invalid handle when there is no such object, whatever the text of the identifier. Asked
-    /// for each item of a rebuild, in menus, commands and tool tips, and once a process for the two
-    /// components of the application.
+    /// An invalid handle when there is no such object; the identifier's text may be malformed.
+    /// Called for each item of a rebuild, in menus, commands and tool tips, and once a process for
+    /// the two components of the application.
     virtual QormHandle<IDbObject> FindObject(DbObjectId const& objectId) = 0;
 
-    /// `checkedOut` tells whether it worked, and is false at first; the panel passes true for
-    /// `askUser`. In no menu of the panel: a host invokes the slot OnCheckOutItem(), and below
-    /// OnMakeItemWritable().
+    /// Sets `checkedOut`, which is false at first, on success; the panel passes true for `askUser`.
+    /// The panel has no menu entry for it: a host invokes the slot OnCheckOutItem(), and
+    /// OnMakeItemWritable() for MakeWritable.
     virtual void CheckOut(QormHandle<IDbObject> const& object, bool& checkedOut, bool askUser) = 0;
     /// Lifts the read-only permission of the object's files; the panel passes true.
     virtual void MakeWritable(QormHandle<IDbObject> const& object, bool askUser) = 0;
@@ -279,7 +282,7 @@ public:
 
     ~ExBase() noexcept override;
 
-    /// What failed and where, in one line.
+    /// The failed expression and its place, in one line.
     std::string const& GetErrorString() const;
     char const* what() const noexcept override;
 
@@ -290,7 +293,7 @@ private:
     std::string m_ErrorString;
 };
 
-/// Raised when a null database pointer or a handle to an object that is gone is followed. The
+/// Raised when a null database pointer or a handle to a removed object is dereferenced. The
 /// error string goes to PrintDebugString first unless error reporting is disabled.
 class ExBase::NullPtr : public ExBase
 {

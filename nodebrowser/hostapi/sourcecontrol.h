@@ -4,7 +4,7 @@
 // The host's source-control utilities: states of objects, their icons and tool tips, and the
 // switch that turns the display of states on. Declarations only; the host's library defines
 // them. Everything is called on the GUI thread, most of it while the panel paints, and must not
-// run an event loop. The texts are the toolkit's own, so there is no encoding to mind.
+// run an event loop. The texts are the toolkit's own, so no encoding is involved.
 
 #include "framework.h"
 #include "qorm.h"
@@ -19,16 +19,16 @@
 class ScsTask
 {
 public:
-    /// `name` tells who asks: "NodeBrowser".
+    /// `name` identifies the caller: "NodeBrowser".
     explicit ScsTask(QString const& name);
 
-    /// The compounds whose states are wanted: all that the panel lists, except those from
-    /// read-only data sources. Called by the first paint after a library was set or states were
+    /// Requests the states of compounds: all that the panel lists, except those from read-only data
+    /// sources. Called by the first paint after a library was set or states were
     /// switched on, also while no states are shown. The list may be empty, and handles in it may be
     /// invalid. Returns at once. Items that get no answer keep the waiting state.
     void RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject>> const& objects);
-    /// Instead of delete, when the panel dies: the task frees itself when it is safe to, and
-    /// delivers nothing more.
+    /// Called instead of delete, when the panel is destroyed: the task deletes itself when it is
+    /// safe to, and delivers nothing more.
     void DeleteMe();
 
 private:
@@ -48,7 +48,7 @@ namespace ScsUtils {
 /// date" needs a bit, therefore, and after a rebuild that did not ask RequestObjectStates the host
 /// announces the states again.
 int const kNoState = 0;
-/// Asked for, no answer yet: the panel sets it on the items that it asks RequestObjectStates for.
+/// Requested, no answer yet: the panel sets it on the items that it passes to RequestObjectStates.
 /// The host leaves the bit free, and may mark such icons or not.
 int const kWaitingState = 0x400000;
 
@@ -56,16 +56,16 @@ int const kWaitingState = 0x400000;
 /// pixels.
 int const kStateStripWidth = 7;
 
-/// True when the files of the library are under version control at all. Asked for each icon while
-/// states are switched on, and when that is about to happen; false shows no states.
+/// True when the files of the library are under version control at all. Called for each icon while
+/// states are switched on, and before they are switched on; false shows no states.
 bool IsFileVersionControlActive();
 
-/// The base pixmap with the overlay of the state bits, as it is painted in a row. `active` tells
-/// whether states are shown; without, the answer is the base. `plain` is true for a plain icon and
+/// The base pixmap with the overlay of the state bits, as it is painted in a row. `active` is
+/// whether states are shown; if not, the result is the base. `plain` is true for a plain icon and
 /// false for a factory composite, which already carries the strip at its left. Sizes are
 /// device-independent pixels. `base` is null when the program lacks the image; it may be painted
-/// on, for the panel uses the answer only. The panel keeps the answer for all items with the same
-/// arguments, until its next rebuild.
+/// on, because the panel uses the result only. The panel caches the result for all items with the
+/// same arguments, until its next rebuild.
 ///
 /// The bits are those that the host sent with ItemAccessStateChanged, or a state of the panel.
 ///
@@ -75,7 +75,7 @@ bool IsFileVersionControlActive();
 /// kNoState the answer is the base: items that take no part in source control have that state, too.
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain);
 
-/// Tool-tip text for the object, plain or rich; empty shows none. Asked when the mouse rests on a
+/// Tool-tip text for the object, plain or rich; empty shows none. Called when the mouse rests on a
 /// compound whose object is valid. `icon` is the resource name of an icon that it may show,
 /// ":compound.png".
 QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon);
