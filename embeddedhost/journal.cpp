@@ -16,9 +16,9 @@ using namespace embeddedhost;
 
 namespace {
 
-/// In milliseconds: an edit more or less is no loss, and a disk should not be kept busy.
+/// The debounce interval, in milliseconds: a few lost seconds are acceptable, a busy disk is not.
 constexpr int kPause = 3000;
-/// As many processes as can be expected to be at one library, and then some.
+/// The maximum of journals of one library; more than the processes that will ever open it.
 constexpr int kMostFiles = 1000;
 
 /// Null when another process, or another journal of this one, has it.
@@ -190,7 +190,7 @@ void CJournal::Recover(Leftover const& leftover)
         m_LeftoverLocks.erase(leftover.file);
         return;
     }
-    // Not before our own file has them.
+    // Only when this process's own file has them.
     if (Write())
         Discard(leftover);
 }

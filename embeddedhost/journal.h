@@ -14,8 +14,8 @@
 class CEmbeddedHost;
 class QLockFile;
 
-/// Keeps the unsaved changes of the host's library in a file outside of it, so that a process
-/// that is killed loses the last few seconds at most.
+/// Keeps the unsaved changes of the host's library in a file outside of it, so that a killed
+/// process loses the last few seconds at most.
 ///
 /// The file is written a while after a change, and removed when everything is saved or undone.
 /// Each process has one of its own, which it holds a lock on; the file of a process that has ended
@@ -42,14 +42,16 @@ public:
     /// How long after a change the file is written, in milliseconds.
     void SetPause(int milliseconds);
 
-    /// Left behind of the open library, the oldest first; no other process is given them as long
-    /// as this one is there. Files that are of no use are set aside, with a message.
+    /// The journals left behind for the open library, the oldest first. They are locked against
+    /// other processes until this journal is destroyed. Unusable files are set aside, with a
+    /// message.
     std::vector<Leftover> FindLeftovers();
-    /// Makes the changes again, as one command. When some cannot be made the file is set aside.
+    /// Applies the changes again, as one command. When some cannot be applied the file is set
+    /// aside.
     void Recover(Leftover const& leftover);
     void Discard(Leftover const& leftover);
 
-    /// The unsaved changes are not wanted any more.
+    /// Discards the journal of this process.
     void Drop();
 
 private:
@@ -69,7 +71,7 @@ private:
     /// Of the open library; empty when none is open.
     QString m_LibraryFolder;
 
-    /// Our own file and its lock; empty and null as long as nothing had to be written.
+    /// This process's file and its lock; empty and null until something has to be written.
     QString m_File;
     std::unique_ptr<QLockFile> m_Lock;
     QByteArray m_Written;

@@ -29,15 +29,14 @@ GraphBody Read(ordered_json const& object)
 GraphBody ReadGood(ordered_json const& object)
 {
     return ReadGraphBody(object, [](std::string const& key, std::string const& reason) {
-        Require(false, "what was written has no fault: " + key + ' ' + reason);
+        Require(false, "a written body has no fault: " + key + ' ' + reason);
     });
 }
 
 void RequireSameOtherKeys(ordered_json const& before, ordered_json const& after)
 {
     for (auto const& [key, value] : before.items())
-        Require(IsBodyKey(key) || (after.contains(key) && after[key] == value),
-                "what is not of the body stays");
+        Require(IsBodyKey(key) || (after.contains(key) && after[key] == value), "other keys stay");
 }
 
 /// Writes the body into a copy of `object` and reads it again.

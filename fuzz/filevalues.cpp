@@ -127,7 +127,7 @@ private:
 
     bool AddValue(std::string const& text)
     {
-        // A file that is one value alone is none of objects.
+        // A file of a single primitive value has no objects.
         if (m_Keys.empty())
             return false;
         if (m_Keys.size() == m_Base) {
@@ -152,7 +152,7 @@ private:
     }
 
     FileValues m_Values;
-    /// Of the objects and arrays that the parser is in, from outside to inside.
+    /// The open objects and arrays, outermost first.
     std::vector<std::set<std::string>> m_Keys;
     /// How many of them are around an object of the file.
     std::size_t m_Base = 0;

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// A library folder by anybody, changed by its user and by other programs in turn.
+/// A library folder of unknown origin, changed by its user and by other programs in turn.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     static int argumentCount = 1;

@@ -181,10 +181,11 @@ void LibraryRun::Recover(Step const&)
 {
     Check(Step());
     QByteArray const changes = m_Host.GetUnsavedChanges();
-    Require(m_Host.IsModified() || changes.isEmpty(), "what is kept is modified");
+    Require(m_Host.IsModified() || changes.isEmpty(),
+            "the unsaved changes are of a modified library");
     // Of an overwritten file there may be no more to save than that objects of others go.
     Require(!m_Host.IsModified() || !changes.isEmpty() || m_HasOverwritten,
-            "what is modified is kept");
+            "a modified library has unsaved changes");
     bool const isUnclear = m_Other.HasOtherManifest() || m_Other.HasUnreadable()
                            || !m_Other.GetAmbiguousUids().empty()
                            || !m_Host.FindConflicts().isEmpty();
@@ -219,7 +220,7 @@ void LibraryRun::NoteEdit(ItemID const& id, std::set<std::string> const& keys, b
     if (isDone)
         m_Expected.AddKeys(FoldUid(ItemIDUnlock::GetItemIDUID(id)), keys);
     else
-        Require(GetState(m_Host) == m_Before, "what is refused changes nothing");
+        Require(GetState(m_Host) == m_Before, "a refused edit changes nothing");
 }
 
 QString LibraryRun::GetPath(Step const& step) const
@@ -229,7 +230,7 @@ QString LibraryRun::GetPath(Step const& step) const
 
 void LibraryRun::TakeFile(QString const& path)
 {
-    // Undo brings objects back that may be others by then.
+    // Undo restores objects that another program may have changed meanwhile.
     FuzzFolder::Files const files = m_Folder.Read();
     QString const file = path.mid(m_Host.GetLibraryFolder().size() + 1);
     m_Expected.AddObjectsOf(files.value(file).content);
@@ -266,12 +267,12 @@ bool LibraryRun::SaveAll()
     m_Expected.Check(before, after);
     if (!m_Host.GetLibrary().IsValid())
         return false;
-    Require(isSaved == m_User.GetSaveMessages().empty(), "what was not saved is said");
+    Require(isSaved == m_User.GetSaveMessages().empty(), "a failed save is reported");
     RequireNamedFiles();
     if (!isSaved)
         return false;
     m_HasOverwritten = false;
-    Require(!m_Host.IsModified(), "what was saved is not modified");
+    Require(!m_Host.IsModified(), "a saved library is not modified");
     Require(m_User.Save(), "nothing can be saved any time");
     Require(AreUntouched(after, m_Folder.Read()), "a second save writes nothing");
     return true;

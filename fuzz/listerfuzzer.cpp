@@ -46,8 +46,8 @@ void RequireListed(ListedObject const& listed, ordered_json const& tree, CFileTe
 
 } // namespace
 
-/// Whatever the lister takes from a file, the parser and the checks find the same in it, and
-/// nothing to report.
+/// For a text that the lister accepts, the parser and the checks find the same objects and report
+/// nothing.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     static CObjectLister lister;

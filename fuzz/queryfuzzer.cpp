@@ -13,10 +13,10 @@ using namespace embeddedhost;
 
 namespace {
 
-/// The only form of a query that there is, in the words of another parser. Empty for others.
+/// The type of a query, found by another parser, a regular expression. Empty for other texts.
 QString FindType(std::string const& query)
 {
-    // Blanks are those of ASCII, of which a regular expression knows more.
+    // Only ASCII blanks; \s would accept more.
     static QString const pattern =
         QStringLiteral("^ select +object +where +is_of_type_version "
                        "\\( \\{ ([-0-9a-f]{36}) \\} \\) \\z")
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     }
     Require(error.position >= 0 && std::size_t(error.position) <= std::strlen(query.c_str()),
             "the error lies within the query");
-    Require(!error.expected.isEmpty(), "the error says what is expected");
+    Require(!error.expected.isEmpty(), "the error names the expected token");
     Require(DescribeQueryError(query.c_str(), error)
                 .endsWith(QStringLiteral(": %1 is expected at character %2.")
                               .arg(error.expected, QString::number(error.position + 1))),

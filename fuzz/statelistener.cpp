@@ -24,7 +24,7 @@ StateListener::~StateListener()
 void StateListener::RequireEverythingTold() const
 {
     LibraryState const state = GetShownState();
-    Require(m_Told == state, "what is changed is told" + Describe(m_Told, state));
+    Require(m_Told == state, "a change is announced" + Describe(m_Told, state));
     Require(m_Changes == 0, "a change that begins ends");
 }
 

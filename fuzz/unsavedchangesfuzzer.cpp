@@ -53,10 +53,11 @@ public:
     void Restore(QByteArray const& changes)
     {
         bool const isComplete = m_Host.RestoreUnsavedChanges(changes);
-        Require(isComplete || !m_Host.GetMessages().GetLog().empty(), "it is said what is lost");
+        Require(isComplete || !m_Host.GetMessages().GetLog().empty(), "lost changes are reported");
         m_Restored = GetState(m_Host);
         m_Changes = m_Host.GetUnsavedChanges();
-        Require(m_Host.IsModified() == !m_Changes.isEmpty(), "what is modified is kept");
+        Require(m_Host.IsModified() == !m_Changes.isEmpty(),
+                "a modified library has unsaved changes");
     }
 
     void UndoAndRedo()
@@ -85,7 +86,7 @@ public:
         Require(AreUntouched(m_Files, m_Folder.Read()), "recovering writes nothing");
         if (!LibraryUser(m_Host).Save() || m_Changes.isEmpty())
             return !m_Changes.isEmpty();
-        Require(!m_Host.IsModified(), "what was saved is not modified");
+        Require(!m_Host.IsModified(), "a saved library is not modified");
         Reopen();
         RequireState(m_Restored, QByteArray(), "saved and read");
         return true;

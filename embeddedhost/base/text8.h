@@ -8,14 +8,14 @@ namespace embeddedhost {
 
 bool IsAscii(std::string_view text);
 
-/// The 8-bit form of a UTF-8 text: Latin-1, '?' for what does not fit.
+/// The 8-bit form of a UTF-8 text: Latin-1, with '?' for other characters.
 std::string ToLatin1(std::string const& utf8);
 
 /// The UTF-8 form of an 8-bit text.
 std::string ToUtf8(std::string const& latin1);
 
-/// Names, tags, uids and whatever else of a library file is shown or looked up have no more
-/// characters.
+/// The maximum length, in characters, of texts of a library file that are shown or looked up, such
+/// as names, tags and uids.
 constexpr int kMaxTextLength = 65536;
 
 /// The UTF-8 text has more than kMaxTextLength characters.

@@ -15,19 +15,18 @@ namespace embeddedhost {
 using hostkit::ParseUid;
 using hostkit::UidKey;
 
-/// Another number in each run of the program, so that no library can be written whose UIDs all
-/// come to lie in one place.
+/// A random seed per process, so that a crafted library cannot make all of its UIDs collide.
 std::uint64_t GetUidSeed();
 
-/// Spreads UIDs over all 64 bits, whatever digits they share.
+/// Spreads UIDs over all 64 bits, even if they share most of their digits.
 std::uint64_t HashUid(UidKey const& key, std::uint64_t seed);
 /// The same for other texts.
 std::uint64_t HashText(std::string_view text, std::uint64_t seed);
 
-/// Pointers by uid: well-formed UIDs in either case, other texts exactly. Nothing is taken out.
+/// Pointers by uid: well-formed UIDs ignoring case, other texts exactly. Entries are never removed.
 ///
-/// UIDs lie in one open table, probed place after place, since every look-up of an object in a
-/// large library costs a miss of the processor's caches for each memory block that it touches.
+/// UIDs lie in one hash table with open addressing and linear probing: in a large library each
+/// memory block that a look-up touches costs a cache miss.
 template <class T>
 class UidMap
 {

@@ -28,7 +28,7 @@ public:
     }
 
 private:
-    /// Null for a data source of somebody else.
+    /// Null for a data source of another library.
     static DataSourcePtr FindSource(CLibrary const& library,
                                     qorm::QormPtr<qorm::IDataSource> const& target)
     {

@@ -10,8 +10,8 @@
 /// The command manager: runs commands and keeps them on an undo stack.
 ///
 /// A listener that reacts to a change may execute further commands while one is being run,
-/// undone or redone. They are run at once, and put on the stack, in the order they began, when
-/// the outermost one is through.
+/// undone or redone. They are run at once, and pushed onto the stack, in the order they began, when
+/// the outermost one has finished.
 class CCommandManager : public wek::fwk::ICommandManager
 {
 public:
@@ -35,7 +35,7 @@ private:
     void PushNext();
 
     QUndoStack m_Stack;
-    /// How many commands are being run, undone or redone within each other.
+    /// The nesting depth of commands that are being run, undone or redone.
     int m_Running = 0;
     /// Not yet on the stack, in the order they began.
     std::list<CommandPtr> m_Finished;

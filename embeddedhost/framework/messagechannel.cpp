@@ -14,7 +14,8 @@ void CMessageChannel::Post(eSeverity severity, QString const& text)
     try {
         Q_EMIT MessagePosted(severity, text);
     } catch (...) {
-        // The event of the message has happened already; a failing view of it must not undo that.
+        // The reported event has happened already; an exception of a view must not look like a
+        // failure of it.
         qWarning("A message could not be shown: %s", qPrintable(text));
     }
 }

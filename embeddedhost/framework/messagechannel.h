@@ -11,7 +11,7 @@ enum class eSeverity
 {
     kInformation,
     kWarning, ///< something was refused or left out; the rest works
-    kError    ///< what was asked for did not happen at all
+    kError    ///< the requested operation failed as a whole
 };
 Q_DECLARE_METATYPE(eSeverity)
 
@@ -27,7 +27,7 @@ public:
         QString text;
     };
 
-    /// The log keeps this many messages, the newest.
+    /// The maximum of messages in the log, which drops the oldest ones.
     static constexpr std::size_t kLogSize = 10000;
 
     explicit CMessageChannel(QObject* parent = nullptr);

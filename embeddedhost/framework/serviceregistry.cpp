@@ -2,7 +2,7 @@
 
 CServiceRegistry& CServiceRegistry::GetInstance()
 {
-    // Never destroyed: services may be asked for, and taken out, while the process ends.
+    // Never destroyed: services may be looked up and removed while the process exits.
     static CServiceRegistry& registry = *new CServiceRegistry;
     return registry;
 }

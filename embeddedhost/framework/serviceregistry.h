@@ -7,7 +7,7 @@
 #include <string>
 
 /// The system object of the process: services by name. It owns none of them: a
-/// service has to be taken out before it is destroyed.
+/// service has to be removed before it is destroyed.
 class CServiceRegistry : public wek::fwk::ISystem
 {
 public:
@@ -18,7 +18,7 @@ public:
     /// Registers the service under the name and returns the one registered before; null removes
     /// it.
     wek::IBase* SetService(std::string const& name, wek::IBase* service);
-    /// Takes the service out unless something else has taken its place.
+    /// Removes the service unless another one is registered in its place.
     void RemoveService(std::string const& name, wek::IBase const* service);
 
 private:

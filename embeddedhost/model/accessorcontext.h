@@ -23,8 +23,8 @@ tarno::datamodel::ItemIdentity const* GetIdentity(tarno::datamodel::ItemHandle h
 namespace tarno {
 namespace datamodel {
 
-/// What the accessors of one library share. It outlives the library while accessors hold it;
-/// they answer empty or false from then on.
+/// State shared by the accessors of one library. It outlives the library while accessors hold it;
+/// they return empty values from then on.
 class AccessorContext : public hostkit::CSharedContext
 {
 public:
@@ -34,7 +34,7 @@ public:
     embeddedhost::CLibrary* GetLibrary() const;
     /// The living item behind the handle; null for none.
     embeddedhost::CLibraryItem* FindItem(ItemHandle handle) const;
-    /// Whether what the handle names can be seen through the interface.
+    /// Whether the item, library or table of contents supports the interface.
     bool Supports(eInterfaceID interfaceID, ItemHandle handle) const;
 
     embeddedhost::CLibraryNotifier& GetNotifier();

@@ -1,4 +1,4 @@
-// What accessors are bound to, and the accessors of items.
+// Binding of accessors, and ItemAccessor.
 
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
@@ -25,7 +25,7 @@ bool UnspecifiedAccessor::Revalidate() const
 
 ItemID UnspecifiedAccessor::GetItemID() const
 {
-    // An item that has been removed still tells which one it was.
+    // A removed item still has its identifier.
     bool const isOpen = m_Context && m_Context->GetLibrary();
     return isOpen ? ItemID(embeddedhost::GetIdentity(m_Handle)) : ItemID();
 }

@@ -9,8 +9,8 @@ namespace embeddedhost {
 
 class CObjectDatabase;
 
-/// One object of the database as everything that it can be seen as. What it is, and whether it
-/// still is, the database knows.
+/// One object of the database, with all interfaces that a handle may request. Its kind, and whether
+/// it still exists, the database knows.
 class CDbObject final : public CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qorm::IValueAsset>
 {
 public:

@@ -37,7 +37,7 @@ struct GraphConnection
     GraphEnd to;
 };
 
-/// What an item looks like from outside and, for a compound, inside.
+/// An item's ports and, for a compound, its graph.
 struct GraphBody
 {
     std::vector<GraphPort> inputs;

@@ -14,7 +14,7 @@ using tarno::datamodel::ItemIdentity;
 
 namespace {
 
-/// What a uid is found by; the same for a well-formed UID in either case.
+/// The hash of a uid, which ignores the case of a well-formed one.
 struct UidHash
 {
     explicit UidHash(std::string_view uid)
@@ -28,9 +28,9 @@ struct UidHash
     std::uint64_t value;
 };
 
-/// All identities by their uids. They lie in one open table, probed place after place, since every
-/// look-up in a large library costs a miss of the processor's caches for each memory block that it
-/// touches. Nothing is taken out.
+/// All identities by their uids: a hash table with open addressing and linear probing, because in a
+/// large library each memory block that a look-up touches costs a cache miss. Entries are never
+/// removed.
 class IdentityTable
 {
 public:
@@ -62,7 +62,7 @@ private:
         ItemIdentity* identity;
     };
 
-    /// The first of those with the hash that is wanted; null for none.
+    /// The first one with the hash for which the predicate is true; null for none.
     template <class IsWanted>
     ItemIdentity* Find(UidHash const& hash, IsWanted const& isWanted) const
     {
@@ -118,12 +118,12 @@ private:
 
 IdentityTable& GetTable()
 {
-    // Never destroyed: identifiers may be used while the process ends.
+    // Never destroyed: identifiers may be used while the process exits.
     static IdentityTable& table = *new IdentityTable;
     return table;
 }
 
-/// Whoever asks for an item's uid mostly comes back with it at once, to look the item up.
+/// The last identity whose uid was returned: callers usually look the item up with it next.
 ItemIdentity const* gLastAsked = nullptr;
 
 } // namespace

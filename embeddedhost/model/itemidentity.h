@@ -13,8 +13,8 @@ class CLibraryItem;
 namespace tarno {
 namespace datamodel {
 
-/// What an ItemID stands for: one kind and uid. There is one of it for the whole process, so
-/// that identifiers compare by address and stay good when items go and come back.
+/// The kind and uid behind an ItemID. There is one instance for each pair in the process, so that
+/// identifiers compare by address and stay valid when items are removed and added again.
 struct ItemIdentity
 {
     ItemIdentity(char const* itemKind, char const* itemUid, bool isWellFormed);
@@ -39,11 +39,11 @@ struct ItemIdentity
 
 namespace embeddedhost {
 
-/// The identity of the kind and uid, made when it is asked for first; never freed.
+/// The identity of the kind and uid, made by the first call; never freed.
 tarno::datamodel::ItemIdentity& GetItemIdentity(char const* kind, std::string_view uid);
 
-/// The item of the open library that has the uid: a well-formed one in either case, another text
-/// exactly. Null for none.
+/// The item of the open library with the uid, compared ignoring case if it is well-formed. Null for
+/// none.
 CLibraryItem* FindItemByUid(char const* uid);
 
 } // namespace embeddedhost

@@ -102,7 +102,7 @@ std::size_t CLibrary::GetItemCount() const
 
 CLibraryItem* CLibrary::FindItem(char const* uid) const
 {
-    // There are no items of another library while this one is open.
+    // The identity table is global, but only the open library has items.
     return m_Self.GetContext()->GetLibrary() ? FindItemByUid(uid) : nullptr;
 }
 
@@ -142,7 +142,7 @@ CLibraryItem& CLibrary::AddItem(LibraryFile& file, ListedObject const& listed,
 
 CLibraryItem& CLibrary::List(CLibraryItem& item)
 {
-    // Not found before it has its identity, so that a failure leaves nothing half known.
+    // The identity comes last: if the push fails, the item cannot be found.
     m_Items[std::size_t(GetKindIndex(item.GetIdentity().kind))].push_back(&item);
     item.GetIdentity().item = &item;
     return item;
@@ -182,7 +182,7 @@ void CLibrary::Close()
     m_Database->Close();
     for (Items const& items : m_Items) {
         for (CLibraryItem const* item : items) {
-            // Another library may have been read meanwhile.
+            // Unless the item of another library has it by now.
             if (item->GetIdentity().item == item)
                 item->GetIdentity().item = nullptr;
         }

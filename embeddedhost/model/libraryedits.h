@@ -10,9 +10,8 @@
 
 namespace embeddedhost {
 
-// What can be done to an open library. Each checks first, says on the message channel why it
-// refuses, and runs a command on the manager, or without recording it when that is null. Texts
-// are 8-bit.
+// Changes of an open library. Each is checked first, refused with a reason on the message channel,
+// or run as a command by the manager, without undo if that is null. Texts are 8-bit.
 
 struct NewCompound
 {

@@ -4,8 +4,8 @@
 #include "model/accessorcontext.h"
 #include "model/library.h"
 
-// The accessor kept during a delivery holds the context, and with it the lists. Each listener
-// gets a copy of its own, to do with as it likes.
+// The accessor kept during a delivery keeps the context alive, and with it the lists. Each listener
+// gets its own copy, because the parameters are not const.
 
 namespace embeddedhost {
 

@@ -9,9 +9,9 @@
 
 namespace embeddedhost {
 
-/// Tells the listeners of a library and of its table of contents. Listeners may do as they like
-/// meanwhile, closing the library included. What one raises is said on the message channel; the
-/// others are told all the same, and the change stays.
+/// Notifies the listeners of a library and of its table of contents. A listener may do anything,
+/// even close the library. Its exceptions are reported on the message channel; the other listeners
+/// are notified nevertheless, and the change stays.
 class CLibraryNotifier
 {
 public:

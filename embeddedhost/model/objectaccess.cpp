@@ -1,4 +1,4 @@
-// What handles and the panel ask of the database.
+// The queries of hostkit's handles and of the contract's functions to the database.
 
 #include "base/text8.h"
 #include "model/objectdatabase.h"

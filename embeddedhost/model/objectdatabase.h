@@ -18,16 +18,16 @@ class CLibrary;
 
 /// The database over a library: every item whose uid is a well-formed UID, a resource for each
 /// data source, and the application components. It is the database instance and its manager in
-/// one; handles and pointers keep it, and find nothing any more, after the library is closed.
-/// Components alone belong to the application: their handles find them in the library that is
-/// open now.
+/// one; handles and pointers keep it alive, but find nothing after the library is closed.
+/// Components are the exception, since they belong to the application: their handles find them in
+/// the library that is open now.
 class CObjectDatabase final : public CRefCounted<qorm::IQormInstance, qorm::IDataModelMgr>
 {
 public:
     explicit CObjectDatabase(CLibrary& library);
     ~CObjectDatabase() override;
 
-    /// The database behind an instance; null when it is none of ours.
+    /// The database behind an instance; null for an instance of another class.
     static CObjectDatabase* From(qorm::QormPtr<qorm::IQormInstance> const& instance);
     static CObjectDatabase* From(qorm::IQormInstance* instance);
 
@@ -42,15 +42,15 @@ public:
     CLibrary* GetLibrary() const;
     void Close();
 
-    // Objects by their place in the cache. All answer empty for an object that is gone.
+    // Objects by their index in the cache. All return empty values for a removed object.
     bool Exists(int cacheIndex) const;
     bool IsTypeAsset(int cacheIndex) const;
     bool IsResource(int cacheIndex) const;
     /// Null for an object that is not an item.
     CLibraryItem* GetItem(int cacheIndex) const;
     CLibraryItem* FindItem(qorm::DbObjectId const& objectId) const;
-    /// Where the object lives; for a resource this is the data source that it stands for. Null for
-    /// an object that is gone.
+    /// The data source that holds the object, or that a resource represents. Null for a removed
+    /// object.
     CDataSource* GetHome(int cacheIndex) const;
     qorm::DbObjectId GetId(int cacheIndex) const;
     /// 8-bit; valid as long as the object.
@@ -72,20 +72,20 @@ private:
         DbObjectPtr object;
     };
 
-    /// Where a component of a closed library is now; null when it is nowhere.
+    /// Where a component of a closed library is now; null when the open library has none.
     struct Successor
     {
         CObjectDatabase* database = nullptr;
         int cacheIndex = -1;
     };
 
-    /// An object that is there as long as the library is open; these come first in the cache.
+    /// An object that exists as long as the library is open; these come first in the cache.
     struct FixedObject
     {
         std::string uid;
         DataSourcePtr home;
         bool isResource;
-        /// As long as the same libraries are open.
+        /// Cached; valid while the version is gOpenDatabasesVersion.
         mutable Successor successor = Successor();
         mutable unsigned successorVersion = 0;
     };

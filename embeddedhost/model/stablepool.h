@@ -9,8 +9,8 @@
 
 namespace embeddedhost {
 
-/// Objects that keep their address for as long as the pool lives. They lie side by side in the
-/// order they were made, which makes walking a large library several times faster than single
+/// Objects that keep their address for as long as the pool lives. They lie contiguously in the
+/// order they were made, which makes iterating a large library several times faster than single
 /// allocations would.
 template <class T>
 class StablePool

@@ -9,8 +9,7 @@ namespace embeddedhost {
 
 namespace {
 
-/// Takes a query apart from its beginning. After the first thing that is missing, it takes
-/// nothing any more.
+/// Parses a query from its beginning. After the first fault, all further steps do nothing.
 class QueryReader
 {
 public:
@@ -117,7 +116,7 @@ std::optional<TypeQuery> ParseQuery(char const* query, QueryError& error)
 QString DescribeQueryError(char const* query, QueryError const& error)
 {
     QString const text = QString::fromLatin1(query ? query : "");
-    // All at once: the query may hold what looks like a place for one of the others.
+    // In one call of arg: the query may contain a text like "%1".
     return QStringLiteral("The query \"%1\" cannot be run: %2 is expected at character %3.")
         .arg(text, error.expected, QString::number(error.position + 1));
 }

@@ -18,7 +18,7 @@ struct TypeQuery
 
 struct QueryError
 {
-    /// Where the text stops making sense, counted from 0.
+    /// The position of the fault, counted from 0.
     int position = 0;
     QString expected;
 };

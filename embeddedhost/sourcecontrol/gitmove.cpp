@@ -11,8 +11,7 @@ namespace {
 constexpr int kMaxAttempts = 20;
 constexpr std::chrono::milliseconds kAttemptPause(50);
 
-/// Puts the entry of `from` in the place `to`, with all that the index knows of the file. A
-/// result of the git library.
+/// Moves the entry of `from` to `to` with all its fields. Returns a result of the git library.
 int MoveEntryOnce(git_index* index, std::string const& from, std::string const& to)
 {
     int result = git_index_read(index, true);

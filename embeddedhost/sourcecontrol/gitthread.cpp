@@ -126,7 +126,7 @@ void CGitThread::RunJobs()
 bool CGitThread::TakeJob()
 {
     Registry& registry = GetRegistry();
-    // Freed when the mutex is: it may hold anything.
+    // Destroyed after the mutex is released: its destructor may run any code.
     Job done;
     std::lock_guard<std::mutex> const lock(registry.mutex);
     std::swap(done, m_Running);

@@ -23,14 +23,14 @@ class CGitThread : public std::enable_shared_from_this<CGitThread>
 {
 public:
     typedef std::function<void()> Work;
-    /// Answers with a text, whose meaning is between the caller and the question.
+    /// A job with a result, encoded as a text by caller and job.
     typedef std::function<QString(CancelFlag const& cancel)> Question;
 
     /// The thread of that name. As long as a job hangs in it this is the same one, so no more
     /// than one job of a name ever hangs.
     static std::shared_ptr<CGitThread> Get(std::string const& name);
     /// Holds the calling thread until no job runs or waits, at the longest for that time. Jobs
-    /// that were waited for in vain before are not waited for again.
+    /// for which a wait has timed out before are not waited for again.
     static void WaitForAll(std::chrono::milliseconds patience);
 
     /// Jobs that are cancelled before they begin are left out. Exceptions of jobs are logged.
@@ -62,7 +62,7 @@ private:
     std::deque<Job> m_Waiting;
     Job m_Running;
     bool m_IsBusy = false;
-    /// It was waited for in vain.
+    /// A wait for it has timed out.
     bool m_IsGivenUp = false;
 };
 

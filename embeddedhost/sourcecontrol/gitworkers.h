@@ -23,7 +23,7 @@ public:
     {
         kStates,  ///< a pass over the work tree
         kHistory, ///< a search through the commits
-        kActions, ///< what takes no time unless git hangs
+        kActions, ///< jobs that are short unless git hangs
         kTaskCount
     };
 

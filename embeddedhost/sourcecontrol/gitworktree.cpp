@@ -22,7 +22,7 @@ std::string ToHex(git_oid const& id)
 }
 
 /// Whether opening has failed because the library looked in vain for the user's setting that
-/// declares somebody else's folder safe.
+/// declares another user's folder safe.
 bool IsAboutOwner(git_error const* error)
 {
     return error && error->klass == GIT_ERROR_CONFIG;
@@ -36,7 +36,7 @@ CGitWorkTree::eAccess GetAccessAfter(int openResult, QString const& folder)
     case GIT_EOWNER:
         return CGitWorkTree::kForeign;
     case GIT_ENOTFOUND:
-        // Also for a part of the repository that is not there.
+        // Also the error for a missing part of the repository.
         if (IsAboutOwner(git_error_last()))
             return CGitWorkTree::kForeign;
         return CGitWorkTree::FindGitFolder(folder).isEmpty() ? CGitWorkTree::kNoWorkTree

@@ -33,7 +33,7 @@ public:
     enum eAccess
     {
         kNoWorkTree, ///< the folder is in none
-        kForeign,    ///< it belongs to somebody else, so git does not trust what it says
+        kForeign,    ///< another user owns it, so git refuses to read its configuration
         kUnreadable, ///< it is broken, or may not be read
         kReadable
     };
@@ -63,7 +63,7 @@ public:
     /// empty path, in one pass. False when it failed or was cancelled.
     bool ReadStates(std::string const& part, CancelFlag const& cancel, CFileStates& states) const;
 
-    /// The commit that HEAD stands for, in hexadecimal; empty before the first one.
+    /// The commit of HEAD, in hexadecimal; empty before the first one.
     std::string GetHead() const;
     /// The file's content in HEAD, in hexadecimal; empty when it is not there.
     std::string GetHeadBlob(std::string const& file) const;

@@ -31,6 +31,7 @@ QormHandle<IDbObject> CRevisionControlHelper::FindObject(DbObjectId const& objec
 {
     if (!m_Database)
         return QormHandle<IDbObject>();
+    // Changes nothing for the caller. A rebuild looks up each item and leaves no other trace.
     if (CLibraryItem const* const item = m_Database->FindItem(objectId))
         m_Service.NoteLookUp(&item->GetIdentity());
     return m_Database->FindObject(objectId);

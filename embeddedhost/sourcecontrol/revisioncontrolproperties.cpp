@@ -33,8 +33,8 @@ CRevisionControlProperties::CRevisionControlProperties()
 
 CRevisionControlProperties::~CRevisionControlProperties()
 {
-    // A slot may take others with it, so each is told when it is out of the list and the rest
-    // still in.
+    // A slot may destroy others, so each is removed from the list before its call, and the rest
+    // stay in it.
     m_IsClosing = true;
     auto const connections = m_Connections;
     while (!connections->list.empty()) {
@@ -102,7 +102,7 @@ void CRevisionControlProperties::TellSlots()
     auto const connections = m_Connections;
     std::vector<Connection> const told = connections->list;
     for (Connection const& connection : told) {
-        // It may be gone meanwhile, perhaps with the manager itself.
+        // An earlier slot may have destroyed it, or the manager itself.
         auto const current = connections->Find(connection.entry);
         if (current != connections->list.end())
             current->slot->OnRevisionControlPropertiesChange(this);

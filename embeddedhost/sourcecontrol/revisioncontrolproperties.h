@@ -18,7 +18,7 @@ public:
 
     /// There is a work tree to show states of.
     void SetAvailable(bool isAvailable);
-    /// The user's wish; it outlasts the work trees. On at first.
+    /// The user's setting, independent of the work tree. On at first.
     void SetEnabled(bool isEnabled);
     bool IsEnabled() const;
 
@@ -32,7 +32,7 @@ private:
     void Disconnect(KvTrackedSlot* entry) override;
     void TellSlots();
 
-    /// Shared with those who walk along it.
+    /// Shared with running deliveries, which may outlive the manager.
     std::shared_ptr<Connections> m_Connections;
     bool m_IsAvailable = false;
     bool m_IsEnabled = true;

@@ -121,7 +121,7 @@ bool CSourceControlService::IsShown() const
     return IsActive() && m_Properties.IsEnabled();
 }
 
-/// Forgets all that was asked and known.
+/// Drops all requests and cached states.
 void CSourceControlService::Stop()
 {
     m_StartTimer.stop();

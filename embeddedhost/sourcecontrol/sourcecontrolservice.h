@@ -55,11 +55,11 @@ public:
     void Request(CStateRequests::RequestPtr const& request, std::vector<ItemKey> const& items);
     /// A request is gone.
     void OnRequestDropped();
-    /// Reads the states of the items again, for those who have asked before.
+    /// Reads the states of the items again, for listeners that requested them before.
     void Refresh(std::vector<ItemKey> const& items);
     void RefreshAll();
 
-    /// Somebody has fetched the item's object.
+    /// The item's object was looked up, possibly by a rebuild; see CStateAnnouncer.
     void NoteLookUp(ItemKey item);
     /// For the tool tip; holds the thread for some milliseconds at most. Nothing when the answer
     /// is not there yet.

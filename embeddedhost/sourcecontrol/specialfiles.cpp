@@ -8,7 +8,7 @@ namespace embeddedhost {
 
 namespace {
 
-/// A path in one of git's small files is no longer than that.
+/// The maximum length of a path in one of git's small files.
 constexpr qint64 kMaxPathLength = 8192;
 
 bool IsSpecial(QString const& path)

@@ -5,8 +5,8 @@
 
 namespace embeddedhost {
 
-/// The nearest folder around this one, or itself, that has something by the name of git's folder;
-/// the topmost one when there is none. Opens nothing.
+/// The nearest folder around this one, or itself, that has an entry named like git's folder; the
+/// root when there is none. Opens nothing.
 QString FindGitRoot(QString const& folder);
 
 /// Git opens its own files without checking their type, and hangs if one is a pipe or a device.

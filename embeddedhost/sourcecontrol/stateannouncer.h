@@ -13,8 +13,9 @@
 
 namespace embeddedhost {
 
-/// Remembers the states that were delivered last, and tells when they have to be delivered once
-/// more: a panel that has rebuilt its rows has lost them and does not ask again.
+/// Caches the states that were delivered last, and signals when to deliver them again: the
+/// contract (ScsUtils::kNoState) requires that after a listener has rebuilt its list, which loses
+/// them, without requesting them anew.
 class CStateAnnouncer : public QObject
 {
     Q_OBJECT
@@ -28,11 +29,11 @@ public:
     std::optional<unsigned> Find(ItemKey item) const;
     std::vector<ItemKey> GetItems() const;
 
-    /// Panels are going to rebuild their rows; all states are due when such changes pause.
+    /// Listeners are about to rebuild their lists: announces all states, debounced.
     void NoteStructureChange();
-    /// Somebody has looked at the item, as a panel does with each row that it makes: its state
-    /// is due as soon as he is ready. This also reaches panels that rebuild much later, because
-    /// they were hidden.
+    /// The item's object was looked up, which the contract has done for each item of a rebuild:
+    /// announces its state from the event loop. It is the only sign of a rebuild that was put off,
+    /// for example while a panel was hidden.
     void NoteLookUp(ItemKey item);
 
 Q_SIGNALS:

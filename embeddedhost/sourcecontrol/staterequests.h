@@ -22,7 +22,7 @@ struct StateRequest
     bool isRefresh = false;
 };
 
-/// The requests of all who ask.
+/// The requests of all listeners.
 class CStateRequests
 {
 public:
@@ -35,10 +35,10 @@ public:
 
     bool IsAnythingWanted() const;
     bool IsAnythingAsked() const;
-    /// Whether somebody waits for an answer for the item.
+    /// Whether some request awaits an answer for the item.
     bool IsAwaited(ItemKey item) const;
 
-    /// All that is wanted, each item once, is asked from now on.
+    /// Starts a pass: returns the items of all requests, each once.
     std::vector<ItemKey> Ask();
     /// False when no living request has asked.
     bool Answer(ItemKey item);

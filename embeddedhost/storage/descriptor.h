@@ -39,7 +39,7 @@ public:
         return m_Number;
     }
 
-    /// Hands the ownership to the caller, who has to close the descriptor.
+    /// Releases ownership: the caller has to close the descriptor.
     int Release()
     {
         return std::exchange(m_Number, -1);

@@ -13,7 +13,7 @@ QString JoinPlace(QString const& place, QString const& part);
 /// A part of a message, cut to a readable length: files may hold texts of any length.
 QString Shorten(QString const& text);
 
-/// So many faults of one library are listed.
+/// The maximum of faults of one library that are reported one by one.
 constexpr int kMaxReportedFaults = 100;
 
 /// Reports the faults of a library folder, each with its place.

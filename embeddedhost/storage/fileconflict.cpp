@@ -18,7 +18,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// Takes an item away that the file has no more, or has as another kind of item.
+/// Removes an item that the file has no more, or has as another kind of item.
 class CGiveUpItemCommand final : public CLibraryCommand
 {
 public:
@@ -82,7 +82,7 @@ private:
     ordered_json m_Theirs;
 };
 
-/// Gives our changes of a file up.
+/// Discards the unsaved changes of a file.
 class FileTaker
 {
 public:
@@ -178,7 +178,7 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& pa
         if (CLibraryItem* const item = library->FindItem(uid.c_str()))
             item->SetSavedObject(*onDisk.Find(uid.c_str()));
     }
-    // Nor does a removal count any more.
+    // Pending removals are discarded, too.
     file->hasOtherEntries = false;
     QString fault;
     eReconciled const result = ReconcileFile(library, source, path, &fault);

@@ -51,7 +51,7 @@ struct Layout
     }
 };
 
-/// Writes values in the words of an older text, as far as it has them.
+/// Writes values, copying the bytes of those that an older text has already.
 class ContentWriter
 {
 public:
@@ -114,7 +114,7 @@ private:
         Write(*child.value, old, part.value, level);
     }
 
-    /// The line breaks of dumped text are all there for its layout.
+    /// All line breaks in dumped JSON are layout: those in texts are escaped.
     void WriteNew(ordered_json const& value, int level, int indentation)
     {
         std::string const margin(std::size_t(level) * kIndentation, ' ');
@@ -131,14 +131,14 @@ private:
 /// The text on disk, with the blanks around it.
 struct OldText
 {
-    /// Equal to nothing unless the text was read.
+    /// Discarded values compare unequal to everything.
     ordered_json content = ordered_json(ordered_json::value_t::discarded);
     std::string text;
     std::string before;
     std::string after = "\n";
 };
 
-/// As an array where that is wanted: an object becomes the first one of it.
+/// With `isArray`, a single object becomes an array of one.
 OldText ReadOldText(QByteArray const& bytes, bool isArray)
 {
     OldText old;
@@ -159,8 +159,7 @@ OldText ReadOldText(QByteArray const& bytes, bool isArray)
     return old;
 }
 
-/// As trees, those of items for the moment only: most of a large file's are needed for nothing
-/// else.
+/// Copies, so that items do not cache their objects: most of a large file are needed only here.
 std::vector<ordered_json> CopyObjects(LibraryFile const& file)
 {
     std::vector<ordered_json> objects;
@@ -178,7 +177,7 @@ QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes)
     JsonChildren objects;
     for (ordered_json const& copy : copies)
         objects.push_back(MakeEntry(copy));
-    // There are more than one when another program has put its object in place of ours.
+    // More than one: another program had replaced the file's single object.
     bool const isArray = file.isArray || objects.size() != 1;
     OldText const old = ReadOldText(oldBytes, isArray);
     ContentWriter writer;

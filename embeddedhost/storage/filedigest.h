@@ -6,7 +6,7 @@
 
 namespace embeddedhost {
 
-/// Tells the content of a file from any other.
+/// A hash that identifies the content of a file.
 QByteArray GetDigest(QByteArray const& content);
 /// The digest of the file on disk; empty if there is none. A file that cannot be read, or lies
 /// outside `folder` (see ReadRegularFile), has the digest of an empty file.

@@ -29,7 +29,7 @@ QString GetTargetPath(LibraryFile const& file, CDataSource const& target)
     return target.GetDescription().folder + QLatin1Char('/') + below;
 }
 
-/// The file on disk has moved; git learns of it in its own time.
+/// The file on disk has moved; git's index follows asynchronously.
 void MoveThroughGit(QString const& from, QString const& to)
 {
     if (CSourceControlService* const service = CSourceControlService::GetInstance())
@@ -52,7 +52,7 @@ QString MoveOnDisk(CDataSource const& source, QString const& from, CDataSource c
     // An item that was never saved has no file yet.
     if (!file.exists() && !file.isSymLink())
         return QString();
-    // It may lead elsewhere from there.
+    // A relative link would lead elsewhere from there.
     if (file.isSymLink())
         return QStringLiteral("it is a link");
     QString fault;

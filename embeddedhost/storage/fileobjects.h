@@ -20,12 +20,12 @@ struct LibraryFile;
 typedef std::function<bool(char const* uid)> IsUidTaken;
 
 /// Whether an entry of a library file makes an item: an object with what an item needs and a uid
-/// that nothing else has. All that read files ask this, so that they agree. What is wrong is
-/// reported with its key, which is empty for the entry as a whole.
+/// that nothing else has. Used by everything that reads files, for the same result. Faults are
+/// reported with their key, which is empty for the entry as a whole.
 bool MakesItem(nlohmann::ordered_json const& entry, IsUidTaken const& isTaken,
                ObjectFault const& fault);
 
-/// The last part of this.
+/// The check of the uid alone.
 bool IsUidFree(char const* uid, IsUidTaken const& isTaken, ObjectFault const& fault);
 
 /// Makes items of entries that were left out because of a uid that has become free since, with

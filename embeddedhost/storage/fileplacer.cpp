@@ -6,7 +6,7 @@ namespace embeddedhost {
 
 namespace {
 
-/// How often others may come between before they are left alone.
+/// The maximum of attempts against a program that keeps writing the file.
 constexpr int kExchangeAttempts = 20;
 
 PlacingResult Explain(FileResult const& failure)
@@ -92,7 +92,7 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         QByteArray const digest = GetStagedDigest(staged);
         FileResult const back = m_Staging.Exchange(staged, m_Folder, m_Name);
         if (back.error == eFileError::kMissing) {
-            // They removed ours, having no idea of it.
+            // The other program removed our version instead of its own.
             if (m_Staging.Rename(staged, m_Folder, m_Name).IsDone())
                 break;
             continue;
@@ -103,7 +103,7 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         if (wasOurs
             && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience) == eRemoval::kRemoved)
             return {reason};
-        // No other program came between: the newest is in place, the one before is kept.
+        // No further exchange: the newest version is in place, the one before is kept.
         if (!wasOurs && GetStagedDigest(staged) == placedDigest)
             break;
         placedDigest = digest;

@@ -14,7 +14,7 @@ namespace embeddedhost {
 /// changed.
 enum class eReconciled
 {
-    kUpToDate,   ///< the library has what is on disk, or had it before
+    kUpToDate,   ///< the library matches the file on disk
     kConflict,   ///< the file has changes that are not saved; they are kept
     kUnreadable, ///< the file cannot be read, or is only half written
     kClosed      ///< a listener closed the library

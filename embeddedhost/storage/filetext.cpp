@@ -11,7 +11,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// Without room for more to come.
+/// Without spare capacity, since it is kept as long as the library.
 QByteArray Squeezed(QByteArray text)
 {
     text.squeeze();

@@ -9,13 +9,13 @@
 
 namespace embeddedhost {
 
-/// The text of a file as it was read: JSON that has been found good.
+/// The text of a file as it was read: valid JSON.
 class CFileText : public ObjectSource
 {
 public:
     explicit CFileText(QByteArray const& text);
 
-    /// Of the entries of an array, or of the one object around everything.
+    /// The places of an array's entries, or of the single object.
     std::vector<ObjectPlace> FindPlaces(bool isArray) const;
 
     nlohmann::ordered_json Read(ObjectPlace const& place) const override;

@@ -76,7 +76,7 @@ public:
     /// permissions of the file `like`, unless that is empty or not there. There may be a file even
     /// when it fails, but a whole one.
     FileResult Create(QString const& name, QByteArray const& content, QString const& like) const;
-    /// Lets the disk begin with the file, so that syncing many takes little more time than one.
+    /// Starts writing the file to the disk, so that syncing many takes little more time than one.
     void StartSync(QString const& name) const;
     /// Returns when the content of the file is on the disk.
     FileResult Sync(QString const& name) const;

@@ -66,7 +66,7 @@ bool WriteAll(Descriptor const& file, QByteArray const& content)
     return true;
 }
 
-/// The owner only as far as it is in our power.
+/// The owner as far as permissions allow.
 bool TakeAttributes(Descriptor const& file, QString const& like)
 {
     struct stat model;
@@ -91,7 +91,8 @@ public:
     explicit WriterWatch(Descriptor const& file)
         : m_File(file)
     {
-        // Sent when somebody wants to write. Other than the usual signal it ends no program.
+        // Sent to the lease holder on a conflicting open. The default, SIGIO, would end the
+        // process.
         fcntl(m_File.Get(), F_SETSIG, SIGURG);
     }
 
@@ -179,7 +180,7 @@ int CHeldFolder::GetDescriptor() const
 QStringList CHeldFolder::GetNames() const
 {
     QStringList names;
-    // Of its own: the position in the list of names belongs to the descriptor.
+    // A separate descriptor, since the reading position is a part of it.
     int const descriptor = openat(m_Descriptor, ".", kFolderFlags);
     DIR* const folder = descriptor >= 0 ? fdopendir(descriptor) : nullptr;
     if (!folder) {
@@ -203,7 +204,7 @@ FileContent CHeldFolder::Read(QString const& name) const
 FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
                                QString const& like) const
 {
-    // Without a name until it is whole, where there is such a thing.
+    // Unnamed until it is complete, where the file system supports that.
     Descriptor unnamed(openat(m_Descriptor, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
     if (unnamed.IsOpen()) {
         bool const isMade = WriteAll(unnamed, content) && TakeAttributes(unnamed, like)
@@ -275,7 +276,7 @@ FileResult CHeldFolder::Rename(QString const& name, CHeldFolder const& target,
         RenameWith(RENAME_NOREPLACE, m_Descriptor, name, target.m_Descriptor, targetName);
     if (result.error != eFileError::kUnsupported)
         return result;
-    // A second name is not given when there is such a file, either.
+    // link() fails, too, if the name exists.
     bool const isLinked =
         linkat(m_Descriptor, Encode(name), target.m_Descriptor, Encode(targetName), 0) == 0;
     return isLinked && unlinkat(m_Descriptor, Encode(name), 0) == 0 ? FileResult() : Failed();

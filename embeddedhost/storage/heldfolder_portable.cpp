@@ -60,7 +60,7 @@ std::unique_ptr<CHeldFolder> CHeldFolder::Open(QString const& root, QString cons
         *fault = QStringLiteral("the folder %1 is gone").arg(root);
         return nullptr;
     }
-    // Down to the first that is missing, none may have become a link.
+    // No existing folder on the way may have become a link.
     QString known = root;
     QStringList const names = path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (QString const& name : names) {
@@ -143,7 +143,7 @@ FileResult CHeldFolder::Remove(QString const& name) const
 eRemoval CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
                                       int* /*patience*/) const
 {
-    // Who else has the file open is not known.
+    // Other writers cannot be detected portably.
     FileContent const content = Read(name);
     bool const isRemoved = content.exists && content.fault.isEmpty()
                            && digests.contains(GetDigest(content.bytes)) && Remove(name).IsDone();

@@ -10,23 +10,22 @@
 
 namespace embeddedhost {
 
-/// An object or array of which the end has not been read yet. It can be used for one after the
-/// other, and keeps its memory meanwhile.
+/// An object or array whose end has not been read yet. It is reused for the next one, to save
+/// allocations.
 class JsonContainer
 {
 public:
     void Open(bool isArray);
-    /// The key of the value that comes. False when there was such a key already, of which the new
-    /// value takes the place.
+    /// The key of the next value. False for a repeated key, whose value will be replaced.
     bool OpenMember(std::string const& key);
     void Add(nlohmann::ordered_json value);
-    /// What was collected, in no more memory than it needs.
+    /// The container, without spare memory.
     nlohmann::ordered_json Close();
 
     bool IsArray() const;
-    /// Of the entry that is being read, from 0.
+    /// The index of the current entry.
     std::size_t GetPosition() const;
-    /// Of the member that is being read.
+    /// The key of the current member.
     std::string const& GetKey() const;
 
 private:
@@ -38,7 +37,7 @@ private:
     nlohmann::ordered_json::array_t m_Entries;
     std::vector<std::pair<std::string, nlohmann::ordered_json>> m_Members;
     std::size_t m_Current = 0;
-    /// Of the members that come after the first few.
+    /// Index of the members after the first few, which are searched linearly.
     std::unordered_map<std::string, std::size_t> m_Positions;
 };
 

@@ -32,7 +32,7 @@ ParsedJson MakeFault(std::string_view text, std::size_t position, QString const&
 ParsedJson ParseJson(QByteArray const& bytes, int levelsAround)
 {
     std::string_view const text(bytes.constData(), std::size_t(bytes.size()));
-    // For the parser the text ends there.
+    // The parser would silently stop there.
     if (std::size_t const zero = text.find('\0'); zero != text.npos)
         return MakeFault(text, zero, QStringLiteral("this is not JSON: there is a zero byte."));
     JsonTreeBuilder builder(kMaxJsonDepth + levelsAround);

@@ -11,15 +11,15 @@
 namespace embeddedhost {
 
 /// An object nests up to this many levels, itself the first: {"nodes": [{"position": [0, 0]}]}
-/// has four. An array around the objects of a file does not count. Whatever compares, copies,
-/// writes or destroys what was read may recurse: this bounds it.
+/// has four. An array around the objects of a file does not count. It limits the
+/// recursion of comparing, copying, writing and destroying trees.
 constexpr int kMaxJsonDepth = 100;
 
 /// A JSON text as a tree, or why it is not one.
 struct ParsedJson
 {
     nlohmann::ordered_json content;
-    /// Where the fault is, "line 3, column 7".
+    /// The place of the fault, "line 3, column 7".
     QString faultPlace;
     /// A sentence; empty when the text was read.
     QString fault;
@@ -28,7 +28,7 @@ struct ParsedJson
     std::vector<QString> repeatedKeys;
 };
 
-/// `levelsAround` is how many levels of the text's own are around each object.
+/// `levelsAround` is the number of levels that the text has around each object.
 ParsedJson ParseJson(QByteArray const& text, int levelsAround = 0);
 
 } // namespace embeddedhost

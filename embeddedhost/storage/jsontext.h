@@ -35,8 +35,8 @@ std::string_view TrimJson(std::string_view text);
 /// Takes an object or array without blanks around it.
 JsonParts SplitJson(std::string_view text);
 
-/// Where the first bracket is that opens more than `levels` levels; the text's length for none.
-/// The text after it need not be JSON.
+/// The position of the first bracket that opens more than `levels` levels; the text's length for
+/// none. The text after it need not be JSON.
 std::size_t FindJsonDepth(std::string_view text, int levels);
 
 } // namespace embeddedhost

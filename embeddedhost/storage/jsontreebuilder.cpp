@@ -10,7 +10,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// What the parser says is wrong, without its own account of the place.
+/// The reason in the parser's message, without the position.
 QString GetReason(ordered_json::exception const& error)
 {
     QString const text = QString::fromUtf8(error.what());
@@ -162,7 +162,7 @@ bool JsonTreeBuilder::Close()
     return Add(std::move(value));
 }
 
-/// Of the member that is being read: the object of the file, and what leads to the member.
+/// The path of the current member: the number of its object, and the keys that lead to it.
 QString JsonTreeBuilder::GetPath() const
 {
     QString object;

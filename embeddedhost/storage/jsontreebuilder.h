@@ -12,8 +12,8 @@
 
 namespace embeddedhost {
 
-/// Makes a tree of what the parser finds, up to a depth. The parser asks for the names of its
-/// first functions, and stops where one answers false.
+/// Builds a tree from the events of the SAX parser, up to a depth. The parser prescribes the names
+/// of the first functions, and stops when one returns false.
 class JsonTreeBuilder
 {
 public:
@@ -26,7 +26,7 @@ public:
     bool number_unsigned(nlohmann::ordered_json::number_unsigned_t value);
     bool number_float(nlohmann::ordered_json::number_float_t value, std::string const& text);
     bool string(std::string const& value);
-    /// No text has such a value.
+    /// Never called for a text.
     bool binary(nlohmann::ordered_json::binary_t const& value);
     bool start_object(std::size_t size);
     bool key(std::string const& key);
@@ -37,14 +37,13 @@ public:
                      nlohmann::ordered_json::exception const& error);
 
     nlohmann::ordered_json TakeTree();
-    /// Where objects have a key for the second time, `object 3, key "tags.colour"`; the first
-    /// hundred of them.
+    /// The places of repeated keys, `object 3, key "tags.colour"`; the first hundred of them.
     std::vector<QString> const& GetRepeatedKeys() const;
 
     /// It was stopped by a bracket that opens more levels than GetMaxDepth.
     bool IsTooDeep() const;
     int GetMaxDepth() const;
-    /// What else stopped it: a sentence, and where in the text.
+    /// Another reason why it was stopped, a sentence, and its position in the text.
     QString const& GetFault() const;
     std::size_t GetFaultPosition() const;
 
@@ -56,7 +55,7 @@ private:
     QString GetPath() const;
 
     int m_MaxDepth;
-    /// Of what is open now.
+    /// The number of open containers.
     int m_Depth = 0;
     std::vector<JsonContainer> m_Levels;
     nlohmann::ordered_json m_Tree;

@@ -10,9 +10,9 @@
 
 namespace embeddedhost {
 
-/// Lists the objects of a file without making trees of them, which is many times faster. It takes
-/// a text as a whole or not at all: what has a fault to report, or is written in a rare way, is
-/// left to ParseJson and CheckObject, which know places and reasons.
+/// Lists the objects of a file without building trees, which is many times faster. It accepts or
+/// rejects a text as a whole: texts with faults, or in an unusual form, are left to ParseJson and
+/// CheckObject, which report places and reasons.
 class CObjectLister
 {
 public:

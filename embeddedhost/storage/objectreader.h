@@ -9,7 +9,7 @@
 
 namespace embeddedhost {
 
-/// Takes the key that is wrong and what is wrong with it.
+/// Called with the key of a fault and the reason.
 typedef std::function<void(QString const& key, QString const& reason)> ObjectFault;
 
 /// Checks the keys of an object of a library file. False when it makes no item: uid, kind or

@@ -56,7 +56,7 @@ bool CPendingFile::Prepare(CStagingFolders& stagings)
     bool const isLink = QFileInfo(m_File.path).isSymLink();
     if (isLink && !onDisk.exists)
         return Fail(QStringLiteral("a link that leads nowhere is in its place; remove it"));
-    // Others may use the file under the name it leads to.
+    // Other programs may use the target under its own name.
     if (isLink && m_IsRemoval)
         return Fail(QStringLiteral("its last object is gone, but it is a link; remove it by hand"));
     if (!m_IsRemoval && onDisk.exists && !QFileInfo(m_RealPath).isWritable())
@@ -68,7 +68,7 @@ bool CPendingFile::FindPlace(CStagingFolders& stagings)
 {
     QString fault;
     m_Root = stagings.FindRoot(m_RealPath, &fault);
-    // The folder first: it would be made again with the staging folder otherwise.
+    // The folder first, because making the staging folder would make a missing one again.
     if (m_Root.isEmpty() || !OpenFolder(!m_IsRemoval, &fault))
         return Fail(fault);
     m_Staging = stagings.Get(m_Root, &fault);
@@ -131,7 +131,7 @@ PlacingResult CPendingFile::Place(int* patience)
 {
     if (!m_Staging)
         return {ePlacing::kDone};
-    // Anew: a link may have taken the folder's place since.
+    // Opened again: a link may have replaced the folder since.
     QString fault;
     std::unique_ptr<CHeldFolder> const folder = OpenFolder(false, &fault);
     if (!folder)

@@ -14,11 +14,11 @@ namespace {
 QString const kFolderName = QStringLiteral(".nodebrowser");
 QString const kMarkName = QStringLiteral(".gitignore");
 QString const kLockName = QStringLiteral("lock");
-/// The content of .gitignore, by which the folder is recognised as ours.
+/// The content of .gitignore, which identifies the folder as one of this program.
 QByteArray const kMark = "# Made by a save of the node browser, which removes it.\n*\n";
-/// Another process may remove the folder between two of our steps.
+/// The maximum of attempts: another process may remove the folder between two steps.
 constexpr int kMakeAttempts = 5;
-/// In bytes; with all the rest the name must stay below 255.
+/// In bytes; the limit of a whole name is 255.
 constexpr int kLongestShownName = 60;
 
 QRegularExpression const& GetNewPattern()
@@ -44,7 +44,7 @@ QByteArray FromHex(QString const& digest)
     return QByteArray::fromHex(digest.toLatin1());
 }
 
-/// From the end of the name, so that its ending is seen.
+/// The end of the name, which has the suffix.
 QString CutFront(QString const& name)
 {
     QString shown = name;
@@ -99,7 +99,7 @@ std::unique_ptr<CStagingFolder> CStagingFolder::TryOpen(QString const& parent, i
     if (!folder)
         return nullptr;
     std::unique_ptr<CStagingFolder> staging(new CStagingFolder(parent, std::move(folder)));
-    // Before there is a lock to be seen, and once more: who had the lock may have removed it.
+    // Before waiting for the lock, and again after it: its last holder may have removed it.
     bool const isReady =
         staging->Mark(fault) && staging->m_Lock.Lock(patience, fault) && staging->Mark(fault);
     if (!isReady)

@@ -29,7 +29,7 @@ struct FileContent
 /// followed; files behind a link to a folder do not exist.
 FileContent ReadRegularFile(QString const& path, QString const& folder);
 
-/// Enough to tell that a file was touched; what is not there has no size.
+/// Detects that a file was touched; a missing file has no size.
 struct FileStamp
 {
     qint64 size = -1;

@@ -11,7 +11,7 @@ class CTurnLock
 public:
     /// The file `name` in `folder`, which has to outlive the lock.
     CTurnLock(CHeldFolder const& folder, QString const& name);
-    /// Gives it up and removes the file.
+    /// Releases it and removes the file.
     ~CTurnLock();
 
     /// Waits for it no longer than `patience`, in milliseconds. False, with who holds it or why it

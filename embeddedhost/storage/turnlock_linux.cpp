@@ -52,7 +52,7 @@ public:
             return eTry::kFailed;
         if (flock(m_File->Get(), LOCK_EX | LOCK_NB) != 0)
             return errno == EWOULDBLOCK ? eTry::kHeld : eTry::kFailed;
-        // Who had it before may have removed the file in between.
+        // Its last holder may have removed the file in between.
         struct stat status;
         if (fstat(m_File->Get(), &status) != 0)
             return eTry::kFailed;
@@ -62,7 +62,7 @@ public:
     void WriteOwner() const
     {
         QByteArray const owner = DescribeProcess().toUtf8();
-        // It is for people only: a lock without it holds as well.
+        // Information for the user only: the lock holds without it.
         if (ftruncate(m_File->Get(), 0) == 0)
             (void)!write(m_File->Get(), owner.constData(), std::size_t(owner.size()));
     }
