@@ -1,5 +1,7 @@
 #include "model/graphjson.h"
 
+#include "model/itemkeys.h"
+
 #include <optional>
 #include <set>
 
@@ -26,7 +28,7 @@ public:
             fault(key, "must be an array");
     }
 
-    /// `read(object)` answers nothing when the entry is not of the right form.
+    /// `read(object)` returns nothing for a malformed entry.
     template <class T, class Read>
     std::vector<T> ReadAll(Read const& read)
     {
@@ -78,8 +80,8 @@ std::vector<GraphPort> ReadPorts(ordered_json const& object, char const* key,
 {
     ListReader list(object, key, fault);
     return list.ReadAll<GraphPort>([&](ordered_json const& entry) -> std::optional<GraphPort> {
-        auto const name = list.Text(entry, "name");
-        auto const type = list.Text(entry, "type");
+        auto const name = list.Text(entry, Keys::Port::kName);
+        auto const type = list.Text(entry, Keys::Port::kType);
         if (!name || !type)
             return std::nullopt;
         return GraphPort{*name, *type};
@@ -88,7 +90,7 @@ std::vector<GraphPort> ReadPorts(ordered_json const& object, char const* key,
 
 std::optional<QPointF> ReadPosition(ordered_json const& entry)
 {
-    auto const found = entry.find("position");
+    auto const found = entry.find(Keys::Node::kPosition);
     if (found == entry.end() || !found->is_array() || found->size() != 2 || !(*found)[0].is_number()
         || !(*found)[1].is_number())
         return std::nullopt;
@@ -97,20 +99,21 @@ std::optional<QPointF> ReadPosition(ordered_json const& entry)
 
 std::vector<GraphNode> ReadNodes(ordered_json const& object, BodyFault const& fault)
 {
-    ListReader list(object, "nodes", fault);
-    std::set<std::string> ids = {"in", "out"};
+    ListReader list(object, Keys::kNodes, fault);
+    std::set<std::string> ids = {kInputsNode, kOutputsNode};
     return list.ReadAll<GraphNode>([&](ordered_json const& entry) -> std::optional<GraphNode> {
-        auto const found = entry.find("id");
+        auto const found = entry.find(Keys::Node::kId);
         auto const id = found == entry.end() ? std::nullopt : Name(*found);
-        auto const item = list.Text(entry, "item");
+        auto const item = list.Text(entry, Keys::Node::kItem);
         auto const position = ReadPosition(entry);
         bool const isFree = id && ids.insert(*id).second;
         if (!isFree) {
-            list.Report("id", "must be a text or a whole number that no other node has, and not "
-                              "\"in\" or \"out\"");
+            list.Report(Keys::Node::kId,
+                        "must be a text or a whole number that no other node has, and not "
+                        "\"in\" or \"out\"");
         }
         if (!position)
-            list.Report("position", "must be an array of two numbers");
+            list.Report(Keys::Node::kPosition, "must be an array of two numbers");
         if (!isFree || !item || !position)
             return std::nullopt;
         return GraphNode{*id, *item, *position};
@@ -131,15 +134,15 @@ std::optional<GraphEnd> ReadEnd(ordered_json const& entry, char const* member)
 
 std::vector<GraphConnection> ReadConnections(ordered_json const& object, BodyFault const& fault)
 {
-    ListReader list(object, "connections", fault);
+    ListReader list(object, Keys::kConnections, fault);
     auto const read = [&](ordered_json const& entry) -> std::optional<GraphConnection> {
-        auto const from = ReadEnd(entry, "from");
-        auto const to = ReadEnd(entry, "to");
+        auto const from = ReadEnd(entry, Keys::Connection::kFrom);
+        auto const to = ReadEnd(entry, Keys::Connection::kTo);
         char const* const reason = "must be an array of a node's id and a port's name";
         if (!from)
-            list.Report("from", reason);
+            list.Report(Keys::Connection::kFrom, reason);
         if (!to)
-            list.Report("to", reason);
+            list.Report(Keys::Connection::kTo, reason);
         if (!from || !to)
             return std::nullopt;
         return GraphConnection{*from, *to};
@@ -151,7 +154,7 @@ std::vector<GraphConnection> ReadConnections(ordered_json const& object, BodyFau
 
 GraphBody ReadGraphBody(ordered_json const& object, BodyFault const& fault)
 {
-    return {ReadPorts(object, "inputs", fault), ReadPorts(object, "outputs", fault),
+    return {ReadPorts(object, Keys::kInputs, fault), ReadPorts(object, Keys::kOutputs, fault),
             ReadNodes(object, fault), ReadConnections(object, fault)};
 }
 

@@ -1,7 +1,7 @@
 #include "model/graphwriter.h"
 
 #include "base/text8.h"
-#include "model/objectchange.h"
+#include "model/itemkeys.h"
 
 #include <cmath>
 #include <cstdint>
@@ -15,10 +15,10 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// Up to here every whole number has a double of its own.
+/// 2^53, the maximum up to which a double holds every whole number exactly.
 constexpr double kMostExact = 9007199254740992.0;
 
-/// A number without a fraction where it has none, as people write positions.
+/// Written without a decimal point if it is a whole number.
 ordered_json MakeNumber(double value)
 {
     bool const isWhole = std::abs(value) <= kMostExact && std::floor(value) == value;
@@ -38,7 +38,8 @@ std::string GetText(ordered_json const& entry, char const* key)
     return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
-/// Tells connections apart: a port may be called anything, so that lengths keep the texts apart.
+/// The identity of a connection as one text. Lengths delimit the parts, because names of ports may
+/// contain any separator.
 std::string JoinEnds(std::initializer_list<std::string const*> texts)
 {
     std::string joined;
@@ -52,11 +53,11 @@ bool IsEnd(ordered_json const& end)
     return end.is_array() && end.size() == 2 && end[0].is_string() && end[1].is_string();
 }
 
-/// Empty for an entry that is not in the form in which connections are written.
+/// Empty for a malformed entry.
 std::string JoinEntryEnds(ordered_json const& entry)
 {
-    auto const from = entry.find("from");
-    auto const to = entry.find("to");
+    auto const from = entry.find(Keys::Connection::kFrom);
+    auto const to = entry.find(Keys::Connection::kTo);
     if (from == entry.end() || to == entry.end() || !IsEnd(*from) || !IsEnd(*to))
         return std::string();
     auto const get = [](ordered_json const& text) {
@@ -65,8 +66,7 @@ std::string JoinEntryEnds(ordered_json const& entry)
     return JoinEnds({get((*from)[0]), get((*from)[1]), get((*to)[0]), get((*to)[1])});
 }
 
-/// What a list of the object holds already, by what tells its entries apart. Of entries that are
-/// alike the first counts.
+/// The entries of a list before the change, by their identity. Of duplicates the first counts.
 class PreviousEntries
 {
 public:
@@ -98,12 +98,12 @@ ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& 
                        char const* key)
 {
     PreviousEntries const previous(
-        object, key, [](ordered_json const& entry) { return GetText(entry, "name"); });
+        object, key, [](ordered_json const& entry) { return GetText(entry, Keys::Port::kName); });
     ordered_json list = ordered_json::array();
     for (GraphPort const& port : ports) {
         ordered_json entry = previous.Get(port.name);
-        entry["name"] = port.name;
-        entry["type"] = port.type;
+        entry[Keys::Port::kName] = port.name;
+        entry[Keys::Port::kType] = port.type;
         list.push_back(std::move(entry));
     }
     return list;
@@ -111,16 +111,17 @@ ordered_json MakePorts(std::vector<GraphPort> const& ports, ordered_json const& 
 
 ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& object)
 {
-    PreviousEntries const previous(object, "nodes",
-                                   [](ordered_json const& entry) { return GetText(entry, "id"); });
+    PreviousEntries const previous(object, Keys::kNodes, [](ordered_json const& entry) {
+        return GetText(entry, Keys::Node::kId);
+    });
     ordered_json list = ordered_json::array();
     for (GraphNode const& node : nodes) {
         ordered_json entry = previous.Get(node.id);
         // An id that the file has as a number stays one.
-        if (!entry.contains("id"))
-            entry["id"] = node.id;
-        entry["item"] = node.item;
-        entry["position"] =
+        if (!entry.contains(Keys::Node::kId))
+            entry[Keys::Node::kId] = node.id;
+        entry[Keys::Node::kItem] = node.item;
+        entry[Keys::Node::kPosition] =
             ordered_json::array({MakeNumber(node.position.x()), MakeNumber(node.position.y())});
         list.push_back(std::move(entry));
     }
@@ -130,20 +131,20 @@ ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& 
 ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
                              ordered_json const& object)
 {
-    PreviousEntries const previous(object, "connections", JoinEntryEnds);
+    PreviousEntries const previous(object, Keys::kConnections, JoinEntryEnds);
     ordered_json list = ordered_json::array();
     for (GraphConnection const& connection : connections) {
         GraphEnd const& from = connection.from;
         GraphEnd const& to = connection.to;
         ordered_json entry = previous.Get(JoinEnds({&from.node, &from.port, &to.node, &to.port}));
-        entry["from"] = MakeEnd(from);
-        entry["to"] = MakeEnd(to);
+        entry[Keys::Connection::kFrom] = MakeEnd(from);
+        entry[Keys::Connection::kTo] = MakeEnd(to);
         list.push_back(std::move(entry));
     }
     return list;
 }
 
-/// Some text of the body is like that.
+/// Whether the predicate is true for some text of the body.
 template <class IsLike>
 bool HasText(GraphBody const& body, IsLike isLike)
 {
@@ -190,10 +191,10 @@ QString FindBodyFault(GraphBody const& body)
 
 void WriteGraphBody(GraphBody const& body, ordered_json& object)
 {
-    SetList(object, "inputs", MakePorts(body.inputs, object, "inputs"));
-    SetList(object, "outputs", MakePorts(body.outputs, object, "outputs"));
-    SetList(object, "nodes", MakeNodes(body.nodes, object));
-    SetList(object, "connections", MakeConnections(body.connections, object));
+    SetList(object, Keys::kInputs, MakePorts(body.inputs, object, Keys::kInputs));
+    SetList(object, Keys::kOutputs, MakePorts(body.outputs, object, Keys::kOutputs));
+    SetList(object, Keys::kNodes, MakeNodes(body.nodes, object));
+    SetList(object, Keys::kConnections, MakeConnections(body.connections, object));
 }
 
 } // namespace embeddedhost

@@ -2,19 +2,18 @@
 #define EMBEDDEDHOST_GRAPHWRITER_H
 
 #include "model/graphbody.h"
-
-#include <nlohmann/json.hpp>
+#include "model/itemobject.h"
 
 #include <QString>
 
 namespace embeddedhost {
 
-/// Why the body cannot be put into a file; empty when it can.
+/// Why the body cannot be written; empty when it can.
 QString FindBodyFault(GraphBody const& body);
 
-/// Puts the body, which has no fault, into an object of a library file. Ports, nodes and
-/// connections that the object has already keep the keys that a body does not know.
-void WriteGraphBody(GraphBody const& body, nlohmann::ordered_json& object);
+/// Writes the body, which has no fault, into an item's object. Ports, nodes and connections that
+/// the object has already keep their unknown keys.
+void WriteGraphBody(GraphBody const& body, ItemObject& object);
 
 } // namespace embeddedhost
 

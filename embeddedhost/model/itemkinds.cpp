@@ -1,35 +1,33 @@
 #include "model/itemkinds.h"
 
-#include <datamodel.h>
-
-#include <algorithm>
+#include <string>
 
 namespace embeddedhost {
 
-using namespace tarno::datamodel;
-
-std::array<char const*, kKindCount> const& GetItemKinds()
-{
-    static std::array<char const*, kKindCount> const kinds = {
-        TarnoType::gSolver, TarnoType::gPolymorphicSolver, TarnoType::gCompound,
-        TarnoType::gGlobalConstant, LibType::gType};
-    return kinds;
-}
-
 KindIndex GetKindIndex(char const* kind)
 {
-    auto const& kinds = GetItemKinds();
-    auto const found = std::find(kinds.begin(), kinds.end(), kind);
-    return found == kinds.end() ? kNoKind : KindIndex(found - kinds.begin());
+    hostkit::Kind const* const found = hostkit::FindKind(kind);
+    return found ? KindIndex(found - hostkit::GetKinds().data()) : kNoKind;
 }
 
 char const* FindItemKind(std::string_view text)
 {
-    for (char const* kind : GetItemKinds()) {
-        if (text == kind)
-            return kind;
+    for (hostkit::Kind const& kind : hostkit::GetKinds()) {
+        if (text == kind.constant)
+            return kind.constant;
     }
     return nullptr;
+}
+
+char const* GetKindList()
+{
+    static std::string const list = [] {
+        std::string joined;
+        for (hostkit::Kind const& kind : hostkit::GetKinds())
+            joined += (joined.empty() ? "" : ", ") + std::string(kind.constant);
+        return joined;
+    }();
+    return list.c_str();
 }
 
 } // namespace embeddedhost

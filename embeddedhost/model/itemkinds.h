@@ -1,23 +1,24 @@
 #ifndef EMBEDDEDHOST_ITEMKINDS_H
 #define EMBEDDEDHOST_ITEMKINDS_H
 
-#include <array>
+#include <kindtable.h>
+
 #include <string_view>
 
 namespace embeddedhost {
 
-/// A kind's place among the kinds.
+/// A kind's index in hostkit::GetKinds, which is the host's table of kinds. In library files kinds
+/// have the texts of their constants.
 typedef int KindIndex;
-constexpr KindIndex kKindCount = 5;
+using hostkit::kKindCount;
 constexpr KindIndex kNoKind = -1;
 
-/// The kind constants; their texts are what library files call the kinds.
-std::array<char const*, kKindCount> const& GetItemKinds();
-
-/// The place of a kind constant, compared by identity.
+/// The index of a kind constant, compared by identity.
 KindIndex GetKindIndex(char const* kind);
-/// The kind constant that a library file means; null for another text.
+/// The kind constant with the text; null for an unknown one.
 char const* FindItemKind(std::string_view text);
+/// The texts of all kinds, "solver, compound", for messages.
+char const* GetKindList();
 
 } // namespace embeddedhost
 

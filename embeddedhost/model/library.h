@@ -4,6 +4,7 @@
 #include "base/uidmap.h"
 #include "framework/messagechannel.h"
 #include "model/itemkinds.h"
+#include "model/itemobject.h"
 #include "model/libraryfile.h"
 #include "model/libraryitem.h"
 #include "model/objectdatabase.h"
@@ -11,8 +12,6 @@
 #include "objects/datasource.h"
 
 #include <datamodel.h>
-#include <nlohmann/json.hpp>
-
 #include <QByteArray>
 #include <QHash>
 
@@ -61,14 +60,14 @@ public:
     std::size_t GetItemCount() const;
     /// Null when there is none.
     CLibraryItem* FindItem(char const* uid) const;
-    /// An item has the uid, or what the library is made of.
+    /// An item, a data source or an application component has the uid.
     bool HasUid(char const* uid) const;
     /// Some item has the name, ignoring ASCII case.
     bool HasName(char const* name) const;
-    /// Makes an item of the object, which has a kind, a name, and a uid that is free, and puts
-    /// it at the end of its kind.
-    CLibraryItem& AddItem(LibraryFile& file, nlohmann::ordered_json object);
-    /// The same of an object that stays where it is in the file's source.
+    /// Makes an item of the object, which has a kind, a name and a free uid, and appends it to the
+    /// items of its kind.
+    CLibraryItem& AddItem(LibraryFile& file, ItemObject object);
+    /// The same for an object that stays in the text of its file.
     CLibraryItem& AddItem(LibraryFile& file, ListedObject const& listed, ObjectPlace const& place);
 
     LibraryFile& AddFile(LibraryFile file);
@@ -76,26 +75,25 @@ public:
     /// Null when there is none.
     LibraryFile* FindFile(QString const& path) const;
 
-    // Changes, each with its notifications. A listener may close the library: nothing of it may
-    // be used after they return without looking it up again.
+    // Changes, each with its notifications. A listener may close the library: afterwards items and
+    // files have to be looked up again.
 
-    void ChangeObject(CLibraryItem& item, nlohmann::ordered_json object);
-    /// The item goes into a file of its own, which a save will make.
-    void AddNewItem(DataSourcePtr const& source, QString const& path,
-                    nlohmann::ordered_json object);
-    /// An object that the file has on disk already.
-    void AddSavedItem(LibraryFile& file, nlohmann::ordered_json object);
-    /// An entry of the file that has been left out so far; its uid is free now.
+    void ChangeObject(CLibraryItem& item, ItemObject object);
+    /// Adds an item in a file of its own, which the next save makes.
+    void AddNewItem(DataSourcePtr const& source, QString const& path, ItemObject object);
+    /// Adds an item whose object is in the file on disk already.
+    void AddSavedItem(LibraryFile& file, ItemObject object);
+    /// Adds an item for an entry that was left out until now because its uid was taken.
     void AddLeftOutItem(LibraryFile& file, std::size_t entry);
     void RemoveItem(CLibraryItem& item);
-    /// The item's file, which holds nothing else, is somewhere else now.
+    /// The item's file, which holds no other entry, was moved.
     void MoveFile(CLibraryItem& item, DataSourcePtr const& source, QString const& path);
 
-    /// The file leads into a data source that is not to be written, or does so no more. False when
-    /// a listener has closed the library.
+    /// Whether the file is a link into a read-only data source. False when a listener has closed
+    /// the library.
     bool SetReadOnly(LibraryFile& file, bool isReadOnly);
 
-    /// Accessors and handles answer empty from now on.
+    /// Accessors and handles return empty values from now on.
     void Close();
 
 private:
@@ -111,16 +109,16 @@ private:
     ObjectDatabasePtr const m_Database;
 
     std::vector<DataSourcePtr> m_Sources;
-    /// What items are made of lies together, so that walking a large library is fast. Nothing
-    /// of it is freed before the library is.
+    /// Texts and items lie contiguously, so that iterating a large library is fast. Removed ones
+    /// are freed with the library.
     std::pmr::monotonic_buffer_resource m_Arena;
     StablePool<CLibraryItem> m_Pool;
-    /// With those that were taken out since the kind was asked for last: dropping each by itself
-    /// would take too long when a large file loses its items.
+    /// May hold removed items, which GetItems erases all at once: erasing each by itself would be
+    /// quadratic when a large file loses its items.
     mutable std::array<Items, kKindCount> m_Items;
     mutable std::array<bool, kKindCount> m_HasTakenOutItems = {};
     std::vector<std::unique_ptr<LibraryFile>> m_Files;
-    /// Where a file was found last; it may have another path since.
+    /// A cache: the path of a file may have changed since.
     mutable QHash<QString, LibraryFile*> m_FilesByPath;
 };
 

@@ -4,7 +4,6 @@
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "model/librarynotifier.h"
-#include "model/objectchange.h"
 
 #include <algorithm>
 #include <iterator>
@@ -21,17 +20,11 @@ namespace {
 /// Tag strings by category, 8-bit.
 typedef std::map<std::string, std::string> Tags;
 
-/// What is of the wrong type counts as absent, as it does for items.
 Tags ReadTags(ordered_json const& object)
 {
     Tags tags;
-    auto const found = object.find("tags");
-    if (found == object.end() || !found->is_object())
-        return tags;
-    for (auto const& [category, text] : found->items()) {
-        if (text.is_string())
-            tags.emplace(ToLatin1(category), ToLatin1(text.get_ref<std::string const&>()));
-    }
+    for (auto const& [category, text] : ListObject(object).tags)
+        tags.emplace(ToLatin1(std::string(category)), ToLatin1(std::string(text)));
     return tags;
 }
 
@@ -49,17 +42,18 @@ std::set<std::string> FindChangedCategories(ordered_json const& before, ordered_
     return changed;
 }
 
-/// Whether the change decides in which lists the item is shown, and as what.
+/// Whether the change affects the item's place or look in lists.
 bool IsListedDifferently(ordered_json const& before, ordered_json const& after)
 {
     auto const differs = [&](char const* key) {
         return before.value(key, ordered_json()) != after.value(key, ordered_json());
     };
-    auto const keys = {"signature", "loop", "parent", "specializes", "readOnly"};
+    auto const keys = {Keys::kSignature, Keys::kLoop, Keys::kParent, Keys::kSpecializes,
+                       Keys::kReadOnly};
     return std::any_of(keys.begin(), keys.end(), differs);
 }
 
-/// Tells the beginning and the end of a change.
+/// Announces the beginning and the end of a change.
 class ChangeScope
 {
 public:
@@ -91,7 +85,7 @@ private:
 
 bool LibraryFile::IsModified() const
 {
-    // What came and went without being saved has left no file to remove.
+    // Items added and removed between two saves never had a file.
     bool const isNowhere = entries.empty() && digest.isEmpty();
     return (hasOtherEntries && !isNowhere)
            || std::any_of(entries.begin(), entries.end(), [](Entry const& entry) {
@@ -106,10 +100,10 @@ void CLibrary::ChangeObject(CLibraryItem& item, ordered_json object)
     ChangeScope const change(*this);
     if (!change.IsLibraryOpen() || item.GetIdentity().item != &item)
         return;
-    // A listener that was told of the beginning may have changed the item itself.
+    // A listener of the beginning may have changed the item itself.
     if (item.GetObject() != before)
         object = ApplyChange(item.GetObject(), before, object);
-    // Whatever may fail comes before the change: none is left without its notifications.
+    // Everything that may throw comes before the change, which is always announced.
     std::string const oldName = item.GetName();
     auto const categories = FindChangedCategories(item.GetObject(), object);
     bool const isListedDifferently = IsListedDifferently(item.GetObject(), object);
@@ -131,7 +125,7 @@ void CLibrary::AddNewItem(DataSourcePtr const& source, QString const& path, orde
     if (!file)
         file = &AddFile({path, source, false, {}});
     CLibraryItem& item = AddItem(*file, std::move(object));
-    // Nothing of it is on disk.
+    // It is not on disk yet.
     item.SetSavedObject(ordered_json());
     file->entries.push_back({&item, ordered_json()});
     file->hasOtherEntries = true;
@@ -151,7 +145,7 @@ void CLibrary::AddSavedItem(LibraryFile& file, ordered_json object)
 void CLibrary::AddLeftOutItem(LibraryFile& file, std::size_t entry)
 {
     ChangeScope const change(*this);
-    // Listeners have been told already, and may have changed the file.
+    // Listeners of the beginning may have changed the file.
     if (!change.IsLibraryOpen() || entry >= file.entries.size() || file.entries[entry].item)
         return;
     CLibraryItem& item = AddItem(file, file.entries[entry].other);
@@ -169,11 +163,11 @@ void CLibrary::RemoveItem(CLibraryItem& item)
     change.GetNotifier().ItemRemoved(id);
 }
 
-/// The item itself stays in the pool: there may be pointers to it up the stack.
+/// The item itself stays in the pool, because callers may still hold pointers to it.
 void CLibrary::TakeOut(CLibraryItem& item)
 {
     LibraryFile& file = item.GetFile();
-    // From the end: who takes out many puts them there.
+    // From the end, where FileReconciler sorts the items that it removes.
     auto const isEntry = [&](LibraryFile::Entry const& entry) {
         return entry.item == &item;
     };
@@ -182,7 +176,7 @@ void CLibrary::TakeOut(CLibraryItem& item)
         file.entries.erase(last.base() - 1);
     file.hasOtherEntries = true;
     m_HasTakenOutItems[std::size_t(GetKindIndex(item.GetIdentity().kind))] = true;
-    // The map by uid keeps the item; without its identity it is not found any more.
+    // Without its identity the item cannot be found any more.
     item.GetIdentity().item = nullptr;
 }
 

@@ -2,7 +2,6 @@
 
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
-#include "model/objectchange.h"
 
 namespace embeddedhost {
 
@@ -66,7 +65,7 @@ CAddItemCommand::CAddItemCommand(CLibrary& library, DataSourcePtr const& source,
     , m_Source(source)
     , m_Path(path)
     , m_Object(std::move(object))
-    , m_Uid(m_Object["uid"].get<std::string>())
+    , m_Uid(embeddedhost::GetUid(m_Object))
 {}
 
 void CAddItemCommand::Do()
@@ -82,7 +81,7 @@ void CAddItemCommand::Undo()
     CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
     if (!item)
         return;
-    // What others changed in the meantime is there again after a redo.
+    // A redo restores the item with later changes.
     m_Object = item->GetObject();
     library->RemoveItem(*item);
 }

@@ -1,11 +1,10 @@
 #ifndef EMBEDDEDHOST_LIBRARYCOMMANDS_H
 #define EMBEDDEDHOST_LIBRARYCOMMANDS_H
 
+#include "model/itemobject.h"
 #include "model/library.h"
 
 #include <framework.h>
-
-#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
@@ -39,18 +38,18 @@ private:
 class CChangeObjectCommand final : public CLibraryCommand
 {
 public:
-    CChangeObjectCommand(CLibrary& library, CLibraryItem const& item,
-                         nlohmann::ordered_json changed, std::string const& text);
+    CChangeObjectCommand(CLibrary& library, CLibraryItem const& item, ItemObject changed,
+                         std::string const& text);
 
     void Do() override;
     void Undo() override;
 
 private:
-    void Change(nlohmann::ordered_json const& from, nlohmann::ordered_json const& to);
+    void Change(ItemObject const& from, ItemObject const& to);
 
     std::string const m_Uid;
-    nlohmann::ordered_json const m_Before;
-    nlohmann::ordered_json const m_After;
+    ItemObject const m_Before;
+    ItemObject const m_After;
 };
 
 /// Adds an item in a file of its own.
@@ -59,7 +58,7 @@ class CAddItemCommand final : public CLibraryCommand
 public:
     /// `path` is the file that a save will make.
     CAddItemCommand(CLibrary& library, DataSourcePtr const& source, QString const& path,
-                    nlohmann::ordered_json object, std::string const& text);
+                    ItemObject object, std::string const& text);
 
     void Do() override;
     void Undo() override;
@@ -67,11 +66,11 @@ public:
 private:
     DataSourcePtr const m_Source;
     QString const m_Path;
-    nlohmann::ordered_json m_Object;
+    ItemObject m_Object;
     std::string const m_Uid;
 };
 
-/// Takes an item away that is alone in its file; a save removes the file.
+/// Removes an item that is alone in its file; a save removes the file.
 class CRemoveItemCommand final : public CLibraryCommand
 {
 public:
@@ -83,7 +82,7 @@ public:
 private:
     std::string const m_Uid;
     QString const m_Path;
-    nlohmann::ordered_json const m_Object;
+    ItemObject const m_Object;
 };
 
 /// Several commands as one: when one of them raises, those before it are undone.

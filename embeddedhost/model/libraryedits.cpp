@@ -4,7 +4,6 @@
 #include "model/graphwriter.h"
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
-#include "model/objectchange.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -43,7 +42,7 @@ bool CheckWritable(CLibrary& library, CLibraryItem const& item, QString const& c
         QStringLiteral("Cannot %1 \"%2\": %3.").arg(change, Shown(item.GetName()), reason));
 }
 
-/// What is longer would not be read again.
+/// Longer texts would not be read again.
 QString GetTooLong(QString const& text)
 {
     return QStringLiteral("The %1 is longer than %2 characters. Nothing was changed.")
@@ -51,7 +50,7 @@ QString GetTooLong(QString const& text)
         .arg(kMaxTextLength);
 }
 
-/// `item` is the one that is to get the name; null for a new one.
+/// `item` gets the name; null for a new item.
 bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
 {
     if (!*name)
@@ -66,7 +65,7 @@ bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
         QStringLiteral("The name \"%1\" is used already. Choose another one.").arg(Shown(name)));
 }
 
-/// With a number and the ending it is a name that any file system takes, encrypted ones too.
+/// The maximum length without number and suffix; encrypted file systems allow the shortest names.
 constexpr int kLongestFileName = 120;
 
 /// A file name made from the item's: lower case, letters and digits of ASCII, else "-".
@@ -87,7 +86,7 @@ QString MakeFileName(char const* name)
     return fileName.isEmpty() ? QStringLiteral("item") : fileName;
 }
 
-/// The signature's ports are what its implementations start from.
+/// Implementations start with the ports of their signature.
 bool CopySignature(CLibrary& library, char const* signatureUid, ordered_json& object)
 {
     CLibraryItem const* const signature = library.FindItem(signatureUid);
@@ -95,8 +94,8 @@ bool CopySignature(CLibrary& library, char const* signatureUid, ordered_json& ob
         return Refuse(library, QStringLiteral("There is no signature with the uid %1 any more. "
                                               "Nothing was created.")
                                    .arg(Shown(signatureUid)));
-    SetKey(object, "implements", signatureUid);
-    for (char const* const key : {"inputs", "outputs"}) {
+    SetKey(object, Keys::kImplements, signatureUid);
+    for (char const* const key : {Keys::kInputs, Keys::kOutputs}) {
         if (signature->GetObject().contains(key))
             SetKey(object, key, signature->GetObject()[key]);
     }
@@ -106,20 +105,20 @@ bool CopySignature(CLibrary& library, char const* signatureUid, ordered_json& ob
 ordered_json MakeObject(NewCompound const& compound)
 {
     ordered_json object = ordered_json::object();
-    object["uid"] = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
-    object["kind"] = "compound";
-    object["name"] = ToUtf8(compound.name);
+    object[Keys::kUid] = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();
+    object[Keys::kKind] = tarno::datamodel::TarnoType::gCompound;
+    object[Keys::kName] = ToUtf8(compound.name);
     if (*compound.category)
-        object["category"] = ToUtf8(compound.category);
+        object[Keys::kCategory] = ToUtf8(compound.category);
     if (compound.isSignature)
-        object["signature"] = true;
+        object[Keys::kSignature] = true;
     if (compound.isLoop)
-        object["loop"] = true;
+        object[Keys::kLoop] = true;
     return object;
 }
 
-/// The tags as the item is to have them (UTF-8). The panel shows "?" for a letter that Latin-1
-/// lacks and hands it back so: tags that the item has already keep their letters.
+/// The new tags as UTF-8. The 8-bit texts have "?" for a letter that Latin-1 lacks, also on their
+/// way back: tags that match one of the item's this way keep its letters.
 std::string KeepLetters(char const* tags, std::string const& previous)
 {
     QHash<QString, QStringList> previousByShown;
@@ -159,8 +158,9 @@ DataSourcePtr FindWritableSource(CLibrary const& library)
 QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char const* name)
 {
     QString const stem = source->GetDescription().folder + QLatin1Char('/') + MakeFileName(name);
-    QString path = stem + QStringLiteral(".json");
-    // A link that leads nowhere is not said to exist.
+    QString const& suffix = source->GetDescription().fileSuffix;
+    QString path = stem + suffix;
+    // QFileInfo::exists is false for a dangling link.
     auto const isTaken = [&] {
         if (library.FindFile(path))
             return true;
@@ -168,7 +168,7 @@ QString FindFreePath(CLibrary const& library, DataSourcePtr const& source, char 
         return !library.IsInMemory() && (file.exists() || file.isSymLink());
     };
     for (int number = 2; isTaken(); ++number)
-        path = QStringLiteral("%1-%2.json").arg(stem).arg(number);
+        path = QStringLiteral("%1-%2%3").arg(stem).arg(number).arg(suffix);
     return path;
 }
 
@@ -193,7 +193,7 @@ CLibraryItem* CreateCompound(CLibrary& library, NewCompound const& compound,
     if (implements && !CopySignature(library, compound.signatureUid, object))
         return nullptr;
 
-    std::string const uid = object["uid"].get<std::string>();
+    std::string const uid = GetUid(object);
     tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
     RunCommand(new CAddItemCommand(library, source, FindFreePath(library, source, compound.name),
                                    std::move(object), std::string("Create ") + compound.name),
@@ -210,7 +210,7 @@ bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
     if (std::string(item.GetName()) == name)
         return true;
     ordered_json changed = item.GetObject();
-    SetKey(changed, "name", ToUtf8(name));
+    SetKey(changed, Keys::kName, ToUtf8(name));
     ChangeObject(library, item, std::move(changed), std::string("Rename ") + item.GetName(),
                  manager);
     return true;
@@ -225,7 +225,7 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
         return true;
     std::string const key = ToUtf8(category);
     ordered_json changed = item.GetObject();
-    ordered_json all = changed.value("tags", ordered_json::object());
+    ordered_json all = changed.value(Keys::kTags, ordered_json::object());
     if (!all.is_object())
         all = ordered_json::object();
     auto const previous = all.find(key);
@@ -238,9 +238,9 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
     else
         all.erase(key);
     if (all.empty())
-        changed.erase("tags");
+        changed.erase(Keys::kTags);
     else
-        SetKey(changed, "tags", std::move(all));
+        SetKey(changed, Keys::kTags, std::move(all));
     ChangeObject(library, item, std::move(changed), std::string("Tag ") + item.GetName(), manager);
     return true;
 }

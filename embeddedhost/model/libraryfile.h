@@ -1,13 +1,12 @@
 #ifndef EMBEDDEDHOST_LIBRARYFILE_H
 #define EMBEDDEDHOST_LIBRARYFILE_H
 
+#include "model/itemobject.h"
 #include "model/objectsource.h"
 #include "objects/datasource.h"
 
 #include <QByteArray>
 #include <QString>
-
-#include <nlohmann/json.hpp>
 
 #include <memory>
 #include <vector>
@@ -16,8 +15,8 @@ namespace embeddedhost {
 
 class CLibraryItem;
 
-/// One file of a data source: one object, or an array of them. What could not be loaded stays
-/// in its place, so that it is there again when the file is written.
+/// One file of a data source: one object, or an array of them. Entries that could not be loaded are
+/// kept in their place, so that a save writes them again.
 struct LibraryFile
 {
     struct Entry
@@ -25,23 +24,23 @@ struct LibraryFile
         /// Null for an entry that is not an item.
         CLibraryItem* item;
         /// The raw entry, if it is not an item.
-        nlohmann::ordered_json other;
+        ItemObject other;
     };
 
     QString path;
     DataSourcePtr source;
     bool isArray;
     std::vector<Entry> entries;
-    /// Of what is on disk, as far as we know; empty for a file that is not there.
+    /// Of the file on disk when it was read or written last; empty for a missing file.
     QByteArray digest = QByteArray();
-    /// Entries came or went since the file was read or written.
+    /// Entries were added or removed since the file was read or written.
     bool hasOtherEntries = false;
-    /// It is a link, and the file lies in a data source that is not to be written.
+    /// It is a link into a read-only data source.
     bool isReadOnly = false;
-    /// Of the items that have a place in it; null for a file that has never been read.
+    /// The text of items that were listed from it; null for a file that was never listed.
     std::unique_ptr<ObjectSource const> objects = nullptr;
 
-    /// A save has something to write, or the file to remove.
+    /// A save would write or remove the file.
     bool IsModified() const;
 };
 

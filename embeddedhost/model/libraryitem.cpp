@@ -11,7 +11,7 @@ using tarno::datamodel::ItemIdentity;
 
 namespace {
 
-/// A zero within a text ends it, as it does for whoever is handed the text.
+/// Cut at the first zero byte, where the contract's texts end.
 void AppendText(std::string& texts, std::string_view text)
 {
     texts.append(text.substr(0, text.find('\0'))).push_back('\0');
@@ -135,12 +135,12 @@ bool CLibraryItem::HasObject(ordered_json const& object) const
 
 bool CLibraryItem::HasIdentityOf(ordered_json const& object) const
 {
-    return object["kind"] == m_Identity.kind && object["uid"] == m_Identity.uid;
+    return object[Keys::kKind] == m_Identity.kind && object[Keys::kUid] == m_Identity.uid;
 }
 
 void CLibraryItem::SetObject(ordered_json object, std::pmr::memory_resource& texts)
 {
-    // Whatever may fail comes first: the item is changed as a whole or not at all.
+    // Everything that may throw comes first: the item is changed as a whole or not at all.
     ListedObject const listed = ListObject(object);
     Trees& trees = GetTrees();
     if (!trees.saved)

@@ -2,11 +2,10 @@
 #define EMBEDDEDHOST_LIBRARYITEM_H
 
 #include "model/itemidentity.h"
+#include "model/itemobject.h"
 #include "model/libraryfile.h"
 #include "model/listedobject.h"
 #include "model/objectsource.h"
-
-#include <nlohmann/json.hpp>
 
 #include <memory>
 #include <memory_resource>
@@ -14,8 +13,8 @@
 
 namespace embeddedhost {
 
-/// One item: the 8-bit views of its object that are asked for often, and the object itself, which
-/// stays in the text that it was read from until it is needed.
+/// One item: its object, which stays in the text of its file until it is needed, and 8-bit copies
+/// of the members that are queried often.
 class CLibraryItem
 {
 public:
@@ -25,10 +24,10 @@ public:
     CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file,
                  ListedObject const& listed, ObjectPlace const& place, int cacheIndex,
                  std::pmr::memory_resource& texts);
-    /// With an object that no text has. Keys whose value is not of the right type are kept but
-    /// count as absent.
-    CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file,
-                 nlohmann::ordered_json object, int cacheIndex, std::pmr::memory_resource& texts);
+    /// With an object that is not in a file's text. Values of the wrong type are kept but count as
+    /// absent.
+    CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file, ItemObject object,
+                 int cacheIndex, std::pmr::memory_resource& texts);
     ~CLibraryItem();
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
@@ -39,24 +38,23 @@ public:
     DataSourcePtr const& GetSource() const;
     int GetCacheIndex() const;
 
-    /// The object as a tree, which is made when it is asked for first and kept: for changing it and
-    /// for its graph.
-    nlohmann::ordered_json const& GetObject() const;
-    /// The object as a tree that is not kept: for what looks at many items once.
-    nlohmann::ordered_json CopyObject() const;
-    bool HasObject(nlohmann::ordered_json const& object) const;
-    /// The object, one that makes an item, has the item's kind and the very text of its uid.
-    bool HasIdentityOf(nlohmann::ordered_json const& object) const;
-    /// Takes a changed object with this identity, unless it raises.
-    void SetObject(nlohmann::ordered_json object, std::pmr::memory_resource& texts);
+    /// The object, which the first call parses and caches: for changes and for the graph.
+    ItemObject const& GetObject() const;
+    /// The object without caching it: for passes over many items.
+    ItemObject CopyObject() const;
+    bool HasObject(ItemObject const& object) const;
+    /// The object, one that makes an item, has the item's kind and its uid in the same case.
+    bool HasIdentityOf(ItemObject const& object) const;
+    /// Replaces the object by one with the same identity. Unchanged after an exception.
+    void SetObject(ItemObject object, std::pmr::memory_resource& texts);
 
-    /// The object differs from what is on disk.
+    /// The object differs from the one on disk.
     bool IsModified() const;
-    /// The object is what was on disk when it was read or saved last.
-    bool HasSavedObject(nlohmann::ordered_json const& object) const;
-    /// What is on disk of it; null for an item that is not there.
-    nlohmann::ordered_json const& GetSavedObject() const;
-    void SetSavedObject(nlohmann::ordered_json saved);
+    /// The object is the one that was read or saved last.
+    bool HasSavedObject(ItemObject const& object) const;
+    /// The object that was read or saved last; null for an item that is not on disk.
+    ItemObject const& GetSavedObject() const;
+    void SetSavedObject(ItemObject saved);
     /// The object is on disk as it is now.
     void MarkSaved();
 
@@ -67,7 +65,7 @@ public:
     bool IsLoop() const;
     /// The item's own lock.
     bool IsLocked() const;
-    /// Locked, or from a file or data source that is not to be written.
+    /// Locked, or in a read-only file or data source.
     bool IsReadOnly() const;
     /// UTF-8; null unless the item has a text of that name: "Parent" or "Specializes".
     char const* GetNamedValue(char const* name) const;
@@ -75,9 +73,9 @@ public:
 private:
     struct Trees
     {
-        nlohmann::ordered_json object;
-        /// What is on disk, once the object has been changed; null before.
-        std::unique_ptr<nlohmann::ordered_json> saved;
+        ItemObject object;
+        /// The object on disk, once it differs from `object`; null before.
+        std::unique_ptr<ItemObject> saved;
     };
 
     Trees& GetTrees() const;
@@ -87,12 +85,12 @@ private:
 
     tarno::datamodel::ItemIdentity& m_Identity;
     LibraryFile& m_File;
-    /// Null until they are needed.
+    /// Null until the object is parsed.
     mutable std::unique_ptr<Trees> m_Trees;
     ObjectPlace const m_Place;
 
-    /// Zero-terminated texts in one piece: the name, parent and what is specialized where there are
-    /// such, then category and tags by turns.
+    /// Zero-terminated texts in one block: the name, the uids of parent and specialized item if
+    /// there are such, then pairs of tag category and tags.
     char* m_Texts = nullptr;
     unsigned m_TextsSize = 0;
     unsigned m_TextsCapacity = 0;

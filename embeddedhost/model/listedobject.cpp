@@ -4,18 +4,16 @@
 
 namespace embeddedhost {
 
-using nlohmann::ordered_json;
-
 namespace {
 
-std::string_view GetText(ordered_json const& object, char const* key)
+std::string_view GetText(ItemObject const& object, char const* key)
 {
     auto const found = object.find(key);
     bool const isText = found != object.end() && found->is_string();
     return isText ? std::string_view(found->get_ref<std::string const&>()) : std::string_view();
 }
 
-bool IsSet(ordered_json const& object, char const* key)
+bool IsSet(ItemObject const& object, char const* key)
 {
     auto const found = object.find(key);
     return found != object.end() && found->is_boolean() && found->get<bool>();
@@ -23,22 +21,18 @@ bool IsSet(ordered_json const& object, char const* key)
 
 } // namespace
 
-ListedObject ListObject(ordered_json const& object)
+ListedObject ListObject(ItemObject const& object)
 {
     ListedObject listed;
-    listed.kind = FindItemKind(GetText(object, "kind"));
-    listed.uid = GetText(object, "uid");
-    listed.name = GetText(object, "name");
-    listed.parent = GetText(object, "parent");
-    listed.specializes = GetText(object, "specializes");
-    listed.implements = GetText(object, "implements");
-    listed.isSignature = IsSet(object, "signature");
-    listed.isLoop = IsSet(object, "loop");
-    listed.isLocked = IsSet(object, "readOnly");
-    auto const tags = object.find("tags");
+    listed.kind = FindItemKind(GetText(object, Keys::kKind));
+    for (auto const& [key, text] : kTextMembers)
+        listed.*text = GetText(object, key);
+    for (auto const& [key, flag] : kFlagMembers)
+        listed.*flag = IsSet(object, key);
+    auto const tags = object.find(Keys::kTags);
     if (tags == object.end() || !tags->is_object())
         return listed;
-    for (auto const& [category, text] : tags->get_ref<ordered_json::object_t const&>()) {
+    for (auto const& [category, text] : tags->get_ref<ItemObject::object_t const&>()) {
         if (text.is_string())
             listed.tags.emplace_back(category, text.get_ref<std::string const&>());
     }

@@ -1,6 +1,7 @@
 #include "model/objectdatabase.h"
 
 #include "base/text8.h"
+#include "model/itemkinds.h"
 #include "model/library.h"
 #include "objects/query.h"
 
@@ -13,9 +14,9 @@ using tarno::datamodel::ItemIdentity;
 
 namespace {
 
-/// Of all open libraries, the latest last.
+/// The databases of all open libraries, newest last.
 std::vector<CObjectDatabase*> gOpenDatabases;
-/// Counts the changes of these and of their components.
+/// Incremented when these or their components change, to invalidate cached successors.
 unsigned gOpenDatabasesVersion = 0;
 
 } // namespace
@@ -71,7 +72,7 @@ bool CObjectDatabase::HasFixedObject(char const* uid) const
 int CObjectDatabase::FindFixed(char const* uid) const
 {
     for (std::size_t i = 0; i < m_Fixed.size(); ++i) {
-        // Few are alike, so that few have to be looked at more closely.
+        // The cheap comparison first; DbObjectId decides.
         char const* const fixed = m_Fixed[i].uid.c_str();
         if (EqualIgnoringAsciiCase(fixed, uid) && DbObjectId(fixed) == DbObjectId(uid))
             return int(i);
@@ -136,7 +137,7 @@ bool CObjectDatabase::Exists(int cacheIndex) const
 bool CObjectDatabase::IsTypeAsset(int cacheIndex) const
 {
     CLibraryItem const* const item = GetItem(cacheIndex);
-    return item && item->GetIdentity().kind == tarno::datamodel::LibType::gType;
+    return item && hostkit::FindKind(item->GetIdentity().kind)->isType;
 }
 
 bool CObjectDatabase::IsResource(int cacheIndex) const

@@ -1,28 +1,28 @@
 #ifndef EMBEDDEDHOST_OBJECTSOURCE_H
 #define EMBEDDEDHOST_OBJECTSOURCE_H
 
-#include <nlohmann/json.hpp>
+#include "model/itemobject.h"
 
 #include <cstdint>
 
 namespace embeddedhost {
 
-/// Where an object stands in the text that it was read from, in bytes.
+/// The position of an object in the text of its file, in bytes.
 struct ObjectPlace
 {
     std::uint32_t begin = 0;
     std::uint32_t size = 0;
 };
 
-/// Keeps the objects of a file as they were read, and makes trees of those that are needed. What
-/// happens to the file on disk meanwhile does not matter to it.
+/// The text of a file as it was read, from which single objects can be parsed later. It does not
+/// depend on the file on disk any more.
 class ObjectSource
 {
 public:
     virtual ~ObjectSource() = default;
 
     /// Raises when there is no object at the place.
-    virtual nlohmann::ordered_json Read(ObjectPlace const& place) const = 0;
+    virtual ItemObject Read(ObjectPlace const& place) const = 0;
 };
 
 } // namespace embeddedhost

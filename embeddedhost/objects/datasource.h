@@ -17,7 +17,7 @@ namespace embeddedhost {
 class CDataSource final : public CRefCounted<qorm::IDataSource>
 {
 public:
-    /// What a library's manifest says of a data source.
+    /// A data source as the library's manifest describes it.
     struct Description
     {
         std::string uid;
@@ -28,6 +28,8 @@ public:
         bool isReadOnly;
         /// The application component that lives in the data source; empty for none.
         std::string component;
+        /// The ending of the names of its files.
+        QString fileSuffix;
     };
 
     explicit CDataSource(Description const& description);

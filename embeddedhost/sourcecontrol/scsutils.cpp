@@ -18,9 +18,9 @@ bool IsFileVersionControlActive()
 
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain)
 {
-    // An item without any state takes no part in source control and stays as narrow as it is:
-    // panels draw it further right than one with a state.
-    if (!active || state == 0 || base.isNull())
+    // The contract wants the base for kNoState, which items have that take no part in source
+    // control: the strip of the others would shift their icon.
+    if (!active || state == unsigned(kNoState) || base.isNull())
         return base;
     QPixmap icon = plain ? AddStateStrip(base) : base;
     PaintStateMarks(icon, state);

@@ -14,8 +14,9 @@ namespace {
 /// In milliseconds. Changes of files and of the git folder come in bursts.
 constexpr int kRefreshDelay = 200;
 
-/// Whether panels show states of the item: of compounds that may be written.
-bool HasShownState(CLibraryItem const& item)
+/// The contract has states requested for compounds of data sources that can be written, see
+/// ScsTask::RequestObjectStates; others never get one.
+bool TakesPart(CLibraryItem const& item)
 {
     return item.GetIdentity().kind == TarnoType::gCompound
            && item.GetSource()->GetAccessMode() != qorm::IDataSource::kReadOnlyAccess;
@@ -65,7 +66,7 @@ void CSourceControlService::NoteLookUp(ItemKey item)
 void CSourceControlService::OnItemAppeared(ItemID const& id)
 {
     ItemKey const item = ItemIDUnlock::GetIdentity(id);
-    if (item && item->item && HasShownState(*item->item))
+    if (item && item->item && TakesPart(*item->item))
         Refresh({item});
 }
 
@@ -106,7 +107,7 @@ void CSourceControlService::OnPassFinished(std::vector<ItemState> const& states)
 void CSourceControlService::Announce(std::vector<ItemKey> const& items)
 {
     if (m_Requests.IsEmpty())
-        return; // there is nobody any more who shows states
+        return; // no listener shows states any more
     for (ItemKey const item : items)
         m_Delivery.Add({item, std::nullopt});
 }

@@ -11,11 +11,6 @@ using nlohmann::ordered_json;
 
 namespace {
 
-char const* GetUid(ordered_json const& object)
-{
-    return object["uid"].get_ref<std::string const&>().c_str();
-}
-
 void Ignore(QString const& /*key*/, QString const& /*reason*/) {}
 
 } // namespace
@@ -26,14 +21,14 @@ bool MakesItem(ordered_json const& entry, IsUidTaken const& isTaken, ObjectFault
         fault(QString(), QStringLiteral("it must be an object; it is left out."));
         return false;
     }
-    return CheckObject(entry, fault) && IsUidFree(GetUid(entry), isTaken, fault);
+    return CheckObject(entry, fault) && IsUidFree(GetUid(entry).c_str(), isTaken, fault);
 }
 
 bool IsUidFree(char const* uid, IsUidTaken const& isTaken, ObjectFault const& fault)
 {
     if (!isTaken(uid))
         return true;
-    fault(QStringLiteral("uid"),
+    fault(QLatin1String(Keys::kUid),
           QStringLiteral("%1 is the uid of another object already; the object is left out.")
               .arg(QString::fromUtf8(uid)));
     return false;
@@ -69,7 +64,7 @@ FileObjects::FileObjects(CLibrary const& library, QString const& path, ordered_j
         bool const makesItem = MakesItem(entry, isTaken, Ignore);
         m_Entries.push_back({&entry, makesItem});
         if (makesItem)
-            m_ByUid.Insert(GetUid(entry), &entry);
+            m_ByUid.Insert(GetUid(entry).c_str(), &entry);
     };
     if (content.is_array())
         std::for_each(content.begin(), content.end(), add);

@@ -31,7 +31,7 @@ public:
 
     void Apply()
     {
-        PutLastWhatGoes();
+        MoveRemovedToEnd();
         for (std::string const& uid : GetUids()) {
             CLibraryItem* const item = IsOpen() ? FindItem(uid.c_str()) : nullptr;
             if (item)
@@ -68,7 +68,7 @@ public:
 private:
     static char const* GetUid(FileObjects::Entry const& entry)
     {
-        return (*entry.object)["uid"].get_ref<std::string const&>().c_str();
+        return embeddedhost::GetUid(*entry.object).c_str();
     }
 
     std::set<std::string> GetUids() const
@@ -88,8 +88,9 @@ private:
         return item && &item->GetFile() == &m_File ? item : nullptr;
     }
 
-    /// In the opposite order of their removal: taking out the last entry costs the least.
-    void PutLastWhatGoes()
+    /// Sorts the entries to be removed to the end, in reverse order of their removal: removing the
+    /// last entry is the cheapest.
+    void MoveRemovedToEnd()
     {
         auto& entries = m_File.entries;
         auto const stays = [this](LibraryFile::Entry const& entry) {
@@ -131,7 +132,7 @@ private:
     bool m_HasConflict = false;
 };
 
-/// Whether the file would be found if the library were opened now.
+/// Whether opening the library now would find the file.
 bool IsThere(QString const& path)
 {
     QFileInfo const info(path);
@@ -144,7 +145,7 @@ bool LeadsToReadOnlySource(CLibrary const& library, QString const& path)
     return LiesInReadOnlySource(library.GetSources(), realPath);
 }
 
-/// Whether it can be seen in the data source that something is not there.
+/// Whether a missing file is known to be missing: its folder can be read.
 bool CanMiss(CDataSource const& source, QString const& path)
 {
     QString const top = source.GetDescription().folder;
@@ -155,7 +156,7 @@ bool CanMiss(CDataSource const& source, QString const& path)
     return IsRealFolder(folder.filePath()) && folder.isReadable() && folder.isExecutable();
 }
 
-/// Nothing that the file held is to be left of it after the next save.
+/// The next save removes the file, or leaves it empty.
 bool IsRemovalPending(LibraryFile const& file)
 {
     return file.entries.empty() && file.IsModified();
@@ -195,7 +196,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         *fault = json.fault;
         return eReconciled::kUnreadable;
     }
-    // Taking in another program's change of a file that we removed would undo the removal.
+    // Accepting another program's change of a file with a pending removal would undo the removal.
     if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
         return eReconciled::kConflict;
     if (!file)
@@ -207,7 +208,7 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     reconciler.Apply();
     if (!reconciler.IsOpen())
         return eReconciled::kClosed;
-    // With a conflict the old digest stays, and keeps a save from replacing the file.
+    // The old digest stays after a conflict, so that a save does not replace the file.
     if (reconciler.HasConflict()) {
         // Raw entries that another program removed must not be written again.
         file->hasOtherEntries = hadOtherEntries;

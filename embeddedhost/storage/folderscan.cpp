@@ -1,5 +1,7 @@
 #include "storage/folderscan.h"
 
+#include "storage/folderlayout.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -45,7 +47,7 @@ public:
         for (QFileInfo const& entry : entries) {
             if (entry.isDir())
                 VisitFolder(entry);
-            else if (entry.fileName().endsWith(QLatin1String(".json")))
+            else if (entry.fileName().endsWith(kObjectFileSuffix))
                 VisitFile(entry);
         }
     }
@@ -64,7 +66,8 @@ private:
                                                           error);
         for (std::filesystem::directory_entry const& entry : entries) {
             QByteArray const name = QByteArray::fromStdString(entry.path().filename().string());
-            bool const isWanted = name.endsWith(".json") || entry.is_directory(error);
+            bool const isWanted =
+                name.endsWith(kObjectFileSuffix.toLatin1()) || entry.is_directory(error);
             if (isWanted && QFile::encodeName(QFile::decodeName(name)) != name)
                 Report(folder + QLatin1Char('/') + Escape(name),
                        QStringLiteral("the name is not UTF-8; what it names is left out. Give it "
@@ -93,7 +96,7 @@ private:
         } else if (isLink && !IsWithin(m_LibraryFolder, entry.canonicalFilePath())) {
             Report(entry.filePath(), QStringLiteral("the link leads out of the library folder; "
                                                     "the file is left out."));
-        } else if (entry.filePath() != m_LibraryFolder + QLatin1String("/library.json")) {
+        } else if (entry.filePath() != GetManifestPath(m_LibraryFolder)) {
             m_Files.push_back(entry.filePath());
         }
     }
@@ -134,8 +137,8 @@ QString GetShownPath(QString const& libraryFolder, QString const& path)
     return QDir(libraryFolder).relativeFilePath(path);
 }
 
-QStringList ListJsonFiles(QString const& libraryFolder, QString const& sourceFolder,
-                          FaultReporter const& faults)
+QStringList ListObjectFiles(QString const& libraryFolder, QString const& sourceFolder,
+                            FaultReporter const& faults)
 {
     FolderScan scan(libraryFolder, faults);
     scan.Visit(sourceFolder);

@@ -24,11 +24,11 @@ QString GetShownPath(QString const& libraryFolder, QString const& path);
 /// Whether the file, given by its canonical path, lies in a data source that is not to be written.
 bool LiesInReadOnlySource(std::vector<DataSourcePtr> const& sources, QString const& realPath);
 
-/// The *.json files below a data source's folder, sub-folders included, in the order of their
+/// The files of objects below a data source's folder, sub-folders included, in the order of their
 /// names. Links to folders are not followed, nor links to files outside the library. Only regular
 /// files are listed.
-QStringList ListJsonFiles(QString const& libraryFolder, QString const& sourceFolder,
-                          FaultReporter const& faults);
+QStringList ListObjectFiles(QString const& libraryFolder, QString const& sourceFolder,
+                            FaultReporter const& faults);
 
 } // namespace embeddedhost
 

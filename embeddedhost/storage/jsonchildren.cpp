@@ -1,5 +1,7 @@
 #include "storage/jsonchildren.h"
 
+#include "model/itemkeys.h"
+
 #include <utility>
 
 namespace embeddedhost {
@@ -15,7 +17,7 @@ std::string Dump(ordered_json const& value)
 
 std::string GetEntryId(ordered_json const& entry)
 {
-    for (char const* key : {"uid", "id", "name"}) {
+    for (char const* key : {Keys::kUid, Keys::Node::kId, Keys::kName}) {
         auto const found = entry.find(key);
         if (found != entry.end())
             return key + Dump(*found);

@@ -44,7 +44,7 @@ public:
     {
         for (DataSourcePtr const& source : m_Library.GetSources()) {
             auto const paths =
-                ListJsonFiles(m_Library.GetFolder(), source->GetDescription().folder, m_Faults);
+                ListObjectFiles(m_Library.GetFolder(), source->GetDescription().folder, m_Faults);
             for (QString const& path : paths)
                 m_Files.push_back({path, source});
         }
@@ -62,7 +62,7 @@ public:
         return !progress || progress(total, total);
     }
 
-    /// An item that refers to one that is not there may be hidden or miss its signature.
+    /// Reports references to missing items, since the referring item may be hidden by them.
     void CheckReferences()
     {
         // In the order of the table of contents.
@@ -106,7 +106,7 @@ private:
             ReadTrees(file, content);
     }
 
-    /// Makes items of what the lister has read.
+    /// Makes items of the lister's objects.
     void ReadListed(SourceFile const& source, FileContent const& content)
     {
         LibraryFile& file = AddFile(source, content, m_Lister.IsArray());
@@ -120,7 +120,7 @@ private:
         }
     }
 
-    /// Makes trees of everything in the file, to find what is wrong with it.
+    /// Parses the whole file, to find and report its faults.
     void ReadTrees(SourceFile const& source, FileContent const& content)
     {
         ParsedJson json = ParseJson(content.bytes);
@@ -164,7 +164,7 @@ private:
         return file;
     }
 
-    /// Where the next object of the file stands. As many are found as the parsers find objects.
+    /// The place of the file's next object. There are as many places as objects.
     ObjectPlace const& BeginObject(LibraryFile const& file)
     {
         m_ObjectNumber = int(file.entries.size()) + 1;
@@ -176,9 +176,9 @@ private:
     {
         CLibraryItem& item = m_Library.AddItem(file, listed, place);
         file.entries.push_back({&item, ordered_json()});
-        NoteReference(item, "parent", listed.parent);
-        NoteReference(item, "specializes", listed.specializes);
-        NoteReference(item, "implements", listed.implements);
+        NoteReference(item, Keys::kParent, listed.parent);
+        NoteReference(item, Keys::kSpecializes, listed.specializes);
+        NoteReference(item, Keys::kImplements, listed.implements);
     }
 
     void NoteReference(CLibraryItem const& item, char const* key, std::string_view uid)
@@ -230,7 +230,7 @@ private:
         return embeddedhost::GetShownPath(m_Library.GetFolder(), m_Path);
     }
 
-    /// Where the object is that is being read.
+    /// The place of the current object, for messages.
     QString GetPlace() const
     {
         return JoinPlace(GetShownPath(),

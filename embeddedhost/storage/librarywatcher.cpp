@@ -13,11 +13,11 @@ namespace embeddedhost {
 
 namespace {
 
-/// Long enough for a checkout of many files to come in few bursts, in milliseconds.
+/// The debounce interval, in milliseconds: a checkout of many files causes few checks.
 constexpr int kPause = 150;
-/// A burst that does not end is looked at in between, in milliseconds.
+/// The maximum delay of a check during a lasting burst, in milliseconds.
 constexpr int kLongestBurst = 1000;
-/// How often a file that cannot be read is tried again: it may be half written.
+/// The maximum of attempts to read a file, which may be half written.
 constexpr int kReadAttempts = 5;
 
 bool CanBeListed(QString const& folder)
@@ -26,7 +26,7 @@ bool CanBeListed(QString const& folder)
     return info.isDir() && info.isReadable() && info.isExecutable();
 }
 
-/// A file that cannot be taken in must not keep the others from being read.
+/// An exception for one file must not prevent the others from being read.
 eReconciled TryToReconcile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
                            QString const& path, QString* fault)
 {
@@ -85,8 +85,8 @@ CLibraryWatcher::Stamps CLibraryWatcher::ReadStamps(DataSourcePtr const& source)
     // Faults of the folders were reported when the library was opened.
     CMessageChannel unheard;
     Stamps stamps;
-    QStringList const paths = ListJsonFiles(m_Library->GetFolder(), source->GetDescription().folder,
-                                            FaultReporter(unheard));
+    QStringList const paths = ListObjectFiles(
+        m_Library->GetFolder(), source->GetDescription().folder, FaultReporter(unheard));
     for (QString const& path : paths)
         stamps[path] = GetFileStamp(path);
     return stamps;
@@ -114,8 +114,8 @@ QString CLibraryWatcher::FindMissingFolder(DataSourcePtr const& source) const
     return CanBeListed(m_Library->GetFolder()) ? folder : m_Library->GetFolder();
 }
 
-/// Those of the data sources, and the way there: a folder that is moved away or comes back shows
-/// in the one around it.
+/// The folders of the data sources and their parents: a folder that is moved away or comes back is
+/// a change of its parent.
 QStringList CLibraryWatcher::ListFolders() const
 {
     QString const& top = m_Library->GetFolder();
@@ -168,7 +168,7 @@ QStringList CLibraryWatcher::FindTouchedFiles(Stamps const& before, Stamps const
         if (known == before.cend() || !(*known == stamp.value()))
             (*stamp == FileStamp() ? gone : touched) << stamp.key();
     }
-    // An object that went from one file to another should leave before it comes.
+    // Removed files first: an object may have moved from one file to another.
     return gone + touched;
 }
 
@@ -228,7 +228,7 @@ bool CLibraryWatcher::CheckFiles(DataSourcePtr const& source)
 {
     QPointer<CLibraryWatcher> const self(this);
     Stamps const now = ReadStampsWithGone(source);
-    // Only now: if the folder is there after the listing, it was there during it.
+    // After the listing: a folder that exists now existed during it.
     if (!FindMissingFolder(source).isEmpty())
         return false;
     QStringList touched = FindTouchedFiles(m_Stamps[source->GetDescription().folder], now);
@@ -279,7 +279,7 @@ void CLibraryWatcher::CheckFile(DataSourcePtr const& source, QString const& path
                                 "overwrite it."));
 }
 
-/// Without a stamp the file is tried again with each look, and reported once.
+/// The file keeps no stamp, so that each check tries it again; it is reported once.
 void CLibraryWatcher::NoteFailure(QString const& path, FileStamp const& stamp, QString const& fault)
 {
     Failure& failure = m_Failures[path];

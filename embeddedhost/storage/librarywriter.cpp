@@ -1,5 +1,6 @@
 #include "storage/librarywriter.h"
 
+#include "storage/folderlayout.h"
 #include "storage/folderscan.h"
 #include "storage/pendingfile.h"
 #include "storage/stagingfolders.h"
@@ -12,8 +13,8 @@ namespace embeddedhost {
 
 namespace {
 
-/// How long a save waits for the locks of others, and for those who are writing a file that it
-/// replaces, in milliseconds: the windows stand still.
+/// The maximum wait for locks of other processes, and for programs that are writing a file to be
+/// replaced, in milliseconds. The GUI thread is blocked meanwhile.
 constexpr int kLockPatience = 3000;
 constexpr int kWriterPatience = 1000;
 
@@ -39,10 +40,10 @@ QString FindObstacle(QString const& folder)
         return QStringLiteral("Nothing was saved: the library folder %1 is gone. Put it back and "
                               "save again.")
             .arg(folder);
-    if (!QFileInfo::exists(folder + QStringLiteral("/library.json")))
-        return QStringLiteral("Nothing was saved: the library folder %1 has no library.json any "
-                              "more. Put it back and save again.")
-            .arg(folder);
+    if (!QFileInfo::exists(GetManifestPath(folder)))
+        return QStringLiteral("Nothing was saved: the library folder %1 has no %2 any more. Put it "
+                              "back and save again.")
+            .arg(folder, kManifestName);
     return QString();
 }
 

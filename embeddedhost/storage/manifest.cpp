@@ -1,6 +1,7 @@
 #include "storage/manifest.h"
 
 #include "base/text8.h"
+#include "storage/folderlayout.h"
 #include "storage/folderscan.h"
 #include "storage/jsonfile.h"
 
@@ -17,7 +18,19 @@ namespace {
 
 constexpr int kFormatVersion = 1;
 
-QString const kManifestFile = QStringLiteral("library.json");
+namespace ManifestKeys {
+constexpr char const* kFormat = "format";
+constexpr char const* kName = "name";
+constexpr char const* kDataSources = "dataSources";
+// Of a data source, with kName.
+constexpr char const* kUid = "uid";
+constexpr char const* kPath = "path";
+constexpr char const* kAccess = "access";
+constexpr char const* kComponent = "component";
+} // namespace ManifestKeys
+
+constexpr char const* kReadWrite = "read-write";
+constexpr char const* kReadOnly = "read-only";
 
 /// Null unless the object has a text under the key that is neither empty nor too long.
 std::string const* FindText(ordered_json const& object, char const* key)
@@ -40,12 +53,13 @@ public:
 
     void Read(ordered_json const& source)
     {
-        m_Place = kManifestFile + QStringLiteral(", data source %1").arg(++m_Number);
+        m_Place = kManifestName + QStringLiteral(", data source %1").arg(++m_Number);
         if (!source.is_object()) {
             Report("it must be an object; it is left out.");
             return;
         }
         CDataSource::Description description;
+        description.fileSuffix = kObjectFileSuffix;
         if (!ReadUid(source, description) || !ReadFolder(source, description))
             return;
         ReadName(source, description);
@@ -62,24 +76,24 @@ public:
 private:
     bool ReadUid(ordered_json const& source, CDataSource::Description& description)
     {
-        std::string const* const uid = FindText(source, "uid");
+        std::string const* const uid = FindText(source, ManifestKeys::kUid);
         if (!uid || !qorm::DbObjectId::IsUID(uid->c_str())) {
             Report("key \"uid\": a UID like 01234567-89AB-CDEF-0123-456789ABCDEF is needed; the "
                    "data source is left out.");
             return false;
         }
         description.uid = *uid;
-        return ClaimUid(*uid, "uid");
+        return ClaimUid(*uid, ManifestKeys::kUid);
     }
 
     void ReadComponent(ordered_json const& source, CDataSource::Description& description)
     {
-        if (!source.contains("component"))
+        if (!source.contains(ManifestKeys::kComponent))
             return;
-        std::string const* const uid = FindText(source, "component");
+        std::string const* const uid = FindText(source, ManifestKeys::kComponent);
         if (!uid || !qorm::DbObjectId::IsUID(uid->c_str()))
             Report("key \"component\": it must be a UID; it is ignored.");
-        else if (ClaimUid(*uid, "component"))
+        else if (ClaimUid(*uid, ManifestKeys::kComponent))
             description.component = *uid;
     }
 
@@ -98,7 +112,7 @@ private:
 
     bool ReadFolder(ordered_json const& source, CDataSource::Description& description)
     {
-        std::string const* const path = FindText(source, "path");
+        std::string const* const path = FindText(source, ManifestKeys::kPath);
         if (!path) {
             Report("key \"path\": a path relative to the library folder is needed; the data "
                    "source is left out.");
@@ -139,7 +153,7 @@ private:
 
     void ReadName(ordered_json const& source, CDataSource::Description& description)
     {
-        std::string const* const name = FindText(source, "name");
+        std::string const* const name = FindText(source, ManifestKeys::kName);
         if (!name)
             Report("key \"name\": a text is needed; the folder's name is shown instead.");
         description.name =
@@ -148,9 +162,9 @@ private:
 
     void ReadAccess(ordered_json const& source, CDataSource::Description& description)
     {
-        std::string const* const access = FindText(source, "access");
-        description.isReadOnly = !access || *access != "read-write";
-        if (description.isReadOnly && (!access || *access != "read-only")) {
+        std::string const* const access = FindText(source, ManifestKeys::kAccess);
+        description.isReadOnly = !access || *access != kReadWrite;
+        if (description.isReadOnly && (!access || *access != kReadOnly)) {
             Report("key \"access\": it must be \"read-write\" or \"read-only\"; the data source "
                    "is taken as read-only.");
         }
@@ -179,12 +193,12 @@ private:
     std::vector<CDataSource::Description> m_Sources;
 };
 
-/// What keeps the manifest from being used at all; empty for nothing.
+/// Why the manifest cannot be used at all; empty if it can.
 QString FindFatalFault(ordered_json const& manifest)
 {
     if (!manifest.is_object())
         return QStringLiteral("the file must hold an object.");
-    auto const format = manifest.find("format");
+    auto const format = manifest.find(ManifestKeys::kFormat);
     if (format == manifest.end() || !format->is_number_integer())
         return QStringLiteral("key \"format\": the format version, a whole number, is needed.");
     if (*format != kFormatVersion) {
@@ -193,7 +207,7 @@ QString FindFatalFault(ordered_json const& manifest)
             .arg(QString::fromStdString(format->dump()))
             .arg(kFormatVersion);
     }
-    auto const sources = manifest.find("dataSources");
+    auto const sources = manifest.find(ManifestKeys::kDataSources);
     if (sources == manifest.end() || !sources->is_array())
         return QStringLiteral("key \"dataSources\": an array is needed.");
     return QString();
@@ -203,25 +217,43 @@ QString FindFatalFault(ordered_json const& manifest)
 
 std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults)
 {
-    JsonFile const file = ReadJsonFile(folder + '/' + kManifestFile, folder);
+    JsonFile const file = ReadJsonFile(GetManifestPath(folder), folder);
     QString const fault = file.fault.isEmpty() ? FindFatalFault(file.content) : file.fault;
     if (!fault.isEmpty()) {
-        faults.ReportFatal(JoinPlace(folder + '/' + kManifestFile, file.faultPlace), fault);
+        faults.ReportFatal(JoinPlace(GetManifestPath(folder), file.faultPlace), fault);
         return std::nullopt;
     }
     for (QString const& place : file.repeatedKeys)
-        faults.Report(JoinPlace(kManifestFile, place),
+        faults.Report(JoinPlace(kManifestName, place),
                       QStringLiteral("the key is there more than once; the last value counts."));
-    std::string const* const name = FindText(file.content, "name");
+    std::string const* const name = FindText(file.content, ManifestKeys::kName);
     if (!name) {
-        faults.Report(kManifestFile, QStringLiteral("key \"name\": a text is needed; the "
+        faults.Report(kManifestName, QStringLiteral("key \"name\": a text is needed; the "
                                                     "folder's name is shown instead."));
     }
     SourcesReader sources(folder, faults);
-    for (ordered_json const& source : file.content["dataSources"])
+    for (ordered_json const& source : file.content[ManifestKeys::kDataSources])
         sources.Read(source);
     return Manifest{name ? QString::fromStdString(*name) : QFileInfo(folder).fileName(),
                     sources.GetSources()};
+}
+
+QByteArray MakeManifest(NewLibrary const& library)
+{
+    ordered_json sources = ordered_json::array();
+    for (NewLibrary::DataSource const& source : library.sources) {
+        ordered_json entry = {{ManifestKeys::kUid, source.uid},
+                              {ManifestKeys::kName, source.name},
+                              {ManifestKeys::kPath, source.path},
+                              {ManifestKeys::kAccess, source.isReadOnly ? kReadOnly : kReadWrite}};
+        if (!source.component.empty())
+            entry[ManifestKeys::kComponent] = source.component;
+        sources.push_back(std::move(entry));
+    }
+    ordered_json const manifest = {{ManifestKeys::kFormat, kFormatVersion},
+                                   {ManifestKeys::kName, library.name},
+                                   {ManifestKeys::kDataSources, std::move(sources)}};
+    return QByteArray::fromStdString(manifest.dump(4) + '\n');
 }
 
 } // namespace embeddedhost

@@ -1,15 +1,18 @@
 #ifndef EMBEDDEDHOST_MANIFEST_H
 #define EMBEDDEDHOST_MANIFEST_H
 
+#include "model/newlibrary.h"
 #include "objects/datasource.h"
 #include "storage/faults.h"
+
+#include <QByteArray>
 
 #include <optional>
 #include <vector>
 
 namespace embeddedhost {
 
-/// What a library folder's library.json says.
+/// The content of a library folder's manifest.
 struct Manifest
 {
     QString name;
@@ -17,8 +20,11 @@ struct Manifest
 };
 
 /// Reads the manifest of the folder, given by its canonical path. Data sources that cannot be
-/// used are reported and left out; nothing is returned when the manifest as a whole cannot.
+/// used are reported and left out; nothing when the manifest as a whole cannot.
 std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults);
+
+/// The text of the manifest of a new library.
+QByteArray MakeManifest(NewLibrary const& library);
 
 } // namespace embeddedhost
 

@@ -4,11 +4,10 @@
 #include "model/graphjson.h"
 #include "model/graphwriter.h"
 #include "model/library.h"
-#include "model/objectchange.h"
 #include "storage/faults.h"
+#include "storage/folderlayout.h"
 
 #include <QScopedValueRollback>
-#include <QStringList>
 
 #include <algorithm>
 #include <exception>
@@ -22,7 +21,7 @@ namespace {
 
 char const* const kPanelCategory = "ApplicationTags";
 
-/// Stands for the digest of a file that was saved.
+/// Marks a saved item, in place of the digest of its file.
 QByteArray GetSavedDigest()
 {
     return QByteArrayLiteral("saved");
@@ -61,11 +60,8 @@ QString FindKindFault(std::string const& kind)
 {
     if (FindItemKind(kind))
         return QString();
-    QStringList known;
-    for (char const* name : GetItemKinds())
-        known << QString::fromLatin1(name);
     return QStringLiteral("the kind \"%1\" is not known, it must be one of %2")
-        .arg(ShownText(kind), known.join(QStringLiteral(", ")));
+        .arg(ShownText(kind), QLatin1String(GetKindList()));
 }
 
 QString FindTagsFault(MemoryItem const& item)
@@ -84,7 +80,7 @@ QString FindTagsFault(MemoryItem const& item)
     return fault;
 }
 
-/// What would be left out when the object is read again.
+/// Parts of the graph that would be left out when the object is read again.
 QString FindGraphFault(ordered_json const& object)
 {
     QString fault;
@@ -123,7 +119,8 @@ ordered_json MakeTagsObject(MemoryItem const& item)
 
 ordered_json MakeItemObject(MemoryItem const& item)
 {
-    ordered_json object = {{"uid", item.uid}, {"kind", item.kind}, {"name", item.name}};
+    ordered_json object = {
+        {Keys::kUid, item.uid}, {Keys::kKind, item.kind}, {Keys::kName, item.name}};
     auto const setText = [&](char const* key, std::string const& text) {
         if (!text.empty())
             SetKey(object, key, text);
@@ -132,61 +129,40 @@ ordered_json MakeItemObject(MemoryItem const& item)
         if (isSet)
             SetKey(object, key, true);
     };
-    setText("category", item.category);
-    setText("implements", item.implements);
-    setFlag("signature", item.isSignature);
-    setFlag("loop", item.isLoop);
-    setFlag("readOnly", item.isReadOnly);
+    setText(Keys::kCategory, item.category);
+    setText(Keys::kImplements, item.implements);
+    setFlag(Keys::kSignature, item.isSignature);
+    setFlag(Keys::kLoop, item.isLoop);
+    setFlag(Keys::kReadOnly, item.isReadOnly);
     if (ordered_json tags = MakeTagsObject(item); !tags.empty())
-        SetKey(object, "tags", std::move(tags));
+        SetKey(object, Keys::kTags, std::move(tags));
     WriteGraphBody(item.body, object);
     return object;
 }
 
-std::string ReadText(ordered_json const& object, char const* key)
+MemoryItem MakeMemoryItem(ItemObject const& object)
 {
-    auto const found = object.find(key);
-    return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
-bool ReadFlag(ordered_json const& object, char const* key)
-{
-    auto const found = object.find(key);
-    return found != object.end() && found->is_boolean() && found->get<bool>();
-}
-
-void ReadTagTexts(ordered_json const& object, MemoryItem& item)
-{
-    auto const found = object.find("tags");
-    if (found == object.end() || !found->is_object())
-        return;
-    for (auto const& [category, text] : found->items()) {
-        if (!text.is_string())
-            continue;
-        std::string& tags = category == kPanelCategory ? item.tags : item.otherTags[category];
-        tags = text.get<std::string>();
-    }
-}
-
-MemoryItem ReadItem(ordered_json const& object)
-{
+    ListedObject const listed = ListObject(object);
     MemoryItem item;
-    item.kind = ReadText(object, "kind");
-    item.uid = ReadText(object, "uid");
-    item.name = ReadText(object, "name");
-    item.category = ReadText(object, "category");
-    item.implements = ReadText(object, "implements");
-    item.isSignature = ReadFlag(object, "signature");
-    item.isLoop = ReadFlag(object, "loop");
-    item.isReadOnly = ReadFlag(object, "readOnly");
-    ReadTagTexts(object, item);
+    item.kind = listed.kind;
+    item.uid = listed.uid;
+    item.name = listed.name;
+    item.category = listed.category;
+    item.implements = listed.implements;
+    item.isSignature = listed.isSignature;
+    item.isLoop = listed.isLoop;
+    item.isReadOnly = listed.isLocked;
+    for (auto const& [category, text] : listed.tags) {
+        bool const isShown = category == kPanelCategory;
+        (isShown ? item.tags : item.otherTags[std::string(category)]) = text;
+    }
     item.body = ReadGraphBody(object, [](std::string const&, std::string const&) {
         // Reported when the library was read.
     });
     return item;
 }
 
-/// What a save hands over of the places of items, to be noted when it has succeeded.
+/// A snapshot of what a save hands over, to mark as saved when it has succeeded.
 class SavedState
 {
 public:
@@ -201,7 +177,7 @@ public:
         }
     }
 
-    /// The library is still open. What was changed since stays unsaved.
+    /// The library is still open. Later changes stay unsaved.
     void NoteSaved(CLibrary& library)
     {
         for (auto& [uid, object] : m_Objects) {
@@ -270,11 +246,12 @@ std::shared_ptr<CLibrary> MakeMemoryLibrary(QString const& name, MemoryObjects o
 {
     auto library = std::make_shared<CLibrary>(QString(), name, messages);
     library->SetMemoryStore(std::make_shared<MemoryStore>(store));
-    DataSourcePtr const source(new CDataSource(
-        {std::string(), name.toLatin1().toStdString(), QString(), false, std::string()}));
+    DataSourcePtr const source(
+        new CDataSource({std::string(), name.toLatin1().toStdString(), QString(), false,
+                         std::string(), kObjectFileSuffix}));
     library->AddSource(source);
     for (ordered_json& object : objects) {
-        QString const path = QString::fromStdString(ReadText(object, "uid"));
+        QString const path = QString::fromStdString(GetUid(object));
         LibraryFile& file = library->AddFile({path, source, false, {}, GetSavedDigest()});
         file.entries.push_back({&library->AddItem(file, std::move(object)), ordered_json()});
     }
@@ -288,7 +265,7 @@ std::vector<MemoryItem> ListItems(CLibrary const& library)
     for (auto const& file : library.GetFiles()) {
         for (LibraryFile::Entry const& entry : file->entries) {
             if (entry.item)
-                items.push_back(ReadItem(entry.item->GetObject()));
+                items.push_back(MakeMemoryItem(entry.item->CopyObject()));
         }
     }
     return items;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace embeddedhost {
 
@@ -15,11 +16,11 @@ namespace dom = simdjson::dom;
 
 namespace {
 
-/// Far less than what is read at all, see kMaxJsonDepth.
+/// Far below the limit of the slow reader, see kMaxJsonDepth.
 constexpr int kMaxPlainDepth = 32;
 constexpr std::size_t kMaxPlainMembers = 32;
 
-/// The parser's iterators are none for standard algorithms.
+/// std::all_of does not accept the iterators of simdjson.
 template <class Range, class IsLike>
 bool AllOf(Range const& range, IsLike const& isLike)
 {
@@ -32,7 +33,7 @@ bool AllOf(Range const& range, IsLike const& isLike)
 
 bool IsShort(std::string_view text)
 {
-    // In bytes, of which there are as many as characters or more.
+    // Stricter than the limit, which counts characters, not bytes.
     return text.size() <= std::size_t(kMaxTextLength);
 }
 
@@ -65,13 +66,13 @@ bool HasMember(dom::object const& parent, std::string_view key, bool (*isMember)
 
 bool IsPort(dom::object const& port)
 {
-    return HasMember(port, "name", IsText) && HasMember(port, "type", IsText);
+    return HasMember(port, Keys::Port::kName, IsText) && HasMember(port, Keys::Port::kType, IsText);
 }
 
 bool IsNode(dom::object const& node)
 {
-    return HasMember(node, "id", IsText) && HasMember(node, "item", IsText)
-           && HasMember(node, "position",
+    return HasMember(node, Keys::Node::kId, IsText) && HasMember(node, Keys::Node::kItem, IsText)
+           && HasMember(node, Keys::Node::kPosition,
                         [](dom::element value) { return IsPairOf(value, IsNumber); });
 }
 
@@ -80,7 +81,8 @@ bool IsConnection(dom::object const& connection)
     auto const isEnd = [](dom::element value) {
         return IsPairOf(value, IsTextOrInteger);
     };
-    return HasMember(connection, "from", isEnd) && HasMember(connection, "to", isEnd);
+    return HasMember(connection, Keys::Connection::kFrom, isEnd)
+           && HasMember(connection, Keys::Connection::kTo, isEnd);
 }
 
 bool IsListOf(dom::element value, bool (*isEntry)(dom::object const&))
@@ -94,8 +96,8 @@ bool IsListOf(dom::element value, bool (*isEntry)(dom::object const&))
     });
 }
 
-/// All keys of an object, looked at one by one: none of them is there twice.
-class Keys
+/// Detects repeated keys of an object. A linear search is fastest for few keys.
+class UniqueKeys
 {
 public:
     /// False for a key that is there already, and for one too many.
@@ -126,7 +128,7 @@ bool IsPlain(dom::element value, int depth)
         return depth < kMaxPlainDepth && AllOf(dom::array(value.get_array()), isPlain);
     }
     case dom::element_type::OBJECT: {
-        Keys keys;
+        UniqueKeys keys;
         auto const isPlain = [&](auto const& member) {
             return keys.Add(member.key) && IsPlain(member.value, depth + 1);
         };
@@ -144,15 +146,16 @@ public:
     explicit ObjectListing(ListedObject& listed)
         : m_Listed(listed)
     {
-        listed.kind = nullptr;
-        listed.uid = listed.name = listed.parent = listed.specializes = listed.implements = {};
-        listed.tags.clear();
-        listed.isSignature = listed.isLoop = listed.isLocked = false;
+        auto tags = std::move(listed.tags);
+        tags.clear();
+        listed = ListedObject();
+        // Reuses its memory.
+        listed.tags = std::move(tags);
     }
 
     bool Read(dom::object const& source)
     {
-        Keys keys;
+        UniqueKeys keys;
         for (auto const member : source) {
             if (!keys.Add(member.key) || !ReadMember(member.key, member.value))
                 return false;
@@ -164,46 +167,36 @@ public:
 private:
     bool ReadMember(std::string_view key, dom::element value)
     {
-        if (key == "uid")
-            return ReadText(value, m_Listed.uid);
-        if (key == "kind")
+        for (TextMember const& member : kTextMembers) {
+            if (key == member.key)
+                return ReadText(value, m_Listed.*member.text);
+        }
+        for (FlagMember const& member : kFlagMembers) {
+            if (key == member.key)
+                return ReadFlag(value, m_Listed.*member.flag);
+        }
+        if (key == Keys::kKind)
             return ReadKind(value);
-        if (key == "name")
-            return ReadText(value, m_Listed.name);
-        if (key == "tags")
+        if (key == Keys::kTags)
             return ReadTags(value);
-        if (key == "parent")
-            return ReadText(value, m_Listed.parent);
-        if (key == "specializes")
-            return ReadText(value, m_Listed.specializes);
-        if (key == "implements")
-            return ReadText(value, m_Listed.implements);
-        if (key == "signature")
-            return ReadFlag(value, m_Listed.isSignature);
-        if (key == "loop")
-            return ReadFlag(value, m_Listed.isLoop);
-        if (key == "readOnly")
-            return ReadFlag(value, m_Listed.isLocked);
-        return IsPlain(value, 1) && CheckOther(key, value);
+        return IsPlain(value, 1) && CheckList(key, value);
     }
 
-    bool CheckOther(std::string_view key, dom::element value)
+    bool CheckList(std::string_view key, dom::element value)
     {
-        if (key == "category")
-            return IsText(value);
-        if (key == "inputs" || key == "outputs")
+        if (key == Keys::kInputs || key == Keys::kOutputs)
             return IsListOf(value, IsPort);
-        if (key == "nodes")
+        if (key == Keys::kNodes)
             return IsListOf(value, IsNode) && ReadNodeIds(value);
-        return key != "connections" || IsListOf(value, IsConnection);
+        return key != Keys::kConnections || IsListOf(value, IsConnection);
     }
 
     bool ReadNodeIds(dom::element nodes)
     {
         dom::array const list = nodes.get_array();
         for (dom::element const node : list)
-            m_NodeIds.push_back(node["id"].get_string().value());
-        m_NodeIds.insert(m_NodeIds.end(), {"in", "out"});
+            m_NodeIds.push_back(node[Keys::Node::kId].get_string().value());
+        m_NodeIds.insert(m_NodeIds.end(), {kInputsNode, kOutputsNode});
         return true;
     }
 
@@ -237,7 +230,7 @@ private:
         dom::object categories;
         if (value.get(categories) != simdjson::SUCCESS)
             return false;
-        Keys keys;
+        UniqueKeys keys;
         for (auto const member : categories) {
             std::string_view tags;
             if (!keys.Add(member.key) || !ReadText(member.value, tags))
@@ -291,7 +284,7 @@ CObjectLister::~CObjectLister() = default;
 
 bool CObjectLister::Read(QByteArray const& text)
 {
-    // Whether a number escapes half a character, or zero, the two parsers need not agree.
+    // The two parsers may differ on escaped surrogates, and escaped zeros need a report.
     if (text.contains("\\u"))
         return false;
     dom::element root;

@@ -3,8 +3,7 @@
 #include "base/text8.h"
 #include "model/graphjson.h"
 #include "model/itemkinds.h"
-
-#include <QStringList>
+#include "model/listedobject.h"
 
 #include <algorithm>
 
@@ -35,7 +34,7 @@ std::string FindLongMember(ordered_json const& object, std::initializer_list<cha
 
 std::string FindLongTag(ordered_json const& object)
 {
-    auto const tags = object.find("tags");
+    auto const tags = object.find(Keys::kTags);
     if (tags == object.end() || !tags->is_object())
         return std::string();
     for (auto const& [category, text] : tags->items()) {
@@ -59,20 +58,23 @@ std::string FindLongEntry(ordered_json const& object, char const* list,
     return std::string();
 }
 
-/// Looks at what the program shows or looks up; other texts may have any length.
+/// Checks the texts that are shown or looked up; others may have any length.
 std::string FindLongText(ordered_json const& object)
 {
-    std::string key = FindLongMember(
-        object, {"uid", "kind", "name", "category", "implements", "parent", "specializes"});
+    std::string key =
+        FindLongMember(object, {Keys::kUid, Keys::kKind, Keys::kName, Keys::kCategory,
+                                Keys::kImplements, Keys::kParent, Keys::kSpecializes});
     if (key.empty())
         key = FindLongTag(object);
-    for (char const* const ports : {"inputs", "outputs"}) {
+    for (char const* const ports : {Keys::kInputs, Keys::kOutputs}) {
         if (key.empty())
-            key = FindLongEntry(object, ports, {"name", "type"});
+            key = FindLongEntry(object, ports, {Keys::Port::kName, Keys::Port::kType});
     }
     if (key.empty())
-        key = FindLongEntry(object, "nodes", {"id", "item"});
-    return key.empty() ? FindLongEntry(object, "connections", {"from", "to"}) : key;
+        key = FindLongEntry(object, Keys::kNodes, {Keys::Node::kId, Keys::Node::kItem});
+    return key.empty() ? FindLongEntry(object, Keys::kConnections,
+                                       {Keys::Connection::kFrom, Keys::Connection::kTo})
+                       : key;
 }
 
 class ObjectCheck
@@ -97,17 +99,14 @@ public:
 
     bool RequireKind() const
     {
-        std::string const* const kind = RequireText("kind");
+        std::string const* const kind = RequireText(Keys::kKind);
         if (!kind)
             return false;
         if (FindItemKind(*kind))
             return true;
-        QStringList known;
-        for (char const* name : GetItemKinds())
-            known.push_back(QString::fromLatin1(name));
-        m_Fault(QStringLiteral("kind"),
+        m_Fault(QLatin1String(Keys::kKind),
                 QStringLiteral("\"%1\" is not known, it must be one of %2; the object is left out.")
-                    .arg(QString::fromStdString(*kind), known.join(QStringLiteral(", "))));
+                    .arg(QString::fromStdString(*kind), QLatin1String(GetKindList())));
         return false;
     }
 
@@ -138,11 +137,11 @@ public:
 
     void CheckTags() const
     {
-        auto const found = m_Object.find("tags");
+        auto const found = m_Object.find(Keys::kTags);
         if (found == m_Object.end())
             return;
         if (!found->is_object()) {
-            Report("tags", "it must be an object of tag strings by category; it is ignored.");
+            Report(Keys::kTags, "it must be an object of tag strings by category; it is ignored.");
             return;
         }
         for (auto const& [category, tags] : found->items()) {
@@ -175,16 +174,16 @@ bool CheckObject(ordered_json const& object, ObjectFault const& fault)
     ObjectCheck const check(object, fault);
     if (!check.RequireShortTexts())
         return false;
-    bool const hasUid = check.RequireText("uid") != nullptr;
+    bool const hasUid = check.RequireText(Keys::kUid) != nullptr;
     bool const hasKind = check.RequireKind();
-    bool const hasName = check.RequireText("name") != nullptr;
+    bool const hasName = check.RequireText(Keys::kName) != nullptr;
     if (!hasUid || !hasKind || !hasName)
         return false;
 
-    for (char const* key : {"category", "implements", "parent", "specializes"})
-        check.CheckText(key);
-    for (char const* key : {"signature", "loop", "readOnly"})
-        check.CheckFlag(key);
+    for (TextMember const& member : kTextMembers)
+        check.CheckText(member.key);
+    for (FlagMember const& member : kFlagMembers)
+        check.CheckFlag(member.key);
     check.CheckTags();
     check.CheckBody();
     return true;

@@ -8,7 +8,7 @@ namespace embeddedhost {
 
 namespace {
 
-/// How long a process may take to write down whose its lock is, in milliseconds.
+/// The maximum time until a process has written its name into its lock, in milliseconds.
 constexpr int kNamingPause = 20;
 
 } // namespace
@@ -16,19 +16,19 @@ constexpr int kNamingPause = 20;
 class CTurnLock::Private
 {
 public:
-    /// Beside locks of processes that are gone, which are not heeded anyway, there may be one of
-    /// our own that could not be removed, and one of a process that was killed before it wrote down
-    /// whose it is. A lock that is held is not removed by this.
+    /// Removes stale locks that QLockFile does not recognise: one of this process that could not be
+    /// removed before, and one of a process that was killed before it wrote its name. Does not
+    /// remove a lock that is held.
     void RemoveDeadLock()
     {
-        if (!IsNobodysOrOurs())
+        if (!HasNoOtherOwner())
             return;
         QThread::msleep(kNamingPause);
-        if (IsNobodysOrOurs())
+        if (HasNoOtherOwner())
             m_File.removeStaleLockFile();
     }
 
-    bool IsNobodysOrOurs() const
+    bool HasNoOtherOwner() const
     {
         qint64 process = 0;
         QString machine;

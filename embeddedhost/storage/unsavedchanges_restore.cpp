@@ -25,7 +25,7 @@ QByteArray GetDigest(ordered_json const& entry)
     return QByteArray::fromHex(GetText(entry, "digest").toLatin1());
 }
 
-/// Puts an item into the state of having been changed while others changed its file.
+/// Restores a conflict: an item with changes whose file was changed by another program.
 class CConflictCommand final : public CLibraryCommand
 {
 public:
@@ -80,7 +80,7 @@ public:
     void Add(ordered_json const& entry)
     {
         ordered_json const& object = entry["object"];
-        std::string const& uid = object["uid"].get_ref<std::string const&>();
+        std::string const& uid = GetUid(object);
         CLibraryItem const* const item = m_Library.FindItem(uid.c_str());
         if (item)
             AddChange(*item, entry);
@@ -119,12 +119,13 @@ private:
         if (item.HasObject(object))
             return;
         if (!item.HasIdentityOf(object)) {
-            LeaveOut(GetText(object, "name"),
+            LeaveOut(QString::fromStdString(GetName(object)),
                      QStringLiteral("it has another kind, or another uid, now"));
             return;
         }
         if (item.IsReadOnly()) {
-            LeaveOut(GetText(object, "name"), QStringLiteral("it is read-only now"));
+            LeaveOut(QString::fromStdString(GetName(object)),
+                     QStringLiteral("it is read-only now"));
             return;
         }
         if (!item.HasSavedObject(entry["saved"]))
@@ -136,18 +137,13 @@ private:
     {
         ordered_json const& object = entry["object"];
         DataSourcePtr const source = FindSource(GetText(entry, "source").toStdString());
-        if (!source || m_Library.GetDatabase().HasFixedObject(GetUid(object))) {
-            LeaveOut(GetText(object, "name"),
+        if (!source || m_Library.GetDatabase().HasFixedObject(GetUid(object).c_str())) {
+            LeaveOut(QString::fromStdString(GetName(object)),
                      QStringLiteral("there is no data source any more that it can be put into"));
             return;
         }
         Keep(new CAddItemCommand(m_Library, source, ChoosePath(source, entry), object,
                                  std::string()));
-    }
-
-    static char const* GetUid(ordered_json const& object)
-    {
-        return object["uid"].get_ref<std::string const&>().c_str();
     }
 
     DataSourcePtr FindSource(std::string const& uid) const
@@ -164,17 +160,17 @@ private:
         return QDir::cleanPath(m_Library.GetFolder() + QLatin1Char('/') + GetText(entry, "file"));
     }
 
-    /// The file it was to go into, unless somebody else has made one there. The uid keeps two
-    /// new files from getting the same name.
+    /// The file that it was created in, unless another program has made one of that name. The uid
+    /// in the name prevents two new files from getting the same one.
     QString ChoosePath(DataSourcePtr const& source, ordered_json const& entry) const
     {
         QString const path = GetPath(entry);
         bool const isInSource = IsWithin(source->GetDescription().folder, path)
-                                && path.endsWith(QStringLiteral(".json"));
+                                && path.endsWith(source->GetDescription().fileSuffix);
         if (isInSource && !m_Library.FindFile(path) && !QFileInfo::exists(path))
             return path;
         ordered_json const& object = entry["object"];
-        std::string const name = ToLatin1(object["name"].get_ref<std::string const&>());
+        std::string const name = ToLatin1(GetName(object));
         return FindFreePath(m_Library, source, (name + ' ' + GetUid(object)).c_str());
     }
 

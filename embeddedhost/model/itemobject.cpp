@@ -1,48 +1,52 @@
-#include "model/objectchange.h"
+#include "model/itemobject.h"
+
+#include "model/itemkeys.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 namespace embeddedhost {
 
-using nlohmann::ordered_json;
-
 namespace {
-
-/// The order of the keys in a written object.
-constexpr std::array<char const*, 15> kKeyOrder = {
-    "uid",    "kind",        "name",     "category", "tags",    "signature", "implements", "loop",
-    "parent", "specializes", "readOnly", "inputs",   "outputs", "nodes",     "connections"};
 
 std::size_t GetRank(std::string const& key)
 {
-    return std::size_t(std::find(kKeyOrder.begin(), kKeyOrder.end(), key) - kKeyOrder.begin());
+    return std::size_t(std::find(Keys::kWritten.begin(), Keys::kWritten.end(), key)
+                       - Keys::kWritten.begin());
 }
 
 /// The values of an object by key: the object itself looks through all of its keys for each.
-typedef std::unordered_map<std::string_view, ordered_json const*> ValuesByKey;
+typedef std::unordered_map<std::string_view, ItemObject const*> ValuesByKey;
 
-ValuesByKey MapKeys(ordered_json const& object)
+ValuesByKey MapKeys(ItemObject const& object)
 {
     ValuesByKey values;
-    for (auto const& [key, value] : object.get_ref<ordered_json::object_t const&>())
+    for (auto const& [key, value] : object.get_ref<ItemObject::object_t const&>())
         values.emplace(key, &value);
     return values;
 }
 
 } // namespace
 
-ordered_json ApplyChange(ordered_json const& current, ordered_json const& from,
-                         ordered_json const& to)
+std::string const& GetUid(ItemObject const& object)
+{
+    return object[Keys::kUid].get_ref<std::string const&>();
+}
+
+std::string const& GetName(ItemObject const& object)
+{
+    return object[Keys::kName].get_ref<std::string const&>();
+}
+
+ItemObject ApplyChange(ItemObject const& current, ItemObject const& from, ItemObject const& to)
 {
     if (current == from)
         return to;
     ValuesByKey const before = MapKeys(from);
     ValuesByKey const after = MapKeys(to);
-    ordered_json changed = current;
+    ItemObject changed = current;
     for (auto const& [key, value] : from.items()) {
         if (after.count(key) == 0)
             changed.erase(key);
@@ -55,9 +59,9 @@ ordered_json ApplyChange(ordered_json const& current, ordered_json const& from,
     return changed;
 }
 
-void SetKey(ordered_json& object, char const* key, ordered_json value)
+void SetKey(ItemObject& object, char const* key, ItemObject value)
 {
-    auto& members = object.get_ref<ordered_json::object_t&>();
+    auto& members = object.get_ref<ItemObject::object_t&>();
     auto const present = std::find_if(members.begin(), members.end(),
                                       [key](auto const& member) { return member.first == key; });
     if (present != members.end()) {
@@ -69,7 +73,7 @@ void SetKey(ordered_json& object, char const* key, ordered_json value)
     auto const next = std::find_if(members.begin(), members.end(), [rank](auto const& member) {
         return GetRank(member.first) > rank;
     });
-    ordered_json::object_t ordered;
+    ItemObject::object_t ordered;
     for (auto member = members.begin(); member != next; ++member)
         ordered.emplace_back(member->first, std::move(member->second));
     ordered.emplace_back(key, std::move(value));

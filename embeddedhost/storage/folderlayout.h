@@ -1,0 +1,26 @@
+#ifndef EMBEDDEDHOST_FOLDERLAYOUT_H
+#define EMBEDDEDHOST_FOLDERLAYOUT_H
+
+#include "model/newlibrary.h"
+
+#include <QString>
+
+namespace embeddedhost {
+
+/// The names of the files that make a folder a library.
+extern QString const kManifestName;
+/// The ending of the files of objects.
+extern QString const kObjectFileSuffix;
+
+QString GetManifestPath(QString const& folder);
+
+/// Makes the library in the folder, which is missing or empty. False, with the path and the reason
+/// as a sentence without the full stop, when that fails; some of it may be there then.
+bool MakeLibraryFolder(QString const& folder, NewLibrary const& library, QString* fault);
+
+/// A library with one writable data source, named after its folder.
+NewLibrary MakeEmptyLibrary(QString const& folder);
+
+} // namespace embeddedhost
+
+#endif
