@@ -3,9 +3,12 @@
 #include "itemgenerator.h"
 #include "libraryfiles.h"
 
+#include <embeddedhost.h>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <stdexcept>
 
 using nlohmann::ordered_json;
 
@@ -19,14 +22,17 @@ unsigned long const kMostProjectItems = 20000;
 /// The component of the items that ship with the application.
 char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
-void WriteManifest(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
+void MakeFolders(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    ordered_json factory = MakeDataSource(generator.MakeUid(), "factory", "factory", "read-only");
-    factory["component"] = kFactoryComponent;
-    ordered_json const project =
-        MakeDataSource(generator.MakeUid(), "project", "project", "read-write");
-    WriteManifest(folder, "Generated library of " + std::to_string(itemCount) + " items",
-                  {project, factory});
+    NewLibrary::DataSource const factory = {generator.MakeUid(), "factory", "factory", true,
+                                            kFactoryComponent};
+    NewLibrary::DataSource const project = {generator.MakeUid(), "project", "project"};
+    QString fault;
+    if (!CEmbeddedHost::MakeLibrary(
+            folder,
+            {"Generated library of " + std::to_string(itemCount) + " items", {project, factory}},
+            &fault))
+        throw std::runtime_error(fault.toStdString());
 }
 
 /// Factory files are as long as they are many: one line an object.
@@ -42,7 +48,6 @@ std::string MakeFactoryFile(unsigned long objectCount, ItemGenerator& generator)
 
 void WriteFactory(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    MakeFolder(folder);
     for (unsigned long written = 0; written < itemCount; written += kObjectsPerFile) {
         QString const name =
             QStringLiteral("/items%1.json").arg(written / kObjectsPerFile, 4, 10, QChar('0'));
@@ -53,7 +58,6 @@ void WriteFactory(QString const& folder, unsigned long itemCount, ItemGenerator&
 
 void WriteProject(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    MakeFolder(folder);
     for (unsigned long i = 0; i < itemCount; ++i) {
         ordered_json const compound = generator.MakeCompound();
         QString const name = QString::fromStdString(compound["name"].get<std::string>());
@@ -65,10 +69,9 @@ void WriteProject(QString const& folder, unsigned long itemCount, ItemGenerator&
 
 void GenerateLibrary(QString const& folder, unsigned long itemCount)
 {
-    MakeEmptyFolder(folder);
     ItemGenerator generator;
     unsigned long const projectCount = std::min(itemCount / kProjectShare, kMostProjectItems);
-    WriteManifest(folder, itemCount, generator);
+    MakeFolders(folder, itemCount, generator);
     WriteFactory(folder + QStringLiteral("/factory"), itemCount - projectCount, generator);
     WriteProject(folder + QStringLiteral("/project"), projectCount, generator);
 }

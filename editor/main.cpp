@@ -56,11 +56,6 @@ QString GetDataFolder()
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
 }
 
-bool IsLibrary(QString const& folder)
-{
-    return QFileInfo::exists(folder + QStringLiteral("/library.json"));
-}
-
 int Generate(CommandLine const& line)
 {
     GenerateLibrary(line.libraryFolder, line.itemCount);
@@ -122,7 +117,7 @@ void OpenAtStart(CommandLine const& line, CSettings const& settings, CMainWindow
     QString const last = settings.GetRecentLibraries().value(0);
     if (!line.libraryFolder.isEmpty())
         window.OpenLibrary(line.libraryFolder);
-    else if (!IsLibrary(last) || !window.OpenLibrary(last))
+    else if (!CEmbeddedHost::IsLibrary(last) || !window.OpenLibrary(last))
         OpenSampleLibrary(window, messages);
 }
 
@@ -158,14 +153,15 @@ int RunWindow(CommandLine const& line, int& argc, char** argv)
 /// Runs before there is a window, so that the fault is printed in the terminal of the command.
 void CheckLibrary(CommandLine const& line)
 {
+    QString fault;
     if (line.isNew)
-        MakeLibrary(line.libraryFolder);
-    else if (!line.libraryFolder.isEmpty() && !IsLibrary(line.libraryFolder))
-        throw std::runtime_error(
-            QStringLiteral("%1: there is no library, a folder with a file library.json; make an "
-                           "empty one with --new")
-                .arg(line.libraryFolder)
-                .toStdString());
+        CEmbeddedHost::MakeLibrary(line.libraryFolder, &fault);
+    else if (!line.libraryFolder.isEmpty() && !CEmbeddedHost::IsLibrary(line.libraryFolder))
+        fault = QStringLiteral("%1: there is no library, a folder with a file %2; make an empty "
+                               "one with --new")
+                    .arg(line.libraryFolder, CEmbeddedHost::GetManifestName());
+    if (!fault.isEmpty())
+        throw std::runtime_error(fault.toStdString());
 }
 
 int Run(int argc, char** argv)

@@ -1,7 +1,6 @@
 #include "mainwindow.h"
 
 #include "canvas.h"
-#include "libraryfiles.h"
 #include "loadprogress.h"
 #include "questions.h"
 #include "recentmenu.h"
@@ -106,12 +105,10 @@ void CMainWindow::CreateLibrary()
                                           QFileInfo(m_Host.GetLibraryFolder()).path());
     if (folder.isEmpty())
         return;
-    try {
-        MakeLibrary(folder);
-    } catch (std::runtime_error const& error) {
-        QMessageBox::warning(
-            this, tr("New Library"),
-            tr("A library needs an empty folder. %1.").arg(QString::fromUtf8(error.what())));
+    QString fault;
+    if (!CEmbeddedHost::MakeLibrary(folder, &fault)) {
+        QMessageBox::warning(this, tr("New Library"),
+                             tr("A library needs an empty folder. %1.").arg(fault));
         return;
     }
     SwitchLibrary(folder);
@@ -119,11 +116,12 @@ void CMainWindow::CreateLibrary()
 
 void CMainWindow::SwitchLibrary(QString const& folder)
 {
-    if (!QFileInfo::exists(folder + QStringLiteral("/library.json"))) {
-        QMessageBox::warning(this, tr("Open Library"),
-                             tr("There is no library in %1: a library is a folder with a file "
-                                "library.json.")
-                                 .arg(QDir::toNativeSeparators(folder)));
+    if (!CEmbeddedHost::IsLibrary(folder)) {
+        QMessageBox::warning(
+            this, tr("Open Library"),
+            tr("There is no library in %1: a library is a folder with a file "
+               "%2.")
+                .arg(QDir::toNativeSeparators(folder), CEmbeddedHost::GetManifestName()));
         if (m_Settings)
             m_Settings->RemoveRecentLibrary(folder);
         RememberLibrary();

@@ -40,7 +40,7 @@ void CopyFolder(QString const& source, QString const& target)
 
 void PrepareSampleLibrary(QString const& source, QString const& copy, QString* fault)
 {
-    if (QFileInfo::exists(copy + QStringLiteral("/library.json")))
+    if (CEmbeddedHost::IsLibrary(copy))
         return;
     MakeFolder(QFileInfo(copy).path());
     QTemporaryDir folder(copy + QStringLiteral("-XXXXXX"));
@@ -51,7 +51,7 @@ void PrepareSampleLibrary(QString const& source, QString const& copy, QString* f
     CEmbeddedHost::MakeWorkTree(folder.path(), fault);
     if (QDir().rename(folder.path(), copy))
         folder.setAutoRemove(false);
-    else if (!QFileInfo::exists(copy + QStringLiteral("/library.json")))
+    else if (!CEmbeddedHost::IsLibrary(copy))
         throw std::runtime_error(
             QStringLiteral("%1: something else is in the way").arg(copy).toStdString());
 }

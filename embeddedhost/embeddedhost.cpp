@@ -12,6 +12,7 @@
 #include "sourcecontrol/sourcecontrolservice.h"
 #include "storage/fileconflict.h"
 #include "storage/filedigest.h"
+#include "storage/folderlayout.h"
 #include "storage/libraryreader.h"
 #include "storage/librarywatcher.h"
 #include "storage/memorylibrary.h"
@@ -21,6 +22,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QFileInfo>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QScopeGuard>
@@ -137,6 +139,26 @@ bool CEmbeddedHost::CanOpenLibrary(QString const& folder)
     return CheckLibrary(folder, m_Private->messages);
 }
 
+bool CEmbeddedHost::IsLibrary(QString const& folder)
+{
+    return QFileInfo::exists(GetManifestPath(folder));
+}
+
+QString CEmbeddedHost::GetManifestName()
+{
+    return kManifestName;
+}
+
+bool CEmbeddedHost::MakeLibrary(QString const& folder, QString* fault)
+{
+    return MakeLibrary(folder, MakeEmptyLibrary(folder), fault);
+}
+
+bool CEmbeddedHost::MakeLibrary(QString const& folder, NewLibrary const& library, QString* fault)
+{
+    return MakeLibraryFolder(folder, library, fault);
+}
+
 bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
 {
     QPointer<CEmbeddedHost> const self(this);
@@ -161,7 +183,7 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
             m_Private->watcher.get(), &CLibraryWatcher::CheckConflicts);
     if (Announce())
         TidyUpStagingFolders(*library);
-    // Message listeners may close the library or delete the host, too.
+    // Message listeners, too, may close the library or delete the host.
     return self && m_Private->library == library;
 }
 
@@ -312,7 +334,7 @@ QByteArray CEmbeddedHost::GetUnsavedChanges() const
                               : nlohmann::ordered_json();
     if (document.is_null())
         return QByteArray();
-    // As a save writes texts that are not UTF-8.
+    // Replaces invalid UTF-8, as a save does.
     return QByteArray::fromStdString(
         document.dump(1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }

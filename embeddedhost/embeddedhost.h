@@ -5,6 +5,7 @@
 #include "graphbody.h"
 #include "memoryitem.h"
 #include "messagechannel.h"
+#include "newlibrary.h"
 #include "serviceregistry.h"
 
 #include <datamodel.h>
@@ -25,11 +26,11 @@ class CLibrary;
 /// The embedded host: a library folder on disk, or a list of items in memory, behind the interfaces
 /// that the panel calls.
 ///
-/// There is one at a time in a process. The host's free functions answer from it, and safely
-/// when there is none. It registers the services "RevisionControlUIHelper",
+/// There is one at a time in a process. The contract's free functions use it, and return empty
+/// values when there is none. It registers the services "RevisionControlUIHelper",
 /// "RevisionControlPropertiesMgr" and "QormDBProxy"; they can be replaced or taken out through
-/// the service registry. Accessors, handles and pointers that were handed out may outlive the
-/// library and the host; they answer empty then.
+/// the service registry. Accessors, handles and pointers may outlive the library and the host; they
+/// return empty values then.
 class CEmbeddedHost : public QObject
 {
     Q_OBJECT
@@ -37,9 +38,9 @@ class CEmbeddedHost : public QObject
 public:
     typedef std::function<void(int done, int total)> Progress;
     /// Saves the items of a library in memory: all of them as they are now, in the order in which
-    /// they were opened, new ones last. Answers why it could not, as a sentence without a full
-    /// stop; empty when they are saved. What it raises is taken for such an answer, too. It may run
-    /// an event loop; what is changed meanwhile stays unsaved.
+    /// they were opened, new ones last. Returns the reason of a failure, as a sentence without a
+    /// full stop, or an empty text. An exception counts as a failure, too. It may run an event
+    /// loop; changes made meanwhile stay unsaved.
     typedef std::function<QString(std::vector<MemoryItem> const& items)> SaveItems;
 
     explicit CEmbeddedHost(QObject* parent = nullptr);
@@ -49,26 +50,36 @@ public:
     /// Null when there is none.
     static CEmbeddedHost* GetInstance();
 
-    /// Opens the library in the folder in place of the one that is open. What is wrong in it is
-    /// reported on the message channel, and the rest is opened. False when nothing can be
-    /// opened; what is open stays so then. `progress` is called while files are read; an attempt
+    /// Opens the library in the folder in place of the open one. Faults in it are reported on the
+    /// message channel, and the rest is opened. False when the folder is no library that can be
+    /// opened; the open one stays open then. `progress` is called while files are read; an attempt
     /// to open another library meanwhile is refused.
     bool OpenLibrary(QString const& folder, Progress const& progress = Progress());
     /// A library is being read or closed, so that no other can be opened now.
     bool IsOpening() const;
-    /// Stops OpenLibrary while it reads, which returns false then and leaves none open.
+    /// Stops OpenLibrary while it reads; it returns false and leaves no library open.
     void CancelOpening();
     /// Whether it would be opened; otherwise the message channel says why not.
     bool CanOpenLibrary(QString const& folder);
-    /// Opens the items as a library without a folder in place of the one that is open. They take
-    /// changes as those of a folder do, with undo and notifications. False when one of them is at
-    /// fault: the message channel says which and why, and what is open stays so. `save` is called
+
+    /// Whether the folder is meant to be a library, be it damaged: it has a manifest.
+    static bool IsLibrary(QString const& folder);
+    /// The name of the manifest, for messages.
+    static QString GetManifestName();
+    /// Makes a library in the folder, which is missing or empty; without `library` one with a
+    /// writable data source and no items. False, with the path and the reason as a sentence without
+    /// the full stop, when that fails.
+    static bool MakeLibrary(QString const& folder, QString* fault);
+    static bool MakeLibrary(QString const& folder, NewLibrary const& library, QString* fault);
+
+    /// Opens the items as a library without a folder in place of the open one. They can be changed
+    /// like those of a folder, with undo and notifications. False when one of them is invalid: the
+    /// message channel says which and why, and the open library stays open. `save` is called
     /// by a save when something has changed; without it, saving is refused. The items' only data
     /// source is the library, so they cannot be moved; they have no files to check out or to show.
     bool OpenItems(QString const& name, std::vector<MemoryItem> const& items,
                    SaveItems const& save = SaveItems());
-    /// Another library can be opened from the moment at which LibraryChanged tells that this one is
-    /// closed, not before.
+    /// Another library can be opened from the moment of LibraryChanged on.
     void CloseLibrary();
 
     /// Invalid when none is open.
@@ -93,25 +104,25 @@ public:
     bool SetBody(tarno::datamodel::ItemID const& id, GraphBody const& body,
                  std::string const& text);
 
-    /// Something in the library is not saved.
+    /// The library has unsaved changes.
     bool IsModified() const;
-    /// What is not saved, as a text from which RestoreUnsavedChanges makes it again, also in
-    /// another process; empty when there is nothing, and for a library in memory.
+    /// The unsaved changes as a text for RestoreUnsavedChanges, also of another process; empty when
+    /// there are none, and for a library in memory.
     QByteArray GetUnsavedChanges() const;
-    /// Makes the changes again, as one command, after which they are unsaved as they were. False
-    /// when some could not be made; the message channel says which and why.
+    /// Applies the changes again, as one command; they are unsaved as before. False when some could
+    /// not be applied; the message channel says which and why.
     bool RestoreUnsavedChanges(QByteArray const& changes);
 
     /// The files, with absolute paths, that a save would leave alone because another program has
     /// changed them since they were read.
     QStringList FindConflicts() const;
-    /// Brings the library up to what other programs have done to its folder, now rather than
-    /// shortly.
+    /// Reads changes that other programs have made in the folder, now instead of after a delay.
     void CheckFolder();
-    /// For a file that another program has changed while it has unsaved changes: takes what is
-    /// on disk, undoably, or lets the next save replace it. The path is absolute. Where the file
-    /// is gone, what it held goes with it. False when that cannot be done; the message channel
-    /// says why. Overwriting does nothing to a file without unsaved changes.
+    /// Resolve a conflict, a file that another program has changed while it has unsaved changes:
+    /// the first takes the file's content, undoably, the second lets the next save replace it. The
+    /// path is absolute. If the file is gone, taking it removes its items. False when that cannot
+    /// be done; the message channel says why. Overwriting does nothing to a file without unsaved
+    /// changes.
     bool TakeFileFromDisk(QString const& path);
     bool OverwriteFileOnDisk(QString const& path);
 
@@ -137,7 +148,7 @@ Q_SIGNALS:
     void LibraryChanged();
     /// Items or their files changed; sent from the event loop, once for a burst of changes.
     void ContentChanged();
-    /// Sent for each choice, also for that of the same compound again.
+    /// Sent for each choice, even of the same compound again.
     void CompoundTargetChanged();
     /// The user wants to see the files, given with their absolute paths.
     void ShowFilesRequested(QStringList const& paths);

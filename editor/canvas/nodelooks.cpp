@@ -12,6 +12,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 using namespace tarno::datamodel;
 
@@ -31,11 +32,18 @@ bool IsSignature(ItemLibraryAccessor const& library, ItemID const& id)
     return item.IsValid() && Helpers::IsAbstractFunction(item);
 }
 
+/// How nodes of each kind of item look; those of other kinds look like solvers.
 eNodeKind GetKind(ItemID const& id)
 {
-    if (id.GetType() == TarnoType::gCompound)
-        return eNodeKind::kCompound;
-    return id.GetType() == TarnoType::gGlobalConstant ? eNodeKind::kConstant : eNodeKind::kSolver;
+    static std::pair<char const*, eNodeKind> const looks[] = {
+        {TarnoType::gCompound, eNodeKind::kCompound},
+        {TarnoType::gGlobalConstant, eNodeKind::kConstant},
+    };
+    for (auto const& [kind, look] : looks) {
+        if (id.GetType() == kind)
+            return look;
+    }
+    return eNodeKind::kSolver;
 }
 
 /// Marks the ports that connections name on one side of a node. Ports that the item lacks are
