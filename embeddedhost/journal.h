@@ -18,8 +18,8 @@ class QLockFile;
 /// process loses the last few seconds at most.
 ///
 /// The file is written a while after a change, and removed when everything is saved or undone.
-/// Each process has one of its own, which it holds a lock on; the file of a process that has ended
-/// can be recovered or discarded by the next one that opens the library. A journal that is
+/// Each process has and locks a file of its own; the file of a process that has ended can be
+/// recovered or discarded by the next one that opens the library. A journal that is
 /// destroyed, or whose library is closed, leaves its file behind unless it was dropped before.
 class CJournal : public QObject
 {
@@ -68,7 +68,7 @@ private:
     CEmbeddedHost& m_Host;
     QString const m_Folder;
     QTimer m_Pause;
-    /// Of the open library; empty when none is open.
+    /// The folder of the open library; empty when none is open.
     QString m_LibraryFolder;
 
     /// This process's file and its lock; empty and null until something has to be written.

@@ -39,7 +39,7 @@ public:
 
     embeddedhost::CLibraryNotifier& GetNotifier();
 
-    /// The library goes away.
+    /// Called when the library is closed.
     void Close();
 
 private:

@@ -16,7 +16,7 @@ class CDbObject final : public CRefCounted<qorm::IDbObject, qorm::ITypeAsset, qo
 public:
     CDbObject(CObjectDatabase& database, int cacheIndex);
 
-    /// The database goes away.
+    /// Called when the database is closed.
     void Close();
 
     qorm::QormPtr<qorm::IDataModelMgr> GetDataModelMgr() const override;

@@ -12,7 +12,7 @@ namespace embeddedhost {
 /// (graphjson.h) the lists of the graph.
 typedef nlohmann::ordered_json ItemObject;
 
-/// Of an object that makes an item; UTF-8.
+/// For objects that make items, which have both. UTF-8.
 std::string const& GetUid(ItemObject const& object);
 std::string const& GetName(ItemObject const& object);
 

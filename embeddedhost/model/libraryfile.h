@@ -31,7 +31,7 @@ struct LibraryFile
     DataSourcePtr source;
     bool isArray;
     std::vector<Entry> entries;
-    /// Of the file on disk when it was read or written last; empty for a missing file.
+    /// The digest of the file on disk when it was read or written last; empty for a missing file.
     QByteArray digest = QByteArray();
     /// Entries were added or removed since the file was read or written.
     bool hasOtherEntries = false;

@@ -24,7 +24,7 @@ public:
     CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file,
                  ListedObject const& listed, ObjectPlace const& place, int cacheIndex,
                  std::pmr::memory_resource& texts);
-    /// With an object that is not in a file's text. Values of the wrong type are kept but count as
+    /// Takes an object that is not in a file's text. Values of the wrong type are kept but count as
     /// absent.
     CLibraryItem(tarno::datamodel::ItemIdentity& identity, LibraryFile& file, ItemObject object,
                  int cacheIndex, std::pmr::memory_resource& texts);

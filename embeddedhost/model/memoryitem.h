@@ -16,14 +16,15 @@ struct MemoryItem
     /// such a UID have a database object.
     std::string uid;
     std::string name;
-    /// Those that the panel shows and searches, separated by ";".
+    /// The tags in the category "ApplicationTags", which the panel shows and searches, separated by
+    /// ";".
     std::string tags = {};
     std::string category = {};
     /// The ports and, of a compound, its graph.
     GraphBody body = {};
 
-    /// Of a compound: it only states a signature; it is a loop; the uid of the signature that it
-    /// implements.
+    /// For compounds only: it only states a signature; it is a loop; the uid of the signature that
+    /// it implements.
     bool isSignature = false;
     bool isLoop = false;
     std::string implements = {};

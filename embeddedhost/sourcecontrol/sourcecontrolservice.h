@@ -50,7 +50,7 @@ public:
     /// Switches source control off for the user, and on again.
     void SetEnabled(bool isEnabled);
 
-    /// Also looks whether there is a work tree by now. Nothing is answered without one, or while
+    /// Looks up the work tree again, too. Requests get no answer without a work tree, or while
     /// source control is switched off.
     void Request(CStateRequests::RequestPtr const& request, std::vector<ItemKey> const& items);
     /// A request is gone.

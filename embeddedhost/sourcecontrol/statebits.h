@@ -19,7 +19,7 @@ constexpr unsigned kUnknown = 0x40;    ///< git cannot be asked, or refuses to l
 
 constexpr unsigned kCheckedOut = 0x100; ///< claimed by the user until it is committed next
 
-/// Of items that the panel has asked for and that have no answer yet.
+/// Requested, no answer yet; set by the panel.
 constexpr unsigned kWaiting = ScsUtils::kWaitingState;
 
 } // namespace StateBits

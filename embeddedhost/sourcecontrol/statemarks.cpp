@@ -98,7 +98,7 @@ struct Mark
 {
     unsigned state;
     void (*paint)(QPainter& painter, QRectF const& square, QColor const& colour);
-    /// Of a middle lightness, to be seen on a light and on a dark background.
+    /// Medium lightness, for contrast with light and dark backgrounds.
     QRgb colour;
 };
 

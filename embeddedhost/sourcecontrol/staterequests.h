@@ -47,7 +47,7 @@ public:
 
 private:
     typedef std::vector<RequestPtr> Requests;
-    /// Those that are alive.
+    /// The requests whose owners still exist.
     Requests GetRequests() const;
 
     mutable std::vector<std::weak_ptr<StateRequest>> m_Requests;

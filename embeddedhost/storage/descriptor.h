@@ -79,7 +79,8 @@ QByteArray GetDescriptorPath(Descriptor const& file);
 /// Where an open file lies; empty when the system does not tell.
 QString GetRealPath(Descriptor const& file);
 
-/// Up to the end of the file, or one byte more than is allowed. Null, with errno, when it fails.
+/// Reads up to the end of the file, or up to one byte beyond the limit. Null, with errno, when it
+/// fails.
 QByteArray ReadAll(Descriptor const& file, qint64 expectedSize);
 /// Reads the file that `place` was opened for with O_PATH; if it is not open, the reason is
 /// taken from errno.

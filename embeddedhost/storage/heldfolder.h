@@ -41,9 +41,10 @@ struct FileResult
 enum class eRemoval
 {
     kRemoved,
-    /// It has another content, is no file, or cannot be read or removed.
+    /// Not removed, because it has another content, is not a regular file, or for lack of
+    /// permission.
     kKept,
-    /// And kept.
+    /// Not removed, because another program has it open for writing.
     kBeingWritten
 };
 

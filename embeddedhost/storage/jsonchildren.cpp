@@ -84,7 +84,7 @@ ordered_json const& OldChildren::GetValue(std::size_t part) const
 
 void OldChildren::IndexMembers(JsonChildren const& members)
 {
-    // Of members with the same key the last one counts.
+    // Later members override earlier ones with the same key.
     for (std::size_t part = 0; part < m_Parts.all.size(); ++part)
         m_First[ReadKey(m_Parts.all[part].key)] = part;
     for (JsonChild const& member : members)

@@ -24,7 +24,7 @@ struct JsonChild
 typedef std::vector<JsonChild> JsonChildren;
 
 JsonChild MakeEntry(nlohmann::ordered_json const& entry);
-/// Of an object or array, which the children refer to.
+/// The children of an object or array. They refer to it.
 JsonChildren ListChildren(nlohmann::ordered_json const& container);
 
 /// The children of an object or array in an older text, to be taken one by one. Refers to both.
@@ -39,7 +39,7 @@ public:
     JsonParts const& GetParts() const;
     /// The first part of this id that was not taken yet; kNone when there is none.
     std::size_t Take(std::string const& id);
-    /// Of a part that was taken.
+    /// The value of a part that was taken.
     nlohmann::ordered_json const& GetValue(std::size_t part) const;
 
 private:

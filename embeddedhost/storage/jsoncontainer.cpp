@@ -9,7 +9,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// Up to here it is faster to compare the keys one after the other.
+/// The maximum of members for which a linear search is faster than an index.
 constexpr std::size_t kFewMembers = 32;
 
 } // namespace

@@ -12,7 +12,7 @@ namespace embeddedhost {
 /// A JSON file as it was read, or why it could not be.
 struct JsonFile : ParsedJson
 {
-    /// Of the text that was read.
+    /// The digest of the text.
     QByteArray digest = QByteArray();
     /// Where the file lies when all links are resolved.
     QString realPath = QString();

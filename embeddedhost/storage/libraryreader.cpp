@@ -242,7 +242,7 @@ private:
     std::vector<SourceFile> m_Files;
     CObjectLister m_Lister;
     std::vector<Reference> m_References;
-    /// Of the objects in the file that is being read.
+    /// The places of the objects in the current file.
     std::vector<ObjectPlace> m_Places;
 
     // Where the reader is, for messages.

@@ -47,7 +47,7 @@ private Q_SLOTS:
     void OnApplicationStateChanged(Qt::ApplicationState state);
 
 private:
-    /// By path.
+    /// Stamps of files by path.
     typedef QMap<QString, FileStamp> Stamps;
 
     /// How often the file of this stamp could not be read.
@@ -78,13 +78,13 @@ private:
     QTimer m_Pause;
     QElapsedTimer m_Burst;
     bool m_IsChecking = false;
-    /// Of the files as they were read, by the folder of the data source.
+    /// The stamps of the files when they were read, by the folder of the data source.
     QMap<QString, Stamps> m_Stamps;
-    /// By path.
+    /// Failed files by path.
     QHash<QString, Failure> m_Failures;
-    /// Files that were left as they are for the sake of our changes.
+    /// Files that were not read again because they have unsaved changes.
     QSet<QString> m_Conflicts;
-    /// Those that have been reported.
+    /// The missing folders that have been reported.
     QStringList m_MissingFolders;
 };
 

@@ -22,7 +22,7 @@ namespace ManifestKeys {
 constexpr char const* kFormat = "format";
 constexpr char const* kName = "name";
 constexpr char const* kDataSources = "dataSources";
-// Of a data source, with kName.
+// A data source has these and kName.
 constexpr char const* kUid = "uid";
 constexpr char const* kPath = "path";
 constexpr char const* kAccess = "access";

@@ -49,7 +49,7 @@ private:
     QString m_RealPath;
     QString m_Root;
     CStagingFolder* m_Staging = nullptr;
-    /// Of the new version in the staging folder.
+    /// The name and the digest of the new version in the staging folder.
     QString m_NewName;
     QByteArray m_Digest;
     QString m_Failure;

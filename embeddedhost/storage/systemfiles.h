@@ -42,7 +42,7 @@ struct FileStamp
     }
 };
 
-/// Of what a link leads to.
+/// The stamp of a file, or of the target of a link.
 FileStamp GetFileStamp(QString const& path);
 
 } // namespace embeddedhost

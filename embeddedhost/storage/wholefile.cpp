@@ -15,7 +15,7 @@ bool WriteWholeFile(QString const& path, QByteArray const& content)
     if (!folder)
         return false;
     QString const newName = info.fileName() + QStringLiteral(".new");
-    // Of a process that was killed.
+    // Left behind by a killed process.
     folder->Remove(newName);
     bool const isWritten = folder->Create(newName, content, QString()).IsDone()
                            && folder->Sync(newName).IsDone()
