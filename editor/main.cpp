@@ -9,6 +9,7 @@
 
 #include <embeddedhost.h>
 #include <journal.h>
+#include <textencoding.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -145,6 +146,8 @@ int RunWindow(CommandLine const& line, int& argc, char** argv)
     QApplication::setWindowIcon(QIcon(QStringLiteral(":nodeeditor.png")));
     if (line.action == eAction::kRender)
         PrepareForPictures();
+    nodebrowser::SetTextEncoding(nodebrowser::eUtf8Texts);
+    CEmbeddedHost::SetTextEncoding(CEmbeddedHost::eUtf8Texts);
     CEmbeddedHost host;
     application.ReportTo(host.GetMessages());
     return line.action == eAction::kRender ? Render(line, host) : Edit(line, host);

@@ -9,6 +9,7 @@
 
 #include <embeddedhost.h>
 #include <nodebrowser.h>
+#include <textencoding.h>
 
 #include <QAction>
 #include <QApplication>
@@ -191,7 +192,7 @@ void CMainWindow::ShowTitle()
     QString const library = m_Host.GetLibraryName();
     tarno::datamodel::ItemID const compound = m_Host.GetCompoundTarget().GetItemID();
     QString const name =
-        QString::fromLatin1(m_Host.GetLibrary().GetItemName(compound, true, nullptr).c_str());
+        nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(compound, true, nullptr).c_str());
     QString title = library.isEmpty() ? tr("Node Editor") : library + QStringLiteral("[*]");
     if (!name.isEmpty())
         title.prepend(tr("%1 - ").arg(name));

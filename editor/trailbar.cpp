@@ -1,6 +1,7 @@
 #include "trailbar.h"
 
 #include <embeddedhost.h>
+#include <textencoding.h>
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -106,8 +107,8 @@ void CTrailBar::Refresh()
 
 void CTrailBar::AddStep(std::size_t step)
 {
-    QString const name =
-        QString::fromLatin1(m_Host.GetLibrary().GetItemName(m_Trail[step], true, nullptr).c_str());
+    QString const name = nodebrowser::ToQString(
+        m_Host.GetLibrary().GetItemName(m_Trail[step], true, nullptr).c_str());
     auto const add = [this](QWidget* widget) {
         m_Layout->insertWidget(m_Steps.size(), widget);
         m_Steps << widget;

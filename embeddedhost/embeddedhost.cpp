@@ -1,5 +1,6 @@
 #include "embeddedhost.h"
 
+#include "base/text8.h"
 #include "framework/databaseproxy.h"
 #include "framework/guardedcall.h"
 #include "model/graphjson.h"
@@ -89,6 +90,11 @@ public:
     CLibraryObserver observer;
     QTimer contentTimer;
 };
+
+void CEmbeddedHost::SetTextEncoding(eTextEncoding encoding)
+{
+    SetTexts8Utf8(encoding == eUtf8Texts);
+}
 
 CEmbeddedHost::CEmbeddedHost(QObject* parent)
     : QObject(parent)

@@ -43,6 +43,18 @@ public:
     /// loop; changes made meanwhile stay unsaved.
     typedef std::function<QString(std::vector<MemoryItem> const& items)> SaveItems;
 
+    /// Of the 8-bit texts of the contract.
+    enum eTextEncoding
+    {
+        /// With '?' for letters that Latin-1 lacks. Files keep them.
+        eLatin1Texts,
+        /// All letters.
+        eUtf8Texts
+    };
+    /// For the whole process, before a library is opened; eLatin1Texts otherwise. The panel has a
+    /// choice of its own, nodebrowser::SetTextEncoding, which must be the same.
+    static void SetTextEncoding(eTextEncoding encoding);
+
     explicit CEmbeddedHost(QObject* parent = nullptr);
     /// Closes the library.
     ~CEmbeddedHost() override;

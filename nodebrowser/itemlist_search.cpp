@@ -1,7 +1,8 @@
 #include "itemlist.h"
 
-#include "qtcompat.h"
-#include "stringutils.h"
+#include "textencoding.h"
+
+#include <QString>
 
 #include <algorithm>
 
@@ -52,7 +53,7 @@ std::string ItemList::ToSearchName(std::string const& name)
         std::transform(lower.begin(), lower.end(), lower.begin(), ToLowerAscii);
         return lower;
     }
-    return QStringToStdString(qtcompat::FromAscii(name.c_str()).toLower());
+    return ToSearchForm(ToQString(name.c_str()).toLower());
 }
 
 unsigned long ItemList::Score(std::set<std::string> const& words, std::string const& searchName,

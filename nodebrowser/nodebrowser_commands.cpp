@@ -1,11 +1,11 @@
 #include "nodebrowser.h"
 
 #include "itemcommand.h"
-#include "qtcompat.h"
 #include "renamedialog.h"
 #include "revisioncontrol.h"
 #include "stringutils.h"
 #include "tarnodialog.h"
+#include "textencoding.h"
 
 #include <QAction>
 #include <QDialog>
@@ -137,8 +137,8 @@ void CNodeBrowser::OnRenameItem()
         return;
     CompoundAccessor compound;
     compound.SetFrom(command.m_ItemLibrary.GetModel(command.m_ItemID, nullptr));
-    QString const oldName = qtcompat::FromAscii(
-        command.m_ItemLibrary.GetItemName(command.m_ItemID, true, nullptr).c_str());
+    QString const oldName =
+        ToQString(command.m_ItemLibrary.GetItemName(command.m_ItemID, true, nullptr).c_str());
     if (!command.IsStillDue())
         return;
 

@@ -1,6 +1,7 @@
 #include "nodebrowser_p.h"
 
 #include "stringutils.h"
+#include "textencoding.h"
 
 #include <QLineEdit>
 #include <QScopedValueRollback>
@@ -43,7 +44,7 @@ std::vector<unsigned long> OrderByScore(std::vector<SMatchingItem> const& matche
 std::set<std::string> CNodeBrowser::GetSearchWords() const
 {
     std::set<std::string> words;
-    SplitString(QStringToStdString(m_SearchTextLower), words);
+    SplitString(ToSearchForm(m_SearchTextLower), words);
     return words;
 }
 

@@ -2,6 +2,7 @@
 
 #include "qtcompat.h"
 #include "revisioncontrol.h"
+#include "textencoding.h"
 
 #include <QApplication>
 #include <QDataStream>
@@ -28,7 +29,7 @@ QByteArray EncodeDragPayload(ItemID const& id)
 {
     QByteArray payload;
     QDataStream stream(&payload, QIODevice::WriteOnly);
-    stream << qtcompat::FromAscii(id.Serialize().c_str());
+    stream << ToQString(id.Serialize().c_str());
     return payload;
 }
 

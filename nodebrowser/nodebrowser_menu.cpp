@@ -3,6 +3,7 @@
 #include "contextmenu.h"
 #include "qtcompat.h"
 #include "revisioncontrol.h"
+#include "textencoding.h"
 
 #include <QAction>
 #include <QPointer>
@@ -43,7 +44,7 @@ bool IsReadOnly(qorm::QormPtr<qorm::IDataSource> const& source)
 
 QString TextOf(qorm::DbObjectId const& id)
 {
-    return qtcompat::FromAscii(id.GetStr());
+    return ToQString(id.GetStr());
 }
 
 SSourceEntry MakeSourceEntry(qorm::QormHandle<qorm::IDbObject> const& compound,
@@ -54,7 +55,7 @@ SSourceEntry MakeSourceEntry(qorm::QormHandle<qorm::IDbObject> const& compound,
     qorm::QormPtr<qorm::IDataSource> const current = compound.GetDataSource();
     SSourceEntry entry;
     entry.isEnabled = !IsReadOnly(current);
-    entry.label = qtcompat::FromAscii(resource->GetName());
+    entry.label = ToQString(resource->GetName());
     if (qorm::IsSameUri(current, resource)) {
         // Glued to the name, unlike the other suffix.
         entry.label += QLatin1String("[Current]");
@@ -65,7 +66,7 @@ SSourceEntry MakeSourceEntry(qorm::QormHandle<qorm::IDbObject> const& compound,
         entry.isEnabled = false;
     }
     entry.toolTip = QLatin1String("Move compound to this data source\n")
-                    + qtcompat::FromAscii(qorm::GetResourceExpandedURI(object).c_str());
+                    + ToQString(qorm::GetResourceExpandedURI(object).c_str());
     entry.ids << TextOf(compound.GetDbObjectId()) << TextOf(resource->GetDbObjectId());
     return entry;
 }
@@ -114,7 +115,7 @@ struct CNodeBrowser::SMenuFacts
 };
 
 CNodeBrowser::SMenuFacts::SMenuFacts(ItemLibraryAccessor const& library, ItemID const& id)
-    : name(qtcompat::FromAscii(library.GetItemName(id, true, nullptr).c_str()))
+    : name(ToQString(library.GetItemName(id, true, nullptr).c_str()))
 {
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     isEditable = !library.ItemIsReadOnly(id);

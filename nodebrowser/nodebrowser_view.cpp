@@ -1,6 +1,6 @@
 #include "nodebrowser_p.h"
 
-#include "qtcompat.h"
+#include "textencoding.h"
 
 #include <QLineEdit>
 #include <QPainter>
@@ -143,7 +143,7 @@ void CNodeBrowser::PaintRow(QPainter& painter, int row, Item const& item)
 {
     QRect const rect = GetRowRect(row);
     ItemID const id = item.GetItemID();
-    QString text = qtcompat::FromAscii(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
+    QString text = nodebrowser::ToQString(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
     // The highlight is the style's own, whatever palette the widget has.
     if (static_cast<unsigned long>(row) == m_SelectedIndex)
         painter.fillRect(rect,

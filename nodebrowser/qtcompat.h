@@ -26,7 +26,34 @@
 #include <QRegExpValidator>
 #endif
 
+#if QT_VERSION < 0x050000
+#include <QTextCodec>
+#endif
+
 namespace qtcompat {
+
+/// Whether 8-bit texts are UTF-8. The oldest generation keeps this choice for the whole process;
+/// the others are told what was `chosen`.
+inline bool AreCStringsUtf8(bool chosen)
+{
+#if QT_VERSION >= 0x050000
+    return chosen;
+#else
+    (void)chosen;
+    QTextCodec const* const codec = QTextCodec::codecForCStrings();
+    int const kUtf8 = 106;
+    return codec && codec->mibEnum() == kUtf8;
+#endif
+}
+
+inline void SetCStringsUtf8(bool areUtf8)
+{
+#if QT_VERSION >= 0x050000
+    (void)areUtf8;
+#else
+    QTextCodec::setCodecForCStrings(areUtf8 ? QTextCodec::codecForName("UTF-8") : nullptr);
+#endif
+}
 
 /// 8-bit form: the codec set for C strings where the toolkit still has one, otherwise Latin-1
 /// with a question mark for what does not fit.

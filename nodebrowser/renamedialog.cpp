@@ -1,6 +1,8 @@
 #include "renamedialog.h"
 
 #include "qtcompat.h"
+#include "stringutils.h"
+#include "textencoding.h"
 
 #include <QBrush>
 #include <QColor>
@@ -13,6 +15,7 @@
 #include <QToolTip>
 #include <QVBoxLayout>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
@@ -20,6 +23,14 @@ namespace {
 // Pixels.
 int const kNameFieldMinimumWidth = 120;
 int const kMargin = 5;
+
+/// But for case: of all letters in UTF-8, of those of the toolkit's choice otherwise.
+bool IsSameName(QString const& left, QString const& right)
+{
+    if (GetTextEncoding() == eUtf8Texts)
+        return left.compare(right, Qt::CaseInsensitive) == 0;
+    return qstricmp(QStringToStdString(left).c_str(), QStringToStdString(right).c_str()) == 0;
+}
 
 /// Digits are among the word characters, so a name may start with one.
 char const kNameExpression[] = "[\\w_][\\d\\w\\s_]*";
@@ -34,7 +45,7 @@ CRenameCompoundDialog::CRenameCompoundDialog(ItemLibraryAccessor const& library,
 {
     compound.Revalidate();
     m_CurrentName =
-        qtcompat::FromAscii(m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
+        ToQString(m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
     // Taken away, not toggled: the newest generation does not give the button to begin with.
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(QString(QLatin1String("Rename %1")).arg(m_CurrentName));
@@ -49,6 +60,7 @@ void CRenameCompoundDialog::CreateWidgets()
     m_ButtonBox =
         new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
     m_NameEdit = new QLineEdit(this);
+    label->setBuddy(m_NameEdit);
     m_NameEdit->setMinimumWidth(kNameFieldMinimumWidth);
     qtcompat::SetValidatorExpression(m_NameEdit, QLatin1String(kNameExpression));
 
@@ -87,11 +99,9 @@ void CRenameCompoundDialog::OnNameChanged(const QString& newText)
         ShowBadName(QLatin1String("Name can't be empty"));
         return;
     }
-    QByteArray const name = qtcompat::ToAscii(newText);
     // Its own name in another case is free, although the library has it.
-    bool const isOwnName =
-        qstricmp(name.constData(), qtcompat::ToAscii(m_CurrentName).constData()) == 0;
-    if (!isOwnName && IsNameInNodeLibraryHierarchy(m_ItemLibrary, name.constData()))
+    if (!IsSameName(newText, m_CurrentName)
+        && IsNameInNodeLibraryHierarchy(m_ItemLibrary, QStringToStdString(newText).c_str()))
         ShowBadName(QLatin1String("Name already used"));
     else
         ShowGoodName();

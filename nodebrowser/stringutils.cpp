@@ -1,6 +1,6 @@
 #include "stringutils.h"
 
-#include "qtcompat.h"
+#include "textencoding.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/finder.hpp>
@@ -17,7 +17,7 @@ void SplitAt(std::string const& text, Predicate const& isSeparator, std::set<std
                  boost::algorithm::token_finder(isSeparator, boost::algorithm::token_compress_on));
     for (; piece != Pieces(); ++piece) {
         std::string word = boost::copy_range<std::string>(*piece);
-        boost::algorithm::trim_if(word, boost::algorithm::is_space());
+        boost::algorithm::trim_if(word, boost::algorithm::is_space(nodebrowser::GetTextLocale()));
         if (!word.empty())
             words.insert(word);
     }
@@ -27,16 +27,11 @@ void SplitAt(std::string const& text, Predicate const& isSeparator, std::set<std
 
 void SplitString(std::string const& text, std::set<std::string>& words)
 {
-    SplitAt(text, boost::algorithm::is_space(), words);
+    SplitAt(text, boost::algorithm::is_space(nodebrowser::GetTextLocale()), words);
 }
 
 void SplitString(std::string const& text, std::string const& delimiters,
                  std::set<std::string>& words)
 {
     SplitAt(text, boost::algorithm::is_any_of(delimiters), words);
-}
-
-std::string QStringToStdString(QString const& text)
-{
-    return std::string(qtcompat::ToAscii(text).constData());
 }

@@ -1,5 +1,9 @@
 #include "tagindex.h"
 
+#include "textencoding.h"
+
+#include <QString>
+
 #include <algorithm>
 #include <cstddef>
 #include <locale>
@@ -15,6 +19,8 @@ std::size_t const kUnusedAllowed = 1000;
 /// Two texts that differ only in case, as the default locale has it, fold to the same.
 std::string Fold(std::string const& text)
 {
+    if (GetTextEncoding() == eUtf8Texts)
+        return ToSearchForm(ToQString(text.c_str()).toLower());
     std::locale const locale;
     std::string folded = text;
     for (char& character : folded)

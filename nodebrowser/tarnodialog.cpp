@@ -1,7 +1,7 @@
 #include "tarnodialog.h"
 
-#include "qtcompat.h"
 #include "stringutils.h"
+#include "textencoding.h"
 
 #include <QComboBox>
 #include <QFont>
@@ -14,6 +14,7 @@
 
 #include <set>
 
+using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
@@ -49,6 +50,14 @@ void NarrowToFit(QLabel* label)
     }
 }
 
+/// Tells screen readers what the field is called. A kind with an "&" is shown as it is, and not
+/// taken for the label's shortcut.
+void SetBuddy(QLabel* label, QWidget* field)
+{
+    if (!label->text().contains(QLatin1Char('&')))
+        label->setBuddy(field);
+}
+
 void PlaceField(QWidget* field, int row)
 {
     field->move(kFieldLeft, kFirstFieldTop + row * kRowPitch);
@@ -66,11 +75,13 @@ QString WithCapital(QString const& text)
     return text.left(1).toUpper() + text.mid(1);
 }
 
-/// Underscores for everything that is not a letter or digit.
+/// Underscores for everything that is not a letter or digit. With UTF-8 the marks of letters stay,
+/// without which some languages cannot be written.
 QString CleanName(QString name)
 {
+    bool const keepsMarks = GetTextEncoding() == eUtf8Texts;
     for (int i = 0; i < name.size(); ++i) {
-        if (!name.at(i).isLetterOrNumber())
+        if (!name.at(i).isLetterOrNumber() && !(keepsMarks && name.at(i).isMark()))
             name[i] = QLatin1Char('_');
     }
     return name;
@@ -100,7 +111,7 @@ CTarnoCompoundCreateDialog::CTarnoCompoundCreateDialog(ItemLibraryAccessor libra
     , m_NameEdit(nullptr)
     , m_SignatureLabel(nullptr)
     , m_SignatureCombo(nullptr)
-    , m_ItemKind(qtcompat::FromAscii(kind))
+    , m_ItemKind(ToQString(kind))
     , m_ShowSignature(showSignature)
 {
     CreateWidgets(defaultName);
@@ -120,22 +131,24 @@ void CTarnoCompoundCreateDialog::CreateWidgets(char const* defaultName)
     m_OkButton = new QPushButton(QLatin1String("Ok"), this);
     m_CancelButton = new QPushButton(QLatin1String("Cancel"), this);
     m_NameLabel = new QLabel(WithCapital(m_ItemKind) + QLatin1String(" name: "), this);
-    m_NameEdit = new QLineEdit(qtcompat::FromAscii(defaultName), this);
+    m_NameEdit = new QLineEdit(ToQString(defaultName), this);
     m_CategoryLabel = new QLabel(QLatin1String("Category: "), this);
     m_CategoryEdit = new QLineEdit(this);
+    SetBuddy(m_NameLabel, m_NameEdit);
+    SetBuddy(m_CategoryLabel, m_CategoryEdit);
 }
 
 void CTarnoCompoundCreateDialog::CreateSignatureRow(ItemLibraryAccessor const& library)
 {
     m_SignatureLabel = new QLabel(QLatin1String("Signature: "), this);
     m_SignatureCombo = new QComboBox(this);
+    SetBuddy(m_SignatureLabel, m_SignatureCombo);
     m_SignatureCombo->addItem(QLatin1String("None"), QString());
     std::map<std::string, ItemID> signatures;
     GetAllSignatures(library, signatures);
     for (auto const& signature : signatures)
-        m_SignatureCombo->addItem(
-            qtcompat::FromAscii(signature.first.c_str()),
-            qtcompat::FromAscii(ItemIDUnlock::GetItemIDUID(signature.second)));
+        m_SignatureCombo->addItem(ToQString(signature.first.c_str()),
+                                  ToQString(ItemIDUnlock::GetItemIDUID(signature.second)));
     m_SignatureCombo->setCurrentIndex(0);
 }
 
@@ -233,11 +246,13 @@ void CItemTagsEditorDialog::CreateWidgets()
     m_OkButton = new QPushButton(QLatin1String("Ok"), this);
     m_CancelButton = new QPushButton(QLatin1String("Cancel"), this);
     m_NameLabel = new QLabel(QLatin1String("Name: "), this);
-    m_NameValueLabel = new QLabel(qtcompat::FromAscii(m_Name.c_str()), this);
+    m_NameValueLabel = new QLabel(ToQString(m_Name.c_str()), this);
     // A name may look like markup.
     m_NameValueLabel->setTextFormat(Qt::PlainText);
     m_TagsLabel = new QLabel(QLatin1String("Tags: "), this);
-    m_TagsEdit = new QLineEdit(qtcompat::FromAscii(m_Tags.c_str()), this);
+    m_TagsEdit = new QLineEdit(ToQString(m_Tags.c_str()), this);
+    SetBuddy(m_NameLabel, m_NameValueLabel);
+    SetBuddy(m_TagsLabel, m_TagsEdit);
     // Belongs to no window and so is never shown.
     m_HintLabel = new QLabel(QLatin1String("State machine tags: Condition, TransitionBlend"));
 }

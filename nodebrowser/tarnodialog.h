@@ -30,7 +30,7 @@ public:
     CTarnoCompoundCreateDialog(tarno::datamodel::ItemLibraryAccessor library, char const* kind,
                                char const* defaultName, bool showSignature);
 
-    /// The name, with "_" for everything that is not a letter or digit.
+    /// The name, with "_" for everything that is not a letter or digit, or with UTF-8 a mark.
     QString GetName() const;
     QString GetCategory() const;
     /// UID text of the signature chosen; empty for none.

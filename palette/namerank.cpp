@@ -1,5 +1,7 @@
 #include "namerank.h"
 
+#include <textencoding.h>
+
 #include <algorithm>
 #include <array>
 #include <iterator>
@@ -114,7 +116,7 @@ std::uint64_t FindLetters(std::string_view text)
 NameRank::NameRank(std::string const& searchText)
     : m_Text(searchText)
 {
-    std::locale const locale;
+    std::locale const locale = nodebrowser::GetTextLocale();
     auto const isSpace = [&](char character) {
         return std::isspace(character, locale);
     };

@@ -67,7 +67,8 @@ public:
     WordMask GetAllWords() const;
 
     SNameMatch Match(SSearchName const& name) const;
-    /// `tagWords` are the words found in tags; those in the name need not be among them.
+    /// `tagWords` are the words found in tags; those in the name need not be among them. The
+    /// length is in characters.
     Key GetKey(SNameMatch const& match, WordMask tagWords, std::size_t nameLength) const;
 
 private:

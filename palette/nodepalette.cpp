@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLineEdit>
+#include <QMetaType>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
@@ -16,7 +17,8 @@ CNodePalette::CNodePalette(eConfigType config, QWidget* parent)
     : CNodeBrowser(config)
     , m_Private(new Private)
 {
-    qRegisterMetaType<ItemID>();
+    // By name: a host may declare the type itself.
+    qRegisterMetaType<ItemID>("tarno::datamodel::ItemID");
     qRegisterMetaType<eActivation>();
     InstallPaletteAccessible();
     SetUpChildren();

@@ -3,15 +3,12 @@
 
 #include <nodebrowser.h>
 
-#include <QMetaType>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <memory>
 #include <vector>
-
-Q_DECLARE_METATYPE(tarno::datamodel::ItemID)
 
 /// The node browser for daily use: the panel, and what people expect of a list that they search all
 /// day. Everything can be reached by keyboard and by a screen reader, what is painted is what

@@ -4,7 +4,7 @@
 #include "paletteaccessible.h"
 #include "palettetext.h"
 
-#include <stringutils.h>
+#include <textencoding.h>
 
 #include <QImage>
 #include <QLineEdit>
@@ -174,7 +174,7 @@ void CNodePalette::ArrangeRows()
     if (!HasWords(m_SearchText))
         m_Private->recentRows = PutRecentItemsFirst();
     else if (m_Private->ranking == eNameRanking)
-        m_Private->index.Rank(ItemSource(*this), QStringToStdString(m_SearchTextLower),
+        m_Private->index.Rank(ItemSource(*this), nodebrowser::ToSearchForm(m_SearchTextLower),
                               m_VisibleItems);
     if (m_Private->ranking == eNameRanking)
         m_Private->fillTimer.start();

@@ -3,7 +3,7 @@
 #include "itemfacts.h"
 #include "palettetext.h"
 
-#include <stringutils.h>
+#include <textencoding.h>
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -263,7 +263,7 @@ QString CNodePalette::TellApart(unsigned long item)
 /// The tag for which alone the row is listed; empty when its name matches.
 QString CNodePalette::GetTagNote(unsigned long row) const
 {
-    NameRank const rank(QStringToStdString(m_SearchTextLower));
+    NameRank const rank(nodebrowser::ToSearchForm(m_SearchTextLower));
     ItemID const id = PlaceOfRow(row).id;
     if (rank.GetWords().empty() || id.IsNull())
         return QString();
@@ -272,7 +272,7 @@ QString CNodePalette::GetTagNote(unsigned long row) const
         return QString();
     for (std::string const& tag : m_TagsRegistry.GetItemTags(id)) {
         for (std::string const& word : rank.GetWords()) {
-            if (FromHost(tag).contains(FromHost(word), Qt::CaseInsensitive))
+            if (ToSearchForm(tag).find(word) != std::string::npos)
                 return FromHost(tag);
         }
     }

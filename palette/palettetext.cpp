@@ -1,6 +1,6 @@
 #include "palettetext.h"
 
-#include <stringutils.h>
+#include <textencoding.h>
 
 #include <algorithm>
 
@@ -9,7 +9,7 @@ namespace nodepalette {
 QString FromHost(std::string const& text)
 {
     // Texts of the contract end at their first zero.
-    return QString::fromLatin1(text.c_str());
+    return nodebrowser::ToQString(text.c_str());
 }
 
 char ToLowerAscii(char character)
@@ -25,10 +25,19 @@ std::string ToSearchForm(std::string const& name)
         return static_cast<unsigned char>(character) < 0x80;
     });
     if (!isAscii)
-        return QStringToStdString(FromHost(name).toLower());
+        return nodebrowser::ToSearchForm(FromHost(name).toLower());
     // What the toolkit does, without its detour over 16-bit characters.
     std::transform(lower.begin(), lower.end(), lower.begin(), ToLowerAscii);
     return lower;
+}
+
+std::size_t CountCharacters(std::string const& text)
+{
+    if (nodebrowser::GetTextEncoding() != nodebrowser::eUtf8Texts)
+        return text.size();
+    // The bytes that continue a character do not count.
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char character) { return (character & 0xC0) != 0x80; }));
 }
 
 } // namespace nodepalette

@@ -3,12 +3,13 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <string>
 
 namespace nodepalette {
 
 // The one place of the palette where 8-bit texts of the host and texts of the toolkit meet. The
-// way back is QStringToStdString of the panel.
+// way back is QStringToStdString of the panel, or its ToSearchForm for what is looked for.
 
 QString FromHost(std::string const& text);
 
@@ -17,6 +18,9 @@ char ToLowerAscii(char character);
 
 /// The form in which the panel searches a name: lower case, 8-bit.
 std::string ToSearchForm(std::string const& name);
+
+/// How many characters the 8-bit text has.
+std::size_t CountCharacters(std::string const& text);
 
 } // namespace nodepalette
 

@@ -42,6 +42,7 @@ void RankIndex::AppendName(std::string const& name)
     m_Places.push_back(SName{m_Names.size(),
                              FindWordStarts(lower.size() == name.size() ? name : lower),
                              FindLetters(lower), static_cast<std::uint32_t>(lower.size()),
+                             static_cast<std::uint32_t>(CountCharacters(lower)),
                              isNamesake ? m_Places.back().namesake : item});
     m_Names += lower;
 }
@@ -100,7 +101,7 @@ void RankIndex::Rank(Source const& source, std::string const& searchText,
         if (match.words != rank.GetAllWords())
             tagWords = isOneWord ? rank.GetAllWords() : MatchTags(rank, item);
         hasNamesakes = hasNamesakes || m_Places[item].namesake != item;
-        ranked[row] = SRankedRow{rank.GetKey(match, tagWords, name.text.size()),
+        ranked[row] = SRankedRow{rank.GetKey(match, tagWords, m_Places[item].characterCount),
                                  static_cast<std::uint32_t>(item)};
     }
     SortByKey(ranked);

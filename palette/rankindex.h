@@ -50,6 +50,8 @@ private:
         std::uint64_t wordStarts;
         std::uint64_t letters;
         std::uint32_t length;
+        /// The length in characters, which is what people see.
+        std::uint32_t characterCount;
         /// The first item with the same name; such items stand one after the other in the list.
         std::uint32_t namesake;
     };

@@ -5,6 +5,7 @@
 #include "graphedits.h"
 
 #include <embeddedhost.h>
+#include <textencoding.h>
 
 #include <QCursor>
 #include <QToolTip>
@@ -127,8 +128,8 @@ std::optional<GraphConnection> CCanvas::MakeConnection(PortPick const& end, QStr
     GraphConnection const connection{{from.node, from.port.name}, {to.node, to.port.name}};
     if (!AreTypesCompatible(from.port.type, from.port.typeName, to.port.type, to.port.typeName)) {
         *reason = tr("%1 does not go into %2.")
-                      .arg(QString::fromLatin1(from.port.typeName.c_str()),
-                           QString::fromLatin1(to.port.typeName.c_str()));
+                      .arg(nodebrowser::ToQString(from.port.typeName.c_str()),
+                           nodebrowser::ToQString(to.port.typeName.c_str()));
         return std::nullopt;
     }
     if (m_LoopNodes.count(end.node)) {

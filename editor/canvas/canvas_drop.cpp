@@ -7,6 +7,7 @@
 #include "itempayload.h"
 
 #include <embeddedhost.h>
+#include <textencoding.h>
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -79,7 +80,7 @@ void CCanvas::dropEvent(QDropEvent* event)
 
 QString CCanvas::GetItemName(ItemID const& id) const
 {
-    return QString::fromLatin1(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
+    return nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
 }
 
 void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)

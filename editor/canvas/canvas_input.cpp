@@ -3,6 +3,8 @@
 
 #include "canvas.h"
 
+#include <textencoding.h>
+
 #include <QApplication>
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -32,7 +34,7 @@ bool IsAdding(QMouseEvent const* event)
 QString DescribePort(PortPick const& pick)
 {
     QString const name = QString::fromStdString(pick.port.name);
-    QString const type = QString::fromLatin1(pick.port.typeName.c_str());
+    QString const type = nodebrowser::ToQString(pick.port.typeName.c_str());
     return type.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, type);
 }
 

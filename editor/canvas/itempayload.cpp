@@ -1,5 +1,8 @@
 #include "itempayload.h"
 
+#include <stringutils.h>
+#include <textencoding.h>
+
 #include <QByteArray>
 #include <QDataStream>
 #include <QMimeData>
@@ -14,13 +17,13 @@ namespace {
 /// Identifiers are short. A payload that claims a greater length is refused unread.
 int const kLongestPayload = 64 * 1024;
 
-/// The panel makes a character of each byte.
+/// Without characters that control, or that 8-bit texts cannot have.
 bool IsPrintableText(QString const& text)
 {
-    return std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character.unicode() >= 0x20 && character.unicode() <= 0xFF
-               && character.unicode() != 0x7F;
+    bool const isPrintable = std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character.unicode() >= 0x20 && character.unicode() != 0x7F;
     });
+    return isPrintable && nodebrowser::ToQString(QStringToStdString(text).c_str()) == text;
 }
 
 } // namespace
@@ -38,7 +41,7 @@ std::string ReadItemPayload(QMimeData const* data)
     stream >> text;
     if (stream.status() != QDataStream::Ok || !stream.atEnd() || !IsPrintableText(text))
         return std::string();
-    return text.toLatin1().toStdString();
+    return QStringToStdString(text);
 }
 
 std::string GetPayloadUid(std::string const& serialized)

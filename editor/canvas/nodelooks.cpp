@@ -4,6 +4,7 @@
 #include "nodepainter.h"
 
 #include <embeddedhost.h>
+#include <textencoding.h>
 
 #include <QCoreApplication>
 
@@ -200,7 +201,7 @@ NodeLook NodeLooks::MakeItemLook(std::string const& item)
     }
     GraphBody const body = m_Host.GetBody(id);
     look.kind = GetKind(id);
-    look.title = QString::fromLatin1(library.GetItemName(id, true, nullptr).c_str());
+    look.title = nodebrowser::ToQString(library.GetItemName(id, true, nullptr).c_str());
     look.inputs = MakePorts(body.inputs);
     look.outputs = MakePorts(body.outputs);
     if (look.kind == eNodeKind::kCompound)

@@ -10,6 +10,8 @@ namespace embeddedhost {
 
 namespace {
 
+bool gAreTexts8Utf8 = false;
+
 char ToAsciiLower(char c)
 {
     return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
@@ -23,14 +25,31 @@ bool IsAscii(std::string_view text)
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-std::string ToLatin1(std::string const& utf8)
+void SetTexts8Utf8(bool areUtf8)
 {
-    return IsAscii(utf8) ? utf8 : QString::fromStdString(utf8).toLatin1().toStdString();
+    gAreTexts8Utf8 = areUtf8;
 }
 
-std::string ToUtf8(std::string const& latin1)
+std::string ToText8(std::string const& utf8)
 {
-    return QString::fromLatin1(latin1.data(), int(latin1.size())).toStdString();
+    return gAreTexts8Utf8 || IsAscii(utf8) ? utf8 : ToText8(QString::fromStdString(utf8));
+}
+
+std::string ToText8(QString const& text)
+{
+    return gAreTexts8Utf8 ? text.toStdString() : text.toLatin1().toStdString();
+}
+
+QString FromText8(char const* text8)
+{
+    return gAreTexts8Utf8 ? QString::fromUtf8(text8) : QString::fromLatin1(text8);
+}
+
+std::string ToUtf8(std::string const& text8)
+{
+    if (gAreTexts8Utf8 && IsUtf8(text8))
+        return text8;
+    return FromText8(text8.c_str()).toStdString();
 }
 
 bool IsTooLong(std::string const& utf8)

@@ -4,15 +4,23 @@
 #include <string>
 #include <string_view>
 
+class QString;
+
 namespace embeddedhost {
 
 bool IsAscii(std::string_view text);
 
-/// The 8-bit form of a UTF-8 text: Latin-1, with '?' for other characters.
-std::string ToLatin1(std::string const& utf8);
+/// Whether 8-bit texts, those of the contract, are UTF-8; Latin-1 otherwise, and at first.
+void SetTexts8Utf8(bool areUtf8);
 
-/// The UTF-8 form of an 8-bit text.
-std::string ToUtf8(std::string const& latin1);
+/// The 8-bit form of a text: '?' for what Latin-1 lacks.
+std::string ToText8(std::string const& utf8);
+std::string ToText8(QString const& text);
+
+QString FromText8(char const* text8);
+
+/// The UTF-8 form of an 8-bit text. What should be UTF-8 and is not becomes U+FFFD.
+std::string ToUtf8(std::string const& text8);
 
 /// The maximum length, in characters, of texts of a library file that are shown or looked up, such
 /// as names, tags and uids.

@@ -1,5 +1,9 @@
 #include "framework/commandmanager.h"
 
+#include "base/text8.h"
+
+#include <QString>
+
 #include <utility>
 
 /// While one exists, commands that are executed stay off the stack.
@@ -25,7 +29,7 @@ class CCommandManager::StackEntry : public QUndoCommand
 {
 public:
     StackEntry(CCommandManager& manager, CommandPtr const& command)
-        : QUndoCommand(QString::fromLatin1(command->GetText()))
+        : QUndoCommand(embeddedhost::FromText8(command->GetText()))
         , m_Manager(manager)
         , m_Command(command)
     {}

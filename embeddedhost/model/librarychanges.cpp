@@ -24,7 +24,7 @@ Tags ReadTags(ordered_json const& object)
 {
     Tags tags;
     for (auto const& [category, text] : ListObject(object).tags)
-        tags.emplace(ToLatin1(std::string(category)), ToLatin1(std::string(text)));
+        tags.emplace(ToText8(std::string(category)), ToText8(std::string(text)));
     return tags;
 }
 

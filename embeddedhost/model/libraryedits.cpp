@@ -20,7 +20,7 @@ namespace {
 
 QString Shown(char const* text)
 {
-    return QString::fromLatin1(text);
+    return FromText8(text);
 }
 
 bool Refuse(CLibrary& library, QString const& reason)
@@ -124,7 +124,7 @@ std::string KeepLetters(char const* tags, std::string const& previous)
     QHash<QString, QStringList> previousByShown;
     for (QString const& part : QString::fromStdString(previous).split(QLatin1Char(';'))) {
         QString const tag = part.trimmed();
-        QString const shown = QString::fromLatin1(tag.toLatin1());
+        QString const shown = FromText8(ToText8(tag).c_str());
         if (shown != tag)
             previousByShown[shown] << tag;
     }

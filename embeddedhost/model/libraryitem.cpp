@@ -17,25 +17,25 @@ void AppendText(std::string& texts, std::string_view text)
     texts.append(text.substr(0, text.find('\0'))).push_back('\0');
 }
 
-void AppendLatin1(std::string& texts, std::string_view utf8)
+void AppendText8(std::string& texts, std::string_view utf8)
 {
     if (IsAscii(utf8))
         AppendText(texts, utf8);
     else
-        AppendText(texts, ToLatin1(std::string(utf8)));
+        AppendText(texts, ToText8(std::string(utf8)));
 }
 
 std::string MakeTexts(ListedObject const& listed)
 {
     std::string texts;
-    AppendLatin1(texts, listed.name);
+    AppendText8(texts, listed.name);
     for (std::string_view const reference : {listed.parent, listed.specializes}) {
         if (!reference.empty())
             AppendText(texts, reference);
     }
     for (auto const& [category, tags] : listed.tags) {
-        AppendLatin1(texts, category);
-        AppendLatin1(texts, tags);
+        AppendText8(texts, category);
+        AppendText8(texts, tags);
     }
     return texts;
 }

@@ -112,7 +112,7 @@ std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource)
     int const index = resource.GetCacheIndex();
     if (!database || !database->IsResource(index))
         return std::string();
-    return embeddedhost::ToLatin1(database->GetHome(index)->GetDescription().folder.toStdString());
+    return embeddedhost::ToText8(database->GetHome(index)->GetDescription().folder);
 }
 
 } // namespace qorm

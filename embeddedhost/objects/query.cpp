@@ -115,7 +115,7 @@ std::optional<TypeQuery> ParseQuery(char const* query, QueryError& error)
 
 QString DescribeQueryError(char const* query, QueryError const& error)
 {
-    QString const text = QString::fromLatin1(query ? query : "");
+    QString const text = FromText8(query ? query : "");
     // In one call of arg: the query may contain a text like "%1".
     return QStringLiteral("The query \"%1\" cannot be run: %2 is expected at character %3.")
         .arg(text, error.expected, QString::number(error.position + 1));

@@ -1,5 +1,6 @@
 #include "sourcecontrol/revisioncontrolhelper.h"
 
+#include "base/text8.h"
 #include "model/library.h"
 #include "sourcecontrol/checkouts.h"
 #include "sourcecontrol/sourcecontrolservice.h"
@@ -83,7 +84,7 @@ QString CRevisionControlHelper::FindFile(CLibraryItem const* item)
     if (item->GetSource()->GetDescription().folder.isEmpty()) {
         m_Messages.Post(eSeverity::kWarning,
                         QStringLiteral("\"%1\" has no file: its library is not kept in a folder.")
-                            .arg(QString::fromLatin1(item->GetName())));
+                            .arg(FromText8(item->GetName())));
         return QString();
     }
     QString const path = item->GetFile().path;
@@ -91,7 +92,7 @@ QString CRevisionControlHelper::FindFile(CLibraryItem const* item)
         return path;
     m_Messages.Post(eSeverity::kWarning,
                     QStringLiteral("\"%1\" has no file on disk. Save the library first.")
-                        .arg(QString::fromLatin1(item->GetName())));
+                        .arg(FromText8(item->GetName())));
     return QString();
 }
 

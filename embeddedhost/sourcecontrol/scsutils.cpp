@@ -1,3 +1,4 @@
+#include "base/text8.h"
 #include "model/library.h"
 #include "sourcecontrol/sourcecontrolservice.h"
 #include "sourcecontrol/statemarks.h"
@@ -32,7 +33,7 @@ QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon
     auto const* const database = CObjectDatabase::From(object.GetInstance());
     if (!database || !database->Exists(object.GetCacheIndex()))
         return QString();
-    QString const name = QString::fromLatin1(database->GetName(object.GetCacheIndex()));
+    QString const name = FromText8(database->GetName(object.GetCacheIndex()));
     CLibraryItem const* const item = database->GetItem(object.GetCacheIndex());
     if (!item || database->GetLibrary()->IsInMemory())
         return BuildPlainToolTip(icon, name, QString());

@@ -1,5 +1,6 @@
 #include "storage/commit.h"
 
+#include "base/text8.h"
 #include "model/accessorcontext.h"
 #include "model/libraryitem.h"
 #include "storage/librarywriter.h"
@@ -30,7 +31,7 @@ void Report(CMessageChannel& channel, SaveResult const& result, std::list<std::s
     for (QString const& failure : result.failures) {
         channel.Post(eSeverity::kError, failure);
         if (messages)
-            messages->push_back(failure.toLatin1().toStdString());
+            messages->push_back(ToText8(failure));
     }
     for (QString const& kept : result.keptFiles)
         channel.Post(eSeverity::kWarning, kept);

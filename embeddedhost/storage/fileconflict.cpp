@@ -1,5 +1,6 @@
 #include "storage/fileconflict.h"
 
+#include "base/text8.h"
 #include "model/librarycommands.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
@@ -72,7 +73,7 @@ private:
         if (!file || file->isArray || file->entries.empty())
             return m_Path;
         return FindFreePath(library, m_Source,
-                            QFileInfo(m_Path).completeBaseName().toLatin1().constData());
+                            ToText8(QFileInfo(m_Path).completeBaseName()).c_str());
     }
 
     std::string const m_Uid;
@@ -171,7 +172,7 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& pa
 
     FileObjects const onDisk(*library, path, json.content);
     FileTaker const taker(*library, *file, onDisk);
-    taker.Run("Take from disk " + QFileInfo(path).fileName().toLatin1().toStdString(), manager);
+    taker.Run("Take from disk " + ToText8(QFileInfo(path).fileName()), manager);
     if (!library->GetAccessor().Revalidate())
         return true;
     for (std::string const& uid : taker.GetChanged()) {

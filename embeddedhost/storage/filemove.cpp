@@ -1,5 +1,6 @@
 #include "storage/filemove.h"
 
+#include "base/text8.h"
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
 #include "sourcecontrol/sourcecontrolservice.h"
@@ -19,7 +20,7 @@ bool IsReadOnly(CDataSource const& source)
 
 QString GetName(CDataSource const& source)
 {
-    return QString::fromLatin1(source.GetDescription().name.c_str());
+    return FromText8(source.GetDescription().name.c_str());
 }
 
 /// The place of the file below another data source's folder.
@@ -146,9 +147,9 @@ bool MoveItem(CLibrary& library, CLibraryItem& item, DataSourcePtr const& target
 {
     QString const obstacle = FindObstacle(library, item, target.get());
     if (!obstacle.isEmpty()) {
-        library.GetMessages().Post(eSeverity::kWarning,
-                                   QStringLiteral("Cannot move \"%1\": %2.")
-                                       .arg(QString::fromLatin1(item.GetName()), obstacle));
+        library.GetMessages().Post(
+            eSeverity::kWarning,
+            QStringLiteral("Cannot move \"%1\": %2.").arg(FromText8(item.GetName()), obstacle));
         return false;
     }
     RunCommand(new CMoveFileCommand(library, item, target), manager);

@@ -157,7 +157,7 @@ private:
         if (!name)
             Report("key \"name\": a text is needed; the folder's name is shown instead.");
         description.name =
-            ToLatin1(name ? *name : QFileInfo(description.folder).fileName().toStdString());
+            ToText8(name ? *name : QFileInfo(description.folder).fileName().toStdString());
     }
 
     void ReadAccess(ordered_json const& source, CDataSource::Description& description)

@@ -1,5 +1,6 @@
 #include "storage/stagingfolders.h"
 
+#include "base/text8.h"
 #include "storage/faults.h"
 #include "storage/folderscan.h"
 
@@ -19,7 +20,7 @@ QString CStagingFolders::FindRoot(QString const& realPath, QString* fault) const
         if (!description.isReadOnly)
             return description.folder;
         *fault = QStringLiteral("it leads into the data source \"%1\", which is read-only")
-                     .arg(QString::fromLatin1(description.name.c_str()));
+                     .arg(FromText8(description.name.c_str()));
         return QString();
     }
     return m_Library.GetFolder();

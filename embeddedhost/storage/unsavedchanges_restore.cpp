@@ -170,7 +170,7 @@ private:
         if (isInSource && !m_Library.FindFile(path) && !QFileInfo::exists(path))
             return path;
         ordered_json const& object = entry["object"];
-        std::string const name = ToLatin1(GetName(object));
+        std::string const name = ToText8(GetName(object));
         return FindFreePath(m_Library, source, (name + ' ' + GetUid(object)).c_str());
     }
 

@@ -13,6 +13,9 @@
 
 #include <memory>
 
+// As a host may.
+Q_DECLARE_METATYPE(tarno::datamodel::ItemID)
+
 /// The palette with what tests look at; notes menus and renames instead of running them.
 class TestPalette : public CNodePalette
 {
