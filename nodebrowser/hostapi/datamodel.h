@@ -6,10 +6,10 @@
 // declaration says otherwise:
 //
 // - Everything runs on the GUI thread; reference counts of contexts are atomic.
-// - Texts are 8-bit, in Latin-1, and end at the first zero byte. The panel shows each byte as one
-//   character and writes '?' for a character that Latin-1 lacks. With Qt 4, they are what
-//   QString::fromAscii() and toAscii() make of them: Latin-1, or the codec that the program sets
-//   with QTextCodec::setCodecForCStrings().
+// - Texts are 8-bit and end at the first zero byte. They are in Latin-1, unless the program chooses
+//   UTF-8 with nodebrowser::SetTextEncoding() of textencoding.h or, with Qt 4, a codec with
+//   QTextCodec::setCodecForCStrings(). In Latin-1 the panel shows each byte as one character and
+//   writes '?' for a character that Latin-1 lacks.
 // - A `char const*` is never null, neither as an argument nor as an answer.
 // - An accessor that is unbound, or bound to a removed item or a closed library, answers with an
 //   empty text, false, a null identifier or an invalid accessor, and changes nothing. The panel
