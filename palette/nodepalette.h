@@ -105,6 +105,7 @@ public:
 Q_SIGNALS:
     /// The user wants the item: Enter, a double click, or the same by a screen reader. It comes
     /// after SelectionChanged(), and after the panel has opened a compound that was double-clicked.
+    /// The identifier can be queued; with Qt 5, who wants it in a QVariant declares its metatype.
     void ItemActivated(tarno::datamodel::ItemID id,
                        CNodePalette::eActivation how = CNodePalette::eByKey);
     /// The Escape key was pressed without a search text to clear. The focus is back where it was

@@ -48,6 +48,10 @@ private Q_SLOTS:
                "10,12 Signature name: |10,42 Category: |" + buttons
                    + "120,10 old 220x20|120,40  220x20|190,100 Cancel",
                "QLineEdit QLineEdit Ok Cancel");
+        AddRow("no shortcut", "r&d", "Create r&d",
+               "10,12 R&d name: |10,42 Category: |" + buttons
+                   + "120,10 old 220x20|120,40  220x20|190,100 Cancel",
+               "QLineEdit QLineEdit Ok Cancel");
         AddRow("loop compound", "loop compound", "Create loop compound",
                "10,12 Loop compound name: |10,42 Category: |10,72 Signature: |" + buttons
                    + "120,10 old 220x20|120,40  220x20|120,70 None 220x20|190,100 Cancel",
@@ -77,6 +81,9 @@ private Q_SLOTS:
                 QLabel const* const label = qobject_cast<QLabel*>(part);
                 QVERIFY(!label || label->x() > 10 || label->geometry().right() < 120);
                 QVERIFY(!label || label->x() == 10 || label->textFormat() == Qt::PlainText);
+                // Each label names the field beside it.
+                bool const isNaming = label && label->x() == 10 && !label->text().contains('&');
+                QVERIFY(!isNaming || (label->buddy() && label->buddy()->y() == label->y() - 2));
                 QVERIFY(part->parent() != dialog.get()
                         || dialog->rect().contains(part->geometry()));
             }

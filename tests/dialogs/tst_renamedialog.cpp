@@ -28,6 +28,7 @@ private Q_SLOTS:
             QRect const field = m_Field->geometry();
             QWidget const& buttons = *m_OkButton->parentWidget();
             QCOMPARE(label.text(), QString("New name:"));
+            QCOMPARE(label.buddy(), static_cast<QWidget*>(m_Field));
             QCOMPARE(label.x(), 5);
             QVERIFY(label.geometry().right() < field.x() && label.y() < field.bottom());
             QCOMPARE(field.topRight(), QPoint(dialog.width() - 6, 5));
