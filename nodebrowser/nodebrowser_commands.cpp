@@ -1,8 +1,8 @@
 #include "nodebrowser.h"
 
-#include "itemcommand.h"
+#include "contextmenu.h"
+#include "hostservices.h"
 #include "renamedialog.h"
-#include "revisioncontrol.h"
 #include "stringutils.h"
 #include "tarnodialog.h"
 #include "textencoding.h"
@@ -24,6 +24,48 @@ struct CNodeBrowser::SNewItem
     std::string category;
     std::string signature;
     ItemLibraryAccessor library;
+};
+
+/// One run of a command on an item: on the one that the context menu names when the command was
+/// chosen there, otherwise on that of the selected row. Dialogs and the host run event loops in
+/// which the list, the library or the panel may go, so commands work on the copies kept here.
+class CNodeBrowser::ItemCommand
+{
+public:
+    explicit ItemCommand(CNodeBrowser* browser)
+        : m_Browser(browser)
+        , m_ItemLibrary(browser->m_ItemLibrary)
+        , m_MenuCommand(browser->ChosenMenu())
+        , m_Item(m_MenuCommand.m_Menu ? browser->FindMenuItem(*m_MenuCommand.m_Menu)
+                                      : browser->AccessorAtRow(browser->m_SelectedIndex))
+        , m_ItemID(AskItemID(m_Item))
+    {}
+
+    /// False when no row is selected, and when what the menu names is gone.
+    bool HasItem() const
+    {
+        return m_Item.IsValid();
+    }
+
+    /// The item is alive, and the panel is and still shows the item's library. Nothing may be
+    /// asked of the host between this and what it is to protect.
+    bool IsStillDue() const
+    {
+        // The host is asked first: it may delete the panel even then.
+        return m_Item.Revalidate() && m_ItemLibrary.Revalidate() && m_Browser
+               && m_Browser->IsShown(m_ItemLibrary);
+    }
+
+    QPointer<CNodeBrowser> const m_Browser;
+    ItemLibraryAccessor const m_ItemLibrary;
+
+private:
+    // Before the item, of which the host is asked.
+    MenuCommand const m_MenuCommand;
+
+public:
+    ItemAccessor const m_Item;
+    ItemID const m_ItemID;
 };
 
 namespace {

@@ -1,7 +1,7 @@
 #include "nodebrowser_p.h"
 
+#include "hostservices.h"
 #include "qtcompat.h"
-#include "revisioncontrol.h"
 #include "textencoding.h"
 
 #include <QApplication>

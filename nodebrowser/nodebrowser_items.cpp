@@ -1,6 +1,6 @@
 #include "nodebrowser_p.h"
 
-#include "revisioncontrol.h"
+#include "hostservices.h"
 
 #include <QScopedValueRollback>
 

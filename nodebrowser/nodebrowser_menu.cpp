@@ -1,8 +1,8 @@
 #include "nodebrowser_p.h"
 
 #include "contextmenu.h"
+#include "hostservices.h"
 #include "qtcompat.h"
-#include "revisioncontrol.h"
 #include "textencoding.h"
 
 #include <QAction>
