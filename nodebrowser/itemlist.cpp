@@ -1,55 +1,19 @@
 #include "itemlist.h"
 
 #include "itemtagsregistry.h"
+#include "nameorder.h"
 #include "stringutils.h"
 
 #include <algorithm>
-#include <ctype.h>
 #include <numeric>
-#include <strings.h>
-#include <utility>
 
 using tarno::datamodel::ItemID;
 
 namespace nodebrowser {
 
-namespace {
-
-/// The first letters of a name as a number that orders as strcasecmp orders the names.
-std::uint64_t GetSortPrefix(char const* name)
-{
-    std::uint64_t prefix = 0;
-    for (std::size_t letter = 0; letter < sizeof(prefix); ++letter) {
-        prefix <<= 8;
-        if (*name)
-            prefix |= static_cast<unsigned char>(tolower(static_cast<unsigned char>(*name++)));
-    }
-    return prefix;
-}
-
-/// A name on its way into the order of the list.
-struct SNamed
-{
-    std::uint64_t prefix;
-    char const* name;
-    /// Orders names that differ in nothing but case.
-    std::uint32_t slot;
-};
-
-bool operator<(SNamed const& left, SNamed const& right)
-{
-    if (left.prefix != right.prefix)
-        return left.prefix < right.prefix;
-    int const order = strcasecmp(left.name, right.name);
-    return order != 0 ? order < 0 : left.slot < right.slot;
-}
-
-} // namespace
-
 ItemList::ItemList(ItemTagsRegistry& registry)
     : m_Registry(registry)
     , m_RegistryRevision(registry.m_Revision)
-    , m_NameCount(0)
     , m_Expected(kNoSlot)
     , m_Next(0)
     , m_NewCount(0)
@@ -66,9 +30,12 @@ void ItemList::Clear()
 void ItemList::BeginCollecting()
 {
     m_Collected.clear();
-    m_NewNames.clear();
-    m_NewTags.clear();
-    m_NameCount = 0;
+    m_Collected.reserve(m_Items.size());
+    m_NewNames = TextBlock();
+    m_NewNames.Reserve(m_Names.GetCount(), m_Names.GetBytes());
+    m_NewTagStrings = TextBlock();
+    m_NewTagStrings.Reserve(m_TagStrings.GetCount(), m_TagStrings.GetBytes());
+    m_Tags.BeginRows();
     m_IsTaken.assign(m_Items.size(), 0);
     m_Next = 0;
     m_NewCount = 0;
@@ -104,27 +71,30 @@ void ItemList::Collect(ItemID const& id, SItemKind const& kind)
     Row const place = isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected];
     m_NewCount += isNew;
     m_IsShifted = m_IsShifted || m_Expected != m_Collected.size();
-    m_Collected.push_back(SCollected{id, &kind, m_Expected, place, kSame, kUnknown});
+    m_Collected.push_back(SCollected{SItem{id, false, false}, &kind, m_Expected, place, false});
 }
 
 void ItemList::CollectTags(std::string const& tagString)
 {
-    SCollected& item = m_Collected.back();
-    item.newTags = kSame;
-    if (item.before != kNoSlot && m_Items[item.before].areTagsCollected
-        && m_TagStrings.Has(item.before, tagString))
-        return;
-    item.newTags = static_cast<std::uint32_t>(m_NewTags.size());
-    m_NewTags.push_back(tagString);
+    SCollected& collected = m_Collected.back();
+    char const* const kindTag = collected.kind->tag;
+    Slot const before = collected.before;
+    if (before != kNoSlot && m_Items[before].areTagsCollected
+        && m_TagStrings.Has(before, tagString))
+        m_Tags.KeepRow(before);
+    else
+        m_Tags.AddRow(tagString, kindTag);
+    m_NewTagStrings.Append(tagString);
+    collected.item.isRegistered = !tagString.empty() || *kindTag;
+    collected.item.areTagsCollected = true;
 }
 
 void ItemList::CollectName(std::string const& name)
 {
-    SCollected& item = m_Collected[m_NameCount++];
-    if (item.before != kNoSlot && HasNames() && m_Names.Has(item.before, name))
-        return;
-    item.newName = static_cast<std::uint32_t>(m_NewNames.size());
-    m_NewNames.push_back(name);
+    SCollected& collected = m_Collected[m_NewNames.GetCount()];
+    collected.keepsName =
+        collected.before != kNoSlot && HasNames() && m_Names.Has(collected.before, name);
+    m_NewNames.Append(name);
 }
 
 std::size_t ItemList::GetCollectedCount() const
@@ -134,7 +104,7 @@ std::size_t ItemList::GetCollectedCount() const
 
 ItemID const& ItemList::GetCollected(std::size_t position) const
 {
-    return m_Collected[position].id;
+    return m_Collected[position].item.id;
 }
 
 std::size_t ItemList::GetPlaceCount() const
@@ -145,11 +115,10 @@ std::size_t ItemList::GetPlaceCount() const
 std::vector<ItemList::Row> ItemList::Commit()
 {
     m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
+    if (IsOrderKept())
+        return Take(m_Slots);
     std::vector<Slot> const order = OrderByName();
-    if (!KeepsAll(KeepsName)) {
-        TakeSearchNames(order);
-        TakeNames();
-    }
+    TakeSearchNames(order);
     return Take(order);
 }
 
@@ -158,60 +127,32 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
     m_IsShifted = true;
     std::vector<Slot> order(m_Collected.size());
     std::iota(order.begin(), order.end(), Slot(0));
-    m_Names.Clear();
+    // The tags of the last item may be missing.
+    if (m_NewTagStrings.GetCount() < m_Collected.size()) {
+        m_NewTagStrings.Append(std::string());
+        m_Tags.AddRow(std::string(), "");
+    }
+    m_NewNames.Clear();
     m_SearchNames.Clear();
     return Take(order);
 }
 
-bool ItemList::KeepsName(SCollected const& item)
+bool ItemList::IsOrderKept() const
 {
-    return item.newName == kSame;
-}
-
-bool ItemList::KeepsTags(SCollected const& item)
-{
-    return item.newTags == kSame;
-}
-
-/// Each item keeps its slot and what `keeps` tells of.
-bool ItemList::KeepsAll(bool (*keeps)(SCollected const&)) const
-{
-    return !m_IsShifted && std::all_of(m_Collected.begin(), m_Collected.end(), keeps);
-}
-
-/// The end of a stretch of items that stood side by side before and keep what `keeps` tells of.
-ItemList::Slot ItemList::FindStretchEnd(Slot begin, bool (*keeps)(SCollected const&)) const
-{
-    Slot end = begin;
-    while (end < m_Collected.size() && keeps(m_Collected[end])
-           && m_Collected[end].before == m_Collected[begin].before + (end - begin))
-        ++end;
-    return end;
-}
-
-char const* ItemList::GetName(Slot slot) const
-{
-    SCollected const& item = m_Collected[slot];
-    return KeepsName(item) ? m_Names.Get(item.before) : m_NewNames[item.newName].c_str();
-}
-
-bool ItemList::IsNameBefore(Slot left, Slot right) const
-{
-    int const order = strcasecmp(GetName(left), GetName(right));
-    return order != 0 ? order < 0 : left < right;
+    return !m_IsShifted
+           && std::all_of(m_Collected.begin(), m_Collected.end(),
+                          [](SCollected const& collected) { return collected.keepsName; });
 }
 
 /// Items that have kept their name are in order already, unless equal names changed places.
 std::vector<ItemList::Slot> ItemList::OrderByName() const
 {
-    if (KeepsAll(KeepsName))
-        return m_Slots;
     std::vector<Slot> slotsNow(m_Items.size(), kNoSlot);
     std::vector<Slot> moved;
     for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
-        SCollected const& item = m_Collected[slot];
-        if (KeepsName(item) && !m_IsReordered)
-            slotsNow[item.before] = slot;
+        SCollected const& collected = m_Collected[slot];
+        if (collected.keepsName && !m_IsReordered)
+            slotsNow[collected.before] = slot;
         else
             moved.push_back(slot);
     }
@@ -221,62 +162,33 @@ std::vector<ItemList::Slot> ItemList::OrderByName() const
         if (slotsNow[before] != kNoSlot)
             kept.push_back(slotsNow[before]);
     }
-    return MergeByName(kept, SortByName(std::move(moved)));
-}
-
-/// Both are in order, and few are moved as a rule.
-std::vector<ItemList::Slot> ItemList::MergeByName(std::vector<Slot> const& kept,
-                                                  std::vector<Slot> const& moved) const
-{
-    std::vector<Slot> order;
-    order.reserve(kept.size() + moved.size());
-    auto from = kept.begin();
-    for (Slot const slot : moved) {
-        auto const to = std::upper_bound(from, kept.end(), slot, [this](Slot left, Slot right) {
-            return IsNameBefore(left, right);
-        });
-        order.insert(order.end(), from, to);
-        order.push_back(slot);
-        from = to;
-    }
-    order.insert(order.end(), from, kept.end());
-    return order;
-}
-
-std::vector<ItemList::Slot> ItemList::SortByName(std::vector<Slot> slots) const
-{
-    std::vector<SNamed> names;
-    names.reserve(slots.size());
-    for (Slot const slot : slots)
-        names.push_back(SNamed{GetSortPrefix(GetName(slot)), GetName(slot), slot});
-    std::sort(names.begin(), names.end());
-    std::transform(names.begin(), names.end(), slots.begin(),
-                   [](SNamed const& name) { return name.slot; });
-    return slots;
+    return MergeByName(m_NewNames, kept, moved);
 }
 
 /// `order` gives for each row the slot of its item.
 std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 {
-    std::vector<Row> places(order.size());
-    std::transform(order.begin(), order.end(), places.begin(),
-                   [this](Slot slot) { return m_Collected[slot].place; });
-    TakeTags();
-    TakeItems();
-    TakeIDs();
-    m_Slots = order;
+    m_Names.Swap(m_NewNames);
+    m_NewNames = TextBlock();
+    m_TagStrings.Swap(m_NewTagStrings);
+    m_NewTagStrings = TextBlock();
+    m_Tags.EndRows();
+    m_Items.resize(order.size());
     m_Rows.resize(order.size());
     m_Kinds.resize(order.size());
-    for (Row row = 0; row < m_Slots.size(); ++row) {
-        m_Rows[m_Slots[row]] = row;
-        m_Kinds[row] = m_Collected[m_Slots[row]].kind;
+    std::vector<Row> places(order.size());
+    for (Row row = 0; row < order.size(); ++row) {
+        SCollected const& collected = m_Collected[order[row]];
+        m_Items[order[row]] = collected.item;
+        m_Rows[order[row]] = row;
+        m_Kinds[row] = collected.kind;
+        places[row] = collected.place;
     }
+    m_Slots = order;
+    TakeIDs();
+    std::vector<SCollected>().swap(m_Collected);
     m_Registry.Follow(*this);
     m_RegistryRevision = m_Registry.m_Revision;
-
-    std::vector<SCollected>().swap(m_Collected);
-    std::vector<std::string>().swap(m_NewNames);
-    std::vector<std::string>().swap(m_NewTags);
     ForgetSearch();
     return places;
 }
@@ -284,93 +196,21 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 void ItemList::TakeSearchNames(std::vector<Slot> const& order)
 {
     TextBlock names;
-    names.Reserve(order.size(), m_SearchNames.GetBytes());
+    names.Reserve(order.size(), std::max(m_SearchNames.GetBytes(), m_NewNames.GetBytes()));
     for (std::size_t row = 0; row < order.size();) {
         SCollected const& first = m_Collected[order[row]];
-        if (!KeepsName(first)) {
-            names.Append(ToSearchName(m_NewNames[first.newName]));
-            ++row;
-            continue;
-        }
-        // Rows that stood side by side before.
-        Row count = 1;
-        for (; row + count < order.size(); ++count) {
-            SCollected const& next = m_Collected[order[row + count]];
-            if (!KeepsName(next) || next.place != first.place + count)
-                break;
-        }
-        names.Append(m_SearchNames, first.place, count);
-        row += count;
+        // Rows that stood side by side before are copied at once.
+        std::size_t count = 0;
+        while (row + count < order.size() && m_Collected[order[row + count]].keepsName
+               && m_Collected[order[row + count]].place == first.place + count)
+            ++count;
+        if (count > 0)
+            names.Append(m_SearchNames, first.place, count);
+        else
+            AppendSearchName(names, m_NewNames.Get(order[row]));
+        row += std::max<std::size_t>(count, 1);
     }
     m_SearchNames.Swap(names);
-}
-
-void ItemList::TakeNames()
-{
-    TextBlock names;
-    names.Reserve(m_Collected.size(), m_Names.GetBytes());
-    for (Slot slot = 0; slot < m_Collected.size();) {
-        SCollected const& item = m_Collected[slot];
-        Slot const end = FindStretchEnd(slot, KeepsName);
-        if (end > slot) {
-            names.Append(m_Names, item.before, end - slot);
-            slot = end;
-        } else {
-            names.Append(m_NewNames[item.newName]);
-            ++slot;
-        }
-    }
-    m_Names.Swap(names);
-}
-
-void ItemList::TakeTags()
-{
-    if (KeepsAll(KeepsTags))
-        return;
-    TextBlock strings;
-    strings.Reserve(m_Collected.size(), m_TagStrings.GetBytes());
-    m_Tags.BeginRows();
-    for (Slot slot = 0; slot < m_Collected.size();) {
-        SCollected const& item = m_Collected[slot];
-        Slot const end = FindStretchEnd(slot, KeepsTags);
-        if (end > slot) {
-            strings.Append(m_TagStrings, item.before, end - slot);
-            m_Tags.KeepRows(item.before, end - slot);
-            slot = end;
-        } else {
-            bool const isKnown = item.newTags != kUnknown;
-            std::string const text = isKnown ? m_NewTags[item.newTags] : std::string();
-            strings.Append(text);
-            m_Tags.AppendRow(SplitTags(text, isKnown ? item.kind->tag : ""));
-            ++slot;
-        }
-    }
-    m_Tags.EndRows();
-    m_TagStrings.Swap(strings);
-}
-
-std::set<std::string> ItemList::SplitTags(std::string const& tagString, char const* kindTag) const
-{
-    std::set<std::string> tags;
-    if (!tagString.empty())
-        SplitString(tagString, ";", tags);
-    if (*kindTag)
-        tags.insert(kindTag);
-    return tags;
-}
-
-void ItemList::TakeItems()
-{
-    std::vector<SItem> items;
-    items.reserve(m_Collected.size());
-    for (SCollected const& item : m_Collected) {
-        bool const isKnown = item.newTags != kUnknown;
-        bool const hasTagString = m_TagStrings.GetLength(items.size()) > 0;
-        items.push_back(
-            SItem{item.id, isKnown && (hasTagString || *item.kind->tag),
-                  isKnown && (!KeepsTags(item) || m_Items[item.before].areTagsCollected)});
-    }
-    m_Items.swap(items);
 }
 
 /// Merges the identifiers of new items into those that stay.
@@ -505,26 +345,28 @@ ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const
 void ItemList::ForgetTags(ItemID const& id)
 {
     m_Registry.Withdraw(id);
-    SetTagsOfSlots(id, std::set<std::string>(), false);
+    SetTagsOfSlots(id, std::string(), "");
 }
 
 void ItemList::SetTags(ItemID const& id, std::string const& tagString)
 {
     char const* const kindTag = FindItemKind(id.GetType(), false).tag;
-    std::set<std::string> const tags = SplitTags(tagString, kindTag);
-    bool const isRegistered = !tagString.empty() || *kindTag;
-    if (isRegistered)
-        m_Registry.Register(id, tags);
-    SetTagsOfSlots(id, tags, isRegistered);
+    SetTagsOfSlots(id, tagString, kindTag);
+    if (tagString.empty() && !*kindTag)
+        return;
+    std::set<std::string> tags;
+    SplitString(tagString, ";", tags);
+    if (*kindTag)
+        tags.insert(kindTag);
+    m_Registry.Register(id, tags);
 }
 
-void ItemList::SetTagsOfSlots(ItemID const& id, std::set<std::string> const& tags,
-                              bool isRegistered)
+void ItemList::SetTagsOfSlots(ItemID const& id, std::string const& tagString, char const* kindTag)
 {
     auto const slots = FindSlots(id);
     for (auto slot = slots.first; slot != slots.second; ++slot) {
-        m_Tags.SetTags(*slot, tags);
-        m_Items[*slot].isRegistered = isRegistered;
+        m_Tags.SetTags(*slot, tagString, kindTag);
+        m_Items[*slot].isRegistered = !tagString.empty() || *kindTag;
         m_Items[*slot].areTagsCollected = false;
     }
     ForgetSearch();

@@ -118,48 +118,31 @@ private:
 
     struct SCollected
     {
-        tarno::datamodel::ItemID id;
+        SItem item;
         SItemKind const* kind;
         /// The slot that it had before; kNoSlot for a new item.
         Slot before;
         /// Where the item list has it.
         Row place;
-        /// Position in m_NewNames; kSame for the name that it had before.
-        std::uint32_t newName;
-        /// Position in m_NewTags; kSame for the tags that it had before.
-        std::uint32_t newTags;
+        bool keepsName;
     };
-    static constexpr std::uint32_t kSame = 0xFFFFFFFFU;
-    /// The host did not tell.
-    static constexpr std::uint32_t kUnknown = 0xFFFFFFFEU;
 
     typedef std::vector<Slot>::const_iterator SlotIterator;
 
     Slot FindUntaken(tarno::datamodel::ItemID const& id) const;
-    static bool KeepsName(SCollected const& item);
-    static bool KeepsTags(SCollected const& item);
-    bool KeepsAll(bool (*keeps)(SCollected const&)) const;
-    Slot FindStretchEnd(Slot begin, bool (*keeps)(SCollected const&)) const;
-    char const* GetName(Slot slot) const;
-    bool IsNameBefore(Slot left, Slot right) const;
 
+    bool IsOrderKept() const;
     std::vector<Slot> OrderByName() const;
-    std::vector<Slot> SortByName(std::vector<Slot> slots) const;
-    std::vector<Slot> MergeByName(std::vector<Slot> const& kept,
-                                  std::vector<Slot> const& moved) const;
     std::vector<Row> Take(std::vector<Slot> const& order);
     void TakeSearchNames(std::vector<Slot> const& order);
-    void TakeNames();
+    static void AppendSearchName(TextBlock& names, char const* name);
     void TakeIDs();
-    void TakeTags();
-    void TakeItems();
-    std::set<std::string> SplitTags(std::string const& tagString, char const* kindTag) const;
 
     bool IsBefore(Slot left, Slot right) const;
     void SortIDs() const;
     std::pair<SlotIterator, SlotIterator> FindSlots(tarno::datamodel::ItemID const& id) const;
-    void SetTagsOfSlots(tarno::datamodel::ItemID const& id, std::set<std::string> const& tags,
-                        bool isRegistered);
+    void SetTagsOfSlots(tarno::datamodel::ItemID const& id, std::string const& tagString,
+                        char const* kindTag);
 
     typedef std::vector<std::vector<char>> TagMatches;
     bool IsNarrower(std::set<std::string> const& words) const;
@@ -189,10 +172,10 @@ private:
     /// Slots by identifier, then in their order; empty until an item is looked for.
     mutable std::vector<Slot> m_SlotsByID;
 
+    // By slot, while the list is made anew. The tags collected are in m_Tags already.
     std::vector<SCollected> m_Collected;
-    std::vector<std::string> m_NewNames;
-    std::vector<std::string> m_NewTags;
-    std::size_t m_NameCount;
+    TextBlock m_NewNames;
+    TextBlock m_NewTagStrings;
     /// Slots whose items were expected.
     std::vector<char> m_IsTaken;
     /// The slot of the item that was expected last, and of the one that probably comes next.

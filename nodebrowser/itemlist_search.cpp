@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <string_view>
 
 namespace nodebrowser {
 
@@ -25,16 +26,15 @@ char ToLowerAscii(char character)
 
 /// `hasTag(number)` tells whether a tag contains the word of that number.
 template <class HasTag>
-unsigned long ScoreItem(std::set<std::string> const& words, char const* name, std::size_t length,
-                        HasTag hasTag)
+unsigned long ScoreItem(std::set<std::string> const& words, std::string_view name, HasTag hasTag)
 {
     unsigned long score = ItemList::kNoMatch;
     std::size_t number = 0;
     for (std::string const& word : words) {
-        void const* const found = memmem(name, length, word.data(), word.size());
-        if (found == name)
+        std::size_t const found = name.find(word);
+        if (found == 0)
             return number;
-        if (found)
+        if (found != std::string_view::npos)
             score = number + words.size();
         else if (score == ItemList::kNoMatch && hasTag(number))
             score = ItemList::kTagMatch;
@@ -56,11 +56,19 @@ std::string ItemList::ToSearchName(std::string const& name)
     return ToSearchForm(ToQString(name.c_str()).toLower());
 }
 
+void ItemList::AppendSearchName(TextBlock& names, char const* name)
+{
+    if (IsAscii(name))
+        names.Append(name, ToLowerAscii);
+    else
+        names.Append(ToSearchName(name));
+}
+
 unsigned long ItemList::Score(std::set<std::string> const& words, std::string const& searchName,
                               std::set<std::string> const& tags)
 {
     std::vector<std::string> const numbered(words.begin(), words.end());
-    return ScoreItem(words, searchName.data(), searchName.size(),
+    return ScoreItem(words, searchName,
                      [&](std::size_t number) { return TagIndex::Match(tags, numbered[number]); });
 }
 
@@ -99,9 +107,10 @@ void ItemList::SearchLastMatches(std::set<std::string> const& words, TagMatches 
                                  std::vector<SMatch>& matches) const
 {
     for (Row const row : m_LastMatches) {
-        unsigned long const score = ScoreItem(
-            words, m_SearchNames.Get(row), m_SearchNames.GetLength(row),
-            [&](std::size_t number) { return m_Tags.HasAny(m_Slots[row], tagMatches[number]); });
+        unsigned long const score =
+            ScoreItem(words, m_SearchNames.GetView(row), [&](std::size_t number) {
+                return m_Tags.HasAny(m_Slots[row], tagMatches[number]);
+            });
         if (score != kNoMatch)
             matches.push_back(SMatch{row, score});
     }

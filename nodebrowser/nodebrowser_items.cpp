@@ -248,12 +248,17 @@ CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
     std::vector<Item>& items = m_Private->items;
     ItemID const id = AskItemID(accessor);
     ItemList::Row const place = list.Expect(id);
-    if (place == items.size())
+    if (place == items.size()) {
+        // Items are costly to move, because pixmaps can only be copied.
+        if (items.size() == items.capacity())
+            items.reserve(4 * items.size() + 1);
         items.push_back(Item(this, accessor, ItemID()));
+    } else {
+        items[place].m_Browser = this;
+        items[place].m_Accessor = accessor;
+        items[place].m_ExtraID = ItemID();
+    }
     Item& item = items[place];
-    item.m_Browser = this;
-    item.m_Accessor = accessor;
-    item.m_ExtraID = ItemID();
     SItemKind const& kind = item.Describe(id, 0, helper);
     list.Collect(id, kind);
     list.CollectTags(m_ItemLibrary.GetItemTags(id, kAppTagsCategory));

@@ -1,11 +1,11 @@
 #include "tagindex.h"
 
+#include "stringutils.h"
 #include "textencoding.h"
 
 #include <QString>
 
 #include <algorithm>
-#include <cstddef>
 #include <locale>
 #include <utility>
 
@@ -13,7 +13,8 @@ namespace nodebrowser {
 
 namespace {
 
-/// How many entries may lie unused, beside those in use, before the index is packed.
+char const kSeparator = ';';
+/// How much may lie unused, beside what is in use, before the index is packed.
 std::size_t const kUnusedAllowed = 1000;
 
 /// Two texts that differ only in case, as the default locale has it, fold to the same.
@@ -37,52 +38,114 @@ bool Contains(std::string const& text, std::string const& word)
 
 void TagIndex::BeginRows()
 {
-    m_RowsBefore.clear();
-    m_NumbersBefore.clear();
-    m_RowsBefore.swap(m_Rows);
-    m_NumbersBefore.swap(m_Numbers);
-    m_Unused = 0;
+    m_NewRows = SRows();
+    m_NewRows.rows.reserve(m_Rows.rows.size());
+    m_NewRows.numbers.reserve(m_Rows.numbers.size() - m_Unused);
 }
 
-void TagIndex::KeepRows(std::size_t firstBefore, std::size_t count)
+void TagIndex::KeepRow(std::size_t before)
 {
-    for (std::size_t before = firstBefore; before < firstBefore + count; ++before) {
-        SRow const& row = m_RowsBefore[before];
-        auto const begin = m_NumbersBefore.begin() + std::ptrdiff_t(row.begin);
-        m_Rows.push_back(SRow{static_cast<Number>(m_Numbers.size()), row.count});
-        m_Numbers.insert(m_Numbers.end(), begin, begin + std::ptrdiff_t(row.count));
-    }
+    auto const numbers = GetNumbers(before);
+    m_NewRows.rows.push_back(
+        SRow{static_cast<Number>(m_NewRows.numbers.size()), m_Rows.rows[before].count});
+    m_NewRows.numbers.insert(m_NewRows.numbers.end(), numbers.first, numbers.second);
 }
 
-void TagIndex::AppendRow(std::set<std::string> const& tags)
+void TagIndex::AddRow(std::string const& tagString, char const* kindTag)
 {
-    m_Rows.push_back(SRow());
-    SetTags(m_Rows.size() - 1, tags);
+    m_NewRows.rows.push_back(Append(tagString, kindTag, m_NewRows.numbers));
 }
 
 void TagIndex::EndRows()
 {
-    std::vector<SRow>().swap(m_RowsBefore);
-    std::vector<Number>().swap(m_NumbersBefore);
-    if (m_Tags.size() > m_Numbers.size() + kUnusedAllowed)
+    m_Rows = std::move(m_NewRows);
+    m_NewRows = SRows();
+    m_Unused = 0;
+    PackIfWasteful();
+}
+
+void TagIndex::SetTags(std::size_t row, std::string const& tagString, char const* kindTag)
+{
+    m_Unused += m_Rows.rows[row].count;
+    m_Rows.rows[row] = Append(tagString, kindTag, m_Rows.numbers);
+    // The new rows have numbers as they are.
+    if (m_NewRows.rows.empty())
+        PackIfWasteful();
+}
+
+TagIndex::SRow TagIndex::Append(std::string const& tagString, char const* kindTag,
+                                std::vector<Number>& numbers)
+{
+    Number const first = static_cast<Number>(numbers.size());
+    for (std::size_t begin = 0; begin < tagString.size(); ++begin) {
+        std::size_t const end = std::min(tagString.find(kSeparator, begin), tagString.size());
+        AppendPart(tagString.substr(begin, end - begin), numbers);
+        begin = end;
+    }
+    if (m_KindTag != kindTag) {
+        m_KindTag = kindTag;
+        m_KindNumber = GetNumber(kindTag);
+    }
+    if (m_KindNumber != kNoTag)
+        numbers.push_back(m_KindNumber);
+    return SRow{first, static_cast<Number>(numbers.size()) - first};
+}
+
+void TagIndex::AppendPart(std::string const& part, std::vector<Number>& numbers)
+{
+    Number const number = GetNumber(part);
+    if (number != kNoTag)
+        numbers.push_back(number);
+}
+
+TagIndex::Number TagIndex::GetNumber(std::string const& part)
+{
+    auto const known = m_NumbersOfParts.find(part);
+    if (known != m_NumbersOfParts.end())
+        return known->second;
+
+    std::set<std::string> tags;
+    SplitString(part, std::string(1, kSeparator), tags);
+    Number number = kNoTag;
+    if (tags.count(part) > 0) {
+        number = static_cast<Number>(m_Tags.size());
+        m_Tags.push_back(part);
+        m_FoldedTags.push_back(Fold(part));
+    } else if (!tags.empty()) {
+        number = GetNumber(*tags.begin());
+    }
+    m_NumbersOfParts[part] = number;
+    return number;
+}
+
+void TagIndex::PackIfWasteful()
+{
+    std::size_t const used = m_Rows.numbers.size() - m_Unused;
+    if (m_Unused > used + kUnusedAllowed || m_NumbersOfParts.size() > 2 * used + kUnusedAllowed)
         Pack();
 }
 
-void TagIndex::SetTags(std::size_t row, std::set<std::string> const& tags)
+/// Leaves the numbers and tags behind that no row uses.
+void TagIndex::Pack()
 {
-    m_Unused += m_Rows[row].count;
-    m_Rows[row] = SRow{static_cast<Number>(m_Numbers.size()), static_cast<Number>(tags.size())};
-    for (std::string const& tag : tags)
-        m_Numbers.push_back(GetNumber(tag));
-    if (m_Unused > m_Numbers.size() / 2 + kUnusedAllowed)
-        Pack();
+    TagIndex packed;
+    for (std::size_t row = 0; row < m_Rows.rows.size(); ++row) {
+        std::vector<Number>& packedNumbers = packed.m_Rows.numbers;
+        Number const first = static_cast<Number>(packedNumbers.size());
+        auto const numbers = GetNumbers(row);
+        for (Number const* number = numbers.first; number != numbers.second; ++number)
+            packed.AppendPart(m_Tags[*number], packedNumbers);
+        packed.m_Rows.rows.push_back(
+            SRow{first, static_cast<Number>(packedNumbers.size()) - first});
+    }
+    *this = std::move(packed);
 }
 
 std::pair<TagIndex::Number const*, TagIndex::Number const*>
 TagIndex::GetNumbers(std::size_t row) const
 {
-    Number const* const begin = m_Numbers.data() + m_Rows[row].begin;
-    return std::make_pair(begin, begin + m_Rows[row].count);
+    Number const* const begin = m_Rows.numbers.data() + m_Rows.rows[row].begin;
+    return std::make_pair(begin, begin + m_Rows.rows[row].count);
 }
 
 std::string const& TagIndex::GetTag(Number number) const
@@ -93,30 +156,6 @@ std::string const& TagIndex::GetTag(Number number) const
 std::size_t TagIndex::GetTagCount() const
 {
     return m_Tags.size();
-}
-
-/// Leaves the numbers and tags behind that no row uses.
-void TagIndex::Pack()
-{
-    TagIndex packed;
-    for (SRow const& row : m_Rows) {
-        packed.m_Rows.push_back(SRow{static_cast<Number>(packed.m_Numbers.size()), row.count});
-        for (Number tag = row.begin; tag < row.begin + row.count; ++tag)
-            packed.m_Numbers.push_back(packed.GetNumber(m_Tags[m_Numbers[tag]]));
-    }
-    *this = std::move(packed);
-}
-
-TagIndex::Number TagIndex::GetNumber(std::string const& tag)
-{
-    auto const known = m_NumbersOfTags.find(tag);
-    if (known != m_NumbersOfTags.end())
-        return known->second;
-    Number const number = static_cast<Number>(m_Tags.size());
-    m_Tags.push_back(tag);
-    m_FoldedTags.push_back(Fold(tag));
-    m_NumbersOfTags[tag] = number;
-    return number;
 }
 
 std::vector<char> TagIndex::Match(std::string const& word) const

@@ -12,21 +12,22 @@
 namespace nodebrowser {
 
 /// The tags of a list of rows, for searches: tags are numbered, and each row has a stretch of
-/// numbers, so that a search looks at each tag once.
+/// numbers, so that each tag is split, folded and searched once, however many rows have it.
 class TagIndex
 {
 public:
     typedef std::uint32_t Number;
 
-    // Making the rows anew: each is kept or appended, in their order.
+    // Making the rows anew, in their order: each as it was or with a tag string of the host and
+    // the tag of its kind, a literal; both may be empty. The rows from before stay until EndRows.
     void BeginRows();
-    void KeepRows(std::size_t firstBefore, std::size_t count);
-    void AppendRow(std::set<std::string> const& tags);
+    void KeepRow(std::size_t before);
+    void AddRow(std::string const& tagString, char const* kindTag);
     void EndRows();
 
-    void SetTags(std::size_t row, std::set<std::string> const& tags);
+    void SetTags(std::size_t row, std::string const& tagString, char const* kindTag);
 
-    /// The numbers of a row's tags, in the order of the tags.
+    /// The numbers of a row's tags; a tag may come twice.
     std::pair<Number const*, Number const*> GetNumbers(std::size_t row) const;
     std::string const& GetTag(Number number) const;
     /// One more than the highest number.
@@ -42,27 +43,40 @@ public:
     static bool Match(std::set<std::string> const& tags, std::string const& word);
 
 private:
-    /// A stretch of m_Numbers.
+    /// A stretch of numbers.
     struct SRow
     {
         Number begin;
         Number count;
     };
 
-    Number GetNumber(std::string const& tag);
+    struct SRows
+    {
+        std::vector<SRow> rows;
+        std::vector<Number> numbers;
+    };
+
+    static constexpr Number kNoTag = 0xFFFFFFFFU;
+
+    SRow Append(std::string const& tagString, char const* kindTag, std::vector<Number>& numbers);
+    void AppendPart(std::string const& part, std::vector<Number>& numbers);
+    Number GetNumber(std::string const& part);
+    void PackIfWasteful();
     void Pack();
 
-    std::vector<SRow> m_Rows;
-    std::vector<Number> m_Numbers;
-    /// What there was before, while rows are made anew.
-    std::vector<SRow> m_RowsBefore;
-    std::vector<Number> m_NumbersBefore;
-    /// Entries of m_Numbers that no row uses any more.
+    SRows m_Rows;
+    SRows m_NewRows;
+    /// Entries of m_Rows.numbers that no row uses any more.
     std::size_t m_Unused = 0;
     std::vector<std::string> m_Tags;
     /// The tags in the form in which they are compared.
     std::vector<std::string> m_FoldedTags;
-    std::unordered_map<std::string, Number> m_NumbersOfTags;
+    /// By part of a tag string, in which the tag may have blanks around it; kNoTag for a part
+    /// without a tag.
+    std::unordered_map<std::string, Number> m_NumbersOfParts;
+    /// The kind's tag that was used last, a literal, and its number.
+    char const* m_KindTag = nullptr;
+    Number m_KindNumber = kNoTag;
 };
 
 } // namespace nodebrowser

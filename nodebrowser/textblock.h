@@ -1,9 +1,10 @@
 #ifndef NODEBROWSER_TEXTBLOCK_H
 #define NODEBROWSER_TEXTBLOCK_H
 
+#include <algorithm>
 #include <cstddef>
-#include <string.h>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace nodebrowser {
@@ -33,12 +34,23 @@ public:
         m_Text.push_back('\0');
     }
 
+    /// Each byte of it as `change` gives it.
+    template <class Change>
+    void Append(std::string_view text, Change change)
+    {
+        m_Begins.push_back(m_Text.size());
+        m_Text.append(text);
+        std::transform(m_Text.end() - static_cast<std::ptrdiff_t>(text.size()), m_Text.end(),
+                       m_Text.end() - static_cast<std::ptrdiff_t>(text.size()), change);
+        m_Text.push_back('\0');
+    }
+
     void Append(std::string const& text)
     {
         Append(text.data(), text.size());
     }
 
-    /// A stretch of another block.
+    /// A stretch of another block, which is not empty.
     void Append(TextBlock const& other, std::size_t first, std::size_t count)
     {
         std::size_t const begin = other.m_Begins[first];
@@ -77,10 +89,14 @@ public:
         return end - m_Begins[entry] - 1;
     }
 
+    std::string_view GetView(std::size_t entry) const
+    {
+        return std::string_view(Get(entry), GetLength(entry));
+    }
+
     bool Has(std::size_t entry, std::string const& text) const
     {
-        return GetLength(entry) == text.size()
-               && text.compare(0, text.size(), Get(entry), text.size()) == 0;
+        return GetView(entry) == text;
     }
 
     /// Calls `hit(entry, isAtStart)` once for each entry that contains the word, which is not
@@ -88,23 +104,47 @@ public:
     template <class Hit>
     void ForEachEntryWith(std::string const& word, Hit hit) const
     {
-        char const* const block = m_Text.data();
-        std::size_t entry = 0;
-        for (std::size_t position = 0; position < m_Text.size(); position = m_Begins[entry]) {
-            void const* const found =
-                memmem(block + position, m_Text.size() - position, word.data(), word.size());
-            if (!found)
+        for (std::size_t entry = 0; entry < m_Begins.size(); ++entry) {
+            std::size_t const found = Find(word, m_Begins[entry]);
+            if (found == std::string::npos)
                 return;
-            std::size_t const offset = static_cast<char const*>(found) - block;
-            while (entry + 1 < m_Begins.size() && m_Begins[entry + 1] <= offset)
+            while (entry + 1 < m_Begins.size() && m_Begins[entry + 1] <= found)
                 ++entry;
-            hit(entry, offset == m_Begins[entry]);
-            if (++entry == m_Begins.size())
-                return;
+            hit(entry, found == m_Begins[entry]);
         }
     }
 
 private:
+    /// Places that are looked at in one step.
+    static constexpr std::size_t kStep = 64;
+
+    std::size_t Find(std::string const& word, std::size_t begin) const
+    {
+        std::size_t const reach = kStep + word.size() - 1;
+        std::string_view const text = m_Text;
+        for (; begin + reach <= text.size(); begin += kStep) {
+            if (!MayBegin(word, text.data() + begin))
+                continue;
+            std::size_t const found = text.substr(begin, reach).find(word);
+            if (found != std::string_view::npos)
+                return begin + found;
+        }
+        return text.find(word, begin);
+    }
+
+    /// Whether the word's first and last letter stand in the right distance from one of the places.
+    /// A compiler makes a few vector instructions of it, many times faster than a search.
+    static bool MayBegin(std::string const& word, char const* places)
+    {
+        char const first = word.front();
+        char const last = word.back();
+        char const* const ends = places + word.size() - 1;
+        unsigned char any = 0;
+        for (std::size_t place = 0; place < kStep; ++place)
+            any |= static_cast<unsigned char>((places[place] == first) & (ends[place] == last));
+        return any != 0;
+    }
+
     std::string m_Text;
     std::vector<std::size_t> m_Begins;
 };
