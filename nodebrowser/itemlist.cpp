@@ -31,10 +31,8 @@ void ItemList::BeginCollecting()
 {
     m_Collected.clear();
     m_Collected.reserve(m_Items.size());
-    m_NewNames = TextBlock();
-    m_NewNames.Reserve(m_Names.GetCount(), m_Names.GetBytes());
-    m_NewTagStrings = TextBlock();
-    m_NewTagStrings.Reserve(m_TagStrings.GetCount(), m_TagStrings.GetBytes());
+    m_Names.Begin();
+    m_TagStrings.Begin();
     m_Tags.BeginRows();
     m_IsTaken.assign(m_Items.size(), 0);
     m_Next = 0;
@@ -79,22 +77,23 @@ void ItemList::CollectTags(std::string const& tagString)
     SCollected& collected = m_Collected.back();
     char const* const kindTag = collected.kind->tag;
     Slot const before = collected.before;
-    if (before != kNoSlot && m_Items[before].areTagsCollected
-        && m_TagStrings.Has(before, tagString))
+    bool const isSame = before != kNoSlot && m_Items[before].areTagsCollected
+                        && m_TagStrings.Get().Has(before, tagString);
+    if (isSame)
         m_Tags.KeepRow(before);
     else
         m_Tags.AddRow(tagString, kindTag);
-    m_NewTagStrings.Append(tagString);
+    m_TagStrings.Collect(tagString, isSame, before);
     collected.item.isRegistered = !tagString.empty() || *kindTag;
     collected.item.areTagsCollected = true;
 }
 
 void ItemList::CollectName(std::string const& name)
 {
-    SCollected& collected = m_Collected[m_NewNames.GetCount()];
-    collected.keepsName =
-        collected.before != kNoSlot && HasNames() && m_Names.Has(collected.before, name);
-    m_NewNames.Append(name);
+    SCollected& collected = m_Collected[m_Names.GetCollectedCount()];
+    Slot const before = collected.before;
+    collected.keepsName = before != kNoSlot && HasNames() && m_Names.Get().Has(before, name);
+    m_Names.Collect(name, collected.keepsName, before);
 }
 
 std::size_t ItemList::GetCollectedCount() const
@@ -128,11 +127,11 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
     std::vector<Slot> order(m_Collected.size());
     std::iota(order.begin(), order.end(), Slot(0));
     // The tags of the last item may be missing.
-    if (m_NewTagStrings.GetCount() < m_Collected.size()) {
-        m_NewTagStrings.Append(std::string());
+    if (m_TagStrings.GetCollectedCount() < m_Collected.size()) {
+        m_TagStrings.Collect(std::string(), false, kNoSlot);
         m_Tags.AddRow(std::string(), "");
     }
-    m_NewNames.Clear();
+    m_Names.Clear();
     m_SearchNames.Clear();
     return Take(order);
 }
@@ -145,7 +144,7 @@ bool ItemList::IsOrderKept() const
 }
 
 /// Items that have kept their name are in order already, unless equal names changed places.
-std::vector<ItemList::Slot> ItemList::OrderByName() const
+std::vector<ItemList::Slot> ItemList::OrderByName()
 {
     std::vector<Slot> slotsNow(m_Items.size(), kNoSlot);
     std::vector<Slot> moved;
@@ -162,16 +161,14 @@ std::vector<ItemList::Slot> ItemList::OrderByName() const
         if (slotsNow[before] != kNoSlot)
             kept.push_back(slotsNow[before]);
     }
-    return MergeByName(m_NewNames, kept, moved);
+    return MergeByName(m_Names.GetCollected(), kept, moved);
 }
 
 /// `order` gives for each row the slot of its item.
 std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 {
-    m_Names.Swap(m_NewNames);
-    m_NewNames = TextBlock();
-    m_TagStrings.Swap(m_NewTagStrings);
-    m_NewTagStrings = TextBlock();
+    m_Names.Commit();
+    m_TagStrings.Commit();
     m_Tags.EndRows();
     m_Items.resize(order.size());
     m_Rows.resize(order.size());
@@ -196,7 +193,7 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 void ItemList::TakeSearchNames(std::vector<Slot> const& order)
 {
     TextBlock names;
-    names.Reserve(order.size(), std::max(m_SearchNames.GetBytes(), m_NewNames.GetBytes()));
+    names.Reserve(order.size(), m_Names.GetCollected().GetBytes());
     for (std::size_t row = 0; row < order.size();) {
         SCollected const& first = m_Collected[order[row]];
         // Rows that stood side by side before are copied at once.
@@ -207,7 +204,7 @@ void ItemList::TakeSearchNames(std::vector<Slot> const& order)
         if (count > 0)
             names.Append(m_SearchNames, first.place, count);
         else
-            AppendSearchName(names, m_NewNames.Get(order[row]));
+            AppendSearchName(names, m_Names.GetCollected().Get(order[row]));
         row += std::max<std::size_t>(count, 1);
     }
     m_SearchNames.Swap(names);
@@ -288,7 +285,7 @@ void ItemList::FillRegistry(std::map<ItemID, std::set<std::string>>& itemToTags,
         // the slot before, whose tags go on listing the item.
         auto const entry =
             itemToTags.insert(itemToTags.end(), std::make_pair(item.id, std::set<std::string>()));
-        if (m_TagStrings.GetLength(slot) > 0)
+        if (m_TagStrings.Get().GetLength(slot) > 0)
             entry->second.clear();
         auto const numbers = m_Tags.GetNumbers(slot);
         for (auto number = numbers.first; number != numbers.second; ++number) {
@@ -308,7 +305,7 @@ std::size_t ItemList::GetCount() const
 
 bool ItemList::HasNames() const
 {
-    return m_Names.GetCount() == m_Items.size();
+    return m_Names.Get().GetCount() == m_Items.size();
 }
 
 bool ItemList::IsRegistryCurrent() const

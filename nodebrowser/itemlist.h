@@ -132,7 +132,7 @@ private:
     Slot FindUntaken(tarno::datamodel::ItemID const& id) const;
 
     bool IsOrderKept() const;
-    std::vector<Slot> OrderByName() const;
+    std::vector<Slot> OrderByName();
     std::vector<Row> Take(std::vector<Slot> const& order);
     void TakeSearchNames(std::vector<Slot> const& order);
     static void AppendSearchName(TextBlock& names, char const* name);
@@ -159,10 +159,10 @@ private:
     std::vector<SItem> m_Items;
     std::vector<Row> m_Rows;
     /// Empty for an unfinished list.
-    TextBlock m_Names;
+    CollectedTexts m_Names;
     TagIndex m_Tags;
     /// The tag strings that were collected.
-    TextBlock m_TagStrings;
+    CollectedTexts m_TagStrings;
 
     // By row.
     std::vector<Slot> m_Slots;
@@ -172,10 +172,8 @@ private:
     /// Slots by identifier, then in their order; empty until an item is looked for.
     mutable std::vector<Slot> m_SlotsByID;
 
-    // By slot, while the list is made anew. The tags collected are in m_Tags already.
+    // By slot, while the list is made anew.
     std::vector<SCollected> m_Collected;
-    TextBlock m_NewNames;
-    TextBlock m_NewTagStrings;
     /// Slots whose items were expected.
     std::vector<char> m_IsTaken;
     /// The slot of the item that was expected last, and of the one that probably comes next.

@@ -249,9 +249,6 @@ CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
     ItemID const id = AskItemID(accessor);
     ItemList::Row const place = list.Expect(id);
     if (place == items.size()) {
-        // Items are costly to move, because pixmaps can only be copied.
-        if (items.size() == items.capacity())
-            items.reserve(4 * items.size() + 1);
         items.push_back(Item(this, accessor, ItemID()));
     } else {
         items[place].m_Browser = this;

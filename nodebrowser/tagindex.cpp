@@ -39,11 +39,38 @@ bool Contains(std::string const& text, std::string const& word)
 void TagIndex::BeginRows()
 {
     m_NewRows = SRows();
-    m_NewRows.rows.reserve(m_Rows.rows.size());
-    m_NewRows.numbers.reserve(m_Rows.numbers.size() - m_Unused);
+    m_KeptCount = 0;
+    m_AreKept = true;
 }
 
 void TagIndex::KeepRow(std::size_t before)
+{
+    if (m_AreKept && before == m_KeptCount) {
+        ++m_KeptCount;
+        return;
+    }
+    StopKeeping();
+    AppendKept(before);
+}
+
+void TagIndex::AddRow(std::string const& tagString, char const* kindTag)
+{
+    StopKeeping();
+    m_NewRows.rows.push_back(Append(tagString, kindTag, m_NewRows.numbers));
+}
+
+void TagIndex::StopKeeping()
+{
+    if (!m_AreKept)
+        return;
+    m_AreKept = false;
+    m_NewRows.rows.reserve(m_Rows.rows.size());
+    m_NewRows.numbers.reserve(m_Rows.numbers.size() - m_Unused);
+    for (std::size_t row = 0; row < m_KeptCount; ++row)
+        AppendKept(row);
+}
+
+void TagIndex::AppendKept(std::size_t before)
 {
     auto const numbers = GetNumbers(before);
     m_NewRows.rows.push_back(
@@ -51,21 +78,23 @@ void TagIndex::KeepRow(std::size_t before)
     m_NewRows.numbers.insert(m_NewRows.numbers.end(), numbers.first, numbers.second);
 }
 
-void TagIndex::AddRow(std::string const& tagString, char const* kindTag)
-{
-    m_NewRows.rows.push_back(Append(tagString, kindTag, m_NewRows.numbers));
-}
-
 void TagIndex::EndRows()
 {
-    m_Rows = std::move(m_NewRows);
-    m_NewRows = SRows();
-    m_Unused = 0;
+    if (m_KeptCount < m_Rows.rows.size())
+        StopKeeping();
+    if (!m_AreKept) {
+        m_Rows = std::move(m_NewRows);
+        m_Unused = 0;
+    }
+    BeginRows();
     PackIfWasteful();
 }
 
 void TagIndex::SetTags(std::size_t row, std::string const& tagString, char const* kindTag)
 {
+    // The rows that were kept have the tags from before.
+    if (m_KeptCount > 0)
+        StopKeeping();
     m_Unused += m_Rows.rows[row].count;
     m_Rows.rows[row] = Append(tagString, kindTag, m_Rows.numbers);
     // The new rows have numbers as they are.

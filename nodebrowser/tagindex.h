@@ -61,11 +61,17 @@ private:
     SRow Append(std::string const& tagString, char const* kindTag, std::vector<Number>& numbers);
     void AppendPart(std::string const& part, std::vector<Number>& numbers);
     Number GetNumber(std::string const& part);
+    void StopKeeping();
+    void AppendKept(std::size_t before);
     void PackIfWasteful();
     void Pack();
 
     SRows m_Rows;
     SRows m_NewRows;
+    /// So many of the rows from before were kept where they are, all so far; the new rows are
+    /// empty then.
+    std::size_t m_KeptCount = 0;
+    bool m_AreKept = true;
     /// Entries of m_Rows.numbers that no row uses any more.
     std::size_t m_Unused = 0;
     std::vector<std::string> m_Tags;

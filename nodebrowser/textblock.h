@@ -149,6 +149,80 @@ private:
     std::vector<std::size_t> m_Begins;
 };
 
+/// Texts that are collected anew from time to time. As long as they come as they were, nothing is
+/// copied.
+class CollectedTexts
+{
+public:
+    TextBlock const& Get() const
+    {
+        return m_Texts;
+    }
+
+    void Begin()
+    {
+        m_NewTexts = TextBlock();
+        m_KeptCount = 0;
+        m_AreKept = true;
+    }
+
+    /// The next text; `isSame` if it is that of entry `before`.
+    void Collect(std::string const& text, bool isSame, std::size_t before)
+    {
+        if (m_AreKept && isSame && before == m_KeptCount) {
+            ++m_KeptCount;
+            return;
+        }
+        StopKeeping();
+        m_NewTexts.Append(text);
+    }
+
+    std::size_t GetCollectedCount() const
+    {
+        return m_AreKept ? m_KeptCount : m_NewTexts.GetCount();
+    }
+
+    /// All that were collected.
+    TextBlock const& GetCollected()
+    {
+        if (m_KeptCount < m_Texts.GetCount())
+            StopKeeping();
+        return m_AreKept ? m_Texts : m_NewTexts;
+    }
+
+    void Commit()
+    {
+        GetCollected();
+        if (!m_AreKept)
+            m_Texts.Swap(m_NewTexts);
+        m_NewTexts = TextBlock();
+    }
+
+    void Clear()
+    {
+        Begin();
+        m_Texts.Clear();
+    }
+
+private:
+    void StopKeeping()
+    {
+        if (!m_AreKept)
+            return;
+        m_AreKept = false;
+        m_NewTexts.Reserve(m_Texts.GetCount(), m_Texts.GetBytes());
+        if (m_KeptCount > 0)
+            m_NewTexts.Append(m_Texts, 0, m_KeptCount);
+    }
+
+    TextBlock m_Texts;
+    TextBlock m_NewTexts;
+    /// So many were collected as they were.
+    std::size_t m_KeptCount = 0;
+    /// All of them so far; the new texts are empty then.
+    bool m_AreKept = true;
+};
+
 } // namespace nodebrowser
 
 #endif
