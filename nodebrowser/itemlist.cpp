@@ -32,8 +32,7 @@ void ItemList::BeginCollecting()
     m_Collected.clear();
     m_Collected.reserve(m_Items.size());
     m_Names.Begin();
-    m_TagStrings.Begin();
-    m_Tags.BeginRows();
+    m_Tags.BeginCollecting();
     m_IsTaken.assign(m_Items.size(), 0);
     m_Next = 0;
     m_NewCount = 0;
@@ -69,23 +68,14 @@ void ItemList::Collect(ItemID const& id, SItemKind const& kind)
     Row const place = isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected];
     m_NewCount += isNew;
     m_IsShifted = m_IsShifted || m_Expected != m_Collected.size();
-    m_Collected.push_back(SCollected{SItem{id, false, false}, &kind, m_Expected, place, false});
+    m_Collected.push_back(SCollected{SItem{id, false}, &kind, m_Expected, place, false});
 }
 
 void ItemList::CollectTags(std::string const& tagString)
 {
     SCollected& collected = m_Collected.back();
-    char const* const kindTag = collected.kind->tag;
-    Slot const before = collected.before;
-    bool const isSame = before != kNoSlot && m_Items[before].areTagsCollected
-                        && m_TagStrings.Get().Has(before, tagString);
-    if (isSame)
-        m_Tags.KeepRow(before);
-    else
-        m_Tags.AddRow(tagString, kindTag);
-    m_TagStrings.Collect(tagString, isSame, before);
-    collected.item.isRegistered = !tagString.empty() || *kindTag;
-    collected.item.areTagsCollected = true;
+    m_Tags.Collect(tagString, collected.kind->tag, collected.before);
+    collected.item.isRegistered = !tagString.empty() || *collected.kind->tag;
 }
 
 void ItemList::CollectName(std::string const& name)
@@ -127,10 +117,8 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
     std::vector<Slot> order(m_Collected.size());
     std::iota(order.begin(), order.end(), Slot(0));
     // The tags of the last item may be missing.
-    if (m_TagStrings.GetCollectedCount() < m_Collected.size()) {
-        m_TagStrings.Collect(std::string(), false, kNoSlot);
-        m_Tags.AddRow(std::string(), "");
-    }
+    if (m_Tags.GetCollectedCount() < m_Collected.size())
+        m_Tags.CollectUnknown();
     m_Names.Clear();
     m_SearchNames.Clear();
     return Take(order);
@@ -168,8 +156,7 @@ std::vector<ItemList::Slot> ItemList::OrderByName()
 std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 {
     m_Names.Commit();
-    m_TagStrings.Commit();
-    m_Tags.EndRows();
+    m_Tags.Commit();
     m_Items.resize(order.size());
     m_Rows.resize(order.size());
     m_Kinds.resize(order.size());
@@ -285,7 +272,7 @@ void ItemList::FillRegistry(std::map<ItemID, std::set<std::string>>& itemToTags,
         // the slot before, whose tags go on listing the item.
         auto const entry =
             itemToTags.insert(itemToTags.end(), std::make_pair(item.id, std::set<std::string>()));
-        if (m_TagStrings.Get().GetLength(slot) > 0)
+        if (m_Tags.HasText(slot))
             entry->second.clear();
         auto const numbers = m_Tags.GetNumbers(slot);
         for (auto number = numbers.first; number != numbers.second; ++number) {
@@ -364,7 +351,6 @@ void ItemList::SetTagsOfSlots(ItemID const& id, std::string const& tagString, ch
     for (auto slot = slots.first; slot != slots.second; ++slot) {
         m_Tags.SetTags(*slot, tagString, kindTag);
         m_Items[*slot].isRegistered = !tagString.empty() || *kindTag;
-        m_Items[*slot].areTagsCollected = false;
     }
     ForgetSearch();
 }

@@ -111,9 +111,6 @@ private:
         tarno::datamodel::ItemID id;
         /// Has an entry in the registry.
         bool isRegistered;
-        /// The tags are those that were collected. Not so when a notification told of others, or
-        /// the host failed to tell.
-        bool areTagsCollected;
     };
 
     struct SCollected
@@ -161,8 +158,6 @@ private:
     /// Empty for an unfinished list.
     CollectedTexts m_Names;
     TagIndex m_Tags;
-    /// The tag strings that were collected.
-    CollectedTexts m_TagStrings;
 
     // By row.
     std::vector<Slot> m_Slots;

@@ -36,70 +36,77 @@ bool Contains(std::string const& text, std::string const& word)
 
 } // namespace
 
-void TagIndex::BeginRows()
+void TagIndex::BeginCollecting()
 {
+    m_Texts.Begin();
     m_NewRows = SRows();
-    m_KeptCount = 0;
-    m_AreKept = true;
 }
 
-void TagIndex::KeepRow(std::size_t before)
+void TagIndex::Collect(std::string const& tagString, char const* kindTag, std::size_t before)
 {
-    if (m_AreKept && before == m_KeptCount) {
-        ++m_KeptCount;
+    bool const isSame = before < m_Rows.rows.size() && m_Rows.rows[before].isCollected
+                        && m_Texts.Get().Has(before, tagString);
+    std::size_t const row = m_Texts.GetCollectedCount();
+    m_Texts.Collect(tagString, isSame, before);
+    if (m_Texts.AreKept())
         return;
-    }
-    StopKeeping();
-    AppendKept(before);
+    AppendKept(row);
+    if (isSame)
+        AppendRow(before);
+    else
+        m_NewRows.rows.push_back(Append(tagString, kindTag, m_NewRows.numbers));
 }
 
-void TagIndex::AddRow(std::string const& tagString, char const* kindTag)
+void TagIndex::CollectUnknown()
 {
-    StopKeeping();
-    m_NewRows.rows.push_back(Append(tagString, kindTag, m_NewRows.numbers));
+    Collect(std::string(), "", m_Rows.rows.size());
+    m_NewRows.rows.back().isCollected = false;
 }
 
-void TagIndex::StopKeeping()
+std::size_t TagIndex::GetCollectedCount() const
 {
-    if (!m_AreKept)
-        return;
-    m_AreKept = false;
-    m_NewRows.rows.reserve(m_Rows.rows.size());
-    m_NewRows.numbers.reserve(m_Rows.numbers.size() - m_Unused);
-    for (std::size_t row = 0; row < m_KeptCount; ++row)
-        AppendKept(row);
+    return m_Texts.GetCollectedCount();
 }
 
-void TagIndex::AppendKept(std::size_t before)
+void TagIndex::Commit()
 {
-    auto const numbers = GetNumbers(before);
-    m_NewRows.rows.push_back(
-        SRow{static_cast<Number>(m_NewRows.numbers.size()), m_Rows.rows[before].count});
-    m_NewRows.numbers.insert(m_NewRows.numbers.end(), numbers.first, numbers.second);
-}
-
-void TagIndex::EndRows()
-{
-    if (m_KeptCount < m_Rows.rows.size())
-        StopKeeping();
-    if (!m_AreKept) {
+    std::size_t const count = m_Texts.GetCollectedCount();
+    if (count != m_Rows.rows.size() || !m_Texts.AreKept() || !m_NewRows.rows.empty()) {
+        AppendKept(count);
         m_Rows = std::move(m_NewRows);
         m_Unused = 0;
     }
-    BeginRows();
+    m_Texts.Commit();
+    BeginCollecting();
     PackIfWasteful();
 }
 
 void TagIndex::SetTags(std::size_t row, std::string const& tagString, char const* kindTag)
 {
-    // The rows that were kept have the tags from before.
-    if (m_KeptCount > 0)
-        StopKeeping();
+    // What was collected stays what it was.
+    AppendKept(m_Texts.GetCollectedCount());
     m_Unused += m_Rows.rows[row].count;
     m_Rows.rows[row] = Append(tagString, kindTag, m_Rows.numbers);
+    m_Rows.rows[row].isCollected = false;
     // The new rows have numbers as they are.
     if (m_NewRows.rows.empty())
         PackIfWasteful();
+}
+
+/// Rows that are kept in place are copied when there is a need to: those before `end`.
+void TagIndex::AppendKept(std::size_t end)
+{
+    while (m_NewRows.rows.size() < end)
+        AppendRow(m_NewRows.rows.size());
+}
+
+void TagIndex::AppendRow(std::size_t before)
+{
+    auto const numbers = GetNumbers(before);
+    SRow row = m_Rows.rows[before];
+    row.begin = static_cast<Number>(m_NewRows.numbers.size());
+    m_NewRows.rows.push_back(row);
+    m_NewRows.numbers.insert(m_NewRows.numbers.end(), numbers.first, numbers.second);
 }
 
 TagIndex::SRow TagIndex::Append(std::string const& tagString, char const* kindTag,
@@ -117,7 +124,7 @@ TagIndex::SRow TagIndex::Append(std::string const& tagString, char const* kindTa
     }
     if (m_KindNumber != kNoTag)
         numbers.push_back(m_KindNumber);
-    return SRow{first, static_cast<Number>(numbers.size()) - first};
+    return SRow{first, static_cast<Number>(numbers.size()) - first, true};
 }
 
 void TagIndex::AppendPart(std::string const& part, std::vector<Number>& numbers)
@@ -164,10 +171,16 @@ void TagIndex::Pack()
         auto const numbers = GetNumbers(row);
         for (Number const* number = numbers.first; number != numbers.second; ++number)
             packed.AppendPart(m_Tags[*number], packedNumbers);
-        packed.m_Rows.rows.push_back(
-            SRow{first, static_cast<Number>(packedNumbers.size()) - first});
+        packed.m_Rows.rows.push_back(SRow{first, static_cast<Number>(packedNumbers.size()) - first,
+                                          m_Rows.rows[row].isCollected});
     }
+    packed.m_Texts = std::move(m_Texts);
     *this = std::move(packed);
+}
+
+bool TagIndex::HasText(std::size_t row) const
+{
+    return m_Texts.Get().GetLength(row) > 0;
 }
 
 std::pair<TagIndex::Number const*, TagIndex::Number const*>

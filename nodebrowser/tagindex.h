@@ -1,6 +1,8 @@
 #ifndef NODEBROWSER_TAGINDEX_H
 #define NODEBROWSER_TAGINDEX_H
 
+#include "textblock.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <set>
@@ -18,15 +20,22 @@ class TagIndex
 public:
     typedef std::uint32_t Number;
 
-    // Making the rows anew, in their order: each as it was or with a tag string of the host and
-    // the tag of its kind, a literal; both may be empty. The rows from before stay until EndRows.
-    void BeginRows();
-    void KeepRow(std::size_t before);
-    void AddRow(std::string const& tagString, char const* kindTag);
-    void EndRows();
+    // Making the rows anew, in their order. The rows from before stay until Commit.
 
+    void BeginCollecting();
+    /// The next row by its tag string and the tag of its kind, a literal; both may be empty. Row
+    /// `before` probably had the same; it need not exist.
+    void Collect(std::string const& tagString, char const* kindTag, std::size_t before);
+    /// The next row's tags are not known.
+    void CollectUnknown();
+    std::size_t GetCollectedCount() const;
+    void Commit();
+
+    /// What was told outside of collecting.
     void SetTags(std::size_t row, std::string const& tagString, char const* kindTag);
 
+    /// The row had a tag string when it was collected.
+    bool HasText(std::size_t row) const;
     /// The numbers of a row's tags; a tag may come twice.
     std::pair<Number const*, Number const*> GetNumbers(std::size_t row) const;
     std::string const& GetTag(Number number) const;
@@ -48,6 +57,8 @@ private:
     {
         Number begin;
         Number count;
+        /// They are those of the text that was collected.
+        bool isCollected;
     };
 
     struct SRows
@@ -60,18 +71,17 @@ private:
 
     SRow Append(std::string const& tagString, char const* kindTag, std::vector<Number>& numbers);
     void AppendPart(std::string const& part, std::vector<Number>& numbers);
+    void AppendKept(std::size_t end);
+    void AppendRow(std::size_t before);
     Number GetNumber(std::string const& part);
-    void StopKeeping();
-    void AppendKept(std::size_t before);
     void PackIfWasteful();
     void Pack();
 
+    /// The tag strings.
+    CollectedTexts m_Texts;
     SRows m_Rows;
+    /// While rows are made anew. Behind those that it has, rows were kept in place.
     SRows m_NewRows;
-    /// So many of the rows from before were kept where they are, all so far; the new rows are
-    /// empty then.
-    std::size_t m_KeptCount = 0;
-    bool m_AreKept = true;
     /// Entries of m_Rows.numbers that no row uses any more.
     std::size_t m_Unused = 0;
     std::vector<std::string> m_Tags;

@@ -177,6 +177,12 @@ public:
         m_NewTexts.Append(text);
     }
 
+    /// All texts collected so far are what they were, and where.
+    bool AreKept() const
+    {
+        return m_AreKept;
+    }
+
     std::size_t GetCollectedCount() const
     {
         return m_AreKept ? m_KeptCount : m_NewTexts.GetCount();
