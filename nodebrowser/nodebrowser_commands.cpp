@@ -1,6 +1,5 @@
-#include "nodebrowser.h"
+#include "nodebrowser_p.h"
 
-#include "contextmenu.h"
 #include "hostservices.h"
 #include "renamedialog.h"
 #include "stringutils.h"

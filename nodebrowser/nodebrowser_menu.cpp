@@ -1,6 +1,5 @@
 #include "nodebrowser_p.h"
 
-#include "contextmenu.h"
 #include "hostservices.h"
 #include "qtcompat.h"
 #include "textencoding.h"
