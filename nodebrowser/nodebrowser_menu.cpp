@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -218,10 +219,21 @@ CNodeBrowser::ContextMenu* CNodeBrowser::ChosenMenu() const
 
 ItemAccessor CNodeBrowser::FindMenuItem(ContextMenu const& menu) const
 {
-    unsigned long const row = m_Private->list.Find(menu.m_ItemID);
-    if (row >= m_Items.size() || !IsShown(menu.m_ItemLibrary))
+    if (!IsShown(menu.m_ItemLibrary))
         return ItemAccessor();
-    // A copy: when the host is asked, it may have the list rebuilt or delete the panel.
-    ItemAccessor const item = m_Items[row].m_Accessor;
-    return item.Revalidate() && item.GetItemID() == menu.m_ItemID ? item : ItemAccessor();
+    // Copies: when the host is asked, it may have the list rebuilt or delete the panel.
+    std::vector<ItemAccessor> candidates;
+    unsigned long const row = m_Private->list.Find(menu.m_ItemID);
+    if (m_Private->list.GetCount() != m_Items.size()) {
+        // A subclass has changed the items since they were listed.
+        for (Item const& item : m_Items)
+            candidates.push_back(item.m_Accessor);
+    } else if (row < m_Items.size()) {
+        candidates.push_back(m_Items[row].m_Accessor);
+    }
+    auto const found =
+        std::find_if(candidates.begin(), candidates.end(), [&](ItemAccessor const& item) {
+            return item.Revalidate() && item.GetItemID() == menu.m_ItemID;
+        });
+    return found == candidates.end() ? ItemAccessor() : *found;
 }

@@ -114,6 +114,17 @@ private Q_SLOTS:
             QMetaObject::invokeMethod(m_Browser.get(), command);
         }
     }
+
+    /// A subclass may change the items without a word.
+    void findsTheItemWhereverItStands()
+    {
+        ChooseInContextMenu("Show Files", [this] {
+            m_Host->TakeCalls();
+            m_Browser->m_Items.erase(m_Browser->m_Items.begin());
+        });
+        QCOMPARE(m_Host->TakeCalls(), QStringList(QString("ShowFiles %1 false").arg(kGlowUid)));
+    }
+
     void survivesEveryCallOfTheHost_data()
     {
         AddColumns<QString>("scenario");
