@@ -1,7 +1,6 @@
 #include "itemlist.h"
 
 #include "itemtagsregistry.h"
-#include "nameorder.h"
 #include "stringutils.h"
 
 #include <algorithm>
@@ -149,7 +148,7 @@ std::vector<ItemList::Slot> ItemList::OrderByName()
         if (slotsNow[before] != kNoSlot)
             kept.push_back(slotsNow[before]);
     }
-    return MergeByName(m_Names.GetCollected(), kept, moved);
+    return MergeByText(m_Names.GetCollected(), kept, moved);
 }
 
 /// `order` gives for each row the slot of its item.

@@ -40,7 +40,7 @@ public:
     struct SMatch
     {
         Row row;
-        unsigned long score;
+        std::uint32_t score;
     };
 
     /// The form in which names are searched: lower case, 8-bit.
@@ -180,9 +180,9 @@ private:
     /// Not each item keeps its slot.
     bool m_IsShifted;
 
-    /// The last search and the rows that it found; no words when there is none to build on.
+    /// The last search and what it found; no words when there is none to build on.
     std::set<std::string> m_LastWords;
-    std::vector<Row> m_LastMatches;
+    std::vector<SMatch> m_LastMatches;
 };
 
 } // namespace nodebrowser

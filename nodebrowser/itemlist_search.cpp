@@ -26,16 +26,16 @@ char ToLowerAscii(char character)
 
 /// `hasTag(number)` tells whether a tag contains the word of that number.
 template <class HasTag>
-unsigned long ScoreItem(std::set<std::string> const& words, std::string_view name, HasTag hasTag)
+std::uint32_t ScoreItem(std::set<std::string> const& words, std::string_view name, HasTag hasTag)
 {
-    unsigned long score = ItemList::kNoMatch;
-    std::size_t number = 0;
+    std::uint32_t score = ItemList::kNoMatch;
+    std::uint32_t number = 0;
     for (std::string const& word : words) {
         std::size_t const found = name.find(word);
         if (found == 0)
             return number;
         if (found != std::string_view::npos)
-            score = number + words.size();
+            score = number + static_cast<std::uint32_t>(words.size());
         else if (score == ItemList::kNoMatch && hasTag(number))
             score = ItemList::kTagMatch;
         ++number;
@@ -84,17 +84,18 @@ std::vector<ItemList::SMatch> ItemList::Search(std::set<std::string> const& word
         SearchAll(words, tagMatches, matches);
 
     m_LastWords = words;
-    m_LastMatches.resize(matches.size());
-    std::transform(matches.begin(), matches.end(), m_LastMatches.begin(),
-                   [](SMatch const& match) { return match.row; });
+    m_LastMatches = matches;
     return matches;
 }
 
 /// Whether only rows that the last search found can match: each word contains one of the last.
 bool ItemList::IsNarrower(std::set<std::string> const& words) const
 {
-    // A sweep over all names is faster than looking at most of them one by one.
-    if (m_LastWords.empty() || m_LastMatches.size() > m_Rows.size() / 2)
+    // A sweep over all names is faster than looking at many of them one by one.
+    if (m_LastWords.empty() || m_LastMatches.size() > m_Rows.size() / 8)
+        return false;
+    // With so many words, scores of names reach that of tags.
+    if (m_LastWords.size() > kTagMatch / 2)
         return false;
     return std::all_of(words.begin(), words.end(), [&](std::string const& word) {
         return std::any_of(m_LastWords.begin(), m_LastWords.end(), [&](std::string const& last) {
@@ -106,11 +107,14 @@ bool ItemList::IsNarrower(std::set<std::string> const& words) const
 void ItemList::SearchLastMatches(std::set<std::string> const& words, TagMatches const& tagMatches,
                                  std::vector<SMatch>& matches) const
 {
-    for (Row const row : m_LastMatches) {
-        unsigned long const score =
-            ScoreItem(words, m_SearchNames.GetView(row), [&](std::size_t number) {
-                return m_Tags.HasAny(m_Slots[row], tagMatches[number]);
-            });
+    for (SMatch const& last : m_LastMatches) {
+        Row const row = last.row;
+        // A name without any of the last words has none of these.
+        std::string_view const name =
+            last.score == kTagMatch ? std::string_view() : m_SearchNames.GetView(row);
+        std::uint32_t const score = ScoreItem(words, name, [&](std::size_t number) {
+            return m_Tags.HasAny(m_Slots[row], tagMatches[number]);
+        });
         if (score != kNoMatch)
             matches.push_back(SMatch{row, score});
     }

@@ -13,29 +13,22 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// A candidate for a row.
-struct SMatchingItem
-{
-    unsigned long index;
-    unsigned long score;
-};
-
-/// The positions of the matches, best score first, equal scores in their order. Scores are few
+/// The rows of the matches, best score first, equal scores in their order. Scores are few
 /// and small, so they are counted instead of compared.
-std::vector<unsigned long> OrderByScore(std::vector<SMatchingItem> const& matches)
+std::vector<unsigned long> OrderByScore(std::vector<ItemList::SMatch> const& matches)
 {
-    unsigned long highest = 0;
-    for (SMatchingItem const& match : matches)
+    std::uint32_t highest = 0;
+    for (ItemList::SMatch const& match : matches)
         highest = std::max(highest, match.score);
-    std::vector<std::size_t> places(highest + 2, 0);
-    for (SMatchingItem const& match : matches)
+    std::vector<std::size_t> places(std::size_t(highest) + 2, 0);
+    for (ItemList::SMatch const& match : matches)
         ++places[match.score + 1];
     for (std::size_t score = 1; score < places.size(); ++score)
         places[score] += places[score - 1];
 
     std::vector<unsigned long> ordered(matches.size());
-    for (SMatchingItem const& match : matches)
-        ordered[places[match.score]++] = match.index;
+    for (ItemList::SMatch const& match : matches)
+        ordered[places[match.score]++] = match.row;
     return ordered;
 }
 
@@ -90,11 +83,11 @@ std::vector<unsigned long> CNodeBrowser::MatchItems()
     // their tags.
     if (list.HasNames() && list.GetCount() == m_Items.size() && list.IsRegistryCurrent())
         return MatchList();
-    std::vector<SMatchingItem> matches;
-    for (unsigned long index = 0; index < m_Items.size(); ++index) {
+    std::vector<ItemList::SMatch> matches;
+    for (ItemList::Row row = 0; row < m_Items.size(); ++row) {
         unsigned long score = 0;
-        if (CompareToFilter(m_Items[index].m_Accessor, &score))
-            matches.push_back(SMatchingItem{index, score});
+        if (CompareToFilter(m_Items[row].m_Accessor, &score))
+            matches.push_back(ItemList::SMatch{row, static_cast<std::uint32_t>(score)});
     }
     return OrderByScore(matches);
 }
@@ -103,24 +96,24 @@ std::vector<unsigned long> CNodeBrowser::MatchItems()
 std::vector<unsigned long> CNodeBrowser::MatchList()
 {
     ItemList& list = m_Private->list;
-    auto const passes = [&](unsigned long row) {
-        return PassesKindFilter(list.GetKind(static_cast<ItemList::Row>(row)), m_ConfigType);
+    auto const passes = [&](ItemList::Row row) {
+        return PassesKindFilter(list.GetKind(row), m_ConfigType);
     };
     std::set<std::string> const words = GetSearchWords();
     if (words.empty()) {
         std::vector<unsigned long> rows;
         rows.reserve(list.GetCount());
-        for (unsigned long row = 0; row < list.GetCount(); ++row) {
+        for (ItemList::Row row = 0; row < list.GetCount(); ++row) {
             if (passes(row))
                 rows.push_back(row);
         }
         return rows;
     }
-    std::vector<SMatchingItem> matches;
-    for (ItemList::SMatch const& match : list.Search(words)) {
-        if (passes(match.row))
-            matches.push_back(SMatchingItem{match.row, match.score});
-    }
+    std::vector<ItemList::SMatch> matches = list.Search(words);
+    auto const end =
+        std::remove_if(matches.begin(), matches.end(),
+                       [&](ItemList::SMatch const& match) { return !passes(match.row); });
+    matches.erase(end, matches.end());
     return OrderByScore(matches);
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,15 +52,7 @@ public:
     }
 
     /// A stretch of another block, which is not empty.
-    void Append(TextBlock const& other, std::size_t first, std::size_t count)
-    {
-        std::size_t const begin = other.m_Begins[first];
-        std::size_t const last = first + count - 1;
-        std::size_t const end = other.m_Begins[last] + other.GetLength(last) + 1;
-        for (std::size_t entry = first; entry <= last; ++entry)
-            m_Begins.push_back(other.m_Begins[entry] - begin + m_Text.size());
-        m_Text.append(other.m_Text, begin, end - begin);
-    }
+    void Append(TextBlock const& other, std::size_t first, std::size_t count);
 
     void Swap(TextBlock& other)
     {
@@ -115,35 +108,7 @@ public:
     }
 
 private:
-    /// Places that are looked at in one step.
-    static constexpr std::size_t kStep = 64;
-
-    std::size_t Find(std::string const& word, std::size_t begin) const
-    {
-        std::size_t const reach = kStep + word.size() - 1;
-        std::string_view const text = m_Text;
-        for (; begin + reach <= text.size(); begin += kStep) {
-            if (!MayBegin(word, text.data() + begin))
-                continue;
-            std::size_t const found = text.substr(begin, reach).find(word);
-            if (found != std::string_view::npos)
-                return begin + found;
-        }
-        return text.find(word, begin);
-    }
-
-    /// Whether the word's first and last letter stand in the right distance from one of the places.
-    /// A compiler makes a few vector instructions of it, many times faster than a search.
-    static bool MayBegin(std::string const& word, char const* places)
-    {
-        char const first = word.front();
-        char const last = word.back();
-        char const* const ends = places + word.size() - 1;
-        unsigned char any = 0;
-        for (std::size_t place = 0; place < kStep; ++place)
-            any |= static_cast<unsigned char>((places[place] == first) & (ends[place] == last));
-        return any != 0;
-    }
+    std::size_t Find(std::string const& word, std::size_t begin) const;
 
     std::string m_Text;
     std::vector<std::size_t> m_Begins;
@@ -159,67 +124,19 @@ public:
         return m_Texts;
     }
 
-    void Begin()
-    {
-        m_NewTexts = TextBlock();
-        m_KeptCount = 0;
-        m_AreKept = true;
-    }
-
+    void Begin();
     /// The next text; `isSame` if it is that of entry `before`.
-    void Collect(std::string const& text, bool isSame, std::size_t before)
-    {
-        if (m_AreKept && isSame && before == m_KeptCount) {
-            ++m_KeptCount;
-            return;
-        }
-        StopKeeping();
-        m_NewTexts.Append(text);
-    }
-
+    void Collect(std::string const& text, bool isSame, std::size_t before);
+    std::size_t GetCollectedCount() const;
     /// All texts collected so far are what they were, and where.
-    bool AreKept() const
-    {
-        return m_AreKept;
-    }
-
-    std::size_t GetCollectedCount() const
-    {
-        return m_AreKept ? m_KeptCount : m_NewTexts.GetCount();
-    }
-
-    /// All that were collected.
-    TextBlock const& GetCollected()
-    {
-        if (m_KeptCount < m_Texts.GetCount())
-            StopKeeping();
-        return m_AreKept ? m_Texts : m_NewTexts;
-    }
-
-    void Commit()
-    {
-        GetCollected();
-        if (!m_AreKept)
-            m_Texts.Swap(m_NewTexts);
-        m_NewTexts = TextBlock();
-    }
-
-    void Clear()
-    {
-        Begin();
-        m_Texts.Clear();
-    }
+    bool AreKept() const;
+    /// Those that were collected, all of them by now.
+    TextBlock const& GetCollected();
+    void Commit();
+    void Clear();
 
 private:
-    void StopKeeping()
-    {
-        if (!m_AreKept)
-            return;
-        m_AreKept = false;
-        m_NewTexts.Reserve(m_Texts.GetCount(), m_Texts.GetBytes());
-        if (m_KeptCount > 0)
-            m_NewTexts.Append(m_Texts, 0, m_KeptCount);
-    }
+    void StopKeeping();
 
     TextBlock m_Texts;
     TextBlock m_NewTexts;
@@ -228,6 +145,12 @@ private:
     /// All of them so far; the new texts are empty then.
     bool m_AreKept = true;
 };
+
+/// Merges entries of the block into others that are in order already. The order is that of
+/// strcasecmp; texts that differ in nothing but case are in the order of the block.
+std::vector<std::uint32_t> MergeByText(TextBlock const& block,
+                                       std::vector<std::uint32_t> const& ordered,
+                                       std::vector<std::uint32_t> const& added);
 
 } // namespace nodebrowser
 
