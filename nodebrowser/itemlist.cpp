@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 using tarno::datamodel::ItemID;
 
@@ -81,7 +82,7 @@ void ItemList::CollectName(std::string const& name)
 {
     SCollected& collected = m_Collected[m_Names.GetCollectedCount()];
     Slot const before = collected.before;
-    collected.keepsName = before != kNoSlot && HasNames() && m_Names.Get().Has(before, name);
+    collected.keepsName = before != kNoSlot && HasNames() && m_Names.Get().GetView(before) == name;
     m_Names.Collect(name, collected.keepsName, before);
 }
 
@@ -118,8 +119,8 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
     // The tags of the last item may be missing.
     if (m_Tags.GetCollectedCount() < m_Collected.size())
         m_Tags.CollectUnknown();
-    m_Names.Clear();
-    m_SearchNames.Clear();
+    m_Names = CollectedTexts();
+    m_SearchNames = TextBlock();
     return Take(order);
 }
 
@@ -180,20 +181,13 @@ void ItemList::TakeSearchNames(std::vector<Slot> const& order)
 {
     TextBlock names;
     names.Reserve(order.size(), m_Names.GetCollected().GetBytes());
-    for (std::size_t row = 0; row < order.size();) {
-        SCollected const& first = m_Collected[order[row]];
-        // Rows that stood side by side before are copied at once.
-        std::size_t count = 0;
-        while (row + count < order.size() && m_Collected[order[row + count]].keepsName
-               && m_Collected[order[row + count]].place == first.place + count)
-            ++count;
-        if (count > 0)
-            names.Append(m_SearchNames, first.place, count);
+    for (Slot const slot : order) {
+        if (m_Collected[slot].keepsName)
+            names.Append(m_SearchNames.GetView(m_Collected[slot].place));
         else
-            AppendSearchName(names, m_Names.GetCollected().Get(order[row]));
-        row += std::max<std::size_t>(count, 1);
+            AppendSearchName(names, m_Names.GetCollected().Get(slot));
     }
-    m_SearchNames.Swap(names);
+    m_SearchNames = std::move(names);
 }
 
 /// Merges the identifiers of new items into those that stay.
@@ -201,6 +195,12 @@ void ItemList::TakeIDs()
 {
     if (!m_IsShifted)
         return;
+    // Sorted anew when it is needed, unless most of it stays.
+    if (m_SlotsByID.size() != m_IsTaken.size() || m_IsReordered
+        || m_NewCount > m_IsTaken.size() / 4) {
+        std::vector<Slot>().swap(m_SlotsByID);
+        return;
+    }
     std::vector<Slot> slotsNow(m_IsTaken.size(), kNoSlot);
     std::vector<Slot> added;
     for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
@@ -209,22 +209,18 @@ void ItemList::TakeIDs()
         else
             slotsNow[m_Collected[slot].before] = slot;
     }
-    // Sorted anew when it is needed, unless most of it stays.
-    if (m_SlotsByID.size() != slotsNow.size() || m_IsReordered
-        || added.size() > slotsNow.size() / 4) {
-        std::vector<Slot>().swap(m_SlotsByID);
-        return;
-    }
+    std::transform(m_SlotsByID.begin(), m_SlotsByID.end(), m_SlotsByID.begin(),
+                   [&](Slot before) { return slotsNow[before]; });
+    m_SlotsByID.erase(std::remove(m_SlotsByID.begin(), m_SlotsByID.end(), kNoSlot),
+                      m_SlotsByID.end());
     auto const isBefore = [this](Slot left, Slot right) {
         return IsBefore(left, right);
     };
     std::sort(added.begin(), added.end(), isBefore);
-    for (Slot& slot : m_SlotsByID)
-        slot = slotsNow[slot];
-    auto const kept = std::remove(m_SlotsByID.begin(), m_SlotsByID.end(), kNoSlot);
-    std::vector<Slot> slots(m_Collected.size());
-    std::merge(m_SlotsByID.begin(), kept, added.begin(), added.end(), slots.begin(), isBefore);
-    m_SlotsByID.swap(slots);
+    auto const kept = static_cast<std::ptrdiff_t>(m_SlotsByID.size());
+    m_SlotsByID.insert(m_SlotsByID.end(), added.begin(), added.end());
+    std::inplace_merge(m_SlotsByID.begin(), m_SlotsByID.begin() + kept, m_SlotsByID.end(),
+                       isBefore);
 }
 
 bool ItemList::IsBefore(Slot left, Slot right) const

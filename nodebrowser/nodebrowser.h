@@ -249,8 +249,6 @@ private:
     bool IsShown(tarno::datamodel::ItemLibraryAccessor const& library) const;
     class MenuCommand;
     class ItemCommand;
-    static qorm::QormHandle<qorm::IDbObject> FindObject(ItemCommand const& command,
-                                                        qorm::IRevisionControlUIHelper*& helper);
 
     // nodebrowser_notify.cpp
     void MarkItemListDirty();

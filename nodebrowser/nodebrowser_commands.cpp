@@ -55,6 +55,14 @@ public:
                && m_Browser->IsShown(m_ItemLibrary);
     }
 
+    /// The database object of the item, together with the service that knows it; invalid when
+    /// there is no such item, service or object.
+    qorm::QormHandle<qorm::IDbObject> FindObject(qorm::IRevisionControlUIHelper*& helper) const
+    {
+        helper = HasItem() ? FindRevisionControlHelper() : nullptr;
+        return helper ? FindDbObject(helper, m_ItemID) : qorm::QormHandle<qorm::IDbObject>();
+    }
+
     QPointer<CNodeBrowser> const m_Browser;
     ItemLibraryAccessor const m_ItemLibrary;
 
@@ -198,20 +206,11 @@ void CNodeBrowser::OnRenameItem()
 /// Does nothing: the menu shows the entry and never lets it be chosen.
 void CNodeBrowser::OnDeleteItem() {}
 
-/// The database object of the command's item, together with the service that knows it; invalid
-/// when there is no such item, service or object.
-qorm::QormHandle<qorm::IDbObject> CNodeBrowser::FindObject(ItemCommand const& command,
-                                                           qorm::IRevisionControlUIHelper*& helper)
-{
-    helper = command.HasItem() ? FindRevisionControlHelper() : nullptr;
-    return helper ? FindDbObject(helper, command.m_ItemID) : qorm::QormHandle<qorm::IDbObject>();
-}
-
 void CNodeBrowser::OnCheckOutItem()
 {
     ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
+    qorm::QormHandle<qorm::IDbObject> const object = command.FindObject(helper);
     bool isCheckedOut = false;
     if (object.IsValid())
         helper->CheckOut(object, isCheckedOut, true);
@@ -221,7 +220,7 @@ void CNodeBrowser::OnMakeItemWritable()
 {
     ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
+    qorm::QormHandle<qorm::IDbObject> const object = command.FindObject(helper);
     if (object.IsValid())
         helper->MakeWritable(object, true);
 }
@@ -230,7 +229,7 @@ void CNodeBrowser::OnShowItemFiles()
 {
     ItemCommand const command(this);
     qorm::IRevisionControlUIHelper* helper;
-    qorm::QormHandle<qorm::IDbObject> const object = FindObject(command, helper);
+    qorm::QormHandle<qorm::IDbObject> const object = command.FindObject(helper);
     if (object.IsValid())
         helper->ShowFiles(object, false);
 }

@@ -45,7 +45,7 @@ void TagIndex::BeginCollecting()
 void TagIndex::Collect(std::string const& tagString, char const* kindTag, std::size_t before)
 {
     bool const isSame = before < m_Rows.rows.size() && m_Rows.rows[before].isCollected
-                        && m_Texts.Get().Has(before, tagString);
+                        && m_Texts.Get().GetView(before) == tagString;
     std::size_t const row = m_Texts.GetCollectedCount();
     m_Texts.Collect(tagString, isSame, before);
     if (m_Texts.AreKept())

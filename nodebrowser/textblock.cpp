@@ -2,6 +2,7 @@
 
 #include <ctype.h>
 #include <strings.h>
+#include <utility>
 
 namespace nodebrowser {
 
@@ -40,59 +41,21 @@ struct SText
     }
 };
 
-class Sorter
+SText MakeText(TextBlock const& block, std::uint32_t entry)
 {
-public:
-    explicit Sorter(TextBlock const& block)
-        : m_Block(block)
-    {
-        for (int letter = 0; letter < 256; ++letter)
-            m_Lower[letter] = static_cast<unsigned char>(tolower(letter));
+    SText made = {0, block.Get(entry), entry};
+    char const* letter = made.text;
+    for (std::size_t count = 0; count < sizeof(made.prefix); ++count) {
+        unsigned char const lower =
+            static_cast<unsigned char>(tolower(static_cast<unsigned char>(*letter)));
+        made.prefix = made.prefix << 8 | lower;
+        if (*letter)
+            ++letter;
     }
-
-    SText Get(std::uint32_t entry) const
-    {
-        char const* const text = m_Block.Get(entry);
-        return SText{GetPrefix(text), text, entry};
-    }
-
-    std::vector<SText> Sort(std::vector<std::uint32_t> const& entries) const
-    {
-        std::vector<SText> sorted;
-        sorted.reserve(entries.size());
-        for (std::uint32_t const entry : entries)
-            sorted.push_back(Get(entry));
-        std::sort(sorted.begin(), sorted.end());
-        return sorted;
-    }
-
-private:
-    std::uint64_t GetPrefix(char const* text) const
-    {
-        std::uint64_t prefix = 0;
-        for (std::size_t letter = 0; letter < sizeof(prefix); ++letter) {
-            prefix = prefix << 8 | m_Lower[static_cast<unsigned char>(*text)];
-            if (*text)
-                ++text;
-        }
-        return prefix;
-    }
-
-    TextBlock const& m_Block;
-    unsigned char m_Lower[256];
-};
+    return made;
+}
 
 } // namespace
-
-void TextBlock::Append(TextBlock const& other, std::size_t first, std::size_t count)
-{
-    std::size_t const begin = other.m_Begins[first];
-    std::size_t const last = first + count - 1;
-    std::size_t const end = other.m_Begins[last] + other.GetLength(last) + 1;
-    for (std::size_t entry = first; entry <= last; ++entry)
-        m_Begins.push_back(other.m_Begins[entry] - begin + m_Text.size());
-    m_Text.append(other.m_Text, begin, end - begin);
-}
 
 std::size_t TextBlock::Find(std::string const& word, std::size_t begin) const
 {
@@ -146,14 +109,8 @@ void CollectedTexts::Commit()
 {
     GetCollected();
     if (!m_AreKept)
-        m_Texts.Swap(m_NewTexts);
+        m_Texts = std::move(m_NewTexts);
     Begin();
-}
-
-void CollectedTexts::Clear()
-{
-    Begin();
-    m_Texts.Clear();
 }
 
 void CollectedTexts::StopKeeping()
@@ -162,23 +119,28 @@ void CollectedTexts::StopKeeping()
         return;
     m_AreKept = false;
     m_NewTexts.Reserve(m_Texts.GetCount(), m_Texts.GetBytes());
-    if (m_KeptCount > 0)
-        m_NewTexts.Append(m_Texts, 0, m_KeptCount);
+    for (std::size_t entry = 0; entry < m_KeptCount; ++entry)
+        m_NewTexts.Append(m_Texts.GetView(entry));
 }
 
 std::vector<std::uint32_t> MergeByText(TextBlock const& block,
                                        std::vector<std::uint32_t> const& ordered,
                                        std::vector<std::uint32_t> const& added)
 {
-    Sorter const sorter(block);
+    std::vector<SText> texts;
+    texts.reserve(added.size());
+    for (std::uint32_t const entry : added)
+        texts.push_back(MakeText(block, entry));
+    std::sort(texts.begin(), texts.end());
+
     std::vector<std::uint32_t> all;
     all.reserve(ordered.size() + added.size());
     auto from = ordered.begin();
     // Few are added as a rule.
-    for (SText const& text : sorter.Sort(added)) {
+    for (SText const& text : texts) {
         auto const to = std::upper_bound(
             from, ordered.end(), text,
-            [&](SText const& left, std::uint32_t right) { return left < sorter.Get(right); });
+            [&](SText const& left, std::uint32_t right) { return left < MakeText(block, right); });
         all.insert(all.end(), from, to);
         all.push_back(text.entry);
         from = to;

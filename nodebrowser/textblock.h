@@ -15,12 +15,6 @@ namespace nodebrowser {
 class TextBlock
 {
 public:
-    void Clear()
-    {
-        m_Text.clear();
-        m_Begins.clear();
-    }
-
     void Reserve(std::size_t count, std::size_t bytes)
     {
         m_Begins.reserve(count);
@@ -28,36 +22,20 @@ public:
     }
 
     /// A text that contains a zero ends there for readers of zero-terminated texts.
-    void Append(char const* text, std::size_t length)
-    {
-        m_Begins.push_back(m_Text.size());
-        m_Text.append(text, length);
-        m_Text.push_back('\0');
-    }
-
-    /// Each byte of it as `change` gives it.
-    template <class Change>
-    void Append(std::string_view text, Change change)
+    void Append(std::string_view text)
     {
         m_Begins.push_back(m_Text.size());
         m_Text.append(text);
-        std::transform(m_Text.end() - static_cast<std::ptrdiff_t>(text.size()), m_Text.end(),
-                       m_Text.end() - static_cast<std::ptrdiff_t>(text.size()), change);
         m_Text.push_back('\0');
     }
 
-    void Append(std::string const& text)
+    /// Each byte of the text as `change` gives it.
+    template <class Change>
+    void Append(std::string_view text, Change change)
     {
-        Append(text.data(), text.size());
-    }
-
-    /// A stretch of another block, which is not empty.
-    void Append(TextBlock const& other, std::size_t first, std::size_t count);
-
-    void Swap(TextBlock& other)
-    {
-        m_Text.swap(other.m_Text);
-        m_Begins.swap(other.m_Begins);
+        Append(text);
+        auto const begin = m_Text.begin() + static_cast<std::ptrdiff_t>(m_Begins.back());
+        std::transform(begin, m_Text.end() - 1, begin, change);
     }
 
     std::size_t GetCount() const
@@ -85,11 +63,6 @@ public:
     std::string_view GetView(std::size_t entry) const
     {
         return std::string_view(Get(entry), GetLength(entry));
-    }
-
-    bool Has(std::size_t entry, std::string const& text) const
-    {
-        return GetView(entry) == text;
     }
 
     /// Calls `hit(entry, isAtStart)` once for each entry that contains the word, which is not
@@ -133,7 +106,6 @@ public:
     /// Those that were collected, all of them by now.
     TextBlock const& GetCollected();
     void Commit();
-    void Clear();
 
 private:
     void StopKeeping();
