@@ -2,25 +2,30 @@
 
 #include <textencoding.h>
 
+#include <QtAlgorithms>
+
 #include <algorithm>
 #include <array>
 #include <iterator>
 #include <locale>
+#include <utility>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace nodepalette {
 
 namespace {
 
-// The fields of a key, from the most important down: bits each.
-unsigned const kWordBits = 5;
+// Fields of a key, in bits; those that hold a number of words are as wide as it takes.
 unsigned const kFlagBits = 1;
 unsigned const kLengthBits = 7;
-static_assert(4 * kWordBits + 3 * kFlagBits + kLengthBits == NameRank::kKeyBits,
-              "the fields make up the key");
-static_assert(NameRank::kMaximumWords < (1U << kWordBits), "a field holds a number of words");
 
-/// Word starts beyond these have no bit.
-std::size_t const kMaximumStarts = 64;
+/// Bytes of a name that have a bit.
+std::size_t const kPlaceCount = 64;
+
+/// Bit n is for byte n of a name.
+typedef std::uint64_t Places;
 
 bool IsDigit(char character)
 {
@@ -54,25 +59,66 @@ bool IsWordStart(char before, char character, char after)
     return IsUpper(character) && (IsLower(before) || IsLower(after));
 }
 
-bool Occurs(std::string_view name, std::size_t place, std::string_view word)
+bool BeginsWith(std::string_view name, std::string const& text)
 {
-    return name[place] == word[0] && name.substr(place, word.size()) == word;
+    return name.substr(0, text.size()) == text;
 }
 
-/// The first place of the word that begins a word of the name, if there is one; otherwise its
-/// first place at all, npos for none.
-std::size_t FindWord(SSearchName const& name, std::string const& word, std::uint64_t letters,
-                     bool& isStart)
+/// Bits 0 to 35 are for one character each.
+unsigned LetterBit(char character)
 {
-    isStart = false;
-    if (letters & ~name.letters)
-        return std::string_view::npos;
-    std::size_t const first = name.text.find(word);
-    std::size_t place = first;
-    while (place < kMaximumStarts && !(name.wordStarts >> place & 1))
-        place = name.text.find(word, place + 1);
-    isStart = place < kMaximumStarts;
-    return isStart ? place : first;
+    if (character >= 'a' && character <= 'z')
+        return static_cast<unsigned>(character - 'a');
+    if (IsDigit(character))
+        return 26 + static_cast<unsigned>(character - '0');
+    return 36 + static_cast<unsigned char>(character) % 28;
+}
+
+LetterMask MaskOf(char character)
+{
+    return LetterMask(1) << LetterBit(character);
+}
+
+Places FindCharacter(std::string_view name, char character)
+{
+    std::size_t const length = std::min(name.size(), kPlaceCount);
+    Places places = 0;
+#ifdef __SSE2__
+    __m128i const pattern = _mm_set1_epi8(character);
+    for (std::size_t begin = 0; begin < length; begin += SSearchName::kBlockSize) {
+        __m128i const block =
+            _mm_loadu_si128(reinterpret_cast<__m128i const*>(name.data() + begin));
+        int const equal = _mm_movemask_epi8(_mm_cmpeq_epi8(block, pattern));
+        places |= static_cast<Places>(equal) << begin;
+    }
+#else
+    for (std::size_t place = 0; place < length; ++place)
+        places |= static_cast<Places>(name[place] == character) << place;
+#endif
+    return places;
+}
+
+/// Where the word begins, as far as it ends within the places.
+Places FindWord(std::string_view name, std::string const& word)
+{
+    if (word.size() > kPlaceCount)
+        return 0;
+    Places places = FindCharacter(name, word[0]);
+    for (std::size_t i = 1; places && i < word.size(); ++i)
+        places &= FindCharacter(name, word[i]) >> i;
+    return places;
+}
+
+/// A word that is not wholly within the places.
+bool IsFurtherOn(std::string_view name, std::string const& word)
+{
+    return name.size() > kPlaceCount && name.find(word) != std::string_view::npos;
+}
+
+/// `places` are not empty.
+std::size_t FirstOf(Places places)
+{
+    return qCountTrailingZeroBits(quint64(places));
 }
 
 NameRank::Key Append(NameRank::Key key, unsigned bits, std::size_t value)
@@ -81,12 +127,12 @@ NameRank::Key Append(NameRank::Key key, unsigned bits, std::size_t value)
     return key << bits | static_cast<NameRank::Key>(std::min<std::size_t>(value, maximum));
 }
 
-unsigned CountBits(WordMask mask)
+unsigned BitsFor(std::size_t maximum)
 {
-    unsigned count = 0;
-    for (; mask; mask &= mask - 1)
-        ++count;
-    return count;
+    unsigned bits = 0;
+    for (; maximum; maximum >>= 1)
+        ++bits;
+    return bits;
 }
 
 } // namespace
@@ -94,7 +140,7 @@ unsigned CountBits(WordMask mask)
 std::uint64_t FindWordStarts(std::string_view name)
 {
     std::uint64_t starts = 0;
-    std::size_t const length = std::min(name.size(), kMaximumStarts);
+    std::size_t const length = std::min(name.size(), kPlaceCount);
     for (std::size_t place = 0; place < length; ++place) {
         char const before = place > 0 ? name[place - 1] : ' ';
         char const after = place + 1 < name.size() ? name[place + 1] : ' ';
@@ -105,12 +151,27 @@ std::uint64_t FindWordStarts(std::string_view name)
     return starts | 1;
 }
 
-std::uint64_t FindLetters(std::string_view text)
+LetterMask FindLetters(std::string_view text)
 {
-    std::uint64_t letters = 0;
+    LetterMask letters = 0;
     for (char const character : text)
-        letters |= std::uint64_t(1) << (static_cast<unsigned char>(character) & 63);
+        letters |= MaskOf(character);
     return letters;
+}
+
+LetterMask FindStartLetters(std::string_view text, std::uint64_t starts)
+{
+    LetterMask letters = 0;
+    for (std::size_t place = 0; place < std::min(text.size(), kPlaceCount); ++place) {
+        if (starts >> place & 1)
+            letters |= MaskOf(text[place]);
+    }
+    return letters;
+}
+
+std::size_t CountLetters(std::string_view text)
+{
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsLetterOrDigit));
 }
 
 NameRank::NameRank(std::string const& searchText)
@@ -128,13 +189,16 @@ NameRank::NameRank(std::string const& searchText)
         std::string::const_iterator const end = std::find_if(place, m_Text.cend(), isSpace);
         std::string const word(place, end);
         m_Joined += (m_Joined.empty() ? "" : " ") + word;
-        if (std::find(m_Words.begin(), m_Words.end(), word) == m_Words.end()) {
+        if (std::find(m_Words.begin(), m_Words.end(), word) == m_Words.end())
             m_Words.push_back(word);
-            m_WordLetters.push_back(FindLetters(word));
-        }
         place = end;
     }
     std::copy_if(m_Text.begin(), m_Text.end(), std::back_inserter(m_Letters), IsLetterOrDigit);
+    for (std::string const& word : m_Words)
+        m_WordFacts.push_back(
+            SWord{word, FindLetters(word), word.size() == 1 && LetterBit(word[0]) < 36});
+    m_CountBits = BitsFor(m_Words.size());
+    m_PairBits = m_Words.empty() ? 0 : BitsFor(m_Words.size() - 1);
 }
 
 std::vector<std::string> const& NameRank::GetWords() const
@@ -152,94 +216,95 @@ bool NameRank::IsEqual(std::string_view name) const
     return name == m_Joined || name == m_Text;
 }
 
-bool NameRank::IsSpelledAlike(std::string_view name) const
+bool NameRank::IsSpelledAlike(SSearchName const& name) const
 {
     std::size_t place = 0;
-    for (char const character : name) {
-        if (!IsLetterOrDigit(character))
-            continue;
-        if (place == m_Letters.size() || m_Letters[place] != character)
+    for (char const character : name.text) {
+        if (IsLetterOrDigit(character) && m_Letters[place++] != character)
             return false;
-        ++place;
     }
-    return place > 0 && place == m_Letters.size();
+    return place > 0;
 }
 
 bool NameRank::IsPrefix(std::string_view name) const
 {
-    return !name.empty() && !m_Joined.empty()
-           && (Occurs(name, 0, m_Joined) || Occurs(name, 0, m_Text));
+    return BeginsWith(name, m_Joined) || BeginsWith(name, m_Text);
 }
 
-SNameMatch NameRank::Match(SSearchName const& name) const
+NameRank::SMatch NameRank::Match(SSearchName const& name) const
 {
-    SNameMatch match = {0, 0, 0, false, IsSpelledAlike(name.text), IsPrefix(name.text)};
-    match.isEqual = match.isPrefix && IsEqual(name.text);
-    std::size_t end = std::string_view::npos; // of the word before, where that was found
-    for (std::size_t number = 0; number < m_Words.size(); ++number) {
-        std::string const& word = m_Words[number];
-        bool isStart = false;
-        std::size_t const place = FindWord(name, word, m_WordLetters[number], isStart);
-        if (place == std::string_view::npos) {
-            end = place;
-            continue;
+    WordMask found = 0;
+    std::size_t foundCount = 0;
+    std::size_t startCount = 0;
+    std::size_t orderedPairs = 0;
+    std::size_t end = kPlaceCount; // of the word before, where that was found
+    for (std::size_t number = 0; number < m_WordFacts.size(); ++number) {
+        SWord const& word = m_WordFacts[number];
+        bool isFound = (word.letters & ~name.letters) == 0;
+        bool isStart = word.letters & name.startLetters;
+        std::size_t const endBefore = std::exchange(end, kPlaceCount);
+        if (isFound && !word.isLetter) {
+            Places const places = FindWord(name.text, word.text);
+            Places const starts = places & name.wordStarts;
+            isFound = places || IsFurtherOn(name.text, word.text);
+            isStart = starts != 0;
+            // Any occurrence behind the word before will do: "rgb noise" is in order in
+            // "noise rgb noise".
+            orderedPairs += endBefore < kPlaceCount && places >> endBefore;
+            if (places && word.text.size() > 1)
+                end = FirstOf(starts ? starts : places) + word.text.size();
         }
-        match.words |= WordMask(1) << number;
-        match.startCount += isStart;
-        // Any occurrence behind the word before will do: "rgb noise" is in order in
-        // "noise rgb noise".
-        if (end != std::string_view::npos)
-            match.orderedPairs += name.text.find(word, end) != std::string_view::npos;
-        end = place + word.size();
+        found |= WordMask(isFound) << number;
+        foundCount += isFound;
+        startCount += isFound && isStart;
     }
-    return match;
-}
 
-NameRank::Key NameRank::GetKey(SNameMatch const& match, WordMask tagWords,
-                               std::size_t nameLength) const
-{
-    std::size_t const wordCount = m_Words.size();
-    WordMask const onlyTags = tagWords & ~match.words;
+    std::size_t const wordCount = m_WordFacts.size();
+    bool const isPrefix = wordCount > 0 && (name.first == m_Joined[0] || name.first == m_Text[0])
+                          && IsPrefix(name.text);
     Key key = 0;
-    key = Append(key, kWordBits, wordCount - CountBits(match.words | tagWords));
-    key = Append(key, kFlagBits, !match.isEqual);
-    key = Append(key, kFlagBits, !match.isSpelledAlike);
-    key = Append(key, kFlagBits, !match.isPrefix);
-    key = Append(key, kWordBits, wordCount - match.startCount);
-    key = Append(key, kWordBits, wordCount - match.orderedPairs);
-    key = Append(key, kWordBits, CountBits(onlyTags));
-    return Append(key, kLengthBits, nameLength);
+    key = Append(key, m_CountBits, wordCount - foundCount);
+    key = Append(key, kFlagBits, !(isPrefix && IsEqual(name.text)));
+    key = Append(key, kFlagBits, name.letterCount != m_Letters.size() || !IsSpelledAlike(name));
+    key = Append(key, kFlagBits, !isPrefix);
+    key = Append(key, m_CountBits, wordCount - startCount);
+    key = Append(key, m_PairBits, wordCount - 1 - orderedPairs);
+    key = Append(key, m_CountBits, 0); // words found in tags alone
+    return {found, Append(key, kLengthBits, name.characterCount)};
 }
 
-/// Counts instead of comparing, ten bits at a time from the lowest up: a search may find a hundred
-/// thousand rows, and most of their keys differ in a few bits.
-void SortByKey(std::vector<SRankedRow>& rows)
+NameRank::Key NameRank::AddTags(SMatch const& match, WordMask tagWords) const
 {
-    unsigned const digitBits = 10;
-    NameRank::Key const digitMask = (1U << digitBits) - 1;
-    std::size_t const digitCount = NameRank::kKeyBits / digitBits;
-    std::array<std::array<std::size_t, 1U << digitBits>, digitCount> places = {};
-    for (SRankedRow const& row : rows) {
-        for (std::size_t digit = 0; digit < digitCount; ++digit)
-            ++places[digit][row.key >> digit * digitBits & digitMask];
-    }
+    Key const onlyTags = qPopulationCount(quint32(tagWords & ~match.words));
+    return match.key - (onlyTags << (GetKeyBits() - m_CountBits)) + (onlyTags << kLengthBits);
+}
 
+unsigned NameRank::GetKeyBits() const
+{
+    return 3 * m_CountBits + m_PairBits + 3 * kFlagBits + kLengthBits;
+}
+
+/// Counts instead of comparing, some bits at a time from the lowest up: a search may find a hundred
+/// thousand rows, and most of their keys differ in a few bits.
+void SortByKey(std::vector<SRankedRow>& rows, unsigned keyBits)
+{
+    unsigned const maximumBits = 13;
+    unsigned const digitCount = (keyBits + maximumBits - 1) / maximumBits;
+    unsigned const digitBits = (keyBits + digitCount - 1) / digitCount;
+    NameRank::Key const digitMask = (1U << digitBits) - 1;
     std::vector<SRankedRow> sorted(rows.size());
-    for (std::size_t digit = 0; digit < digitCount; ++digit) {
+    for (unsigned shift = 0; shift < keyBits; shift += digitBits) {
         auto const digitOf = [=](SRankedRow const& row) {
-            return row.key >> digit * digitBits & digitMask;
+            return row.key >> shift & digitMask;
         };
-        // A digit that all rows share orders nothing.
-        if (rows.empty() || places[digit][digitOf(rows.front())] == rows.size())
-            continue;
-        std::size_t place = 0;
-        for (std::size_t& next : places[digit]) {
-            std::size_t const count = next;
-            next = place;
-            place += count;
-        }
+        std::array<std::uint32_t, 1U << maximumBits> places = {};
         for (SRankedRow const& row : rows)
-            sorted[places[digit][digitOf(row)]++] = row;
+            ++places[digitOf(row)];
+        std::uint32_t place = 0;
+        for (std::uint32_t& next : places)
+            place += std::exchange(next, place);
+        for (SRankedRow const& row : rows)
+            sorted[places[digitOf(row)]++] = row;
         rows.swap(sorted);
     }
 }

@@ -9,44 +9,46 @@
 
 namespace nodepalette {
 
-/// One bit a word, in the order typed.
+/// One bit a word of the search text, in the order typed.
 typedef std::uint32_t WordMask;
 
-/// A name as it is searched.
+/// One bit for each letter or digit of ASCII, in lower case, and one for some other characters
+/// together.
+typedef std::uint64_t LetterMask;
+
+LetterMask FindLetters(std::string_view text);
+
+/// A name as it is searched. What can be told by its letters alone is told without its text, which
+/// is elsewhere in memory.
 struct SSearchName
 {
-    /// In lower case.
-    std::string_view text;
-    /// Bit n is set when a word of the name begins at byte n; the first 64 bytes have one.
-    std::uint64_t wordStarts;
-    /// What FindLetters gives for the text.
-    std::uint64_t letters;
-};
+    static constexpr std::size_t kBlockSize = 16;
 
-/// One bit for each character that occurs, or for some of them together: a word does not occur in
-/// a name that lacks one of its bits.
-std::uint64_t FindLetters(std::string_view text);
+    /// In lower case, and followed by zeros up to a multiple of kBlockSize bytes.
+    std::string_view text;
+    /// What FindWordStarts gives for the name.
+    std::uint64_t wordStarts;
+    LetterMask letters;
+    /// Those at word starts.
+    LetterMask startLetters;
+    /// How many letters and digits there are.
+    std::uint32_t letterCount;
+    /// The length that people see, in characters.
+    std::uint32_t characterCount;
+    /// The first byte; zero for an empty name.
+    char first;
+};
 
 /// Where words of a name begin: at its start, after anything that is neither letter nor digit,
-/// after a digit, at a number, and at a hump ("fooBar", "RGBNoise"). `name` is in its own case.
+/// after a digit, at a number, and at a hump ("fooBar", "RGBNoise"). Bit n is for byte n; the first
+/// 64 bytes have one. `name` is in its own case.
 std::uint64_t FindWordStarts(std::string_view name);
 
-/// What of the search text was found in a name.
-struct SNameMatch
-{
-    /// The words that occur in the name.
-    WordMask words;
-    /// How many of them begin a word of the name.
-    unsigned startCount;
-    /// How many neighbours in the text stand in the name in the order typed.
-    unsigned orderedPairs;
-    /// The whole name is the text.
-    bool isEqual;
-    /// The name is the text but for what is neither letter nor digit: "audiomixer" for
-    /// "audio mixer".
-    bool isSpelledAlike;
-    bool isPrefix;
-};
+/// Those characters of the text that `starts` has a bit for.
+LetterMask FindStartLetters(std::string_view text, std::uint64_t starts);
+
+/// How many letters and digits there are.
+std::size_t CountLetters(std::string_view text);
 
 /// The order that people expect of search results, as a number for each item: the smaller, the
 /// better. It is a pure function of the search text, the name, and the words found in tags; see
@@ -55,7 +57,13 @@ class NameRank
 {
 public:
     typedef std::uint32_t Key;
-    static constexpr unsigned kKeyBits = 30;
+    struct SMatch
+    {
+        /// The words that occur in the name.
+        WordMask words;
+        /// For an item without tags.
+        Key key;
+    };
     /// Words beyond these are left out of account.
     static constexpr std::size_t kMaximumWords = 31;
 
@@ -66,14 +74,23 @@ public:
     std::vector<std::string> const& GetWords() const;
     WordMask GetAllWords() const;
 
-    SNameMatch Match(SSearchName const& name) const;
-    /// `tagWords` are the words found in tags; those in the name need not be among them. The
-    /// length is in characters.
-    Key GetKey(SNameMatch const& match, WordMask tagWords, std::size_t nameLength) const;
+    SMatch Match(SSearchName const& name) const;
+    /// The key of an item of which tags have these words, in addition to its name.
+    Key AddTags(SMatch const& match, WordMask tagWords) const;
+    /// Keys are below 2 to this power: few for few words.
+    unsigned GetKeyBits() const;
 
 private:
+    struct SWord
+    {
+        std::string text;
+        LetterMask letters;
+        /// It is a letter or digit that has a bit of its own.
+        bool isLetter;
+    };
+
     bool IsEqual(std::string_view name) const;
-    bool IsSpelledAlike(std::string_view name) const;
+    bool IsSpelledAlike(SSearchName const& name) const;
     bool IsPrefix(std::string_view name) const;
 
     /// As typed, with single blanks between the words, and with nothing but letters and digits.
@@ -81,7 +98,11 @@ private:
     std::string m_Joined;
     std::string m_Letters;
     std::vector<std::string> m_Words;
-    std::vector<std::uint64_t> m_WordLetters;
+    /// The same with what is known of them.
+    std::vector<SWord> m_WordFacts;
+    /// So many bits hold a number of words, or of pairs of them.
+    unsigned m_CountBits;
+    unsigned m_PairBits;
 };
 
 /// A row to be sorted: its key, and where its item stands in the item list.
@@ -92,7 +113,7 @@ struct SRankedRow
 };
 
 /// Smallest key first; equal keys stay in their order.
-void SortByKey(std::vector<SRankedRow>& rows);
+void SortByKey(std::vector<SRankedRow>& rows, unsigned keyBits);
 
 } // namespace nodepalette
 

@@ -263,20 +263,22 @@ QString CNodePalette::TellApart(unsigned long item)
 /// The tag for which alone the row is listed; empty when its name matches.
 QString CNodePalette::GetTagNote(unsigned long row) const
 {
-    NameRank const rank(nodebrowser::ToSearchForm(m_SearchTextLower));
+    std::vector<std::string> const words =
+        NameRank(nodebrowser::ToSearchForm(m_SearchTextLower)).GetWords();
     ItemID const id = PlaceOfRow(row).id;
-    if (rank.GetWords().empty() || id.IsNull())
+    if (words.empty() || id.IsNull())
         return QString();
-    std::string const name = ToSearchForm(m_ItemLibrary.GetItemName(id, true, nullptr));
-    if (rank.Match(SSearchName{name, 0, FindLetters(name)}).words != 0)
+    auto const hasWord = [&](std::string const& text) {
+        std::string const searched = ToSearchForm(text);
+        return std::any_of(words.begin(), words.end(), [&](std::string const& word) {
+            return searched.find(word) != std::string::npos;
+        });
+    };
+    if (hasWord(m_ItemLibrary.GetItemName(id, true, nullptr)))
         return QString();
-    for (std::string const& tag : m_TagsRegistry.GetItemTags(id)) {
-        for (std::string const& word : rank.GetWords()) {
-            if (ToSearchForm(tag).find(word) != std::string::npos)
-                return FromHost(tag);
-        }
-    }
-    return QString();
+    std::set<std::string> const tags = m_TagsRegistry.GetItemTags(id);
+    auto const tag = std::find_if(tags.begin(), tags.end(), hasWord);
+    return tag != tags.end() ? FromHost(*tag) : QString();
 }
 
 CNodePalette::SItemDetails CNodePalette::AskDetails(ItemID const& id) const

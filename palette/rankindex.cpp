@@ -2,79 +2,141 @@
 
 #include "palettetext.h"
 
+#include <stringutils.h>
+
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 namespace nodepalette {
 
+namespace {
+
+/// How many rows ahead the memory of an item is asked for.
+std::size_t const kLookAhead = 12;
+
+} // namespace
+
 void RankIndex::Forget()
 {
     m_Names.clear();
-    m_Places.clear();
+    m_Texts.release();
+    m_Namesakes.clear();
+    m_HasNamesakes = false;
     ForgetTags();
 }
 
 void RankIndex::ForgetTags()
 {
-    m_TagsOfItems.clear();
     m_Tags.clear();
     m_TagPositions.clear();
+    m_TagsOfItems.clear();
+    m_TagEnds.clear();
 }
 
 bool RankIndex::Fill(Source const& source, std::size_t count)
 {
     std::size_t const total = source.GetCount();
-    if (m_Places.size() > total || m_TagsOfItems.size() > total)
+    if (m_Names.size() > total || m_TagEnds.size() > total)
         Forget();
-    for (; count > 0 && m_Places.size() < total; --count)
-        AppendName(source.GetName(m_Places.size()));
-    for (; count > 0 && m_TagsOfItems.size() < total; --count)
-        AppendTags(source.GetTags(m_TagsOfItems.size()));
-    return m_Places.size() < total || m_TagsOfItems.size() < total;
+    for (; count > 0 && m_Names.size() < total; --count)
+        AppendName(source.GetName(m_Names.size()));
+    for (; count > 0 && m_TagEnds.size() < total; --count) {
+        PlaceNamesakes(source, static_cast<std::uint32_t>(m_TagEnds.size()));
+        AppendTags(source.GetTags(m_TagEnds.size()));
+    }
+    return m_TagEnds.size() < total;
 }
 
 void RankIndex::AppendName(std::string const& name)
 {
     std::string const lower = ToSearchForm(name);
-    auto const item = static_cast<std::uint32_t>(m_Places.size());
-    bool const isNamesake = item > 0 && GetName(item - 1).text == lower;
+    auto const item = static_cast<std::uint32_t>(m_Names.size());
+    bool const isNamesake = item > 0 && m_Names.back().text == lower;
+    SSearchName entry;
+    entry.text = KeepText(lower);
     // Where lower case has another length, places in the name are no places in its search form.
-    m_Places.push_back(SName{m_Names.size(),
-                             FindWordStarts(lower.size() == name.size() ? name : lower),
-                             FindLetters(lower), static_cast<std::uint32_t>(lower.size()),
-                             static_cast<std::uint32_t>(CountCharacters(lower)),
-                             isNamesake ? m_Places.back().namesake : item});
-    m_Names += lower;
+    entry.wordStarts = FindWordStarts(lower.size() == name.size() ? name : lower);
+    entry.letters = FindLetters(lower);
+    entry.startLetters = FindStartLetters(lower, entry.wordStarts);
+    entry.letterCount = static_cast<std::uint32_t>(CountLetters(lower));
+    entry.characterCount = static_cast<std::uint32_t>(CountCharacters(lower));
+    entry.first = lower.c_str()[0];
+    m_Namesakes.push_back(SNamesake{isNamesake ? m_Namesakes.back().first : item, item});
+    m_Names.push_back(entry);
+    m_HasNamesakes = m_HasNamesakes || isNamesake;
+}
+
+/// With the zeros that SSearchName wants.
+std::string_view RankIndex::KeepText(std::string const& text)
+{
+    std::size_t const block = SSearchName::kBlockSize;
+    std::size_t const size = (text.size() + block - 1) / block * block;
+    auto* const kept = static_cast<char*>(m_Texts.allocate(size, 1));
+    std::fill(std::copy(text.begin(), text.end(), kept), kept + size, '\0');
+    return std::string_view(kept, text.size());
 }
 
 void RankIndex::AppendTags(std::string const& tags)
 {
-    auto const place = m_TagPositions.emplace(tags, static_cast<std::uint32_t>(m_Tags.size()));
-    if (place.second)
-        m_Tags.push_back(STags{ToSearchForm(tags), 0, 0});
-    m_TagsOfItems.push_back(place.first->second);
+    std::set<std::string> distinct;
+    SplitString(tags, ";", distinct);
+    for (std::string const& tag : distinct)
+        m_TagsOfItems.push_back(FindTag(tag));
+    m_TagEnds.push_back(m_TagsOfItems.size());
 }
 
-SSearchName RankIndex::GetName(std::size_t item) const
+std::uint32_t RankIndex::FindTag(std::string const& tag)
 {
-    SName const& place = m_Places[item];
-    return SSearchName{std::string_view(m_Names.data() + place.begin, place.length),
-                       place.wordStarts, place.letters};
+    auto const place = m_TagPositions.emplace(tag, static_cast<std::uint32_t>(m_Tags.size()));
+    if (place.second)
+        m_Tags.push_back(STag{ToSearchForm(tag), 0, 0});
+    return place.first->second;
 }
 
-/// Each tag string is searched once, however many items carry it.
+/// The panel's order of items that share a name, whatever its case, is that in which they were
+/// read. Spelling and UID make it the same in each run.
+void RankIndex::PlaceNamesakes(Source const& source, std::uint32_t first)
+{
+    std::uint32_t end = first + 1;
+    while (end < m_Names.size() && m_Namesakes[end].first == first)
+        ++end;
+    if (end - first < 2)
+        return;
+    typedef std::tuple<std::string, std::string, std::uint32_t> Namesake;
+    std::vector<Namesake> namesakes;
+    for (std::uint32_t item = first; item < end; ++item)
+        namesakes.emplace_back(source.GetName(item), source.GetUid(item), item);
+    std::sort(namesakes.begin(), namesakes.end());
+    for (std::uint32_t place = 0; place < namesakes.size(); ++place)
+        m_Namesakes[std::get<std::uint32_t>(namesakes[place])].place = place;
+}
+
+/// Each tag is searched once, however many items carry it.
 WordMask RankIndex::MatchTags(NameRank const& rank, std::size_t item)
 {
-    STags& tags = m_Tags[m_TagsOfItems[item]];
-    if (tags.search == m_Search)
-        return tags.words;
-    tags.search = m_Search;
-    tags.words = 0;
-    for (std::size_t number = 0; number < rank.GetWords().size(); ++number) {
-        if (tags.text.find(rank.GetWords()[number]) != std::string::npos)
-            tags.words |= WordMask(1) << number;
+    WordMask words = 0;
+    for (std::size_t i = item > 0 ? m_TagEnds[item - 1] : 0; i < m_TagEnds[item]; ++i) {
+        STag& tag = m_Tags[m_TagsOfItems[i]];
+        if (tag.search != m_Search) {
+            tag.search = m_Search;
+            tag.words = 0;
+            for (std::size_t number = 0; number < rank.GetWords().size(); ++number) {
+                if (tag.text.find(rank.GetWords()[number]) != std::string::npos)
+                    tag.words |= WordMask(1) << number;
+            }
+        }
+        words |= tag.words;
     }
-    return tags.words;
+    return words;
+}
+
+void RankIndex::Prefetch(std::size_t item) const
+{
+#ifdef __GNUC__
+    __builtin_prefetch(&m_Names[item]);
+    __builtin_prefetch(&m_TagEnds[item]);
+#endif
 }
 
 void RankIndex::Rank(Source const& source, std::string const& searchText,
@@ -82,54 +144,48 @@ void RankIndex::Rank(Source const& source, std::string const& searchText,
 {
     NameRank const rank(searchText);
     Fill(source, std::size_t(-1));
-    bool const areKnown = std::all_of(rows.begin(), rows.end(), [&](unsigned long item) {
-        return item < m_Places.size() && item < m_TagsOfItems.size();
-    });
+    std::size_t const count = std::min(m_Names.size(), m_TagEnds.size());
+    bool const areKnown =
+        std::all_of(rows.begin(), rows.end(), [=](unsigned long item) { return item < count; });
     if (rank.GetWords().empty() || !areKnown)
         return;
 
     ++m_Search;
+    OrderNamesakes(rows);
+    WordMask const allWords = rank.GetAllWords();
     bool const isOneWord = rank.GetWords().size() == 1;
-    bool hasNamesakes = false;
     std::vector<SRankedRow> ranked(rows.size());
     for (std::size_t row = 0; row < rows.size(); ++row) {
+        // Items that have a rare word lie far apart.
+        if (row + kLookAhead < rows.size())
+            Prefetch(rows[row + kLookAhead]);
         unsigned long const item = rows[row];
-        SSearchName const name = GetName(item);
-        SNameMatch const match = rank.Match(name);
-        WordMask tagWords = 0;
+        NameRank::SMatch const match = rank.Match(m_Names[item]);
+        NameRank::Key key = match.key;
         // An item that is listed for the only word, and not for its name, has it in its tags.
-        if (match.words != rank.GetAllWords())
-            tagWords = isOneWord ? rank.GetAllWords() : MatchTags(rank, item);
-        hasNamesakes = hasNamesakes || m_Places[item].namesake != item;
-        ranked[row] = SRankedRow{rank.GetKey(match, tagWords, m_Places[item].characterCount),
-                                 static_cast<std::uint32_t>(item)};
+        if (match.words != allWords)
+            key = rank.AddTags(match, isOneWord ? allWords : MatchTags(rank, item));
+        ranked[row] = SRankedRow{key, static_cast<std::uint32_t>(item)};
     }
-    SortByKey(ranked);
-    if (hasNamesakes)
-        OrderNamesakes(source, ranked);
+    SortByKey(ranked, rank.GetKeyBits());
     std::transform(ranked.begin(), ranked.end(), rows.begin(),
                    [](SRankedRow const& row) { return row.item; });
 }
 
-/// The panel's order of items that share a name, whatever its case, is that in which they were
-/// read. Spelling and UID make it the same in each run.
-void RankIndex::OrderNamesakes(Source const& source, std::vector<SRankedRow>& rows) const
+/// The panel lists them one after the other, because they match alike. What is sorted by key
+/// later keeps the order that they get here.
+void RankIndex::OrderNamesakes(std::vector<unsigned long>& rows) const
 {
+    if (!m_HasNamesakes)
+        return;
     for (std::size_t first = 0, end = 1; first < rows.size(); first = end, end = first + 1) {
-        while (end < rows.size() && rows[first].key == rows[end].key
-               && m_Places[rows[first].item].namesake == m_Places[rows[end].item].namesake)
+        while (end < rows.size() && m_Namesakes[rows[first]].first == m_Namesakes[rows[end]].first)
             ++end;
-        if (end - first < 2)
-            continue;
-        typedef std::tuple<std::string, std::string, std::uint32_t> Namesake;
-        std::vector<Namesake> namesakes;
-        for (std::size_t row = first; row < end; ++row) {
-            std::uint32_t const item = rows[row].item;
-            namesakes.emplace_back(source.GetName(item), source.GetUid(item), item);
-        }
-        std::sort(namesakes.begin(), namesakes.end());
-        for (std::size_t row = first; row < end; ++row)
-            rows[row].item = std::get<std::uint32_t>(namesakes[row - first]);
+        if (end - first > 1)
+            std::sort(rows.begin() + std::ptrdiff_t(first), rows.begin() + std::ptrdiff_t(end),
+                      [this](unsigned long left, unsigned long right) {
+                          return m_Namesakes[left].place < m_Namesakes[right].place;
+                      });
     }
 }
 

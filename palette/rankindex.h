@@ -4,6 +4,7 @@
 #include "namerank.h"
 
 #include <cstdint>
+#include <memory_resource>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -44,22 +45,19 @@ public:
               std::vector<unsigned long>& rows);
 
 private:
-    struct SName
+    /// Items that share a name stand one after the other in the list.
+    struct SNamesake
     {
-        std::size_t begin;
-        std::uint64_t wordStarts;
-        std::uint64_t letters;
-        std::uint32_t length;
-        /// The length in characters, which is what people see.
-        std::uint32_t characterCount;
-        /// The first item with the same name; such items stand one after the other in the list.
-        std::uint32_t namesake;
+        /// The first item with the same name.
+        std::uint32_t first;
+        /// Its place among them in the order of Rank.
+        std::uint32_t place;
     };
 
-    /// A tag string that items carry, in lower case, and which words it has of the text that was
-    /// searched for last.
-    struct STags
+    /// A tag, and which words it has of the text that was searched for last.
+    struct STag
     {
+        /// In lower case.
         std::string text;
         WordMask words;
         std::uint64_t search;
@@ -67,16 +65,24 @@ private:
 
     void AppendName(std::string const& name);
     void AppendTags(std::string const& tags);
-    SSearchName GetName(std::size_t item) const;
+    std::uint32_t FindTag(std::string const& tag);
+    void PlaceNamesakes(Source const& source, std::uint32_t first);
+    std::string_view KeepText(std::string const& text);
     WordMask MatchTags(NameRank const& rank, std::size_t item);
-    void OrderNamesakes(Source const& source, std::vector<SRankedRow>& rows) const;
+    void Prefetch(std::size_t item) const;
+    void OrderNamesakes(std::vector<unsigned long>& rows) const;
 
-    std::string m_Names;
-    std::vector<SName> m_Places;
-    /// By item, positions in m_Tags.
-    std::vector<std::uint32_t> m_TagsOfItems;
-    std::vector<STags> m_Tags;
+    /// The texts of the names.
+    std::pmr::monotonic_buffer_resource m_Texts;
+    std::vector<SSearchName> m_Names;
+    std::vector<SNamesake> m_Namesakes;
+    bool m_HasNamesakes = false;
+
+    std::vector<STag> m_Tags;
     std::unordered_map<std::string, std::uint32_t> m_TagPositions;
+    /// Positions in m_Tags, item by item, and where those of each item end.
+    std::vector<std::uint32_t> m_TagsOfItems;
+    std::vector<std::size_t> m_TagEnds;
     /// Numbers the searches.
     std::uint64_t m_Search = 0;
 };
