@@ -140,6 +140,7 @@ private:
     void UpdateRows(QPaintEvent* event);
     void RebuildInPaint(QPaintEvent* event);
     void ArrangeRows();
+    void FilterAndOrderRows();
     void ReorderRows();
     std::size_t PutRecentItemsFirst();
     void CountRowsUnderAll();

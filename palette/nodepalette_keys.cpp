@@ -25,8 +25,10 @@ enum class CNodePalette::eKeyUse
     eNone,
     eNavigate,
     eConfirm,
-    /// Enter while an input method is composing: the text is taken, and nothing else happens.
+    /// Enter and Escape while an input method is composing: the text is taken or dropped, and
+    /// nothing else happens.
     eCommit,
+    eDiscard,
     eEscape,
     eRename,
     eMenu,
@@ -72,6 +74,8 @@ CNodePalette::eKeyUse CNodePalette::FindKeyUse(QKeyEvent const& event) const
     int const key = event.key();
     Qt::KeyboardModifiers const modifiers = event.modifiers() & ~Qt::KeypadModifier;
     bool const isPlain = modifiers == Qt::NoModifier;
+    if (m_Private->isComposing && key == Qt::Key_Escape)
+        return eKeyUse::eDiscard;
     if (m_Private->isComposing)
         return IsEnter(key) ? eKeyUse::eCommit : eKeyUse::eNone;
     if (isPlain && IsNavigation(key))
@@ -117,6 +121,9 @@ bool CNodePalette::UseKey(QKeyEvent& event)
         break;
     case eKeyUse::eCommit:
         QGuiApplication::inputMethod()->commit();
+        break;
+    case eKeyUse::eDiscard:
+        QGuiApplication::inputMethod()->reset();
         break;
     case eKeyUse::eEscape:
         Escape();

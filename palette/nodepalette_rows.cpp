@@ -151,17 +151,32 @@ void CNodePalette::RebuildInPaint(QPaintEvent* event)
     m_Private->index.Forget();
     m_Private->namesakeNotes.clear();
     ScrolledAway const scrolledAway(m_ScrollOffset, *m_ScrollBar);
+    // Due until they are arranged, should the host raise something before.
+    m_VisibleListDirty = true;
     CNodeBrowser::paintEvent(event);
+}
+
+/// When the host raises something in between, the rows stay due.
+void CNodePalette::ArrangeRows()
+{
+    try {
+        FilterAndOrderRows();
+        RememberRows();
+    } catch (...) {
+        m_VisibleListDirty = true;
+        throw;
+    }
+    m_Private->searchText = m_SearchText;
+    m_Private->filter = m_ConfigType;
+    ScheduleRowNews();
 }
 
 /// Filters what is not filtered yet, and brings the rows that the panel found into order. The
 /// selected item and the first one in sight stay what they are, unless the text is new.
-void CNodePalette::ArrangeRows()
+void CNodePalette::FilterAndOrderRows()
 {
     bool const isTextNew = m_SearchText != m_Private->searchText;
     bool const isFilterNew = m_ConfigType != m_Private->filter;
-    m_Private->searchText = m_SearchText;
-    m_Private->filter = m_ConfigType;
     {
         QSignalBlocker const blocker(m_ScrollBar);
         if (m_VisibleListDirty)
@@ -180,8 +195,6 @@ void CNodePalette::ArrangeRows()
         m_Private->fillTimer.start();
     RestoreSelection(isTextNew);
     RestoreScrolling(isTextNew, isFilterNew);
-    RememberRows();
-    ScheduleRowNews();
 }
 
 /// Returns how many there are among the rows.
