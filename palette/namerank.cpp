@@ -64,14 +64,16 @@ bool BeginsWith(std::string_view name, std::string const& text)
     return name.substr(0, text.size()) == text;
 }
 
-/// Bits 0 to 35 are for one character each.
+/// Bits below are for one character each.
+unsigned const kFirstSharedBit = 36;
+
 unsigned LetterBit(char character)
 {
     if (character >= 'a' && character <= 'z')
         return static_cast<unsigned>(character - 'a');
     if (IsDigit(character))
         return 26 + static_cast<unsigned>(character - '0');
-    return 36 + static_cast<unsigned char>(character) % 28;
+    return kFirstSharedBit + static_cast<unsigned char>(character) % (64 - kFirstSharedBit);
 }
 
 LetterMask MaskOf(char character)
@@ -194,9 +196,10 @@ NameRank::NameRank(std::string const& searchText)
         place = end;
     }
     std::copy_if(m_Text.begin(), m_Text.end(), std::back_inserter(m_Letters), IsLetterOrDigit);
-    for (std::string const& word : m_Words)
-        m_WordFacts.push_back(
-            SWord{word, FindLetters(word), word.size() == 1 && LetterBit(word[0]) < 36});
+    for (std::string const& word : m_Words) {
+        bool const isLetter = word.size() == 1 && LetterBit(word[0]) < kFirstSharedBit;
+        m_WordFacts.push_back(SWordFacts{FindLetters(word), isLetter});
+    }
     m_CountBits = BitsFor(m_Words.size());
     m_PairBits = m_Words.empty() ? 0 : BitsFor(m_Words.size() - 1);
 }
@@ -239,20 +242,21 @@ NameRank::SMatch NameRank::Match(SSearchName const& name) const
     std::size_t orderedPairs = 0;
     std::size_t end = kPlaceCount; // of the word before, where that was found
     for (std::size_t number = 0; number < m_WordFacts.size(); ++number) {
-        SWord const& word = m_WordFacts[number];
+        SWordFacts const word = m_WordFacts[number];
         bool isFound = (word.letters & ~name.letters) == 0;
         bool isStart = word.letters & name.startLetters;
         std::size_t const endBefore = std::exchange(end, kPlaceCount);
         if (isFound && !word.isLetter) {
-            Places const places = FindWord(name.text, word.text);
+            std::string const& text = m_Words[number];
+            Places const places = FindWord(name.text, text);
             Places const starts = places & name.wordStarts;
-            isFound = places || IsFurtherOn(name.text, word.text);
+            isFound = places || IsFurtherOn(name.text, text);
             isStart = starts != 0;
             // Any occurrence behind the word before will do: "rgb noise" is in order in
             // "noise rgb noise".
             orderedPairs += endBefore < kPlaceCount && places >> endBefore;
-            if (places && word.text.size() > 1)
-                end = FirstOf(starts ? starts : places) + word.text.size();
+            if (places && text.size() > 1)
+                end = FirstOf(starts ? starts : places) + text.size();
         }
         found |= WordMask(isFound) << number;
         foundCount += isFound;

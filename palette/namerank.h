@@ -81,9 +81,8 @@ public:
     unsigned GetKeyBits() const;
 
 private:
-    struct SWord
+    struct SWordFacts
     {
-        std::string text;
         LetterMask letters;
         /// It is a letter or digit that has a bit of its own.
         bool isLetter;
@@ -98,8 +97,8 @@ private:
     std::string m_Joined;
     std::string m_Letters;
     std::vector<std::string> m_Words;
-    /// The same with what is known of them.
-    std::vector<SWord> m_WordFacts;
+    /// One for each word.
+    std::vector<SWordFacts> m_WordFacts;
     /// So many bits hold a number of words, or of pairs of them.
     unsigned m_CountBits;
     unsigned m_PairBits;

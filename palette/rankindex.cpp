@@ -29,6 +29,7 @@ void RankIndex::Forget()
 void RankIndex::ForgetTags()
 {
     m_Tags.clear();
+    m_TagMatches.clear();
     m_TagPositions.clear();
     m_TagsOfItems.clear();
     m_TagEnds.clear();
@@ -83,14 +84,14 @@ void RankIndex::AppendTags(std::string const& tags)
     SplitString(tags, ";", distinct);
     for (std::string const& tag : distinct)
         m_TagsOfItems.push_back(FindTag(tag));
-    m_TagEnds.push_back(m_TagsOfItems.size());
+    m_TagEnds.push_back(static_cast<std::uint32_t>(m_TagsOfItems.size()));
 }
 
 std::uint32_t RankIndex::FindTag(std::string const& tag)
 {
     auto const place = m_TagPositions.emplace(tag, static_cast<std::uint32_t>(m_Tags.size()));
     if (place.second)
-        m_Tags.push_back(STag{ToSearchForm(tag), 0, 0});
+        m_Tags.push_back(ToSearchForm(tag));
     return place.first->second;
 }
 
@@ -113,21 +114,24 @@ void RankIndex::PlaceNamesakes(Source const& source, std::uint32_t first)
 }
 
 /// Each tag is searched once, however many items carry it.
+WordMask RankIndex::MatchTag(NameRank const& rank, std::size_t tag)
+{
+    STagMatch& match = m_TagMatches[tag];
+    if (match.search == m_Search)
+        return match.words;
+    match = STagMatch{0, m_Search};
+    for (std::size_t number = 0; number < rank.GetWords().size(); ++number) {
+        if (m_Tags[tag].find(rank.GetWords()[number]) != std::string::npos)
+            match.words |= WordMask(1) << number;
+    }
+    return match.words;
+}
+
 WordMask RankIndex::MatchTags(NameRank const& rank, std::size_t item)
 {
     WordMask words = 0;
-    for (std::size_t i = item > 0 ? m_TagEnds[item - 1] : 0; i < m_TagEnds[item]; ++i) {
-        STag& tag = m_Tags[m_TagsOfItems[i]];
-        if (tag.search != m_Search) {
-            tag.search = m_Search;
-            tag.words = 0;
-            for (std::size_t number = 0; number < rank.GetWords().size(); ++number) {
-                if (tag.text.find(rank.GetWords()[number]) != std::string::npos)
-                    tag.words |= WordMask(1) << number;
-            }
-        }
-        words |= tag.words;
-    }
+    for (std::uint32_t i = item > 0 ? m_TagEnds[item - 1] : 0; i < m_TagEnds[item]; ++i)
+        words |= MatchTag(rank, m_TagsOfItems[i]);
     return words;
 }
 
@@ -150,6 +154,7 @@ void RankIndex::Rank(Source const& source, std::string const& searchText,
     if (rank.GetWords().empty() || !areKnown)
         return;
 
+    m_TagMatches.resize(m_Tags.size());
     ++m_Search;
     OrderNamesakes(rows);
     WordMask const allWords = rank.GetAllWords();

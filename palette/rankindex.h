@@ -54,13 +54,11 @@ private:
         std::uint32_t place;
     };
 
-    /// A tag, and which words it has of the text that was searched for last.
-    struct STag
+    /// Which words of a search a tag has.
+    struct STagMatch
     {
-        /// In lower case.
-        std::string text;
         WordMask words;
-        std::uint64_t search;
+        std::uint32_t search;
     };
 
     void AppendName(std::string const& name);
@@ -68,6 +66,7 @@ private:
     std::uint32_t FindTag(std::string const& tag);
     void PlaceNamesakes(Source const& source, std::uint32_t first);
     std::string_view KeepText(std::string const& text);
+    WordMask MatchTag(NameRank const& rank, std::size_t tag);
     WordMask MatchTags(NameRank const& rank, std::size_t item);
     void Prefetch(std::size_t item) const;
     void OrderNamesakes(std::vector<unsigned long>& rows) const;
@@ -78,13 +77,16 @@ private:
     std::vector<SNamesake> m_Namesakes;
     bool m_HasNamesakes = false;
 
-    std::vector<STag> m_Tags;
+    /// In lower case.
+    std::vector<std::string> m_Tags;
+    /// For each tag, of the search in which it was looked at last.
+    std::vector<STagMatch> m_TagMatches;
     std::unordered_map<std::string, std::uint32_t> m_TagPositions;
     /// Positions in m_Tags, item by item, and where those of each item end.
     std::vector<std::uint32_t> m_TagsOfItems;
-    std::vector<std::size_t> m_TagEnds;
+    std::vector<std::uint32_t> m_TagEnds;
     /// Numbers the searches.
-    std::uint64_t m_Search = 0;
+    std::uint32_t m_Search = 0;
 };
 
 } // namespace nodepalette
