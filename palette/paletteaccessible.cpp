@@ -15,6 +15,9 @@ namespace nodepalette {
 
 namespace {
 
+/// Screen readers are told of rows one by one up to so many.
+int const kMaximumToldRows = 200;
+
 /// What the host raises must not pass through the bus: it makes an empty answer.
 template <class Question>
 auto AskSafely(Question const& question) -> decltype(question())
@@ -383,7 +386,10 @@ void AnnounceRows(CNodePalette& palette)
     if (!list)
         return;
     list->ForgetRows();
-    QAccessibleEvent event(&palette, QAccessible::ObjectReorder);
+    // The bus tells of each child by itself when children are said to have changed.
+    bool const areMany = palette.GetRowCount() > kMaximumToldRows;
+    QAccessibleEvent event(&palette,
+                           areMany ? QAccessible::VisibleDataChanged : QAccessible::ObjectReorder);
     QAccessible::updateAccessibility(&event);
 }
 
