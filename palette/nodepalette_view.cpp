@@ -216,7 +216,8 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
         rect.setRight(right);
         if (rect.width() > kRowHeight)
             painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter,
-                             fontMetrics().elidedText(note, Qt::ElideRight, rect.width()));
+                             // The ends of two UIDs may be what differs.
+                             fontMetrics().elidedText(note, Qt::ElideMiddle, rect.width()));
     }
 }
 

@@ -111,6 +111,16 @@ void TestPaletteRows::ordersRowsAsChosen()
     QCOMPARE(m_Palette->GetRows(), panel);
     m_Palette->SetRanking(CNodePalette::eNameRanking);
     QCOMPARE(m_Palette->GetRows(), ranked);
+    // A host that fails while rows are arranged is asked again.
+    TellOfChanges();
+    m_Library->Tell([](auto& listener, auto& library) {
+        listener.ItemTagsChanged(library, ItemID(), "ApplicationTags");
+    });
+    m_Palette->m_SearchEdit->setText("noise rgb");
+    m_Host->ThrowAt("GetItemTags", 1);
+    QVERIFY_EXCEPTION_THROWN(m_Palette->GetRowCount(), HostError);
+    QCOMPARE(m_Palette->GetRows().mid(0, 1), QStringList("Add RGB Noise"));
+    Type("rgb noise");
     m_Palette->SetRanking(CNodePalette::ePanelRanking);
     QCOMPARE(m_Palette->GetRows(), panel);
 
