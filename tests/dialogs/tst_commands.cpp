@@ -3,77 +3,164 @@
 #include "testtable.h"
 
 #include <QAction>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QTimer>
 
 using namespace tarno::datamodel;
 
 namespace {
 
-char const kBlurUid[] = "C0000000-0000-4000-8000-000000000001";
+char const kClipUid[] = "AAAAAAAA-0000-4000-8000-000000000000";
+char const kGlowUid[] = "AAAAAAAA-0000-4000-8000-000000000001";
+char const kResourceUid[] = "EEEEEEEE-0000-4000-8000-000000000001";
+
+char const* const kEvents[] = {"item added before", "item removed",   "item renamed",
+                               "library replaced",  "library closed", "panel deleted",
+                               "service withdrawn"};
 
 } // namespace
 
-/// What commands ask the host for, given what was entered into their dialogs.
+/// What the menus offer, what commands ask the host for, and about which item, whatever happens
+/// between the choice and the end of the command.
 class TestCommands : public BrowserTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void offersCommandsOfTheItem_data()
+    {
+        AddColumns<QString, QString, QString>("kind", "facts", "entries");
+        AddRow("compound", "compound", "object",
+               "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x");
+        AddRow("compound, no object", "compound", "", "Rename x|(Delete x)|Edit Tags for x");
+        // A compound is asked whether it can change, others whether they are read-only.
+        AddRow("locked compound", "compound", "locked", "(Rename x)|(Delete x)|(Edit Tags for x)");
+        AddRow("read-only compound", "compound", "read-only",
+               "Rename x|(Delete x)|Edit Tags for x");
+        AddRow("solver", "solver", "locked object", "Show Files for x|Edit Tags for x");
+        AddRow("read-only solver", "solver", "read-only", "(Edit Tags for x)");
+        AddRow("constant", "constant", "", "Edit Tags for x");
+        AddRow("polymorphic solver", "polymorphicSolver", "", "");
+        AddRow("type", "type", "object", "Show Files for x");
+    }
+
+    void offersCommandsOfTheItem()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, facts);
+        TestItem& item = m_Library->Add(FindKind(kind), "x");
+        item.canModify = !facts.contains("locked");
+        item.isReadOnly = facts.contains("read-only");
+        if (facts.contains("object"))
+            m_Library->AddObject(item, m_Host->m_Database.AddSource("other"));
+        m_Browser->TabChanged(CNodeBrowser::eConfigAll);
+        TellInvalidated();
+        m_Browser->Paint();
+        QString entries;
+        UseContextMenu(3, [&](QMenu& menu) { entries = TakeEntries(menu); });
+        QTEST(entries, "entries");
+        QVERIFY(m_Browser->GetSelection() == item.id);
+        // Past the rows nothing opens.
+        m_Browser->PopContexMenu(QPoint(), 4);
+        QCOMPARE(m_Browser->m_SelectedIndex, 4ul);
+    }
+
+    void listsDataSources()
+    {
+        TestDatabase& database = m_Host->m_Database;
+        database.AddResource("res-2", "project", m_Source);
+        database.AddResource("res-3", "lost", nullptr);
+        database.AddResource("res-4", "shared", database.AddSource("shared", 1));
+        for (int const accessMode : {0, 1}) {
+            m_Source->m_AccessMode = accessMode;
+            QString entries;
+            UseContextMenu(1, [&](QMenu& menu) {
+                QMenu& sources = *menu.findChild<QMenu*>();
+                entries = sources.toolTipsVisible() ? TakeEntries(sources) : "no tool tips";
+                menu.close();
+            });
+            QString const tip = " Move compound to this data source ";
+            QCOMPARE(entries, QString(accessMode ? "(elsewhere) " : "elsewhere ") + kGlowUid
+                                  + " to " + kResourceUid + tip + "elsewhere|(project[Current]"
+                                  + (accessMode ? " [Read-Only]) " : ") ") + kGlowUid + " to res-2"
+                                  + tip + "project|(shared [Read-Only]) " + kGlowUid + " to res-4"
+                                  + tip + "shared");
+            QCOMPARE(m_Host->TakeCalls().join('|'),
+                     QString("RunQuery 'select object where IS_OF_TYPE_VERSION( {%1 } )'")
+                         .arg(qorm::UID_Resource().GetStr()));
+        }
+    }
+
+    void addsCommandsToMenusOfTheHost()
+    {
+        QMenu menu;
+        FillMenuOfHost(menu);
+        QCOMPARE(TakeEntries(menu), QString("Compound signature|Public compound|"
+                                            "Public looping compound|Save graph library"));
+    }
+
     void passesOnWhatWasEntered_data()
     {
-        AddColumns<QString, int, QString, QStringList>("command", "row", "entered", "calls");
-        auto const create = [](QString const& text, char const* kind, QString const& call) {
+        AddColumns<QString, int, QString, QString>("command", "row", "entered", "calls");
+        auto const add = [](QString const& command, int row, QString const& entered,
+                            QString const& calls) {
+            QString const name = command + QString::number(row) + entered;
+            AddRow(qPrintable(name), command, row, entered, calls);
+        };
+        auto const create = [&](QString const& kind, char const* text, QString const& call) {
+            QString const calls = "CreateAndSetFromNew%1 A %2 manager|"
+                                  "SetGlobalTarnoCompoundTarget %3 -";
             QString const made = call.section('\'', 1, 1);
-            AddRow(qPrintable(kind + text), QString("OnNew") + kind, 0, text,
-                   QStringList{"CreateAndSetFromNew"
-                                   + QString(kind).replace("Signature", "Compound") + " A " + call
-                                   + " manager",
-                               "SetGlobalTarnoCompoundTarget " + made + " -"});
+            add("OnNew" + kind, 0, text,
+                calls.arg(QString(kind).replace("Signature", "Compound"), call, made));
         };
         // The third text is null for a signature, and empty for what implements none.
-        create("<Return>", "Signature", "'signature' true null ''");
-        create("<Return>", "Compound", "'compound' false '' ''");
-        create("<Return>", "LoopCompound", "'loopcompound' '' ''");
-        create("my node!<Tab>Math<Ok>", "Signature", "'my_node_' true null 'Math'");
-        create("?x 2<Tab>Caf\u00E9<Tab>U<Return>", "Compound",
-               "'_x_2' false 'uid-Unary' 'Caf\u00E9'");
-        create("\u03A9<Tab> a / b <Tab><Down><Down><Ok>", "Compound",
+        create("Signature", "<Return>", "'signature' true null ''");
+        create("Compound", "<Return>", "'compound' false '' ''");
+        create("LoopCompound", "<Return>", "'loopcompound' '' ''");
+        create("Signature", "my node!<Tab>Math<Ok>", "'my_node_' true null 'Math'");
+        create("Compound", "?x 2<Tab>\u00E9<Tab>U<Return>", "'_x_2' false 'uid-Unary' '\u00E9'");
+        create("Compound", "\u03A9<Tab> a / b <Tab><Down><Down><Ok>",
                "'?' false 'uid-Zeta-2' ' a / b '");
-        create("loop<Tab><Tab><Down><Down><Down><Return>", "LoopCompound", "'loop' 'uid-alpha' ''");
-        create("loop<Tab><Tab><Down><Up><Return>", "LoopCompound", "'loop' '' ''");
-        for (char const* command : {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound",
-                                    "OnRenameItem", "OnEditItemTags"}) {
-            for (QString const close : {"<Cancel>", "<Escape>", "<close>"})
-                AddRow(qPrintable(command + close), command, 0, "node" + close, QStringList());
+        create("LoopCompound", "loop<Tab><Tab><Down><Down><Down><Return>", "'loop' 'uid-alpha' ''");
+        create("LoopCompound", "loop<Tab><Tab><Down><Up><Return>", "'loop' '' ''");
+
+        QString const rename = "Initialize Soft Clip|RenameCompound Soft Clip '%1' manager";
+        for (char const* name : {"Halo 2<Return>", "Halo<OK>", "soft clip<Enter>"})
+            add("OnRenameItem", 0, name, rename.arg(QString(name).section('<', 0, 0)));
+        for (char const* unchanged : {"Soft Clip<Return>", "<Return>"})
+            add("OnRenameItem", 0, unchanged, "");
+
+        QString const tag = "SetItemTags %1 'ApplicationTags' '%2' manager";
+        add("OnEditItemTags", 0, " c; my tag ;;c; B <Return>", tag.arg("Soft Clip", "B;c;my tag"));
+        add("OnEditItemTags", 0, "\u00E9;\u03A9<Ok>", tag.arg("Soft Clip", "?;\u00E9"));
+        add("OnEditItemTags", 0, "; ;<Return>", tag.arg("Soft Clip", ""));
+        add("OnEditItemTags", 1, "<Return>", tag.arg("Soft Glow", "a;b"));
+        add("OnEditItemTags", 2, "b; a<Return>", "");
+
+        add("OnSaveGraphLibrary", 0, "",
+            QString("PrepareForSave A|CommitToDisk A empty list false ")
+                + qorm::UID_Null().GetStr());
+        QString const uid = kClipUid;
+        add("OnCheckOutItem", 0, "", "CheckOut " + uid + " true");
+        add("OnMakeItemWritable", 0, "", "MakeWritable " + uid + " true");
+        add("OnShowItemFiles", 0, "", "ShowFiles " + uid + " false");
+        // It has an object, but not the UID of one.
+        add("OnShowItemFiles", 2, "", "");
+        // The menu shows the entry and never lets it be chosen.
+        add("OnDeleteItem", 0, "", "");
+        for (char const* command : {"OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable",
+                                    "OnShowItemFiles", "OnEditItemTags"}) {
+            for (int const row : {-1, 3})
+                add(command, row, "", "");
         }
-
-        auto const rename = [](QString const& text, bool isRenamed) {
-            QString const name = text.section('<', 0, 0);
-            QStringList const calls{"Initialize Blur",
-                                    "RenameCompound Blur '" + name + "' manager"};
-            AddRow(qPrintable("rename " + text), "OnRenameItem", 0, text,
-                   isRenamed ? calls : QStringList());
-        };
-        rename("Halo 2<Return>", true);
-        rename("Halo<OK>", true);
-        rename("blur<Enter>", true);
-        rename("Blur<Return>", false);
-        rename("<Return>", false);
-
-        auto const tag = [](int row, QString const& text, QString const& call) {
-            AddRow(qPrintable(QString("tag %1 %2").arg(row).arg(text)), "OnEditItemTags", row, text,
-                   call.isEmpty() ? QStringList()
-                                  : QStringList("SetItemTags " + call.section(' ', 0, 0)
-                                                + " 'ApplicationTags' '" + call.section(' ', 1)
-                                                + "' manager"));
-        };
-        tag(0, " c; my tag ;;c; B <Return>", "Blur B;c;my tag");
-        tag(0, "\u00E9;\u03A9<Ok>", "Blur ?;\u00E9");
-        tag(0, "; ;<Return>", "Blur ");
-        tag(0, "<Delete><Return>", "Blur ");
-        tag(0, "b;a<Return>", "Blur a;b");
-        tag(1, "<Return>", "Glow a;b");
-        tag(2, "b; a<Return>", "");
-        tag(2, "<Ok>", "");
+        for (char const* command :
+             {"OnNewSignature", "OnNewLoopCompound", "OnRenameItem", "OnEditItemTags"}) {
+            for (char const* close : {"node<Cancel>", "node<Escape>", "node<close>"})
+                add(command, 0, close, "");
+        }
     }
 
     void passesOnWhatWasEntered()
@@ -81,11 +168,16 @@ private Q_SLOTS:
         QFETCH(QString, command);
         QFETCH(int, row);
         QFETCH(QString, entered);
-        Click(row);
+        for (QString const uid : {"uid-alpha", "uid-Zeta-1", "uid-Unary", "uid-Zeta-2"})
+            m_Library
+                ->Add(TarnoType::gCompound, uid.section('-', 1, 1).toStdString(), "",
+                      qPrintable(uid))
+                .isAbstract = true;
+        m_Browser->m_SelectedIndex = static_cast<unsigned long>(row);
         DialogUser user(entered);
         Run(command);
-        QVERIFY(user.HasClosed());
-        QTEST(m_Host->TakeCalls(), "calls");
+        QCOMPARE(user.HasClosed(), !entered.isEmpty());
+        QTEST(m_Host->TakeCalls().join('|'), "calls");
     }
 
     void leavesRefusedItemsAlone()
@@ -100,114 +192,320 @@ private Q_SLOTS:
         }
     }
 
-    void savesTheLibrary()
-    {
-        Run("OnSaveGraphLibrary");
-        QCOMPARE(m_Host->TakeCalls(),
-                 (QStringList{"PrepareForSave A", QString("CommitToDisk A empty list false %1")
-                                                      .arg(qorm::UID_Null().GetStr())}));
-    }
-
-    void usesRevisionControl()
-    {
-        QString const uid = kBlurUid;
-        std::pair<char const*, QString> const commands[] = {
-            {"OnCheckOutItem", "CheckOut " + uid + " true"},
-            {"OnMakeItemWritable", "MakeWritable " + uid + " true"},
-            {"OnShowItemFiles", "ShowFiles " + uid + " false"}};
-        for (auto const& command : commands) {
-            auto const getCalls = [&](int row) {
-                Click(row);
-                Run(command.first);
-                return m_Host->TakeCalls().join('|');
-            };
-            QCOMPARE(getCalls(0), QString());
-            TestObject& object = m_Host->m_Database.AddObject(uid.toStdString(), nullptr);
-            QCOMPARE(getCalls(0), command.second);
-            m_Host->SetService("RevisionControlUIHelper", nullptr);
-            QCOMPARE(getCalls(0), QString());
-            m_Host->AddRevisionControl();
-            // Not the UID of a database object, although there is one.
-            m_Host->m_Database.AddObject("no database uid", nullptr);
-            QCOMPARE(getCalls(1), QString());
-            m_Host->m_Database.Remove(object);
-        }
-    }
-
-    void needsASelectedRow()
-    {
-        DialogUser user([](QDialog&) { QFAIL("a dialog"); });
-        m_Host->m_ListsQueries = true;
-        for (unsigned long index : {0xFFFFFFFFUL, 3UL}) {
-            m_Browser->m_SelectedIndex = index;
-            for (char const* command : {"OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable",
-                                        "OnShowItemFiles", "OnEditItemTags"})
-                Run(command);
-        }
-        // Deleting does nothing on purpose: the menu shows the entry and never lets it be chosen.
-        m_Browser->m_SelectedIndex = 0;
-        Run("OnDeleteItem");
-        QCOMPARE(m_Host->TakeCalls(), QStringList());
-    }
-
     void leavesMissingObjectsToTheDatabase_data()
     {
         AddColumns<QString>("missing");
-        for (char const* missing : {"service", "target", "compound", "manager", "resource"})
+        for (char const* missing : {"compound", "manager", "resource", "target"})
             AddRow(missing, missing);
     }
 
     void leavesMissingObjectsToTheDatabase()
     {
         QFETCH(QString, missing);
-        char const resourceUid[] = "E0000000-0000-4000-8000-000000000001";
-        TestDatabase& database = m_Host->m_Database;
-        TestDataSource* const source = database.AddSource("project");
-        if (missing != "compound")
-            database.AddObject(kBlurUid, source).m_HasManager = missing != "manager";
-        if (missing != "resource")
-            database.AddResource(resourceUid, "Project", missing == "target" ? nullptr : source);
-        if (missing == "service")
-            m_Host->SetService("RevisionControlUIHelper", nullptr);
         QAction action(nullptr);
-        action.setData(QStringList{kBlurUid, resourceUid});
+        action.setData(QStringList{kGlowUid, kResourceUid});
         connect(&action, SIGNAL(triggered()), m_Browser.get(), SLOT(OnDatasourceChange()));
-        QStringList calls;
-        if (missing == "target") // refusing it is the host's business
-            calls << QString("MoveToDataSource %1 null true").arg(kBlurUid);
-        if (missing == "target" || missing == "service") {
-            action.trigger();
-            QCOMPARE(m_Host->TakeCalls(), calls);
+        if (missing == "compound")
+            m_Host->m_Database.Remove(*m_Glow);
+        m_Glow->m_HasManager = missing != "manager";
+        if (missing == "resource")
+            m_Host->m_Database.Remove(*m_Resource);
+        if (missing != "target") {
+            QVERIFY_EXCEPTION_THROWN(action.trigger(), qorm::ExBase::NullPtr);
+            QCOMPARE(m_Host->TakeCalls().filter("PrintDebugString").size(), 1);
             return;
         }
-        QVERIFY_EXCEPTION_THROWN(action.trigger(), qorm::ExBase::NullPtr);
-        QCOMPARE(m_Host->TakeCalls().filter("PrintDebugString").size(), 1);
+        m_Resource->m_Represents = nullptr;
+        action.trigger();
+        QCOMPARE(m_Host->TakeCalls().join('|'),
+                 QString("MoveToDataSource %1 null true").arg(kGlowUid));
+    }
+
+    void actsOnTheItemThatTheEntryNames_data()
+    {
+        // One sign for each event: done, not done, or left to the host, which refuses a library
+        // that is not there.
+        AddColumns<QString, QString, QString, QString>("entry", "afterChoice", "inDialog", "calls");
+        QString const uid = kGlowUid;
+        QString const create = "Create%1 A 'Halo' %2'' manager|SetGlobalTarnoCompoundTarget Halo -";
+        AddRow("files", "Show Files", "+-+----", "", "ShowFiles " + uid + " false");
+        AddRow("source", "elsewhere", "+-+----", "",
+               "MoveToDataSource " + uid + " 'elsewhere' true");
+        AddRow("rename", "Rename", "+-+---+", "+-+---+",
+               "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager");
+        AddRow("tags", "Edit Tags", "+-+---+", "+-+---+",
+               "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager");
+        AddRow("delete", "Delete", "-------", "", "");
+        AddRow("signature", "Compound sig", "", "+++-?-+",
+               create.arg("AndSetFromNewCompound", "true null "));
+        AddRow("compound", "Public compound", "", "+++-?-+",
+               create.arg("AndSetFromNewCompound", "false '' "));
+        AddRow("loop", "Public looping", "", "+++-?-+",
+               create.arg("AndSetFromNewLoopCompound", "'' "));
+    }
+
+    void actsOnTheItemThatTheEntryNames()
+    {
+        QFETCH(QString, entry);
+        QFETCH(QString, afterChoice);
+        QFETCH(QString, inDialog);
+        QFETCH(QString, calls);
+        QString const outcomes = afterChoice + inDialog;
+        for (int step = 0; step < outcomes.size(); ++step) {
+            bool const isInDialog = step >= afterChoice.size();
+            QString const event = kEvents[step % 7];
+            MakePanel();
+            DialogUser user([&](QDialog& dialog) {
+                Use(dialog, "Hal");
+                if (isInDialog)
+                    Happen(event);
+                QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
+                Use(dialog, "o<Return>");
+            });
+            Choose(entry, afterChoice.isEmpty(), [&] {
+                if (!isInDialog)
+                    Happen(event);
+            });
+            QString expected = outcomes[step] == '-' ? "" : calls;
+            if (event == "item renamed")
+                expected.replace("Soft Glow", "A Glow");
+            if (outcomes[step] == '?')
+                expected = expected.section('|', 0, 0).replace(" A ", " - ");
+            QCOMPARE(event + ": " + m_Host->TakeCalls().join('|'), event + ": " + expected);
+            QCOMPARE(user.HasClosed(),
+                     isInDialog || (outcomes[step] == '+' && !inDialog.isEmpty()));
+            QVERIFY(!m_Browser || m_Browser->m_SelectedIndex == 1);
+        }
+    }
+
+    /// Whatever menu or dialog is open at the time.
+    void actsOnTheSelectedRowWhenTheHostCalls()
+    {
+        auto const callCommandOfHost = [this] {
+            m_Browser->m_SelectedIndex = 0;
+            Run("OnShowItemFiles");
+        };
+        DialogUser user([&](QDialog& dialog) {
+            callCommandOfHost();
+            Use(dialog, "Halo<Return>");
+        });
+        Choose("Rename", false, callCommandOfHost);
+        QString const show = QString("ShowFiles %1 false|").arg(kClipUid);
+        QCOMPARE(m_Host->TakeCalls().mid(1).join('|'),
+                 show + show + "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager");
+
+        // An item that is gone has no dialog.
+        m_Library->Remove((*m_Library)["Soft Clip"]);
+        for (char const* command : {"OnRenameItem", "OnEditItemTags"}) {
+            DialogUser none("<Escape>");
+            Run(command);
+            QVERIFY(!none.HasClosed());
+        }
+    }
+
+    /// A subclass may change the items without a word.
+    void findsTheItemWhereverItStands()
+    {
+        Choose("Show Files", false, [this] {
+            m_Host->TakeCalls();
+            m_Browser->m_Items.erase(m_Browser->m_Items.begin());
+        });
+        QCOMPARE(m_Host->TakeCalls(), QStringList(QString("ShowFiles %1 false").arg(kGlowUid)));
+    }
+
+    void survivesEveryCallOfTheHost_data()
+    {
+        AddColumns<QString>("scenario");
+        for (char const* scenario :
+             {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound", "OnSaveGraphLibrary",
+              "OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable", "OnShowItemFiles",
+              "OnEditItemTags", "Show Files", "Rename", "elsewhere", "Edit Tags", "double click",
+              "tool tip", "selection", "list: paint", "list: tags told", "list: state told"})
+            AddRow(scenario, scenario);
+    }
+
+    /// The host deletes the panel, or replaces its library, inside each call in turn: questions
+    /// that are asked on the way, and what is done in the end. No toolkit survives a widget that is
+    /// deleted while it is painted, so questions about the list must not do that.
+    void survivesEveryCallOfTheHost()
+    {
+        QFETCH(QString, scenario);
+        bool const isOfList = scenario.startsWith("list: ");
+        for (QString const event : {"panel deleted", "library replaced"}) {
+            bool const isDeleted = event == "panel deleted";
+            if (isDeleted && isOfList)
+                continue;
+            int call = 0;
+            do {
+                MakePanel();
+                // Nothing is told of a change that is refused.
+                m_Host->m_RefusesChanges = isDeleted && scenario.contains("Tags");
+                m_Host->RunAt(++call, [&] { Happen(event); });
+                DialogUser user("Halo<Return>");
+                Run(scenario);
+                // The other library is not what the user meant.
+                QStringList const wrong =
+                    m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
+                QVERIFY2(isOfList || wrong.isEmpty(), qPrintable(wrong.join('|')));
+                if (m_Browser && m_Host->HasRun())
+                    QCOMPARE(m_Browser->GetRows(), QString("B B B"));
+            } while (m_Host->HasRun());
+            m_Host->RunAt(0, nullptr);
+            QVERIFY(call > 1);
+        }
     }
 
 protected:
     void SetUp() override
     {
         BrowserTest::SetUp();
-        m_Library->Add(TarnoType::gCompound, "Blur", "b;a", kBlurUid);
-        m_Library->Add(TarnoType::gSolver, "Glow", " b; a ", "no database uid");
-        m_Library->Add(TarnoType::gSolver, "Sharpen", "a;b");
-        for (char const* uid : {"uid-alpha", "uid-Zeta-1", "uid-Unary", "uid-Zeta-2"})
-            m_Library
-                ->Add(TarnoType::gCompound, QString(uid).section('-', 1, 1).toStdString(), "", uid)
-                .isAbstract = true;
-        MakeBrowser();
-        m_Browser->TabChanged(CNodeBrowser::eConfigNodes);
-        m_Browser->SetCommandManager(&m_Host->m_CommandManager);
-        QCOMPARE(m_Browser->GetRows(), QString("Blur Glow Sharpen"));
-        m_Host->AddRevisionControl();
-        m_Host->TakeCalls();
+        MakePanel();
+    }
+
+    void TearDown() override
+    {
+        BrowserTest::TearDown();
+        m_Other.reset();
     }
 
 private:
-    void Run(QString const& command)
+    /// Three rows, the second of which is selected, and as many in the library that is not shown.
+    void MakePanel()
     {
-        QVERIFY(QMetaObject::invokeMethod(m_Browser.get(), qPrintable(command)));
+        m_Browser.reset();
+        m_Library.reset(new TestLibrary("A"));
+        m_Other.reset(new TestLibrary("B"));
+        TestDatabase& database = m_Host->m_Database;
+        database.Clear();
+        m_Host->AddRevisionControl();
+        m_Source = database.AddSource("project");
+        m_Resource =
+            &database.AddResource(kResourceUid, "elsewhere", database.AddSource("elsewhere"));
+        auto const add = [&](TestLibrary& library, char const* kind, char const* name,
+                             char const* tags, char const* uid) {
+            return &library.AddObject(library.Add(kind, name, tags, uid), m_Source);
+        };
+        add(*m_Library, TarnoType::gCompound, "Soft Clip", "b;a", kClipUid);
+        m_Glow = add(*m_Library, TarnoType::gCompound, "Soft Glow", " b; a ", kGlowUid);
+        add(*m_Library, TarnoType::gSolver, "Tone", "a;b", "no UID of a database object");
+        for (int number = 1; number < 4; ++number)
+            add(*m_Other, TarnoType::gCompound, "B", "x",
+                qPrintable(QString("BBBBBBBB-0000-4000-8000-00000000000%1").arg(number)));
+        m_Browser.reset(new TestBrowser);
+        m_Browser->SetItemLibrary(m_Library->GetAccessor());
+        m_Browser->SetCommandManager(&m_Host->m_CommandManager);
+        m_Browser->Paint();
+        m_Browser->m_SelectedIndex = 1;
+        m_Host->TakeCalls();
     }
+
+    void Happen(QString const& event)
+    {
+        if (event == "item added before")
+            m_Library->Add(TarnoType::gCompound, "Soft Fade");
+        else if (event == "item removed")
+            m_Library->Remove((*m_Library)["Soft Glow"]);
+        else if (event == "item renamed")
+            (*m_Library)["Soft Glow"].name = "A Glow";
+        else if (event == "library replaced")
+            m_Browser->SetItemLibrary(m_Other->GetAccessor());
+        else if (event == "library closed")
+            m_Library.reset();
+        else if (event == "panel deleted")
+            m_Browser.reset();
+        else if (event == "service withdrawn")
+            m_Host->SetService("RevisionControlUIHelper", nullptr);
+        if (m_Browser && !m_Browser->testAttribute(Qt::WA_WState_InPaintEvent)) {
+            m_Browser->LibraryInvalidated(m_Browser->m_ItemLibrary);
+            m_Browser->Paint();
+        }
+        m_Host->TakeCalls();
+    }
+
+    void UseContextMenu(int row, std::function<void(QMenu&)> const& use)
+    {
+        QObject untilReturn;
+        QTimer::singleShot(0, &untilReturn, [&] {
+            if (QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget()))
+                use(*menu);
+        });
+        Send(QEvent::MouseButtonPress, m_Browser->GetRowCenter(row), Qt::RightButton,
+             Qt::RightButton);
+    }
+
+    void FillMenuOfHost(QMenu& menu)
+    {
+        for (int command = -1; command < 5; ++command)
+            m_Browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
+    }
+
+    /// Closes the menu. Entries that cannot be chosen stand in brackets.
+    static QString TakeEntries(QMenu& menu)
+    {
+        QStringList entries;
+        for (QAction const* action : menu.actions()) {
+            entries << (action->isEnabled() ? action->text() : "(" + action->text() + ")");
+            if (!action->data().isNull())
+                entries.last() += " " + action->data().toStringList().join(" to ") + " "
+                                  + action->toolTip().replace('\n', ' ');
+        }
+        menu.close();
+        return entries.join('|');
+    }
+
+    /// Chooses the entry that begins like that, from a menu of the host or from the context menu
+    /// of "Soft Glow" after something happened.
+    void Choose(QString const& entry, bool isInMenuOfHost, std::function<void()> const& meanwhile)
+    {
+        auto const choose = [&](QMenu& menu) {
+            // The menu is closed before the command runs, as it is for a click.
+            menu.close();
+            for (QAction* const action : menu.findChildren<QAction*>()) {
+                if (action->text().startsWith(entry))
+                    return action->trigger();
+            }
+            QFAIL(qPrintable("no entry " + entry));
+        };
+        if (isInMenuOfHost) {
+            QMenu menu;
+            FillMenuOfHost(menu);
+            return choose(menu);
+        }
+        UseContextMenu(1, [&](QMenu& menu) {
+            meanwhile();
+            QCOMPARE(menu.isVisible(), m_Browser != nullptr);
+            choose(menu);
+        });
+    }
+
+    /// A command of the panel, an entry of its context menu, or another scenario.
+    void Run(QString const& scenario)
+    {
+        QPoint const point = m_Browser->GetRowCenter(1);
+        if (scenario.startsWith("On"))
+            QVERIFY(QMetaObject::invokeMethod(m_Browser.get(), qPrintable(scenario)));
+        else if (scenario == "double click")
+            Send(QEvent::MouseButtonDblClick, point, Qt::LeftButton, Qt::LeftButton);
+        else if (scenario == "tool tip") {
+            QHelpEvent event(QEvent::ToolTip, point, m_Browser->mapToGlobal(point));
+            QApplication::sendEvent(m_Browser.get(), &event);
+        } else if (scenario == "selection")
+            m_Browser->IsSelectionType();
+        else if (scenario == "list: paint") {
+            m_Browser->m_ScStatesStale = true;
+            m_Browser->Paint();
+        } else if (scenario == "list: tags told")
+            TellTags((*m_Library)["Soft Glow"].id);
+        else if (scenario == "list: state told")
+            TellState((*m_Library)["Soft Glow"].id, 5);
+        else
+            Choose(scenario, false, [] {});
+    }
+
+    std::unique_ptr<TestLibrary> m_Other;
+    TestDataSource* m_Source;
+    TestObject* m_Resource;
+    TestObject* m_Glow;
 };
 
 NODEBROWSER_TEST(TestCommands)
