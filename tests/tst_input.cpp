@@ -7,6 +7,8 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
+#include <tuple>
+
 using namespace tarno::datamodel;
 
 namespace {
@@ -63,16 +65,12 @@ private Q_SLOTS:
         browser->TabChanged(CNodeBrowser::eConfigAll);
         browser->Paint();
         Click(3);
-        QVERIFY(browser->GetSelection() == (*m_Library)["d type"].id && browser->IsSelectionType());
+        QVERIFY(browser->IsSelectionType());
 
         QSignalSpy selections(browser, SIGNAL(SelectionChanged()));
-        QPoint const header(250, browser->m_HeaderHeight);
-        QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier,
-                          row < 0 ? header : browser->GetRowCenter(row));
+        QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, At(row));
         QVERIFY(browser->GetSelection()
                 == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
-        QCOMPARE(browser->m_SelectedIndex,
-                 isSelected ? static_cast<unsigned long>(row) : 0xFFFFFFFFul);
         QVERIFY(!browser->IsSelectionType());
         QCOMPARE(selections.count(), isSelected ? 1 : 0);
         QTEST(browser->m_Menus, "menus");
@@ -85,9 +83,7 @@ private Q_SLOTS:
         m_Host->TakeCalls();
         QSignalSpy selections(m_Browser.get(), SIGNAL(SelectionChanged()));
         for (int row = -1; row < 5; ++row)
-            Send(QEvent::MouseButtonDblClick,
-                 row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row),
-                 Qt::LeftButton, Qt::LeftButton);
+            Send(QEvent::MouseButtonDblClick, At(row), Qt::LeftButton, Qt::LeftButton);
         QCOMPARE(m_Host->TakeCalls(), (QStringList{"SetGlobalTarnoCompoundTarget a compound -",
                                                    "SetGlobalTarnoCompoundTarget b signature -"}));
         QVERIFY(m_Browser->GetSelection() == (*m_Library)["d type"].id);
@@ -105,55 +101,45 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(m_Browser.get()));
         m_Host->TakeCalls();
         // Without the service, a database UID or an object there is none.
-        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        QVERIFY(Hover(0));
         m_Host->AddRevisionControl();
-        QVERIFY(Hover(m_Browser->GetRowCenter(1)));
-        QVERIFY(Hover(m_Browser->GetRowCenter(4)));
+        QVERIFY(Hover(1) && Hover(4));
         QVERIFY(m_Host->TakeCalls().isEmpty() && !QToolTip::isVisible());
 
         // Any other item hides it.
-        for (QPoint const& point : {m_Browser->GetRowCenter(2), m_Browser->GetRowCenter(9),
-                                    QPoint(5, m_Browser->m_HeaderHeight)}) {
-            QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        for (int const row : {2, 9, -1}) {
+            QVERIFY(Hover(0));
             QCOMPARE(m_Host->TakeCalls(), QStringList("GetToolTip " + uid + " ':compound.png'"));
             QCOMPARE(QToolTip::text(), "state of " + uid);
-            QVERIFY(!Hover(point));
+            QVERIFY(!Hover(row));
             QTRY_VERIFY(!QToolTip::isVisible());
         }
         // It may outlast the library and the panel.
-        QVERIFY(Hover(m_Browser->GetRowCenter(0)));
+        QVERIFY(Hover(0));
         m_Library.reset();
-        QVERIFY(!Hover(m_Browser->GetRowCenter(0)));
+        QVERIFY(!Hover(0));
         m_Browser.reset();
         QTRY_VERIFY(!QToolTip::isVisible());
     }
 
-    void scrollsByThreeRows_data()
-    {
-        AddColumns<int, QPoint, int>("y", "delta", "offset");
-        AddRow("up", 100, QPoint(0, 120), 100 - 72);
-        AddRow("down", 100, QPoint(0, -120), 100 + 72);
-        AddRow("as far, however fast", 100, QPoint(0, -1200), 100 + 72);
-        AddRow("no way counts as down", 100, QPoint(0, 0), 100 + 72);
-        AddRow("sideways", 100, QPoint(120, 0), 100 - 72);
-        AddRow("first line of the rows", 43, QPoint(0, 120), 100 - 72);
-        AddRow("header", 42, QPoint(0, 120), 100);
-    }
-
     void scrollsByThreeRows()
     {
-        QFETCH(int, y);
-        QFETCH(QPoint, delta);
-        QFETCH(int, offset);
         for (int i = 0; i < 40; ++i)
             m_Library->Add(TarnoType::gSolver, "more");
         MakeBrowser();
-        m_Browser->findChild<QScrollBar*>()->setValue(100);
-        QCOMPARE(Wheel(QPoint(250, y), delta), offset != 100);
-        QCOMPARE(m_Browser->m_ScrollOffset, offset);
+        // Where the wheel turns, how, and how far that scrolls: always as far, and none as down.
+        std::tuple<int, QPoint, int> const turns[] = {{100, {0, 120}, -72}, {100, {0, -1200}, 72},
+                                                      {100, {0, 0}, 72},    {100, {120, 0}, -72},
+                                                      {43, {0, 120}, -72},  {42, {0, 120}, 0}};
+        QScrollBar& bar = *m_Browser->findChild<QScrollBar*>();
+        for (auto const& [y, delta, way] : turns) {
+            bar.setValue(100);
+            QCOMPARE(Wheel(QPoint(250, y), delta), way != 0);
+            QCOMPARE(bar.value(), 100 + way);
+        }
         for (int i = 0; i < 40; ++i)
             Wheel(QPoint(100, 399), QPoint(0, -120));
-        QCOMPARE(m_Browser->m_ScrollOffset, 44 * 24 - (400 - 43));
+        QCOMPARE(bar.value(), 44 * 24 - (400 - 43));
     }
 
     /// A scroll bar that never had a range keeps the toolkit's own, hidden or not.
@@ -175,9 +161,16 @@ protected:
     }
 
 private:
-    /// Whether the event was accepted; it counts as handled in either case.
-    bool Hover(QPoint const& point)
+    /// The middle of a row, or the last line of the header for -1.
+    QPoint At(int row) const
     {
+        return row < 0 ? QPoint(250, m_Browser->m_HeaderHeight) : m_Browser->GetRowCenter(row);
+    }
+
+    /// Whether the event was accepted; it counts as handled in either case.
+    bool Hover(int row)
+    {
+        QPoint const point = At(row);
         QHelpEvent event(QEvent::ToolTip, point, m_Browser->mapToGlobal(point));
         bool const isHandled = static_cast<QObject*>(m_Browser.get())->event(&event);
         return isHandled && event.isAccepted();

@@ -193,6 +193,11 @@ protected:
         Release(point);
     }
 
+    bool IsOpen(int uid) const
+    {
+        return m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(uid));
+    }
+
     void TypeKey(Qt::Key key)
     {
         QTest::keyClick(m_Canvas.get(), key);
@@ -206,6 +211,18 @@ protected:
     QImage Picture() const
     {
         return m_Canvas->viewport()->grab().toImage();
+    }
+
+    /// With nothing selected the canvas shows what it does when the compound is opened again.
+    bool IsAsOpenedAnew()
+    {
+        Scene().clearSelection();
+        MoveMouse(kNowhere);
+        QImage const shown = Picture();
+        auto const compound = m_Host->GetCompoundTarget();
+        Open(kEmpty);
+        m_Host->SetCompoundTarget(compound);
+        return Picture() == shown;
     }
 
     /// The same, or with a little of something else mixed in by smooth edges.

@@ -18,29 +18,27 @@ class TestCanvas : public CanvasTest
     Q_OBJECT
 
 private:
-    template <class Event>
-    bool IsAccepted(QMimeData const* data, QPoint const& point, bool isAccepted,
-                    Qt::DropActions actions)
-    {
-        Event event(point, actions, data, Qt::LeftButton, Qt::NoModifier);
-        event.setAccepted(isAccepted);
-        QApplication::sendEvent(m_Canvas->viewport(), &event);
-        return event.isAccepted();
-    }
-
-    /// Of the item, over the canvas and down.
-    bool IsDropped(std::string const& id, QPoint const& point, Qt::DropActions actions)
+    /// Whether the item is let in over the canvas and down, whatever the events say before.
+    bool IsDropped(std::string const& id, QPoint const& point = kNowhere,
+                   Qt::DropActions actions = Qt::CopyAction)
     {
         QByteArray bytes;
         QDataStream stream(&bytes, QIODevice::WriteOnly);
         stream << QString::fromStdString(id);
         QMimeData data;
         data.setData(QString::fromLatin1(kItemMimeType), bytes);
-        // Whatever the event says before; a drag that is refused brings no more events.
-        if (!IsAccepted<QDragEnterEvent>(&data, point, false, actions))
-            return IsAccepted<QDragEnterEvent>(&data, point, true, actions);
-        return IsAccepted<QDragMoveEvent>(&data, point, false, actions)
-               && IsAccepted<QDropEvent>(&data, point, false, actions);
+        QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        for (QDropEvent* const event :
+             {static_cast<QDropEvent*>(&enter), static_cast<QDropEvent*>(&move), &drop}) {
+            event->setAccepted(event == &enter && actions != Qt::CopyAction);
+            QApplication::sendEvent(m_Canvas->viewport(), event);
+            // A drag that is refused brings no more events.
+            if (!event->isAccepted())
+                return false;
+        }
+        return true;
     }
 
     bool IsDropped(int uid, QPoint const& point = kNowhere,
@@ -94,8 +92,7 @@ private Q_SLOTS:
         // Other actions and items are refused.
         QVERIFY(!IsDropped(kAdd, kNowhere, Qt::MoveAction));
         QVERIFY(!IsDropped(kFloat));
-        QVERIFY(!IsDropped("solver:" + Uid(98), kNowhere, Qt::CopyAction));
-        QVERIFY(!IsDropped("compound:" + Uid(kAdd), kNowhere, Qt::CopyAction));
+        QVERIFY(!IsDropped("solver:" + Uid(98)) && !IsDropped("compound:" + Uid(kAdd)));
         m_Host->SetCompoundTarget(CompoundAccessor());
         QVERIFY(!IsDropped(kAdd));
     }
@@ -161,11 +158,11 @@ private Q_SLOTS:
         }
         for (int step = states.size() - 1; step > 0; --step) {
             QCOMPARE(graph(), states[step]);
+            QVERIFY(IsAsOpenedAnew());
             Stack().undo();
         }
         QCOMPARE(graph(), states.first());
         QVERIFY(!m_Host->IsModified());
-        QCOMPARE(Scene().FindNodePosition("two").value(), QPointF(300, 0));
         Stack().setIndex(Stack().count());
         QCOMPARE(graph(), states.last());
     }
@@ -210,9 +207,9 @@ private Q_SLOTS:
         DoubleClick(At("one"));
         Open(kOuter);
         DoubleClick(At("main.value"));
-        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kOuter)));
+        QVERIFY(IsOpen(kOuter));
         DoubleClick(At("main"));
-        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));
+        QVERIFY(IsOpen(kMain));
         QCOMPARE(Stack().count(), 0);
     }
 
@@ -376,6 +373,11 @@ private Q_SLOTS:
                 QVERIFY(ids.count(from.node) && ids.count(to.node) && fed.insert(to).second);
             if (body.nodes.size() > 60)
                 Stack().setIndex(0);
+            if (count % 100 == 0) {
+                TypeKey(Qt::Key_Escape);
+                Release(kNowhere);
+                QVERIFY(IsAsOpenedAnew());
+            }
         }
     }
 };
