@@ -5,16 +5,17 @@
 #include "testbrowser.h"
 #include "testhost.h"
 
-#include <QMouseEvent>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 /// Base of tests of the panel and its dialogs: each test function has a fresh host and an empty
-/// library, and makes its panel when it likes.
+/// library, and makes its panel when it likes. A test with rows may set all up again for each.
 class BrowserTest : public LoggedTest
 {
 protected:
     void SetUp() override
     {
+        BrowserTest::TearDown();
         m_Host.reset(new TestHost);
         m_Library.reset(new TestLibrary);
     }

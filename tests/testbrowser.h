@@ -3,11 +3,7 @@
 
 #include "nodebrowser.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QImage>
-#include <QPaintEvent>
-#include <QStringList>
+#include <QtWidgets>
 
 #include <algorithm>
 #include <utility>

@@ -1,9 +1,5 @@
 #include "browsertest.h"
 
-#include <QDrag>
-#include <QMimeData>
-#include <QPointer>
-
 using namespace tarno::datamodel;
 
 namespace {
@@ -115,7 +111,6 @@ private Q_SLOTS:
 protected:
     void SetUp() override
     {
-        TearDown();
         BrowserTest::SetUp();
         drags = SDrags();
         m_Library->Add(TarnoType::gSolver, "a solver");

@@ -25,74 +25,37 @@ private Q_SLOTS:
         QCOMPARE(QSet<QString>(calls.begin() + 2, calls.end()), QSet<QString>{"FindObject " + uid});
     }
 
-    void showsItsSource_data()
-    {
-        AddColumns<QString, int, QString, QString, QString>("source", "accessMode", "asset",
-                                                            "flags", "icon");
-        AddRow("project", "project", 0, "", "state", "20 true");
-        AddRow("other access mode", "project", 2, "", "state", "20 true");
-        AddRow("read-only project", "project", 1, "", "read-only", "20 true");
-        AddRow("first component", "component 0", 0, "", "factory state", "27 false");
-        AddRow("second component", "component 1", 0, "", "factory state", "27 false");
-        AddRow("read-only component", "component 1", 1, "locked", "factory read-only", "");
-        AddRow("open asset", "project", 0, "open", "state", "20 true");
-        AddRow("locked asset", "project", 0, "locked", "factory read-only", "");
-        AddRow("locked asset, not loaded", "project", 0, "locked unloaded", "state", "20 true");
-        AddRow("locked asset in a component", "component 0", 0, "locked", "factory read-only", "");
-        AddRow("open asset, read-only project", "project", 1, "open", "read-only", "20 true");
-        for (char const* source : {"no service", "other service", "no UID", "no object"})
-            AddRow(source, source, 0, "", "state", "20 true");
-    }
-
     void showsItsSource()
     {
-        QFETCH(QString, source);
-        QFETCH(int, accessMode);
-        QFETCH(QString, asset);
-        QFETCH(QString, flags);
-        QFETCH(QString, icon);
-        TestDatabase& database = m_Host->m_Database;
-        TestDataSource* const dataSource =
-            source == "project" ? database.AddSource("project")
-                                : database.m_ComponentSources[source == "component 1"];
-        dataSource->m_AccessMode = accessMode;
-        if (source != "no service")
-            m_Host->AddRevisionControl();
-        if (source == "other service")
-            m_Host->SetService("RevisionControlUIHelper", &m_Host->m_Proxy);
-        TestItem const& added = m_Library->Add(TarnoType::gCompound, "item", "",
-                                               source == "no UID" ? "Compound:x" : nullptr);
-        if (source != "no object") {
-            TestObject& object = m_Library->AddObject(added, dataSource);
-            object.m_IsTypeAsset = !asset.isEmpty();
-            object.m_IsReadOnly = asset.startsWith("locked");
-            object.m_IsLoaded = !asset.endsWith("unloaded");
-        }
-
-        // 0: states are not shown; 1: shown, but version control is off; 2: shown.
-        for (int const shown : {0, 1, 2}) {
-            MakeBrowser();
-            m_Browser->SetSourceControlEnabled(shown > 0);
-            m_Host->m_IsFileVersionControlActive = shown != 1;
-            m_Browser->Paint();
-            // A state that the panel has not composed an icon for.
-            int const state = 0xFF00 + shown;
-            m_Host->m_ListsQueries = true;
-            m_Host->TakeCalls();
-            TellState((*m_Library)["item"].id, state);
-            QStringList const calls = m_Host->TakeCalls();
-            m_Host->m_ListsQueries = false;
-            CNodeBrowser::Item const& item = m_Browser->m_Items.at(0);
-            QCOMPARE(Describe(item), flags);
-            // Width, state, whether it is drawn, and whether the icon is a plain one.
-            QString const call = icon.section(' ', 0, 0) + " 0x" + QString::number(state, 16)
-                                 + (shown == 2 ? " true " : " false ") + icon.section(' ', 1);
-            QCOMPARE(calls.filter("getAssetStateIcon ").join("; "),
-                     icon.isEmpty() ? "" : "getAssetStateIcon " + call);
-            QCOMPARE(calls.contains("IsFileVersionControlActive"), shown > 0);
-            qint64 const key = item.m_DisplayIcon.cacheKey();
-            TellState((*m_Library)["item"].id, state);
-            QCOMPARE(item.m_DisplayIcon.cacheKey(), key);
+        // Where the item lives, access mode, type asset, the item's flags, and how its icon is
+        // asked for: width, state, and whether it is a plain one.
+        std::tuple<QString, int, QString, QString, QString> const rows[] = {
+            {"project", 0, "", "state", "20 true"},
+            {"project", 2, "", "state", "20 true"},
+            {"project", 1, "", "read-only", "20 true"},
+            {"component 0", 0, "", "factory state", "27 false"},
+            {"component 1", 0, "", "factory state", "27 false"},
+            {"component 1", 1, "locked", "factory read-only", ""},
+            {"project", 0, "open", "state", "20 true"},
+            {"project", 0, "locked", "factory read-only", ""},
+            {"project", 0, "locked unloaded", "state", "20 true"},
+            {"component 0", 0, "locked", "factory read-only", ""},
+            {"project", 1, "open", "read-only", "20 true"},
+            {"no service", 0, "", "state", "20 true"},
+            {"other service", 0, "", "state", "20 true"},
+            {"no UID", 0, "", "state", "20 true"},
+            {"no object", 0, "", "state", "20 true"}};
+        for (auto const& [source, accessMode, asset, flags, icon] : rows) {
+            SetUp();
+            AddItem(source, accessMode, asset);
+            // 0: states are not shown; 1: shown, but version control is off; 2: shown.
+            for (int const shown : {0, 1, 2}) {
+                QString const state = "0x" + QString::number(0xFF00 + shown, 16);
+                QString const drawn = shown == 2 ? " true " : " false ";
+                QString const call = "|getAssetStateIcon " + icon.section(' ', 0, 0) + ' ' + state
+                                     + drawn + icon.section(' ', 1);
+                QCOMPARE(source + ShowState(shown), source + flags + (icon.isEmpty() ? "|" : call));
+            }
         }
     }
 
@@ -109,6 +72,45 @@ private Q_SLOTS:
     }
 
 private:
+    void AddItem(QString const& source, int accessMode, QString const& asset)
+    {
+        TestDatabase& database = m_Host->m_Database;
+        TestDataSource* const dataSource = source.startsWith("component")
+                                               ? database.m_ComponentSources[source.endsWith('1')]
+                                               : database.AddSource("project");
+        dataSource->m_AccessMode = accessMode;
+        if (source != "no service")
+            m_Host->AddRevisionControl();
+        if (source == "other service")
+            m_Host->SetService("RevisionControlUIHelper", &m_Host->m_Proxy);
+        TestItem const& added = m_Library->Add(TarnoType::gCompound, "item", "",
+                                               source == "no UID" ? "Compound:x" : nullptr);
+        if (source == "no object")
+            return;
+        TestObject& object = m_Library->AddObject(added, dataSource);
+        object.m_IsTypeAsset = !asset.isEmpty();
+        object.m_IsReadOnly = asset.startsWith("locked");
+        object.m_IsLoaded = !asset.endsWith("unloaded");
+    }
+
+    /// Tells a state of which there is no icon yet. The flags of the item, and what was asked.
+    QString ShowState(int shown)
+    {
+        MakeBrowser();
+        m_Browser->SetSourceControlEnabled(shown > 0);
+        m_Host->m_IsFileVersionControlActive = shown != 1;
+        m_Browser->Paint();
+        m_Host->m_ListsQueries = true;
+        m_Host->TakeCalls();
+        // The second time there is one.
+        for (int time = 0; time < 2; ++time)
+            TellState((*m_Library)["item"].id, 0xFF00 + shown);
+        QStringList const calls = m_Host->TakeCalls();
+        m_Host->m_ListsQueries = false;
+        return Describe(m_Browser->m_Items.at(0)) + '|'
+               + calls.filter("getAssetStateIcon ").join('|');
+    }
+
     static QString Describe(CNodeBrowser::Item const& item)
     {
         QStringList flags;

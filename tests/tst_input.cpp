@@ -1,12 +1,6 @@
 #include "browsertest.h"
 #include "testtable.h"
 
-#include <QHelpEvent>
-#include <QScrollBar>
-#include <QSignalSpy>
-#include <QToolTip>
-#include <QWheelEvent>
-
 #include <tuple>
 
 using namespace tarno::datamodel;
@@ -118,6 +112,11 @@ private Q_SLOTS:
         QVERIFY(Hover(0));
         m_Library.reset();
         QVERIFY(!Hover(0));
+        // So may all that is done with the panel.
+        m_Browser->SearchTextChange("a");
+        m_Browser->Paint();
+        Click(0);
+        QVERIFY(m_Browser->GetSelection().IsNull() && !m_Browser->IsSelectionType());
         m_Browser.reset();
         QTRY_VERIFY(!QToolTip::isVisible());
     }

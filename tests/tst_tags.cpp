@@ -50,8 +50,7 @@ private Q_SLOTS:
     void keepsBothDirections()
     {
         QFETCH(QString, steps);
-        for (QString const& step : steps.split('|'))
-            Do(step);
+        Do(steps);
         m_Registry.AddItem((*m_Library)["C"].id, nullptr);
         QTEST(Describe(), "state");
         m_Registry.Clear();
@@ -60,8 +59,7 @@ private Q_SLOTS:
 
     void removesAnItemThroughItsOwnIdentifier()
     {
-        for (char const* step : {"A+X", "A+x", "A+y"})
-            Do(step);
+        Do("A+X|A+x|A+y");
         // The identifier lives in the set that the removal empties.
         m_Registry.RemoveItem(*m_Registry.GetTagItems("X").begin());
         QCOMPARE(Describe(), QString());
@@ -78,22 +76,24 @@ protected:
     }
 
 private:
-    /// One step on an item: "A=x;y" stores tags in the library, "A!" has the registry read them,
+    /// Steps on items: "A=x;y" stores tags in the library, "A!" has the registry read them,
     /// "A+x" and "A-x" add and remove one, "A." removes the item.
-    void Do(QString const& step)
+    void Do(QString const& steps)
     {
-        TestItem& item = (*m_Library)[step.left(1).toStdString()];
-        std::string const argument = step.mid(2).toStdString();
-        if (step[1] == '=')
-            item.tags[kCategory] = argument;
-        else if (step[1] == '!')
-            m_Registry.AddItem(item.id, kCategory);
-        else if (step[1] == '+')
-            m_Registry.AddItemTag(item.id, argument.c_str());
-        else if (step[1] == '-')
-            m_Registry.RemoveItemTag(item.id, argument.c_str());
-        else
-            m_Registry.RemoveItem(item.id);
+        for (QString const& step : steps.split('|')) {
+            TestItem& item = (*m_Library)[step.left(1).toStdString()];
+            std::string const argument = step.mid(2).toStdString();
+            if (step[1] == '=')
+                item.tags[kCategory] = argument;
+            else if (step[1] == '!')
+                m_Registry.AddItem(item.id, kCategory);
+            else if (step[1] == '+')
+                m_Registry.AddItemTag(item.id, argument.c_str());
+            else if (step[1] == '-')
+                m_Registry.RemoveItemTag(item.id, argument.c_str());
+            else
+                m_Registry.RemoveItem(item.id);
+        }
     }
 
     /// "A:x,y" for an item that is registered, then "x=AB" for a tag with items.

@@ -1,16 +1,8 @@
 #include "dialoguser.h"
 
-#include <QApplication>
-#include <QMetaEnum>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QTest>
-#include <QWindow>
+#include <QtTest>
 
 namespace {
-
-/// Milliseconds between two looks for a dialog.
-int const kPollInterval = 1;
 
 QString Describe(QWidget const* widget)
 {
@@ -63,12 +55,9 @@ QString GetTabOrder(QWidget& window)
 }
 
 DialogUser::DialogUser(Action const& action)
-    : m_Action(action)
-    , m_Previous(QApplication::activeModalWidget())
-    , m_HasClosed(false)
-{
-    m_Timer.start(kPollInterval, this);
-}
+    : m_Previous(QApplication::activeModalWidget())
+    , m_WhenShown([this, action] { return Act(action); })
+{}
 
 DialogUser::DialogUser(QString const& text)
     : DialogUser([text](QDialog& dialog) { Use(dialog, text); })
@@ -79,14 +68,14 @@ bool DialogUser::HasClosed() const
     return m_HasClosed;
 }
 
-void DialogUser::timerEvent(QTimerEvent* /*event*/)
+bool DialogUser::Act(Action const& action)
 {
     QPointer<QDialog> const dialog(qobject_cast<QDialog*>(QApplication::activeModalWidget()));
     if (!dialog || dialog == m_Previous || !QTest::qWaitForWindowActive(dialog))
-        return;
-    m_Timer.stop();
-    m_Action(*dialog);
+        return false;
+    action(*dialog);
     m_HasClosed = !dialog || !dialog->isVisible();
     if (!m_HasClosed)
         dialog->reject();
+    return true;
 }

@@ -1,12 +1,7 @@
 #ifndef NODEBROWSER_TESTS_DIALOGUSER_H
 #define NODEBROWSER_TESTS_DIALOGUSER_H
 
-#include <QBasicTimer>
-#include <QDialog>
-#include <QPointer>
-#include <QStringList>
-
-#include <functional>
+#include "whenshown.h"
 
 /// Does to the window what the user would: types the text, in which a name in brackets is a key or
 /// a button, or closes the window: "Halo<Tab>Math<Return>", "<Cancel>", "<close>".
@@ -22,7 +17,7 @@ QString GetTabOrder(QWidget& window);
 ///     DialogUser user("Halo<Escape>");
 ///     browser.OnNewCompound();
 ///     QVERIFY(user.HasClosed());
-class DialogUser : public QObject
+class DialogUser
 {
 public:
     typedef std::function<void(QDialog& dialog)> Action;
@@ -33,15 +28,13 @@ public:
     /// The dialog came, and was closed by the action.
     bool HasClosed() const;
 
-protected:
-    void timerEvent(QTimerEvent* event) override;
-
 private:
-    Action m_Action;
-    QBasicTimer m_Timer;
+    bool Act(Action const& action);
+
     /// The dialog that is open already.
-    QPointer<QWidget> m_Previous;
-    bool m_HasClosed;
+    QPointer<QWidget> const m_Previous;
+    bool m_HasClosed = false;
+    WhenShown const m_WhenShown;
 };
 
 #endif

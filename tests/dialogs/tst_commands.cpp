@@ -2,12 +2,6 @@
 #include "dialoguser.h"
 #include "testtable.h"
 
-#include <QAction>
-#include <QHelpEvent>
-#include <QMenu>
-#include <QRegularExpression>
-#include <QTimer>
-
 using namespace tarno::datamodel;
 
 namespace {
@@ -29,42 +23,37 @@ class TestCommands : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void offersCommandsOfTheItem_data()
-    {
-        AddColumns<QString, QString, QString>("kind", "facts", "entries");
-        AddRow("compound", "compound", "object",
-               "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x");
-        AddRow("compound, no object", "compound", "", "Rename x|(Delete x)|Edit Tags for x");
-        // A compound is asked whether it can change, others whether they are read-only.
-        AddRow("locked compound", "compound", "locked", "(Rename x)|(Delete x)|(Edit Tags for x)");
-        AddRow("read-only compound", "compound", "read-only",
-               "Rename x|(Delete x)|Edit Tags for x");
-        AddRow("solver", "solver", "locked object", "Show Files for x|Edit Tags for x");
-        AddRow("read-only solver", "solver", "read-only", "(Edit Tags for x)");
-        AddRow("constant", "constant", "", "Edit Tags for x");
-        AddRow("polymorphic solver", "polymorphicSolver", "", "");
-        AddRow("type", "type", "object", "Show Files for x");
-    }
-
     void offersCommandsOfTheItem()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, facts);
-        TestItem& item = m_Library->Add(FindKind(kind), "x");
-        item.canModify = !facts.contains("locked");
-        item.isReadOnly = facts.contains("read-only");
-        if (facts.contains("object"))
-            m_Library->AddObject(item, m_Host->m_Database.AddSource("other"));
-        m_Browser->TabChanged(CNodeBrowser::eConfigAll);
-        TellInvalidated();
-        m_Browser->Paint();
-        QString entries;
-        UseContextMenu(3, [&](QMenu& menu) { entries = TakeEntries(menu); });
-        QTEST(entries, "entries");
-        QVERIFY(m_Browser->GetSelection() == item.id);
+        // A compound is asked whether it can change, others whether they are read-only.
+        std::tuple<char const*, QString, QString> const rows[] = {
+            {"compound", "object",
+             "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x"},
+            {"compound", "locked", "(Rename x)|(Delete x)|(Edit Tags for x)"},
+            {"compound", "read-only", "Rename x|(Delete x)|Edit Tags for x"},
+            {"solver", "locked object", "Show Files for x|Edit Tags for x"},
+            {"solver", "read-only", "(Edit Tags for x)"},
+            {"constant", "", "Edit Tags for x"},
+            {"polymorphicSolver", "", ""},
+            {"type", "object", "Show Files for x"}};
+        for (auto const& [kind, facts, entries] : rows) {
+            MakePanel();
+            TestItem& item = m_Library->Add(FindKind(kind), "x");
+            item.canModify = !facts.contains("locked");
+            item.isReadOnly = facts.contains("read-only");
+            if (facts.contains("object"))
+                m_Library->AddObject(item, m_Host->m_Database.AddSource("other"));
+            m_Browser->TabChanged(CNodeBrowser::eConfigAll);
+            TellInvalidated();
+            m_Browser->Paint();
+            QString offered;
+            UseContextMenu(3, [&](QMenu& menu) { offered = TakeEntries(menu); });
+            QCOMPARE(kind + offered, kind + entries);
+            QVERIFY(m_Browser->GetSelection() == item.id);
+        }
         // Past the rows nothing opens.
         m_Browser->PopContexMenu(QPoint(), 4);
-        QCOMPARE(m_Browser->m_SelectedIndex, 4ul);
+        QVERIFY(m_Browser->GetSelection().IsNull());
     }
 
     void listsDataSources()
@@ -192,89 +181,60 @@ private Q_SLOTS:
         }
     }
 
-    void leavesMissingObjectsToTheDatabase_data()
-    {
-        AddColumns<QString>("missing");
-        for (char const* missing : {"compound", "manager", "resource", "target"})
-            AddRow(missing, missing);
-    }
-
     void leavesMissingObjectsToTheDatabase()
     {
-        QFETCH(QString, missing);
-        QAction action(nullptr);
-        action.setData(QStringList{kGlowUid, kResourceUid});
-        connect(&action, SIGNAL(triggered()), m_Browser.get(), SLOT(OnDatasourceChange()));
-        if (missing == "compound")
-            m_Host->m_Database.Remove(*m_Glow);
-        m_Glow->m_HasManager = missing != "manager";
-        if (missing == "resource")
-            m_Host->m_Database.Remove(*m_Resource);
-        if (missing != "target") {
-            QVERIFY_EXCEPTION_THROWN(action.trigger(), qorm::ExBase::NullPtr);
-            QCOMPARE(m_Host->TakeCalls().filter("PrintDebugString").size(), 1);
-            return;
-        }
+        auto const move = [this] {
+            QAction action(nullptr);
+            action.setData(QStringList{kGlowUid, kResourceUid});
+            connect(&action, SIGNAL(triggered()), m_Browser.get(), SLOT(OnDatasourceChange()));
+            action.trigger();
+        };
         m_Resource->m_Represents = nullptr;
-        action.trigger();
+        move();
         QCOMPARE(m_Host->TakeCalls().join('|'),
                  QString("MoveToDataSource %1 null true").arg(kGlowUid));
-    }
-
-    void actsOnTheItemThatTheEntryNames_data()
-    {
-        // One sign for each event: done, not done, or left to the host, which refuses a library
-        // that is not there.
-        AddColumns<QString, QString, QString, QString>("entry", "afterChoice", "inDialog", "calls");
-        QString const uid = kGlowUid;
-        QString const create = "Create%1 A 'Halo' %2'' manager|SetGlobalTarnoCompoundTarget Halo -";
-        AddRow("files", "Show Files", "+-+----", "", "ShowFiles " + uid + " false");
-        AddRow("source", "elsewhere", "+-+----", "",
-               "MoveToDataSource " + uid + " 'elsewhere' true");
-        AddRow("rename", "Rename", "+-+---+", "+-+---+",
-               "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager");
-        AddRow("tags", "Edit Tags", "+-+---+", "+-+---+",
-               "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager");
-        AddRow("delete", "Delete", "-------", "", "");
-        AddRow("signature", "Compound sig", "", "+++-?-+",
-               create.arg("AndSetFromNewCompound", "true null "));
-        AddRow("compound", "Public compound", "", "+++-?-+",
-               create.arg("AndSetFromNewCompound", "false '' "));
-        AddRow("loop", "Public looping", "", "+++-?-+",
-               create.arg("AndSetFromNewLoopCompound", "'' "));
+        m_Host->m_Database.Remove(*m_Resource);
+        QVERIFY_EXCEPTION_THROWN(move(), qorm::ExBase::NullPtr);
+        m_Glow->m_HasManager = false;
+        QVERIFY_EXCEPTION_THROWN(move(), qorm::ExBase::NullPtr);
+        m_Host->m_Database.Remove(*m_Glow);
+        QVERIFY_EXCEPTION_THROWN(move(), qorm::ExBase::NullPtr);
+        QCOMPARE(m_Host->TakeCalls().filter("PrintDebugString").size(), 3);
     }
 
     void actsOnTheItemThatTheEntryNames()
     {
-        QFETCH(QString, entry);
-        QFETCH(QString, afterChoice);
-        QFETCH(QString, inDialog);
-        QFETCH(QString, calls);
-        QString const outcomes = afterChoice + inDialog;
-        for (int step = 0; step < outcomes.size(); ++step) {
-            bool const isInDialog = step >= afterChoice.size();
-            QString const event = kEvents[step % 7];
-            MakePanel();
-            DialogUser user([&](QDialog& dialog) {
-                Use(dialog, "Hal");
-                if (isInDialog)
-                    Happen(event);
-                QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
-                Use(dialog, "o<Return>");
-            });
-            Choose(entry, afterChoice.isEmpty(), [&] {
-                if (!isInDialog)
-                    Happen(event);
-            });
-            QString expected = outcomes[step] == '-' ? "" : calls;
-            if (event == "item renamed")
-                expected.replace("Soft Glow", "A Glow");
-            if (outcomes[step] == '?')
-                expected = expected.section('|', 0, 0).replace(" A ", " - ");
-            QCOMPARE(event + ": " + m_Host->TakeCalls().join('|'), event + ": " + expected);
-            QCOMPARE(user.HasClosed(),
-                     isInDialog || (outcomes[step] == '+' && !inDialog.isEmpty()));
-            QVERIFY(!m_Browser || m_Browser->m_SelectedIndex == 1);
+        QString const uid = kGlowUid;
+        QString const create = "CreateAndSetFromNew%1 A 'Halo' %2'' manager|"
+                               "SetGlobalTarnoCompoundTarget Halo -";
+        // An entry, what comes of each event after the choice and in the dialog, and the calls. One
+        // sign for each event: done, not done, or left to the host, which refuses a library that
+        // is not there.
+        std::tuple<char const*, QString, QString, QString> const rows[] = {
+            {"Show Files", "+-+----", "", "ShowFiles " + uid + " false"},
+            {"elsewhere", "+-+----", "", "MoveToDataSource " + uid + " 'elsewhere' true"},
+            {"Rename", "+-+---+", "+-+---+",
+             "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager"},
+            {"Edit Tags", "+-+---+", "+-+---+",
+             "SetItemTags Soft Glow 'ApplicationTags' 'Halo' manager"},
+            {"Delete", "-------", "", ""},
+            {"Compound sig", "", "+++-?-+", create.arg("Compound", "true null ")},
+            {"Public compound", "", "+++-?-+", create.arg("Compound", "false '' ")},
+            {"Public looping", "", "+++-?-+", create.arg("LoopCompound", "'' ")}};
+        for (auto const& [entry, afterChoice, inDialog, calls] : rows) {
+            QString const outcomes = afterChoice + inDialog;
+            for (int step = 0; step < outcomes.size(); ++step) {
+                bool const isInDialog = step >= afterChoice.size();
+                QString const event = kEvents[step % 7];
+                QString expected = outcomes[step] == '-' ? "" : calls;
+                if (event == "item renamed")
+                    expected.replace("Soft Glow", "A Glow");
+                if (outcomes[step] == '?')
+                    expected = expected.section('|', 0, 0).replace(" A ", " - ");
+                bool const hasDialog = isInDialog || (outcomes[step] == '+' && !inDialog.isEmpty());
+                QCOMPARE(ChooseMeanwhile(entry, afterChoice.isEmpty(), isInDialog, event),
+                         entry + event + expected + (hasDialog ? " in a dialog" : ""));
+            }
         }
     }
 
@@ -313,45 +273,16 @@ private Q_SLOTS:
         QCOMPARE(m_Host->TakeCalls(), QStringList(QString("ShowFiles %1 false").arg(kGlowUid)));
     }
 
-    void survivesEveryCallOfTheHost_data()
+    void survivesEveryCallOfTheHost()
     {
-        AddColumns<QString>("scenario");
-        for (char const* scenario :
+        for (QString const scenario :
              {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound", "OnSaveGraphLibrary",
               "OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable", "OnShowItemFiles",
               "OnEditItemTags", "Show Files", "Rename", "elsewhere", "Edit Tags", "double click",
-              "tool tip", "selection", "list: paint", "list: tags told", "list: state told"})
-            AddRow(scenario, scenario);
-    }
-
-    /// The host deletes the panel, or replaces its library, inside each call in turn: questions
-    /// that are asked on the way, and what is done in the end. No toolkit survives a widget that is
-    /// deleted while it is painted, so questions about the list must not do that.
-    void survivesEveryCallOfTheHost()
-    {
-        QFETCH(QString, scenario);
-        bool const isOfList = scenario.startsWith("list: ");
-        for (QString const event : {"panel deleted", "library replaced"}) {
-            bool const isDeleted = event == "panel deleted";
-            if (isDeleted && isOfList)
-                continue;
-            int call = 0;
-            do {
-                MakePanel();
-                // Nothing is told of a change that is refused.
-                m_Host->m_RefusesChanges = isDeleted && scenario.contains("Tags");
-                m_Host->RunAt(++call, [&] { Happen(event); });
-                DialogUser user("Halo<Return>");
-                Run(scenario);
-                // The other library is not what the user meant.
-                QStringList const wrong =
-                    m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
-                QVERIFY2(isOfList || wrong.isEmpty(), qPrintable(wrong.join('|')));
-                if (m_Browser && m_Host->HasRun())
-                    QCOMPARE(m_Browser->GetRows(), QString("B B B"));
-            } while (m_Host->HasRun());
-            m_Host->RunAt(0, nullptr);
-            QVERIFY(call > 1);
+              "tool tip", "selection", "list: paint", "list: tags told", "list: state told"}) {
+            if (!scenario.startsWith("list: "))
+                RunAtEveryCall(scenario, "panel deleted");
+            RunAtEveryCall(scenario, "library replaced");
         }
     }
 
@@ -422,12 +353,33 @@ private:
         m_Host->TakeCalls();
     }
 
+    void RunAtEveryCall(QString const& scenario, QString const& event)
+    {
+        int call = 0;
+        do {
+            MakePanel();
+            // Nothing is told of a change that is refused.
+            m_Host->m_RefusesChanges = event == "panel deleted" && scenario.contains("Tags");
+            m_Host->RunAt(++call, [&] { Happen(event); });
+            DialogUser user("Halo<Return>");
+            Run(scenario);
+            // The other library is not what the user meant.
+            QStringList const wrong = m_Host->TakeCalls().filter(QRegularExpression("\\bB+\\b"));
+            QVERIFY2(scenario.startsWith("list") || wrong.isEmpty(), qPrintable(wrong.join('|')));
+            if (m_Browser && m_Host->HasRun())
+                QCOMPARE(m_Browser->GetRows(), QString("B B B"));
+        } while (m_Host->HasRun());
+        m_Host->RunAt(0, nullptr);
+        QVERIFY2(call > 1, qPrintable(scenario));
+    }
+
     void UseContextMenu(int row, std::function<void(QMenu&)> const& use)
     {
-        QObject untilReturn;
-        QTimer::singleShot(0, &untilReturn, [&] {
-            if (QMenu* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget()))
-                use(*menu);
+        WhenShown const menu([&] {
+            QMenu* const shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (shown)
+                use(*shown);
+            return shown != nullptr;
         });
         Send(QEvent::MouseButtonPress, m_Browser->GetRowCenter(row), Qt::RightButton,
              Qt::RightButton);
@@ -476,6 +428,26 @@ private:
             QCOMPARE(menu.isVisible(), m_Browser != nullptr);
             choose(menu);
         });
+    }
+
+    /// What was chosen, what happened before or in the dialog, and what came of it.
+    QString ChooseMeanwhile(QString const& entry, bool isInMenuOfHost, bool isInDialog,
+                            QString const& event)
+    {
+        MakePanel();
+        DialogUser user([&](QDialog& dialog) {
+            Use(dialog, "Hal");
+            if (isInDialog)
+                Happen(event);
+            QCOMPARE(dialog.isVisible(), m_Browser != nullptr);
+            Use(dialog, "o<Return>");
+        });
+        Choose(entry, isInMenuOfHost, [&] {
+            if (!isInDialog)
+                Happen(event);
+        });
+        return entry + event + m_Host->TakeCalls().join('|')
+               + (user.HasClosed() ? " in a dialog" : "");
     }
 
     /// A command of the panel, an entry of its context menu, or another scenario.

@@ -3,12 +3,6 @@
 #include "renamedialog.h"
 #include "testtable.h"
 
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QToolTip>
-
 using namespace tarno::datamodel;
 
 class TestRenameDialog : public BrowserTest
@@ -52,40 +46,45 @@ private Q_SLOTS:
         QVERIFY(user.HasClosed());
     }
 
-    void checksWhatIsTyped_data()
-    {
-        AddColumns<QString, QString, QString, int>("typed", "text", "reason", "questions");
-        AddRow("free name", "Halo", "Halo", "", 1);
-        AddRow("own name in another case", "bLUR", "bLUR", "", 0);
-        // An item, an inherited one, a letter of 8 bits, and one that has none.
-        for (QString const used : {"Glow", "Shine", "\u00E9", "\u03A9"})
-            AddRow(qPrintable(used), used, used, "Name already used", 1);
-        // A digit is a word character.
-        AddRow("leading digit", "2nd", "2nd", "", 1);
-        AddRow("underscore and blank", " _x", "_x", "", 1);
-        AddRow("inner blank and digit", "Halo 2", "Halo 2", "", 1);
-        AddRow("trailing blank", "Glow ", "Glow ", "", 1);
-        AddRow("punctuation", "a-b.c\u20AC", "abc", "", 0);
-        // Expressions of the newest generation have other ideas of what a word is.
-        AddRow("leading mark", "\u0301a\u0301", "\u0301a\u0301", "", 1);
-        AddRow("numbers and blanks", "\u00BD\u00A0\u0663", "\u00BD\u00A0\u0663", "", 1);
-    }
-
     void checksWhatIsTyped()
     {
-        QFETCH(QString, typed);
-        QFETCH(QString, reason);
-        DialogUser const user([&](QDialog& dialog) {
-            Use(dialog, typed.left(typed.size() - 1));
-            m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
-            Use(dialog, typed.right(1));
-            QTEST(m_Dialog->GetNewName(), "text");
-            QTEST(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), "questions");
-            CheckShown(reason);
-            Use(dialog, "<Escape>");
-        });
-        QCOMPARE(m_Dialog->exec(), int(QDialog::Rejected));
-        QVERIFY(user.HasClosed());
+        QString const isUsed = "Name already used";
+        // What is typed, what comes of it, the fault, and the questions about the last letter.
+        std::tuple<QString, QString, QString, int> const rows[] = {
+            {"Halo", "Halo", "", 1},
+            // Its own name in another case.
+            {"bLUR", "bLUR", "", 0},
+            // An item, an inherited name, a letter of 8 bits, and one that has none.
+            {"Glow", "Glow", isUsed, 1},
+            {"Shine", "Shine", isUsed, 1},
+            {"\u00E9", "\u00E9", isUsed, 1},
+            {"\u03A9", "\u03A9", isUsed, 1},
+            // A digit is a word character.
+            {"2nd", "2nd", "", 1},
+            {" _x", "_x", "", 1},
+            {"Halo 2", "Halo 2", "", 1},
+            {"Glow ", "Glow ", "", 1},
+            {"a-b.c", "abc", "", 1},
+            {"ab\u20AC", "ab", "", 0},
+            // Expressions of the newest generation have other ideas of what a word is.
+            {"\u0301a\u0301", "\u0301a\u0301", "", 1},
+            {"\u00BD\u00A0\u0663", "\u00BD\u00A0\u0663", "", 1}};
+        for (auto const& row : rows) {
+            SetUp();
+            auto const& [typed, text, reason, questions] = row;
+            DialogUser user([&, typed = typed, text = text, reason = reason,
+                             questions = questions](QDialog& dialog) {
+                Use(dialog, typed.left(typed.size() - 1));
+                m_Host->TakeCount("IsNameInNodeLibraryHierarchy");
+                Use(dialog, typed.right(1));
+                QCOMPARE(m_Dialog->GetNewName(), text);
+                QCOMPARE(m_Host->TakeCount("IsNameInNodeLibraryHierarchy"), questions);
+                CheckShown(reason);
+                Use(dialog, "<Escape>");
+            });
+            QCOMPARE(m_Dialog->exec(), int(QDialog::Rejected));
+            QVERIFY(user.HasClosed());
+        }
     }
 
     void recoversFromABadName()
@@ -107,6 +106,7 @@ private Q_SLOTS:
 protected:
     void SetUp() override
     {
+        TestRenameDialog::TearDown();
         BrowserTest::SetUp();
         m_Compound.SetFrom(m_Library->GetAccessor(m_Library->Add(TarnoType::gCompound, "Blur")));
         m_Library->Add(TarnoType::gSolver, "Glow");

@@ -3,11 +3,6 @@
 #include "testtable.h"
 #include "typeselector.h"
 
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTabBar>
-
 using namespace tarno::datamodel;
 
 namespace {
@@ -56,54 +51,55 @@ private Q_SLOTS:
         QVERIFY(user.HasClosed());
     }
 
-    void endsOnce_data()
-    {
-        AddColumns<QString, QString, QString>("entered", "chosen", "library");
-        for (char const* entered : {"accept", "interpolate<Return>", "vec<Escape>", "vec<Cancel>",
-                                    "<Tab><Tab><Return>", "vec<close>"})
-            AddRow(entered, entered, "", "");
-        AddRow("click", "click", "int", "");
-        AddRow("Return", "<Return>", "float", "");
-        AddRow("Enter", "<Enter>", "float", "");
-        AddRow("search and Return", "vec<Return>", "vector", "");
-        for (char const* library : {"no service", "other service", "none open"})
-            AddRow(library, "click<Return>", "", library);
-        AddRow("closed", "click", "", "closed");
-    }
-
     void endsOnce()
     {
-        QFETCH(QString, entered);
-        QFETCH(QString, chosen);
-        QFETCH(QString, library);
-        if (library == "no service" || library == "other service")
-            m_Host->SetService("QormDBProxy",
-                               library == "no service" ? nullptr : &m_Host->m_RevisionControl);
-        if (library == "none open")
-            m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
-        CTypeSelector selector(nullptr);
-        QSignalSpy finished(&selector, SIGNAL(finished(int)));
-        DialogUser user([&](QDialog& dialog) {
-            if (library == "closed")
-                m_Library.reset();
-            if (entered == "accept")
-                return dialog.accept();
-            if (entered.startsWith("click"))
-                ClickRow(dialog, 1);
-            Use(dialog, QString(entered).remove("click"));
-        });
-        QCOMPARE(selector.exec(), int(!chosen.isEmpty()));
-        QVERIFY(user.HasClosed());
-        // Whatever the keys still set going.
-        QCoreApplication::processEvents();
-        QCOMPARE(finished.size(), 1);
-        ItemID const type = selector.GetSelectedType();
-        QCOMPARE(TextOf(m_Library ? m_Library->Find(type) : nullptr),
-                 chosen.isEmpty() ? "-" : chosen);
-        // What was chosen stays until something else is.
-        DialogUser again("<Escape>");
-        QCOMPARE(selector.exec(), int(QDialog::Rejected));
-        QVERIFY(selector.GetSelectedType() == type);
+        // What is entered, the type that comes of it, and what is odd about the library.
+        std::tuple<QString, QString, QString> const rows[] = {
+            {"accept", "-", ""},
+            {"interpolate<Return>", "-", ""},
+            {"vec<Escape>", "-", ""},
+            {"vec<Cancel>", "-", ""},
+            {"<Tab><Tab><Return>", "-", ""},
+            {"vec<close>", "-", ""},
+            {"click", "int", ""},
+            {"<Return>", "float", ""},
+            {"<Enter>", "float", ""},
+            {"vec<Return>", "vector", ""},
+            {"click<Return>", "-", "no service"},
+            {"click<Return>", "-", "other service"},
+            {"click<Return>", "-", "none open"},
+            {"click", "-", "closed"}};
+        for (auto const& [entered, chosen, library] : rows) {
+            SetUp();
+            if (library.endsWith("service"))
+                m_Host->SetService("QormDBProxy",
+                                   library == "no service" ? nullptr : &m_Host->m_RevisionControl);
+            if (library == "none open")
+                m_Host->m_Proxy.m_ItemLibrary = ItemLibraryAccessor();
+            CTypeSelector selector(nullptr);
+            QSignalSpy finished(&selector, SIGNAL(finished(int)));
+            DialogUser user([&, keys = entered, isClosed = library == "closed"](QDialog& dialog) {
+                if (isClosed)
+                    m_Library.reset();
+                if (keys == "accept")
+                    return dialog.accept();
+                if (keys.startsWith("click"))
+                    ClickRow(dialog, 1);
+                Use(dialog, QString(keys).remove("click"));
+            });
+            QCOMPARE(selector.exec(), int(chosen != "-"));
+            QVERIFY(user.HasClosed());
+            // Whatever the keys still set going.
+            QCoreApplication::processEvents();
+            QCOMPARE(finished.size(), 1);
+            ItemID const type = selector.GetSelectedType();
+            QCOMPARE(entered + TextOf(m_Library ? m_Library->Find(type) : nullptr),
+                     entered + chosen);
+            // What was chosen stays until something else is.
+            DialogUser again("<Escape>");
+            QCOMPARE(selector.exec(), int(QDialog::Rejected));
+            QVERIFY(selector.GetSelectedType() == type);
+        }
     }
 
     void passesErrorsOfTheHost()

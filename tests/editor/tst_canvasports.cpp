@@ -45,12 +45,6 @@ private:
         return IsPaintedAt(point) && Scene().FindConnectionAt(m_Canvas->mapToScene(point), 2);
     }
 
-    /// At both of its ends.
-    bool IsWireDrawn() const
-    {
-        return IsWireAt("one.sum", "one.sum", {7, 0}) && IsWireAt("two.a", "two.a", {-8, 0});
-    }
-
     void Choose(QPoint const& point, char const* text)
     {
         WhenShown const answer([text] {
@@ -137,19 +131,18 @@ private Q_SLOTS:
     void connectionsFollowTheirNodes()
     {
         Connect("one.sum", "two.a");
-        QVERIFY(IsWireDrawn());
         for (char const* const node : {"one", "two"}) {
             QPoint const from = At(node);
-            QPoint const old = At("one.sum") + QPoint(7, 0);
             Press(from);
-            MoveMouse(from + QPoint(0, 60));
-            QVERIFY(IsWireDrawn());
-            QCOMPARE(IsPaintedAt(old), *node == 't');
-            Release(from + QPoint(0, 60));
+            for (int const way : {60, 20}) {
+                MoveMouse(from + QPoint(0, way));
+                // At both of its ends.
+                QVERIFY(IsWireAt("one.sum", "one.sum", {7, 0}));
+                QVERIFY(IsWireAt("two.a", "two.a", {-8, 0}));
+            }
+            Release(from + QPoint(0, 20));
+            QVERIFY(IsAsOpenedAnew());
         }
-        Stack().setIndex(1);
-        m_Canvas->ZoomIn();
-        QVERIFY(IsWireDrawn());
     }
 
     void connectionsLeadAroundNodes()
@@ -196,16 +189,14 @@ private Q_SLOTS:
         Release(kNowhere);
     }
 
+    /// Files made by other means may have those that share an input, or lack a node.
     void oddConnectionsDoNoHarm()
     {
-        // Files made by other means may have those that share an input, or lack a node.
         Change([](GraphBody& body) {
             body.connections = {{{"one", "sum"}, {"two", "a"}}, {{"gone", "sum"}, {"two", "a"}}};
         });
-        QImage const before = Picture();
         Drag(At("two.a"), At("two.a"));
-        MoveMouse(kNowhere);
-        QCOMPARE(Picture(), before);
+        QVERIFY(IsAsOpenedAnew());
         Change([](GraphBody& body) { RemoveNodes(body, {"gone"}); });
         QImage const without = Picture();
         Connect("gone.sum", "one.a");
@@ -244,24 +235,23 @@ private Q_SLOTS:
     void portsAreAddedAndRemoved()
     {
         auto const ports = [this] {
-            std::string text = Stack().undoText().toStdString() + ':';
+            QString text = Stack().undoText() + ':';
             for (auto const& side : {Body().inputs, Body().outputs})
                 for (GraphPort const& port : side)
-                    text += ' ' + port.name;
+                    text += ' ' + QString::fromStdString(port.name);
             return text;
         };
         // Taken already.
         AddPort(&CCanvas::AddInput, " value ");
-        QCOMPARE(ports(), std::string("Add Input: value value 2 result"));
+        QCOMPARE(ports(), QString("Add Input: value value 2 result"));
         QCOMPARE(Body().inputs.back().type, Uid(kFloat));
         AddPort(&CCanvas::AddOutput, "more");
-        QCOMPARE(ports(), std::string("Add Output: value value 2 result more"));
+        QCOMPARE(ports(), QString("Add Output: value value 2 result more"));
         Connect("in.value", "one.a");
         Choose(At("in.value"), "Remove Input");
-        QCOMPARE(ports(), std::string("Remove Input: value 2 result more"));
-        QCOMPARE(Wires(), QStringLiteral("gone.lost>two.b"));
+        QCOMPARE(ports() + Wires(), QString("Remove Input: value 2 result moregone.lost>two.b"));
         Choose(At("out.more"), "Remove Output");
-        QCOMPARE(ports(), std::string("Remove Output: value 2 result"));
+        QCOMPARE(ports(), QString("Remove Output: value 2 result"));
     }
 
     void addedPortsOutliveTheirCompound()
@@ -289,11 +279,11 @@ private Q_SLOTS:
         Open(kOuter);
         Choose(At("main"), "Open");
         QVERIFY(IsOpen(kMain) && m_Canvas->CanPaste());
+        // Where nothing can be changed, the entry cannot be chosen.
         Open(kLocked);
-        QVERIFY(!m_Canvas->CanPaste());
         m_Host->GetMessages().ClearLog();
         Choose(QPoint(50, 50), "Paste");
-        QVERIFY(GetMessages(*m_Host).isEmpty());
+        QVERIFY(GetMessages(*m_Host).isEmpty() && !m_Canvas->CanPaste());
     }
 };
 

@@ -168,14 +168,15 @@ private Q_SLOTS:
         Open();
         QCOMPARE(window.windowTitle(), QStringLiteral("Test[*]"));
         Show(1);
-        QVERIFY(!window.isWindowModified());
-        Rename();
-        QTRY_COMPARE(window.windowTitle(), QStringLiteral("New - Test[*]"));
-        QVERIFY(window.isWindowModified());
-        Action("Undo Rename Glow")->trigger();
-        QTRY_COMPARE(window.windowTitle(), QStringLiteral("Glow - Test[*]"));
-        QVERIFY(!window.isWindowModified());
-        Action("Redo Rename Glow")->trigger();
+        for (bool const isRenamed : {true, false, true}) {
+            if (isRenamed)
+                Rename();
+            else
+                Action("Undo Rename Glow")->trigger();
+            QTRY_COMPARE(window.windowTitle(),
+                         QString(isRenamed ? "New - Test[*]" : "Glow - Test[*]"));
+            QCOMPARE(window.isWindowModified(), isRenamed);
+        }
         Action(kSave)->trigger();
         QTRY_VERIFY(!window.isWindowModified());
         QCOMPARE(NameOnDisk(), QStringLiteral("New"));
@@ -268,25 +269,21 @@ private Q_SLOTS:
         QVERIFY(m_Run->host.GetLibrary().IsValid());
     }
 
-    void changesOfAKilledEditorAreOffered_data()
-    {
-        for (char const* const answer : {"Recover", "Discard", "Ask Later"})
-            QTest::newRow(answer);
-    }
-
     void changesOfAKilledEditorAreOffered()
     {
-        QByteArray const answer = QTest::currentDataTag();
-        OpenAndRename();
-        Start();
-        auto const before = m_Folder->Read();
-        SAnswers const answers({answer});
-        Open();
-        QVERIFY(answers.said.contains("One item was changed"));
-        QCOMPARE(Name() == "New", answer == "Recover");
-        QTRY_COMPARE(m_Run->window.isWindowModified(), answer == "Recover");
-        QCOMPARE(CountJournals(), answer == "Discard" ? 0 : 1);
-        QCOMPARE(m_Folder->Read(), before);
+        for (QString const answer : {"Recover", "Discard", "Ask Later"}) {
+            SetUp();
+            OpenAndRename();
+            Start();
+            auto const before = m_Folder->Read();
+            SAnswers const answers({answer});
+            Open();
+            QVERIFY(answers.said.contains("One item was changed"));
+            QCOMPARE(Name() == "New", answer == "Recover");
+            QTRY_COMPARE(m_Run->window.isWindowModified(), answer == "Recover");
+            QCOMPARE(CountJournals(), answer == "Discard" ? 0 : 1);
+            QCOMPARE(m_Folder->Read(), before);
+        }
     }
 
     void isAsItWasLeft()
@@ -319,17 +316,8 @@ private Q_SLOTS:
         QVERIFY(m_Run->settings.GetCompound(m_Folder->GetPath()).empty());
     }
 
-    void shortcutsAreTheirOwn()
+    void shortcutsAreTheirOwnAndListed()
     {
-        QMap<QString, QString> owners;
-        for (QAction const* const action : m_Run->window.findChildren<QAction*>()) {
-            for (QKeySequence const& key : action->shortcuts()) {
-                QVERIFY2(!owners.contains(key.toString()), qPrintable(key.toString()));
-                owners[key.toString()] = action->iconText();
-            }
-        }
-        QCOMPARE(owners["Ctrl+S"] + owners["Ctrl+Z"], kSave + "Undo");
-        // They are listed.
         QStringList listed;
         WhenShown const list(OnDialog<QDialog>([&listed](QDialog& dialog) {
             for (auto* const label : dialog.findChildren<QLabel*>())
@@ -337,8 +325,13 @@ private Q_SLOTS:
             return dialog.close();
         }));
         Action("Shortcuts")->trigger();
-        for (QString const key : {"Ctrl+S", "Ctrl+Z", "Alt+Up", "Ctrl+F"})
-            QCOMPARE(listed.value(listed.indexOf(owners[key]) + 1), key);
+        QStringList keys;
+        for (QAction const* const action : m_Run->window.findChildren<QAction*>())
+            for (QKeySequence const& key : action->shortcuts())
+                keys << key.toString();
+        QCOMPARE(keys.removeDuplicates(), 0);
+        for (QString const row : {"Save graph library|Ctrl+S", "Undo|Ctrl+Z"})
+            QCOMPARE(listed.value(listed.indexOf(row.section('|', 0, 0)) + 1), row.section('|', 1));
     }
 
     /// What is typed into the search field is no command for the graph.
@@ -374,14 +367,15 @@ private Q_SLOTS:
         };
         QCOMPARE(enabled(), QString());
         Open();
-        QCOMPARE(enabled(), QStringLiteral("Public compound"));
+        QString all = "Public compound";
+        QCOMPARE(enabled(), all);
         Show(1);
-        QString const compound = QStringLiteral("Public compound Select All Zoom In Input...");
-        QCOMPARE(enabled(), compound);
+        all += " Select All Zoom In Input...";
+        QCOMPARE(enabled(), all);
         Action("Select All")->trigger();
-        QTRY_COMPARE(enabled(), compound + " Cut Copy Duplicate Delete");
+        QTRY_COMPARE(enabled(), all + " Cut Copy Duplicate Delete");
         Action("Copy")->trigger();
-        QCOMPARE(enabled(), compound + " Cut Copy Duplicate Delete Paste");
+        QCOMPARE(enabled(), all + " Cut Copy Duplicate Delete Paste");
         Show(3);
         QTRY_COMPARE(enabled(), QStringLiteral("Public compound Select All Zoom In"));
     }
@@ -407,37 +401,22 @@ private Q_SLOTS:
         QCOMPARE(Trail(), QString());
     }
 
-    void warningsBringTheLogForwardOnce()
+    void messagesComeForwardOnce()
     {
-        auto* const log = m_Run->window.findChild<QDockWidget*>("Messages");
+        auto* const dock = m_Run->window.findChild<QDockWidget*>("Messages");
+        auto const* const log = m_Run->window.findChild<CMessageLog*>();
         CMessageChannel& messages = m_Run->host.GetMessages();
         messages.Post(eSeverity::kInformation, "all is well");
-        QVERIFY(log->isHidden());
+        QVERIFY(dock->isHidden());
         messages.Post(eSeverity::kWarning, "beware");
-        QVERIFY(log->isVisible());
-        log->hide();
-        messages.Post(eSeverity::kError, "no");
-        QVERIFY(log->isHidden());
-        QTRY_COMPARE(m_Run->window.statusBar()->currentMessage(), QStringLiteral("no"));
-    }
-
-    void manyMessagesAreSurvived()
-    {
-        auto const* const log = m_Run->window.findChild<CMessageLog*>();
-        // A first burst is cut before it is shown, a second one counted on.
-        int dropped = 1 - CMessageLog::kMostMessages;
-        for (int const count : {5000, 10}) {
-            QSignalSpy shown(log, &CMessageLog::Shown);
-            for (int number = 1; number <= count; ++number)
-                m_Run->host.GetMessages().Post(eSeverity::kWarning, QString::number(number));
-            m_Run->host.GetMessages().Post(eSeverity::kError, QString(1000000, '\n'));
-            QTRY_COMPARE(shown.count(), 1);
-            dropped += count;
-            QString const first = "%L1 earlier messages are not shown any more.";
-            QCOMPARE(log->document()->firstBlock().text(), first.arg(dropped++));
-        }
-        QCOMPARE(log->blockCount(), CMessageLog::kMostMessages + 1);
-        QVERIFY(log->toPlainText().contains("  Warning: 10\n"));
+        QVERIFY(dock->isVisible());
+        dock->hide();
+        // Many and long ones are cut.
+        for (int number = 1; number <= CMessageLog::kMostMessages; ++number)
+            messages.Post(eSeverity::kWarning, QString::number(number));
+        messages.Post(eSeverity::kError, QString(1000000, '\n'));
+        QVERIFY(dock->isHidden());
+        QTRY_VERIFY(log->toPlainText().startsWith("3 earlier messages are not shown any more.\n"));
         QVERIFY(log->toPlainText().endsWith(QStringLiteral("(%L1 more letters)").arg(998000)));
         QVERIFY(m_Run->window.statusBar()->currentMessage().size() < 3000);
     }
@@ -461,6 +440,7 @@ private Q_SLOTS:
         static_cast<CEditorApplication*>(qApp)->ReportTo(m_Run->host.GetMessages());
         connect(&m_Run->host.GetMessages(), &CMessageChannel::MessagePosted, &m_Run->window,
                 [] { throw 42; });
+        QTRY_VERIFY(failures.value(failures.count() - 1).value(0).toString().contains("unknown"));
         failures.clear();
         QMenu menu;
         QTimer::singleShot(0, &menu, [] { throw std::runtime_error("out of paper"); });
@@ -469,7 +449,7 @@ private Q_SLOTS:
         QTRY_VERIFY(m_Run->window.statusBar()->currentMessage().contains("out of paper"));
         // What the listener threw was not posted to it in its turn.
         QCoreApplication::processEvents();
-        QCOMPARE(failures.count(), 2);
+        QCOMPARE(failures.count(), 1);
     }
 };
 

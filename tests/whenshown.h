@@ -11,8 +11,13 @@ class WhenShown
 public:
     explicit WhenShown(std::function<bool()> const& act)
     {
-        QObject::connect(&m_Timer, &QTimer::timeout, &m_Timer,
-                         [this, act] { m_IsDone = m_IsDone || act(); });
+        QObject::connect(&m_Timer, &QTimer::timeout, &m_Timer, [this, act] {
+            // What is done may run an event loop of its own.
+            m_Timer.stop();
+            m_IsDone = act();
+            if (!m_IsDone)
+                m_Timer.start(1);
+        });
         m_Timer.start(1);
     }
 
