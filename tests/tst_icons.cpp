@@ -1,5 +1,4 @@
 #include "browsertest.h"
-#include "testtable.h"
 
 using namespace tarno::datamodel;
 
@@ -39,8 +38,6 @@ private Q_SLOTS:
             {"project", 0, "open", "state", "20 true"},
             {"project", 0, "locked", "factory read-only", ""},
             {"project", 0, "locked unloaded", "state", "20 true"},
-            {"component 0", 0, "locked", "factory read-only", ""},
-            {"project", 1, "open", "read-only", "20 true"},
             {"no service", 0, "", "state", "20 true"},
             {"other service", 0, "", "state", "20 true"},
             {"no UID", 0, "", "state", "20 true"},
@@ -50,11 +47,10 @@ private Q_SLOTS:
             AddItem(source, accessMode, asset);
             // 0: states are not shown; 1: shown, but version control is off; 2: shown.
             for (int const shown : {0, 1, 2}) {
-                QString const state = "0x" + QString::number(0xFF00 + shown, 16);
-                QString const drawn = shown == 2 ? " true " : " false ";
-                QString const call = "|getAssetStateIcon " + icon.section(' ', 0, 0) + ' ' + state
-                                     + drawn + icon.section(' ', 1);
-                QCOMPARE(source + ShowState(shown), source + flags + (icon.isEmpty() ? "|" : call));
+                QString call = icon;
+                if (!icon.isEmpty())
+                    call.replace(" ", shown == 2 ? " state true " : " state false ");
+                QCOMPARE(source + ShowState(shown), source + flags + '|' + call);
             }
         }
     }
@@ -63,11 +59,10 @@ private Q_SLOTS:
     void keepsTheStateGiven()
     {
         m_Browser.reset(new TestBrowser);
-        for (char const* kind : {"compound", "solver", "odd"}) {
+        for (char const* kind : {"compound", "solver"}) {
             ItemAccessor accessor = m_Library->GetAccessor(m_Library->Add(FindKind(kind), kind));
             CNodeBrowser::Item const item(m_Browser.get(), accessor, 5, ItemID());
             QCOMPARE(item.m_ScState, *kind == 'c' ? 5 : 0);
-            QCOMPARE(item.m_HasScState, *kind == 'c');
         }
     }
 
@@ -105,19 +100,17 @@ private:
         // The second time there is one.
         for (int time = 0; time < 2; ++time)
             TellState((*m_Library)["item"].id, 0xFF00 + shown);
-        QStringList const calls = m_Host->TakeCalls();
+        QStringList const calls = m_Host->TakeCalls().filter("getAssetStateIcon ");
         m_Host->m_ListsQueries = false;
-        return Describe(m_Browser->m_Items.at(0)) + '|'
-               + calls.filter("getAssetStateIcon ").join('|');
-    }
-
-    static QString Describe(CNodeBrowser::Item const& item)
-    {
-        QStringList flags;
-        flags << (item.m_IsFactory ? "factory" : "") << (item.m_IsReadOnlySource ? "read-only" : "")
-              << (item.m_HasScState ? "state" : "");
+        CNodeBrowser::Item const& item = m_Browser->m_Items.at(0);
+        QStringList flags{item.m_IsFactory ? "factory" : "",
+                          item.m_IsReadOnlySource ? "read-only" : "",
+                          item.m_HasScState ? "state" : ""};
         flags.removeAll("");
-        return flags.join(' ');
+        return flags.join(' ') + '|'
+               + calls.join('|')
+                     .remove("getAssetStateIcon ")
+                     .replace("0x" + QString::number(0xFF00 + shown, 16), "state");
     }
 };
 

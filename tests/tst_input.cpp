@@ -1,5 +1,4 @@
 #include "browsertest.h"
-#include "testtable.h"
 
 #include <tuple>
 
@@ -30,44 +29,34 @@ class TestInput : public BrowserTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void selectsWithPresses_data()
-    {
-        AddColumns<int, int, int, bool, QString>("config", "button", "row", "isSelected", "menus");
-        int const left = Qt::LeftButton;
-        int const right = Qt::RightButton;
-        AddRow("left", 0, left, 2, true, "");
-        AddRow("left below the rows", 0, left, 4, false, "");
-        AddRow("left in the header", 0, left, -1, false, "");
-        AddRow("right", 0, right, 1, true, "1 at row");
-        AddRow("right below the rows", 0, right, 4, false, "");
-        AddRow("right in the type chooser", 1, right, 1, false, "");
-        AddRow("right in another configuration", 2, right, 1, true, "1 at row");
-        AddRow("middle", 0, int(Qt::MiddleButton), 1, false, "");
-    }
-
     void selectsWithPresses()
     {
-        QFETCH(int, config);
-        QFETCH(int, button);
-        QFETCH(int, row);
-        QFETCH(bool, isSelected);
-        MenuNotingBrowser* const browser =
-            new MenuNotingBrowser(static_cast<CNodeBrowser::eConfigType>(config));
-        m_Browser.reset(browser);
-        QVERIFY(!browser->IsSelectionType());
-        browser->SetItemLibrary(m_Library->GetAccessor());
-        browser->TabChanged(CNodeBrowser::eConfigAll);
-        browser->Paint();
-        Click(3);
-        QVERIFY(browser->IsSelectionType());
+        // A configuration, a button and a row: -1 is the header, 4 is below the rows. Whether the
+        // row is selected, and the menu that opens.
+        std::tuple<int, Qt::MouseButton, int, bool, char const*> const rows[] = {
+            {0, Qt::LeftButton, 2, true, ""},          {0, Qt::LeftButton, 4, false, ""},
+            {0, Qt::LeftButton, -1, false, ""},        {0, Qt::RightButton, 1, true, "1 at row"},
+            {0, Qt::RightButton, 4, false, ""},        {1, Qt::RightButton, 1, false, ""},
+            {2, Qt::RightButton, 1, true, "1 at row"}, {0, Qt::MiddleButton, 1, false, ""}};
+        for (auto const& [config, button, row, isSelected, menus] : rows) {
+            MenuNotingBrowser browser(static_cast<CNodeBrowser::eConfigType>(config));
+            QVERIFY(!browser.IsSelectionType());
+            browser.SetItemLibrary(m_Library->GetAccessor());
+            browser.TabChanged(CNodeBrowser::eConfigAll);
+            browser.Paint();
+            QTest::mouseClick(&browser, Qt::LeftButton, {}, browser.GetRowCenter(3));
+            QVERIFY(browser.IsSelectionType());
 
-        QSignalSpy selections(browser, SIGNAL(SelectionChanged()));
-        QTest::mousePress(browser, static_cast<Qt::MouseButton>(button), Qt::NoModifier, At(row));
-        QVERIFY(browser->GetSelection()
-                == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
-        QVERIFY(!browser->IsSelectionType());
-        QCOMPARE(selections.count(), isSelected ? 1 : 0);
-        QTEST(browser->m_Menus, "menus");
+            QSignalSpy selections(&browser, SIGNAL(SelectionChanged()));
+            QTest::mousePress(&browser, button, {},
+                              row < 0 ? QPoint(250, browser.m_HeaderHeight)
+                                      : browser.GetRowCenter(row));
+            QVERIFY(browser.GetSelection()
+                    == (isSelected ? m_Library->m_Listed[std::size_t(row)]->id : ItemID()));
+            QVERIFY(!browser.IsSelectionType());
+            QCOMPARE(selections.count(), isSelected ? 1 : 0);
+            QCOMPARE(browser.m_Menus, QString(menus));
+        }
     }
 
     void makesCompoundCurrentOnDoubleClick()

@@ -1,7 +1,6 @@
 #include "browsertest.h"
 #include "itemtagsregistry.h"
 #include "stringutils.h"
-#include "testtable.h"
 
 #include <boost/algorithm/string/join.hpp>
 
@@ -30,31 +29,29 @@ private Q_SLOTS:
         QCOMPARE(QStringToStdString("ab" + QString(QChar(0)) + "c"), std::string("ab"));
     }
 
-    void keepsBothDirections_data()
-    {
-        AddColumns<QString, QString>("steps", "state");
-        AddRow("stored tags", "A= x; my tag ;;X |A!", "A:X,my tag,x X=A my tag=A x=A");
-        AddRow("white space", "A=\v\f\r x\t;\n y \f|A!", "A:x,y x=A y=A");
-        AddRow("separators only", "A= ; |A!", "A:");
-        AddRow("nothing stored", "B!|A+x|A!", "A:x x=A");
-        AddRow("empty tag", "A+", "");
-        AddRow("the same tag twice", "A+x|A+x|A-x", "");
-        AddRow("the last tag", "A+x|A+y|A-x", "A:y y=A");
-        AddRow("one of two items", "A+x|B+x|A-x", "B:x x=B");
-        AddRow("removed item", "A+x|A+y|B+x|A.", "B:x x=B");
-        AddRow("what is not there", "A+x|A-y|B-x|B.", "A:x x=A");
-        // Whoever reads an item again removes it first.
-        AddRow("read again", "A=x|A!|A=y|A!", "A:y x=A y=A");
-    }
-
     void keepsBothDirections()
     {
-        QFETCH(QString, steps);
-        Do(steps);
-        m_Registry.AddItem((*m_Library)["C"].id, nullptr);
-        QTEST(Describe(), "state");
-        m_Registry.Clear();
-        QCOMPARE(Describe(), QString());
+        std::pair<char const*, char const*> const rows[] = {
+            {"A= x; my tag ;;X |A!", "A:X,my tag,x X=A my tag=A x=A"},
+            {"A=\v\f\r x\t;\n y \f|A!", "A:x,y x=A y=A"},
+            {"A= ; |A!", "A:"},
+            {"B!|A+x|A!", "A:x x=A"},
+            {"A+", ""},
+            {"A+x|A+x|A-x", ""},
+            {"A+x|A+y|A-x", "A:y y=A"},
+            {"A+x|B+x|A-x", "B:x x=B"},
+            {"A+x|A+y|B+x|A.", "B:x x=B"},
+            {"A+x|A-y|B-x|B.", "A:x x=A"},
+            // Whoever reads an item again removes it first.
+            {"A=x|A!|A=y|A!", "A:y x=A y=A"}};
+        for (auto const& [steps, state] : rows) {
+            SetUp();
+            Do(steps);
+            m_Registry.AddItem((*m_Library)["C"].id, nullptr);
+            QCOMPARE(steps + Describe(), QString(steps) + state);
+            m_Registry.Clear();
+            QCOMPARE(Describe(), QString());
+        }
     }
 
     void removesAnItemThroughItsOwnIdentifier()

@@ -1,6 +1,5 @@
 #include "browsertest.h"
 #include "dialoguser.h"
-#include "testtable.h"
 
 using namespace tarno::datamodel;
 
@@ -90,20 +89,14 @@ private Q_SLOTS:
                                             "Public looping compound|Save graph library"));
     }
 
-    void passesOnWhatWasEntered_data()
+    void passesOnWhatWasEntered()
     {
-        AddColumns<QString, int, QString, QString>("command", "row", "entered", "calls");
-        auto const add = [](QString const& command, int row, QString const& entered,
-                            QString const& calls) {
-            QString const name = command + QString::number(row) + entered;
-            AddRow(qPrintable(name), command, row, entered, calls);
-        };
         auto const create = [&](QString const& kind, char const* text, QString const& call) {
             QString const calls = "CreateAndSetFromNew%1 A %2 manager|"
                                   "SetGlobalTarnoCompoundTarget %3 -";
             QString const made = call.section('\'', 1, 1);
-            add("OnNew" + kind, 0, text,
-                calls.arg(QString(kind).replace("Signature", "Compound"), call, made));
+            Check("OnNew" + kind, 0, text,
+                  calls.arg(QString(kind).replace("Signature", "Compound"), call, made));
         };
         // The third text is null for a signature, and empty for what implements none.
         create("Signature", "<Return>", "'signature' true null ''");
@@ -118,55 +111,39 @@ private Q_SLOTS:
 
         QString const rename = "Initialize Soft Clip|RenameCompound Soft Clip '%1' manager";
         for (char const* name : {"Halo 2<Return>", "Halo<OK>", "soft clip<Enter>"})
-            add("OnRenameItem", 0, name, rename.arg(QString(name).section('<', 0, 0)));
+            Check("OnRenameItem", 0, name, rename.arg(QString(name).section('<', 0, 0)));
         for (char const* unchanged : {"Soft Clip<Return>", "<Return>"})
-            add("OnRenameItem", 0, unchanged, "");
+            Check("OnRenameItem", 0, unchanged, "");
 
         QString const tag = "SetItemTags %1 'ApplicationTags' '%2' manager";
-        add("OnEditItemTags", 0, " c; my tag ;;c; B <Return>", tag.arg("Soft Clip", "B;c;my tag"));
-        add("OnEditItemTags", 0, "\u00E9;\u03A9<Ok>", tag.arg("Soft Clip", "?;\u00E9"));
-        add("OnEditItemTags", 0, "; ;<Return>", tag.arg("Soft Clip", ""));
-        add("OnEditItemTags", 1, "<Return>", tag.arg("Soft Glow", "a;b"));
-        add("OnEditItemTags", 2, "b; a<Return>", "");
+        Check("OnEditItemTags", 0, " c; my tag ;;c; B <Return>",
+              tag.arg("Soft Clip", "B;c;my tag"));
+        Check("OnEditItemTags", 0, "\u00E9;\u03A9<Ok>", tag.arg("Soft Clip", "?;\u00E9"));
+        Check("OnEditItemTags", 0, "; ;<Return>", tag.arg("Soft Clip", ""));
+        Check("OnEditItemTags", 1, "<Return>", tag.arg("Soft Glow", "a;b"));
+        Check("OnEditItemTags", 2, "b; a<Return>", "");
 
-        add("OnSaveGraphLibrary", 0, "",
-            QString("PrepareForSave A|CommitToDisk A empty list false ")
-                + qorm::UID_Null().GetStr());
+        Check("OnSaveGraphLibrary", 0, "",
+              QString("PrepareForSave A|CommitToDisk A empty list false ")
+                  + qorm::UID_Null().GetStr());
         QString const uid = kClipUid;
-        add("OnCheckOutItem", 0, "", "CheckOut " + uid + " true");
-        add("OnMakeItemWritable", 0, "", "MakeWritable " + uid + " true");
-        add("OnShowItemFiles", 0, "", "ShowFiles " + uid + " false");
+        Check("OnCheckOutItem", 0, "", "CheckOut " + uid + " true");
+        Check("OnMakeItemWritable", 0, "", "MakeWritable " + uid + " true");
+        Check("OnShowItemFiles", 0, "", "ShowFiles " + uid + " false");
         // It has an object, but not the UID of one.
-        add("OnShowItemFiles", 2, "", "");
+        Check("OnShowItemFiles", 2, "", "");
         // The menu shows the entry and never lets it be chosen.
-        add("OnDeleteItem", 0, "", "");
+        Check("OnDeleteItem", 0, "", "");
         for (char const* command : {"OnRenameItem", "OnCheckOutItem", "OnMakeItemWritable",
                                     "OnShowItemFiles", "OnEditItemTags"}) {
             for (int const row : {-1, 3})
-                add(command, row, "", "");
+                Check(command, row, "", "");
         }
         for (char const* command :
              {"OnNewSignature", "OnNewLoopCompound", "OnRenameItem", "OnEditItemTags"}) {
             for (char const* close : {"node<Cancel>", "node<Escape>", "node<close>"})
-                add(command, 0, close, "");
+                Check(command, 0, close, "");
         }
-    }
-
-    void passesOnWhatWasEntered()
-    {
-        QFETCH(QString, command);
-        QFETCH(int, row);
-        QFETCH(QString, entered);
-        for (QString const uid : {"uid-alpha", "uid-Zeta-1", "uid-Unary", "uid-Zeta-2"})
-            m_Library
-                ->Add(TarnoType::gCompound, uid.section('-', 1, 1).toStdString(), "",
-                      qPrintable(uid))
-                .isAbstract = true;
-        m_Browser->m_SelectedIndex = static_cast<unsigned long>(row);
-        DialogUser user(entered);
-        Run(command);
-        QCOMPARE(user.HasClosed(), !entered.isEmpty());
-        QTEST(m_Host->TakeCalls().join('|'), "calls");
     }
 
     void leavesRefusedItemsAlone()
@@ -351,6 +328,23 @@ private:
             m_Browser->Paint();
         }
         m_Host->TakeCalls();
+    }
+
+    /// What the host is called for when the command runs on the row, given what is entered.
+    void Check(QString const& command, int row, QString const& entered, QString const& calls)
+    {
+        MakePanel();
+        for (QString const uid : {"uid-alpha", "uid-Zeta-1", "uid-Unary", "uid-Zeta-2"})
+            m_Library
+                ->Add(TarnoType::gCompound, uid.section('-', 1, 1).toStdString(), "",
+                      qPrintable(uid))
+                .isAbstract = true;
+        m_Browser->m_SelectedIndex = static_cast<unsigned long>(row);
+        DialogUser user(entered);
+        Run(command);
+        QString const name = command + QString::number(row) + entered + ": ";
+        QCOMPARE(name + m_Host->TakeCalls().join('|'), name + calls);
+        QCOMPARE(user.HasClosed(), !entered.isEmpty());
     }
 
     void RunAtEveryCall(QString const& scenario, QString const& event)

@@ -1,7 +1,6 @@
 #include "browsertest.h"
 #include "dialoguser.h"
 #include "tarnodialog.h"
-#include "testtable.h"
 
 using namespace tarno::datamodel;
 

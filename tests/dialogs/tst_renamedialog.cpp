@@ -1,7 +1,6 @@
 #include "browsertest.h"
 #include "dialoguser.h"
 #include "renamedialog.h"
-#include "testtable.h"
 
 using namespace tarno::datamodel;
 

@@ -1,6 +1,5 @@
 #include "browsertest.h"
 #include "dialoguser.h"
-#include "testtable.h"
 #include "typeselector.h"
 
 using namespace tarno::datamodel;

@@ -72,39 +72,40 @@ private:
     }
 
 private Q_SLOTS:
-    void connectionsAreDrawn_data()
-    {
-        QTest::addColumn<QString>("wires");
-        QString const first = QStringLiteral("gone.lost>two.b");
-        QString const second = QStringLiteral("|one.sum>two.a");
-        // Each is drawn from a port to another one.
-        QTest::newRow("two.sum out.result") << first + second + "|two.sum>out.result";
-        QTest::newRow("out.result two.sum") << first + second + "|two.sum>out.result";
-        QTest::newRow("in.value one.b") << first + second + "|in.value>one.b";
-        // Instead of another one, and from an output without a type.
-        QTest::newRow("in.value two.b") << second.mid(1) + "|in.value>two.b";
-        QTest::newRow("gone.lost say.text") << first + second + "|gone.lost>say.text";
-        // Taken off an input.
-        QTest::newRow("two.a no.where") << first;
-        QTest::newRow("two.a two.b") << "one.sum>two.b";
-        // Refused: other types, sides and circles.
-        for (char const* const way :
-             {"say.said one.a", "one.sum two.sum", "one.b say.text", "one.sum one.b",
-              "two.sum one.b", "one.sum no.where", "two.a say.text", "two.a two.a"})
-            QTest::newRow(way) << first + second;
-    }
-
     void connectionsAreDrawn()
     {
+        QString const first = QStringLiteral("gone.lost>two.b");
+        QString const both = first + "|one.sum>two.a";
+        // From a port to another one, and the connections then.
+        std::tuple<char const*, char const*, QString> const rows[] = {
+            {"two.sum", "out.result", both + "|two.sum>out.result"},
+            {"out.result", "two.sum", both + "|two.sum>out.result"},
+            {"in.value", "one.b", both + "|in.value>one.b"},
+            // Instead of another one, and from an output without a type.
+            {"in.value", "two.b", "one.sum>two.a|in.value>two.b"},
+            {"gone.lost", "say.text", both + "|gone.lost>say.text"},
+            // Taken off an input.
+            {"two.a", "no.where", first},
+            {"two.a", "two.b", "one.sum>two.b"},
+            // Refused: other types, sides and circles.
+            {"say.said", "one.a", both},
+            {"one.sum", "two.sum", both},
+            {"one.b", "say.text", both},
+            {"one.sum", "one.b", both},
+            {"two.sum", "one.b", both},
+            {"one.sum", "no.where", both},
+            {"two.a", "say.text", both},
+            {"two.a", "two.a", both}};
         Connect("one.sum", "two.a");
-        QString const wires = Wires();
-        QStringList const way = QString(QTest::currentDataTag()).split(' ');
-        Drag(At(way[0]), At(way[1]));
-        QTEST(Wires(), "wires");
-        QCOMPARE(Stack().count(), Wires() == wires ? 1 : 2);
-        QCOMPARE(Cursor(), Qt::ArrowCursor);
-        // Nothing of the loose connection is left.
-        QVERIFY(IsAsOpenedAnew());
+        for (auto const& [from, to, wires] : rows) {
+            Drag(At(from), At(to));
+            QCOMPARE(Wires(), wires);
+            QCOMPARE(Stack().index(), wires == both ? 1 : 2);
+            QCOMPARE(Cursor(), Qt::ArrowCursor);
+            // Nothing of the loose connection is left.
+            QVERIFY(IsAsOpenedAnew());
+            Stack().setIndex(1);
+        }
     }
 
     void looseConnectionsFollowTheMouse()
