@@ -47,13 +47,16 @@ private Q_SLOTS:
     {
         int const distance = QApplication::startDragDistance();
         QPoint const start = m_Browser->GetRowCenter(1);
-        Send(QEvent::MouseMove, start + QPoint(500, 0), Qt::NoButton, Qt::LeftButton);
+        auto const move = [&](int x, int y, Qt::MouseButton held) {
+            Send(QEvent::MouseMove, start + QPoint(x, y), Qt::NoButton, held);
+        };
+        move(500, 0, Qt::LeftButton);
         Send(QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
-        Send(QEvent::MouseMove, start + QPoint(distance - 1, 0), Qt::NoButton, Qt::LeftButton);
-        Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::NoButton);
-        Send(QEvent::MouseMove, start + QPoint(distance, 0), Qt::NoButton, Qt::RightButton);
+        move(distance - 1, 0, Qt::LeftButton);
+        move(distance, 0, Qt::NoButton);
+        move(distance, 0, Qt::RightButton);
         QCOMPARE(drags.count, 0);
-        Send(QEvent::MouseMove, start + QPoint(1, 1 - distance), Qt::NoButton, Qt::LeftButton);
+        move(1, 1 - distance, Qt::LeftButton);
         QCOMPARE(drags.count, 1);
         QCOMPARE(drags.formats, QStringList("tarno/toc.key"));
         QCOMPARE(drags.actions, Qt::DropActions(Qt::CopyAction));

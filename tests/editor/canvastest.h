@@ -232,6 +232,8 @@ protected:
         Open(kEmpty);
         m_Host->SetCompoundTarget(compound);
         QImage const anew = Picture();
+        if (anew == shown)
+            return true;
         for (int x = 0; x < anew.width(); ++x)
             for (int y = 0; y < anew.height(); ++y)
                 if (!IsLike(shown.pixelColor(x, y), anew.pixelColor(x, y)))
