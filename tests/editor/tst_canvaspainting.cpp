@@ -155,6 +155,7 @@ private Q_SLOTS:
                                 {{"one", "sum"}, {"gone", name}}};
         });
         QCOMPARE(Scene().GetPort({"gone", name}, true)->position, QPointF(580, 242));
+        QCOMPARE(Scene().GetPort({"gone", name}, false)->position, QPointF(300, 242));
         // Each has half of the row.
         QRect const input = Ink(QRectF(307, 233, 133, 18), Colors().nodeBody);
         QRect const output = Ink(QRectF(440, 233, 133, 18), Colors().nodeBody);
