@@ -14,6 +14,8 @@ public:
     ~ContractLibrary();
 
     tarno::datamodel::ItemLibraryAccessor GetAccessor() const;
+    /// False where the library is always there.
+    bool Close();
 
 private:
     struct Private;

@@ -23,3 +23,9 @@ tarno::datamodel::ItemLibraryAccessor ContractLibrary::GetAccessor() const
 {
     return m_Private->host.GetLibrary();
 }
+
+bool ContractLibrary::Close()
+{
+    m_Private->host.CloseLibrary();
+    return true;
+}

@@ -14,3 +14,8 @@ tarno::datamodel::ItemLibraryAccessor ContractLibrary::GetAccessor() const
 {
     return GetPartsLibrary();
 }
+
+bool ContractLibrary::Close()
+{
+    return false;
+}

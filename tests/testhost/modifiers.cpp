@@ -73,7 +73,7 @@ ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
 bool CompoundModifierAccessor::Initialize()
 {
     Record("Initialize", {TextOf(ItemOf(*this))});
-    return IsValid();
+    return ItemOf(*this);
 }
 
 bool CompoundModifierAccessor::CanModifyCompound(bool askHost) const
