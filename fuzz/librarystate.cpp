@@ -8,13 +8,17 @@ using namespace tarno::datamodel;
 
 namespace {
 
-ItemState GetItemState(CEmbeddedHost const& host, ItemAccessor const& item)
+ItemState GetItemState(CEmbeddedHost const& host, ItemAccessor item)
 {
     ItemID const id = item.GetItemID();
     ItemLibraryAccessor const library = host.GetLibrary();
     nlohmann::ordered_json body = nlohmann::ordered_json::object();
     embeddedhost::WriteGraphBody(host.GetBody(id), body);
+    LoopCompoundAccessor loop;
+    loop.SetFrom(item);
     return {{"kind", id.GetType()},
+            {"signature", Helpers::IsAbstractFunction(item) ? "yes" : "no"},
+            {"loop", loop.IsValid() ? "yes" : "no"},
             {"name", library.GetItemName(id, true, nullptr)},
             {"tags", library.GetItemTags(id, "ApplicationTags")},
             {"other tags", library.GetItemTags(id, "Other")},

@@ -47,6 +47,11 @@ typedef LoggedTest* (*MakeTest)();
 /// For NODEBROWSER_TEST; the value means nothing.
 bool AddTest(MakeTest makeTest);
 
+typedef int (*RunChild)(QStringList const& arguments);
+/// Lets the program start itself as another one: `program NAME ...` calls `run` with what follows
+/// the name, and ends with what it returns.
+bool AddChild(char const* name, RunChild run);
+
 /// Adds the class to a program of several, of which the first argument may name one. Their main
 /// function is in testmain.cpp.
 #define NODEBROWSER_TEST(Test)                                                                     \

@@ -1,15 +1,23 @@
 #include "loggedtest.h"
 
 #include <QApplication>
+#include <QMap>
 #include <QTest>
 
 #include <memory>
 #include <vector>
 
+// Functions, since those who add are static objects themselves.
 static std::vector<MakeTest>& AddedTests()
 {
     static std::vector<MakeTest> tests;
     return tests;
+}
+
+static QMap<QByteArray, RunChild>& AddedChildren()
+{
+    static QMap<QByteArray, RunChild> children;
+    return children;
 }
 
 bool AddTest(MakeTest makeTest)
@@ -18,10 +26,18 @@ bool AddTest(MakeTest makeTest)
     return true;
 }
 
+bool AddChild(char const* name, RunChild run)
+{
+    AddedChildren()[name] = run;
+    return true;
+}
+
 int main(int argc, char** argv)
 {
     std::unique_ptr<QApplication> const application(MakeApplication(argc, argv));
     QByteArray const first(argv[argc > 1]);
+    if (RunChild const run = AddedChildren().value(first))
+        return run(QCoreApplication::arguments().mid(2));
     int const isOne = first.startsWith("Test");
     bool isFound = false;
     int failures = 0;

@@ -3,7 +3,7 @@
 
 #include "libraryfolder.h"
 #include "libraryuser.h"
-#include "testprogram.h"
+#include "loggedtest.h"
 
 #include <qorm.h>
 
@@ -85,7 +85,7 @@ protected:
 
     QByteArray Content(QString const& file) const
     {
-        return m_Folder->Read().value(m_Folder->GetPath(file));
+        return m_Folder->Read(file);
     }
 
     QString Log() const

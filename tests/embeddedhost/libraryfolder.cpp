@@ -14,36 +14,34 @@ char const* const kManifest = R"({"format": 1, "name": "Test", "dataSources": [
      "access": "read-write"},
     {"uid": "AAAAAAAA-0000-0000-0000-000000000002", "name": "Factory", "path": "factory",
      "access": "read-only", "component": "D2BA853A-8668-704A-A121-1F7DE917B664"}]})";
-LibraryFolder::LibraryFolder()
+
+TestFolder::TestFolder(QString const& name)
+    : m_Path(QFileInfo(m_Parent.path()).canonicalFilePath())
 {
-    QDir(GetPath()).mkdir(QStringLiteral("project"));
-    QDir(GetPath()).mkdir(QStringLiteral("factory"));
-    Write(QStringLiteral("library.json"), kManifest);
+    if (!name.isEmpty())
+        m_Path += QLatin1Char('/') + name;
+    QDir().mkpath(m_Path);
 }
 
-void LibraryFolder::MakeFactoryWritable() const
+QString TestFolder::GetPath(QString const& file) const
 {
-    Write(QStringLiteral("library.json"), QByteArray(kManifest).replace("read-only", "read-write"));
+    return file.isEmpty() ? m_Path : m_Path + QLatin1Char('/') + file;
 }
 
-QString LibraryFolder::GetPath() const
+void TestFolder::Write(QString const& file, QByteArray const& content) const
 {
-    return QFileInfo(m_Folder.path()).canonicalFilePath();
+    QString const path = GetPath(file);
+    QDir().mkpath(QFileInfo(path).path());
+    if (!WriteFile(path, content))
+        qFatal("%s cannot be written", qPrintable(path));
 }
 
-QString LibraryFolder::GetPath(QString const& file) const
+QByteArray TestFolder::Read(QString const& file) const
 {
-    return GetPath() + QLatin1Char('/') + file;
+    return ReadFile(GetPath(file));
 }
 
-void LibraryFolder::Write(QString const& file, QByteArray const& content) const
-{
-    QDir(GetPath()).mkpath(QFileInfo(file).path());
-    if (!WriteFile(GetPath(file), content))
-        qFatal("%s cannot be written", qPrintable(GetPath(file)));
-}
-
-QMap<QString, QByteArray> LibraryFolder::Read() const
+QMap<QString, QByteArray> TestFolder::Read() const
 {
     QMap<QString, QByteArray> contents;
     QDirIterator files(GetPath(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -52,6 +50,18 @@ QMap<QString, QByteArray> LibraryFolder::Read() const
         contents[path] = ReadFile(path);
     }
     return contents;
+}
+
+LibraryFolder::LibraryFolder()
+{
+    for (char const* folder : {"project", "factory"})
+        QDir(GetPath()).mkdir(folder);
+    Write(QStringLiteral("library.json"), kManifest);
+}
+
+void LibraryFolder::MakeFactoryWritable() const
+{
+    Write(QStringLiteral("library.json"), QByteArray(kManifest).replace("read-only", "read-write"));
 }
 
 std::string Uid(int number)

@@ -15,24 +15,35 @@ extern char const* const kProjectUid;
 extern char const* const kFactoryUid;
 extern char const* const kFactoryComponent;
 
-/// A library in a temporary folder: a writable data source "project" and a read-only one
-/// "factory", in this order and empty, until the test writes files into it.
-class LibraryFolder
+/// A temporary folder, or one of that name below it. Paths are canonical, those of files relative
+/// to the folder.
+class TestFolder
 {
 public:
-    LibraryFolder();
+    explicit TestFolder(QString const& name = QString());
 
-    QString GetPath() const;
-    /// `file` is relative to the library folder.
-    QString GetPath(QString const& file) const;
+    QString GetPath(QString const& file = QString()) const;
+    /// Folders are made as needed.
     void Write(QString const& file, QByteArray const& content) const;
-    /// The factory can be written to as well, once the library is opened anew.
-    void MakeFactoryWritable() const;
+    /// Empty when there is no such file.
+    QByteArray Read(QString const& file) const;
     /// The contents of all files, by path.
     QMap<QString, QByteArray> Read() const;
 
 private:
-    QTemporaryDir m_Folder;
+    QTemporaryDir m_Parent;
+    QString m_Path;
+};
+
+/// A library: a writable data source "project" and a read-only one "factory", in this order and
+/// empty, until the test writes files into it.
+class LibraryFolder : public TestFolder
+{
+public:
+    LibraryFolder();
+
+    /// The factory can be written to as well, once the library is opened anew.
+    void MakeFactoryWritable() const;
 };
 
 /// A well-formed UID that ends with the number.

@@ -105,32 +105,6 @@ private Q_SLOTS:
         QVERIFY(!m_Host->IsModified());
     }
 
-    void overwritesWhatWasUndone_data()
-    {
-        QTest::addColumn<QByteArray>("theirs");
-        QTest::newRow("changed") << '[' + Object(2, "compound", "Theirs") + ',' + kFade + ']';
-        QTest::newRow("gone") << QByteArray();
-        QTest::newRow("more") << '[' + kRamp + ',' + kFade + ',' + Object(9, "type", "T") + ']';
-    }
-
-    /// What is shown is what is on disk after the next save.
-    void overwritesWhatWasUndone()
-    {
-        QFETCH(QByteArray, theirs);
-        m_User->Rename(Item(2), "Ours");
-        WriteAll({{kTwoFile, theirs}});
-        QVERIFY(Decide(kTwoFile, false));
-        Stack().undo();
-        m_Host->CheckFolder();
-        QVERIFY(m_Host->IsModified());
-        QVERIFY2(m_User->Save(), qPrintable(Log()));
-        for (int i = 0; i < 2; ++i) {
-            QCOMPARE(NameOf(2), QString("Ramp"));
-            QVERIFY(Item(3).IsValid() && Item(9).IsNull());
-            Open();
-        }
-    }
-
     /// Without changes of ours the file is followed again.
     void takesWhatIsOnDiskOnceUndone()
     {
@@ -215,15 +189,9 @@ private Q_SLOTS:
         keeps("faulty and no objects", Object(2, "gadget", "Ramp") + ", 7, [], null");
         row("twin is first", kRamp, twin + ',' + kRamp);
         row("its twin becomes faulty", kRamp + ',' + twin, Object(2, "gadget", "R") + ',' + twin);
-        row("letter case", Object(9, "solver", "A"), Object(9, "solver", "A").toLower());
-        row("kind", kRamp, Object(2, "type", "Ramp"));
         QTest::newRow("its twin's file goes")
             << Contents{{kTwoFile, kRamp}, {"project/x.json", '[' + twin + ']'}}
             << Contents{{kTwoFile, ""}};
-        Contents const early = {{"project/a.json", '[' + kRamp + ']'}, {kTwoFile, "[]"}};
-        Contents const late = {{"project/a.json", "[]"}, {kTwoFile, '[' + kRamp + ']'}};
-        QTest::newRow("to a later file") << early << late;
-        QTest::newRow("to an earlier file") << late << early;
     }
 
     /// Also what makes no item: a later save leaves it as it is.
@@ -284,11 +252,9 @@ private Q_SLOTS:
         QVERIFY2(Log().isEmpty(), "it may be complete the next time");
         m_Folder->Write("project/new.json", Object(9, "compound", "New"));
         QTRY_VERIFY(Item(9).IsValid());
-        int times = 0;
-        for (char const* broken : {"{", "{,"}) {
-            m_Folder->Write("project/broken.json", broken);
+        for (int times = 1; times <= 2; ++times) {
+            m_Folder->Write("project/broken.json", QByteArray("{,,").left(times));
             m_Host->CheckFolder();
-            ++times;
             QTRY_COMPARE(Log().count("broken.json"), times);
             m_Host->CheckFolder();
             QCOMPARE(Log().count("broken.json"), times);
@@ -302,24 +268,21 @@ private Q_SLOTS:
         for (int round = 1; round <= 4; ++round) {
             QString const folder = m_Folder->GetPath() + (round <= 2 ? "/project" : "");
             QString const away = folder + ".away";
-            QString const two = m_Folder->GetPath(kTwoFile).replace(folder, away);
             QVERIFY(QDir().rename(folder, away));
-            // Whether or not the one around it is watched.
-            m_Host->CheckFolder();
-            m_Host->CheckFolder();
-            QCOMPARE(Log().count("the folder is gone"), round);
+            // Whether or not the one around it is watched, and in the first round without being
+            // told to look.
+            for (int i = 1; round > 1 && i <= 2; ++i)
+                m_Host->CheckFolder();
+            QTRY_COMPARE(Log().count("the folder is gone"), round);
             QVERIFY(recorder.Take().isEmpty() && !Decide(kGlowFile, true));
 
-            QVERIFY(WriteFile(two, Object(10 + round, "compound", "New")));
+            QVERIFY(WriteFile(m_Folder->GetPath(kTwoFile).replace(folder, away),
+                              Object(10 + round, "compound", "New")));
             QVERIFY(QDir().rename(away, folder));
             QTRY_VERIFY(Item(10 + round).IsValid());
             QVERIFY(!Item(3).IsValid());
             recorder.Take();
         }
-        // Without being told to look.
-        QVERIFY(QDir().rename(m_Folder->GetPath("project"), m_Folder->GetPath("away")));
-        QTRY_COMPARE(Log().count("the folder is gone"), 5);
-        QVERIFY(QDir().rename(m_Folder->GetPath("away"), m_Folder->GetPath("project")));
     }
 
     /// A file that was not there when the folder was looked at last.

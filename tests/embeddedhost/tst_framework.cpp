@@ -1,5 +1,6 @@
 #include "framework/guardedcall.h"
 #include "hosttest.h"
+#include "refcounted.h"
 
 #include <sourcecontrol.h>
 
@@ -17,7 +18,7 @@ namespace {
 typedef std::function<void()> Reaction;
 
 /// Writes down when it is done and undone.
-class Command : public ICommand
+class Command : public hostkit::CRefCounted<ICommand>
 {
 public:
     Command(QStringList& record, char const* text, Reaction const& react)
@@ -30,22 +31,15 @@ public:
         m_Record << QString("end of ") + m_Text;
     }
 
-    void AddRef() override
-    {
-        ++m_References;
-    }
-    void Release() override
-    {
-        if (--m_References == 0)
-            delete this;
-    }
     void Do() override
     {
-        Tell("do ");
+        m_Record << QString("do ") + m_Text;
+        m_React();
     }
     void Undo() override
     {
-        Tell("undo ");
+        m_Record << QString("undo ") + m_Text;
+        m_React();
     }
     char const* GetText() const override
     {
@@ -53,20 +47,9 @@ public:
     }
 
 private:
-    void Tell(char const* what)
-    {
-        m_Record << QString(what) + m_Text;
-        m_React();
-    }
-
     QStringList& m_Record;
     char const* const m_Text;
     Reaction const m_React;
-    int m_References = 0;
-};
-
-class Service : public wek::IBase
-{
 };
 
 class ProxyListener : public wek::fwk::IQormDBProxy_Signal
@@ -128,26 +111,27 @@ private Q_SLOTS:
 
     void servicesAreReplacedByName()
     {
-        Service service;
-        auto const get = [] {
-            return wekGetSystem()->GetService("QormDBProxy");
-        };
-        auto const set = [](wek::IBase* other) {
-            return CServiceRegistry::GetInstance().SetService("QormDBProxy", other);
+        class Service : public wek::IBase
+        {
+        } service;
+        CServiceRegistry& registry = CServiceRegistry::GetInstance();
+        char const* const name = "QormDBProxy";
+        auto const get = [name] {
+            return wekGetSystem()->GetService(name);
         };
         {
             CEmbeddedHost host;
             wek::IBase* const own = get();
             QVERIFY(dynamic_cast<wek::fwk::IQormDBProxy*>(own));
-            QCOMPARE(set(&service), own);
-            host.GetServices().RemoveService("QormDBProxy", own);
+            QCOMPARE(registry.SetService(name, &service), own);
+            host.GetServices().RemoveService(name, own);
             QCOMPARE(get(), &service);
-            QCOMPARE(set(nullptr), &service);
+            QCOMPARE(registry.SetService(name, nullptr), &service);
             QVERIFY(!get());
-            set(&service);
+            registry.SetService(name, &service);
         }
         QVERIFY2(get() == &service, "it outlives the host");
-        CServiceRegistry::GetInstance().RemoveService("QormDBProxy", &service);
+        registry.RemoveService(name, &service);
         QVERIFY(!get());
     }
 
@@ -224,19 +208,6 @@ private Q_SLOTS:
         }));
     }
 
-    void messagesAreKeptAndSent()
-    {
-        CMessageChannel channel;
-        QSignalSpy spy(&channel, &CMessageChannel::MessagePosted);
-        for (std::size_t i = 0; i <= CMessageChannel::kLogSize; ++i)
-            channel.Post(eSeverity::kWarning, QString::number(i));
-        QCOMPARE(channel.GetLog().size(), CMessageChannel::kLogSize);
-        QCOMPARE(channel.GetLog().front().text, QString("1"));
-        QCOMPARE(spy.last().at(0).value<eSeverity>(), eSeverity::kWarning);
-        channel.ClearLog();
-        QVERIFY(channel.GetLog().empty());
-    }
-
     void whatAGuardedCallRaisesIsSaid()
     {
         Expect("A message could not be shown");
@@ -275,19 +246,18 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(Run("fails", fail), std::runtime_error);
         QCOMPARE(GetStack(), QStringList({"A", "C", "within"}));
         QVERIFY(m_Record.contains("end of fails") && !m_Record.contains("end of A"));
-        m_Manager.reset();
-        QVERIFY(m_Record.contains("end of A"));
-    }
 
-    void commandsWithinCommandsAreUndoneInReverse()
-    {
+        m_Manager->Clear();
+        QVERIFY(m_Record.contains("end of A"));
+        m_Record.clear();
         Run("outer", [&, isFirst = true]() mutable {
             if (std::exchange(isFirst, false))
                 Run("inner");
         });
-        QCOMPARE(GetStack(), QStringList({"outer", "inner"}));
         Stack().setIndex(0);
         QCOMPARE(m_Record, QStringList({"do outer", "do inner", "undo inner", "undo outer"}));
+        m_Manager.reset();
+        QVERIFY(m_Record.contains("end of outer"));
     }
 
     void commandsMayChangeTheStackWhileTheyAreUndone()

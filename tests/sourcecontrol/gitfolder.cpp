@@ -1,10 +1,6 @@
 #include "gitfolder.h"
 
-#include "libraryfolder.h"
-
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 
 void GitFolder::UseNoSettings(QString const& home)
@@ -21,21 +17,15 @@ void GitFolder::UseNoSettings(QString const& home)
 }
 
 GitFolder::GitFolder(QString const& name)
+    : TestFolder(name)
 {
-    m_Path = QFileInfo(m_Parent.path()).canonicalFilePath() + '/' + name;
-    QDir().mkpath(m_Path);
     Git({"-c", "init.defaultBranch=main", "init", "-q"});
-}
-
-QString GitFolder::GetPath(QString const& file) const
-{
-    return file.isEmpty() ? m_Path : m_Path + '/' + file;
 }
 
 QString GitFolder::Git(QStringList const& arguments, bool mayFail) const
 {
     QProcess git;
-    git.setWorkingDirectory(m_Path);
+    git.setWorkingDirectory(GetPath());
     if (mayFail)
         git.setStandardErrorFile(QProcess::nullDevice());
     else
@@ -54,17 +44,4 @@ void GitFolder::Commit(QString const& subject) const
 {
     Git({"add", "-A"});
     Git({"commit", "-q", "--allow-empty", "-m", subject});
-}
-
-void GitFolder::Write(QString const& file, QByteArray const& content) const
-{
-    QString const path = GetPath(file);
-    QDir().mkpath(QFileInfo(path).path());
-    if (!WriteFile(path, content))
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-QByteArray GitFolder::Read(QString const& file) const
-{
-    return ReadFile(GetPath(file));
 }

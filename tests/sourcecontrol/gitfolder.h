@@ -1,13 +1,10 @@
 #ifndef NODEBROWSER_TESTS_GITFOLDER_H
 #define NODEBROWSER_TESTS_GITFOLDER_H
 
-#include <QByteArray>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
+#include "libraryfolder.h"
 
 /// A temporary folder that the git command works in.
-class GitFolder
+class GitFolder : public TestFolder
 {
 public:
     /// Keeps the settings of the user who runs the test away from git; before anything else.
@@ -16,22 +13,11 @@ public:
     /// A new work tree without a commit, in the folder below a temporary one.
     explicit GitFolder(QString const& name = QStringLiteral("tree"));
 
-    /// Canonical path of the work tree, or of the file in it.
-    QString GetPath(QString const& file = QString()) const;
-
     /// Runs git in the work tree; what it prints, without the last line break. A failure ends
     /// the test program, unless it is expected.
     QString Git(QStringList const& arguments, bool mayFail = false) const;
     /// Stages everything and commits it.
     void Commit(QString const& subject) const;
-
-    /// Folders are made as needed.
-    void Write(QString const& file, QByteArray const& content) const;
-    QByteArray Read(QString const& file) const;
-
-private:
-    QTemporaryDir m_Parent;
-    QString m_Path;
 };
 
 #endif

@@ -12,10 +12,15 @@ class GitTest : public LoggedTest
 protected:
     void SetUp() override
     {
-        GitFolder::UseNoSettings(m_Home.path());
+        GitFolder::UseNoSettings(GetHome());
     }
 
-    QTemporaryDir m_Home;
+    /// One for the process, since libgit2 reads where it is only once.
+    static QString GetHome()
+    {
+        static QTemporaryDir const home;
+        return home.path();
+    }
 };
 
 struct DeleteTask

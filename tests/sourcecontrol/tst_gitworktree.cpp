@@ -77,7 +77,9 @@ private Q_SLOTS:
         QCOMPARE(tree.GetAccess(), CGitWorkTree::kReadable);
         QCOMPARE(tree.GetRoot(), folder->GetPath());
         CFileStates states;
+        QByteArray const index = folder->Read(".git/index");
         QVERIFY(tree.ReadStates("", m_NotCancelled, states));
+        QVERIFY2(folder->Read(".git/index") == index, "dates are left to git");
         std::pair<unsigned, QStringList> const expected[] = {
             {kClean, {"clean", "deep/clean", "touched", kUmlauts, "forced.tmp"}},
             {kModified, {"modified", "staged", "stagedAgain", "deleted"}},
@@ -94,6 +96,13 @@ private Q_SLOTS:
                 QVERIFY2(found == state, qPrintable(file + ": " + QString::number(found)));
             }
         }
+
+        // Not a pattern, and of one folder no other.
+        CFileStates deep;
+        QVERIFY(tree.ReadStates("de[e]p/", m_NotCancelled, deep));
+        QCOMPARE(deep.Find("deep/clean"), 0u);
+        QVERIFY(tree.ReadStates("deep/", m_NotCancelled, deep));
+        QVERIFY(deep.Find("deep/clean") == kClean && deep.Find("clean") == 0u);
 
         CancelFlag const cancelled(true);
         CFileStates none;
@@ -112,44 +121,6 @@ private Q_SLOTS:
         QCOMPARE(Read({folder.GetPath("added"), folder.GetPath("untracked"),
                        folder.GetPath("no/such/file")}),
                  (States{kAdded, kUntracked, kUntracked}));
-    }
-
-    void passOverOneFolderSeesNoOther()
-    {
-        GitFolder const folder;
-        for (char const* file : {"some/deep/file", "something/file", "[s]ome/file"})
-            folder.Write(file, "1");
-        folder.Commit("first");
-        for (std::string const name : {"some/", "[s]ome/"}) {
-            CFileStates states;
-            QVERIFY(CGitWorkTree(folder.GetPath()).ReadStates(name, m_NotCancelled, states));
-            QCOMPARE(states.Find("some/deep/file"), name == "some/" ? kClean : 0u);
-            QCOMPARE(states.Find("[s]ome/file"), name == "some/" ? 0u : kClean);
-            QCOMPARE(states.Find("something/file"), 0u);
-        }
-    }
-
-    void passLeavesTheIndexAlone()
-    {
-        GitFolder const folder;
-        folder.Write("file", "first\n");
-        folder.Commit("first");
-        QByteArray const index = folder.Read(".git/index");
-        // What git itself would note in the index: the same content with a new date.
-        QFile file(folder.GetPath("file"));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-60),
-                                 QFile::FileModificationTime));
-        file.close();
-        CGitWorkTree const tree(folder.GetPath());
-        for (int pass = 0; pass < 2; ++pass) {
-            CFileStates states;
-            QVERIFY(tree.ReadStates("", m_NotCancelled, states));
-            QCOMPARE(states.Find("file"), kClean);
-            QCOMPARE(folder.Read(".git/index"), index);
-        }
-        folder.Git({"update-index", "--refresh"});
-        QVERIFY(folder.Read(".git/index") != index);
     }
 
     void filesInSeveralTrees()
@@ -177,26 +148,20 @@ private Q_SLOTS:
     void lastCommitIsWhatGitFinds()
     {
         GitFolder const folder;
-        auto const change = [&folder](QString const& file, QByteArray const& content) {
-            folder.Write(file, content);
-            folder.Commit(file + ' ' + content);
+        // Each of them is a file and a word, and is committed.
+        auto const change = [&folder](QStringList const& changes) {
+            for (QString const& change : changes) {
+                folder.Write(change.section(' ', 0, 0), change.toUtf8());
+                folder.Commit(change);
+            }
         };
-        change("first", "1");
-        change("deep/er/file", "1");
-        change("both", "1");
+        change({"first 1", "deep/er/file 1", "both 1"});
         folder.Git({"checkout", "-q", "-b", "branch"});
-        change("onBranch", "1");
-        change("both", "2");
-        change("undone", "1");
-        change("first", "2");
-        change("first", "1");
+        change({"onBranch 1", "both 2", "undone 1", "first 2", "first 1"});
         folder.Git({"checkout", "-q", "main"});
-        change("onMain", "1");
-        change("both", "3");
+        change({"onMain 1", "both 3"});
         folder.Git({"merge", "-q", "branch"}, true);
-        folder.Write("both", "4");
-        folder.Commit("merge");
-        change("later", "1");
+        change({"both 4", "later 1"});
         QFile::remove(folder.GetPath("later"));
         folder.Commit("remove");
 

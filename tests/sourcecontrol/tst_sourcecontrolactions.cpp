@@ -1,5 +1,4 @@
 #include "gittest.h"
-#include "sourcecontrol/tooltip.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -59,16 +58,32 @@ private:
     QString m_Path;
 
 private Q_SLOTS:
-    void checkOutMakesWritable()
+    void checkOutAndMakeWritable_data()
     {
-        QVERIFY(QFile::setPermissions(m_Path, QFile::ReadOwner));
+        QTest::addColumn<bool>("checksOut");
+        QTest::newRow("check out") << true;
+        QTest::newRow("make writable") << false;
+    }
+
+    void checkOutAndMakeWritable()
+    {
+        QFETCH(bool, checksOut);
+        QVERIFY(QFile::setPermissions(m_Path, QFile::ReadOwner | QFile::ReadGroup));
         StateRecorder const recorder(m_Library->host->GetLibrary());
         TaskPtr const task = AskForAll(*m_Library);
         QTRY_COMPARE(recorder.count, 2);
-        QVERIFY(CheckOut(m_Library->GetObject(0)));
-        QVERIFY(QFile::permissions(m_Path).testFlag(QFile::WriteOwner));
-        QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)), kClean | kCheckedOut);
+        if (checksOut)
+            QVERIFY(CheckOut(m_Library->GetObject(0)));
+        else
+            GetUIHelper().MakeWritable(m_Library->GetObject(0), true);
+        QFile::Permissions const permissions = QFile::permissions(m_Path);
+        QVERIFY(permissions.testFlag(QFile::WriteOwner));
+        QVERIFY(!permissions.testFlag(QFile::WriteGroup));
+        QCOMPARE(QFileInfo::exists(m_Library->folder.GetPath(".git/checkedout.json")), checksOut);
+        QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)),
+                     checksOut ? kClean | kCheckedOut : kClean);
         QCOMPARE(GetStatus(), QString());
+        QCOMPARE(GetMessages(*m_Library->host), QStringList());
     }
 
     void checkOutSaysWhyNot()
@@ -89,17 +104,6 @@ private Q_SLOTS:
         bool isCheckedOut = true;
         GetUIHelper().CheckOut(qorm::QormHandle<qorm::IDbObject>(), isCheckedOut, true);
         QVERIFY(!isCheckedOut);
-    }
-
-    void makeWritableChecksNothingOut()
-    {
-        QVERIFY(QFile::setPermissions(m_Path, QFile::ReadOwner | QFile::ReadGroup));
-        GetUIHelper().MakeWritable(m_Library->GetObject(0), true);
-        QFile::Permissions const permissions = QFile::permissions(m_Path);
-        QVERIFY(permissions.testFlag(QFile::WriteOwner));
-        QVERIFY(!permissions.testFlag(QFile::WriteGroup));
-        QVERIFY(!QFileInfo::exists(m_Library->folder.GetPath(".git/checkedout.json")));
-        QCOMPARE(GetMessages(*m_Library->host), QStringList());
     }
 
     void showFilesAsksTheHost()
@@ -171,20 +175,13 @@ private Q_SLOTS:
         QTRY_COMPARE(GetLines(GetToolTip(0)),
                      (QStringList{"c0", m_File, "State: added", "Not committed yet"}));
         m_Library->host->SetRevisionControlEnabled(false);
-        QCOMPARE(GetLines(GetToolTip(0)), (QStringList{"c0", m_File}));
+        LibraryUser(*m_Library->host).Rename(m_Library->GetItem(0), "<i>");
+        QCOMPARE(GetLines(GetToolTip(0)), (QStringList{"<i>", m_File}));
 
         auto const object = m_Library->GetObject(0);
         m_Library->host->CloseLibrary();
         QCOMPARE(ScsUtils::GetToolTip(object, QString()), QString());
         QCOMPARE(ScsUtils::GetToolTip(qorm::QormHandle<qorm::IDbObject>(), QString()), QString());
-    }
-
-    void toolTipTextsAreEscaped()
-    {
-        GitCommit const commit{"<i>1</i>", "<i>2</i>", QDateTime(), "<i>3</i>"};
-        QString const toolTip = BuildToolTip("\"<i>", "<i>4</i>", QString(),
-                                             FileFacts{"<i>5</i>", StateBits::kClean, commit});
-        QVERIFY(!toolTip.contains("<i>") && toolTip.contains("&lt;i&gt;4&lt;/i&gt;"));
     }
 };
 
