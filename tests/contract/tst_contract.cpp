@@ -1,5 +1,6 @@
 #include "contractlibrary.h"
 #include "loggedtest.h"
+#include "testtable.h"
 
 #include <QTest>
 
@@ -57,17 +58,16 @@ private Q_SLOTS:
 
     void namesAreComparedWithoutCase_data()
     {
-        QTest::addColumn<QByteArray>("name");
-        QTest::addColumn<bool>("isTaken");
-        QTest::newRow("same") << QByteArray("Wave") << true;
-        QTest::newRow("other case") << QByteArray("wAVE") << true;
-        QTest::newRow("of another kind") << QByteArray("NUMBER") << true;
-        QTest::newRow("beginning") << QByteArray("Wav") << false;
-        QTest::newRow("longer") << QByteArray("Waves") << false;
-        QTest::newRow("empty") << QByteArray("") << false;
-        QTest::newRow("Latin-1") << QByteArray("MOIR\xE9") << true;
-        QTest::newRow("UTF-8") << QByteArray("Moiré") << false;
-        QTest::newRow("letters past ASCII keep their case") << QByteArray("MOIR\xC9") << false;
+        AddColumns<QByteArray, bool>("name", "isTaken");
+        AddRow("same", QByteArray("Wave"), true);
+        AddRow("other case", QByteArray("wAVE"), true);
+        AddRow("of another kind", QByteArray("NUMBER"), true);
+        AddRow("beginning", QByteArray("Wav"), false);
+        AddRow("longer", QByteArray("Waves"), false);
+        AddRow("empty", QByteArray(""), false);
+        AddRow("Latin-1", QByteArray("MOIR\xE9"), true);
+        AddRow("UTF-8", QByteArray("Moiré"), false);
+        AddRow("letters past ASCII keep their case", QByteArray("MOIR\xC9"), false);
     }
 
     void namesAreComparedWithoutCase()

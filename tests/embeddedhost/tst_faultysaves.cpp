@@ -1,5 +1,6 @@
 #include "faultyfiles.h"
 #include "hosttest.h"
+#include "testtable.h"
 
 #include <journal.h>
 #include <nlohmann/json.hpp>
@@ -165,14 +166,12 @@ private:
 private Q_SLOTS:
     void savesThatFailLoseNothing_data()
     {
-        QTest::addColumn<int>("error");
-        QTest::addColumn<bool>("forGood");
-        QTest::addColumn<bool>("isHalf");
-        QTest::newRow("once: another file system") << EXDEV << false << false;
-        QTest::newRow("once: the disk is full after half a write") << ENOSPC << true << true;
-        QTest::newRow("once: the disk is broken") << EIO << false << false;
-        QTest::newRow("the disk is full") << ENOSPC << true << false;
-        QTest::newRow("no more files can be opened") << EMFILE << true << false;
+        AddColumns<int, bool, bool>("error", "forGood", "isHalf");
+        AddRow("once: another file system", EXDEV, false, false);
+        AddRow("once: the disk is broken", EIO, false, false);
+        AddRow("the disk is full after half a write", ENOSPC, true, true);
+        AddRow("the disk is full", ENOSPC, true, false);
+        AddRow("no more files can be opened", EMFILE, true, false);
     }
 
     void savesThatFailLoseNothing()

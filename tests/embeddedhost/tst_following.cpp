@@ -1,5 +1,6 @@
 #include "changerecorder.h"
 #include "hosttest.h"
+#include "testtable.h"
 
 #include <QDir>
 #include <QFile>
@@ -125,8 +126,7 @@ private Q_SLOTS:
 
     void takesWhatIsGone_data()
     {
-        QTest::addColumn<Contents>("theirs");
-        QTest::addColumn<bool>("isThere");
+        AddColumns<Contents, bool>("theirs", "isThere");
         QByteArray const theirs = Object(2, "compound", "Theirs");
         QTest::newRow("the object") << Contents{{kTwoFile, "[7]"}} << false;
         QTest::newRow("the file") << Contents{{kTwoFile, ""}} << false;
@@ -171,8 +171,7 @@ private Q_SLOTS:
 
     void readsChangesAsOpeningDoes_data()
     {
-        QTest::addColumn<Contents>("before");
-        QTest::addColumn<Contents>("after");
+        AddColumns<Contents, Contents>("before", "after");
         QByteArray const twin = Object(2, "compound", "Twin");
         auto const row = [&](char const* name, QByteArray const& before, QByteArray const& after) {
             QTest::newRow(name) << Contents{{kTwoFile, '[' + before + ']'}}

@@ -49,7 +49,7 @@ int SaveForever(QStringList const& arguments)
     return 0;
 }
 
-bool const gIsChildAdded = AddChild("save-forever", SaveForever);
+bool const gIsSaverAdded = AddChild("save-forever", SaveForever);
 
 } // namespace
 

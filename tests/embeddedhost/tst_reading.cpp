@@ -2,6 +2,7 @@
 #include "changerecorder.h"
 #include "hosttest.h"
 #include "storage/systemfiles.h"
+#include "testtable.h"
 
 #include <nlohmann/json.hpp>
 
@@ -188,8 +189,7 @@ private Q_SLOTS:
 
     void limits_data()
     {
-        QTest::addColumn<QByteArray>("more");
-        QTest::addColumn<QString>("fault");
+        AddColumns<QByteArray, QString>("more", "fault");
         auto const nested = [](int levels) {
             return ", \"later\": " + QByteArray(levels, '[') + QByteArray(levels, ']');
         };
