@@ -273,6 +273,7 @@ private Q_SLOTS:
         QVERIFY(!IsSameUri(QormPtr<IDataSource>(), resource));
         QCOMPARE(QString::fromStdString(GetResourceExpandedURI(FindObject(kProjectUid))),
                  m_Folder->GetPath("project"));
+        QVERIFY2(GetResourceExpandedURI(FindObject(Uid(1))).empty(), "an item is no resource");
     }
 
     void queriesThatFindNothing()
