@@ -26,9 +26,9 @@ ListedObject ListObject(ItemObject const& object)
     ListedObject listed;
     listed.kind = FindItemKind(GetText(object, Keys::kKind));
     for (auto const& [key, text] : kTextMembers)
-        listed.*text = GetText(object, key);
+        listed.*text = GetText(object, key.data());
     for (auto const& [key, flag] : kFlagMembers)
-        listed.*flag = IsSet(object, key);
+        listed.*flag = IsSet(object, key.data());
     auto const tags = object.find(Keys::kTags);
     if (tags == object.end() || !tags->is_object())
         return listed;

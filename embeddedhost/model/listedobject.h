@@ -32,13 +32,14 @@ struct ListedObject
 
 struct TextMember
 {
-    char const* key;
+    /// Zero-terminated. With its length, which makes the lister's comparisons cheap.
+    std::string_view key;
     std::string_view ListedObject::*text;
 };
 
 struct FlagMember
 {
-    char const* key;
+    std::string_view key;
     bool ListedObject::*flag;
 };
 

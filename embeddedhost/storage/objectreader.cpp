@@ -181,9 +181,9 @@ bool CheckObject(ordered_json const& object, ObjectFault const& fault)
         return false;
 
     for (TextMember const& member : kTextMembers)
-        check.CheckText(member.key);
+        check.CheckText(member.key.data());
     for (FlagMember const& member : kFlagMembers)
-        check.CheckFlag(member.key);
+        check.CheckFlag(member.key.data());
     check.CheckTags();
     check.CheckBody();
     return true;
