@@ -8,7 +8,7 @@
 #include "trailbar.h"
 
 #include <embeddedhost.h>
-#include <nodebrowser.h>
+#include <nodepalette.h>
 #include <textencoding.h>
 
 #include <QAction>
@@ -24,6 +24,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+using namespace tarno::datamodel;
+
 namespace {
 
 // All in pixels.
@@ -34,22 +36,45 @@ int const kLogHeight = 140;
 /// Time enough to read a message; the log keeps it.
 int const kMessageMilliseconds = 15000;
 
+QStringList DescribePorts(CEmbeddedHost& host, std::vector<GraphPort> const& ports)
+{
+    QStringList texts;
+    for (GraphPort const& port : ports) {
+        QString const name = QString::fromStdString(port.name);
+        QString const type = QString::fromLatin1(
+            host.GetLibrary().GetItemName(host.FindItem(port.type), true, nullptr).c_str());
+        texts << (type.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, type));
+    }
+    return texts;
+}
+
+CNodePalette::SItemDetails DescribeItem(CEmbeddedHost& host, ItemID const& id)
+{
+    GraphBody const body = host.GetBody(id);
+    CNodePalette::SItemDetails details;
+    details.inputs = DescribePorts(host, body.inputs);
+    details.outputs = DescribePorts(host, body.outputs);
+    return details;
+}
+
 } // namespace
 
 CMainWindow::CMainWindow(CEmbeddedHost& host)
     : m_Host(host)
     , m_TrailBar(new CTrailBar(host, this))
     , m_Canvas(new CCanvas(host, this))
-    , m_Panel(new CNodeBrowser(CNodeBrowser::eConfigNodes))
+    , m_Panel(new CNodePalette(CNodeBrowser::eConfigNodes))
     , m_Log(new CMessageLog(this))
 {
     CreateCanvas();
     CreatePanel();
     CreateLog();
     CreateMenus();
+    SetRankedByName(true);
     SetDark(m_Theme.IsDesktopDark());
     ShowLibrary();
     ConnectHost();
+    m_Panel->setFocus();
 }
 
 void CMainWindow::CreateCanvas()
@@ -70,14 +95,21 @@ void CMainWindow::CreatePanel()
     m_Panel->setBackgroundRole(QPalette::AlternateBase);
     m_Panel->setAutoFillBackground(true);
     m_Panel->setMinimumWidth(kSmallestPanelWidth);
-    m_Panel->SetCommandManager(&m_Host.GetCommandManager());
-    // A click on a row takes the keys away from the canvas, and gives them to the search.
-    if (QLineEdit* const field = m_Panel->findChild<QLineEdit*>()) {
-        m_Panel->setFocusPolicy(Qt::ClickFocus);
-        m_Panel->setFocusProxy(field);
-    }
+    SetUpPalette(*m_Panel);
+    connect(m_Panel, &CNodePalette::ItemActivated, m_Canvas,
+            [this](ItemID const& id, CNodePalette::eActivation how) {
+                // A compound that was double-clicked is open already.
+                if (how == CNodePalette::eByKey || id.GetType() != TarnoType::gCompound)
+                    m_Canvas->AddItem(id);
+            });
     m_PanelDock = AddDock(tr("Node Browser"), m_Panel, Qt::LeftDockWidgetArea);
     resizeDocks({m_PanelDock}, {kPanelWidth}, Qt::Horizontal);
+}
+
+void CMainWindow::SetUpPalette(CNodePalette& palette) const
+{
+    palette.SetCommandManager(&m_Host.GetCommandManager());
+    palette.SetDetailsSource([this](ItemID const& id) { return DescribeItem(m_Host, id); });
 }
 
 void CMainWindow::CreateLog()
@@ -126,6 +158,7 @@ void CMainWindow::UseSettings(CSettings& settings)
     m_Settings = &settings;
     settings.RestoreWindow(*this);
     SetDark(settings.IsDark().value_or(m_Theme.IsDesktopDark()));
+    SetRankedByName(settings.IsRankedByName());
     m_MarksAction->setChecked(settings.AreMarksShown());
     m_Host.SetRevisionControlEnabled(settings.AreMarksShown());
     RememberLibrary();
@@ -172,6 +205,19 @@ void CMainWindow::ShowMarks(bool areShown)
         m_Settings->SetMarksShown(areShown);
 }
 
+void CMainWindow::SetRankedByName(bool isRanked)
+{
+    m_RankingAction->setChecked(isRanked);
+    m_Panel->SetRanking(isRanked ? CNodePalette::eNameRanking : CNodePalette::ePanelRanking);
+}
+
+void CMainWindow::ChooseRanking(bool isRanked)
+{
+    SetRankedByName(isRanked);
+    if (m_Settings)
+        m_Settings->SetRankedByName(isRanked);
+}
+
 void CMainWindow::closeEvent(QCloseEvent* event)
 {
     if (!MayCloseLibrary()) {
@@ -190,7 +236,7 @@ void CMainWindow::closeEvent(QCloseEvent* event)
 void CMainWindow::ShowTitle()
 {
     QString const library = m_Host.GetLibraryName();
-    tarno::datamodel::ItemID const compound = m_Host.GetCompoundTarget().GetItemID();
+    ItemID const compound = m_Host.GetCompoundTarget().GetItemID();
     QString const name =
         nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(compound, true, nullptr).c_str());
     QString title = library.isEmpty() ? tr("Node Editor") : library + QStringLiteral("[*]");

@@ -11,7 +11,7 @@ class CCanvas;
 class CEmbeddedHost;
 class CJournal;
 class CMessageLog;
-class CNodeBrowser;
+class CNodePalette;
 class CRecentMenu;
 class CSettings;
 class CTrailBar;
@@ -47,6 +47,8 @@ protected:
 private:
     void CreateCanvas();
     void CreatePanel();
+    /// What every palette of the editor has.
+    void SetUpPalette(CNodePalette& palette) const;
     void CreateLog();
     QDockWidget* AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area);
     void ConnectHost();
@@ -98,12 +100,14 @@ private:
     void ShowMessage(eSeverity severity, QString const& text);
     void ChooseDark(bool isDark);
     void ShowMarks(bool areShown);
+    void SetRankedByName(bool isRanked);
+    void ChooseRanking(bool isRanked);
 
     CEmbeddedHost& m_Host;
     CTheme m_Theme;
     CTrailBar* const m_TrailBar;
     CCanvas* const m_Canvas;
-    CNodeBrowser* const m_Panel;
+    CNodePalette* const m_Panel;
     CMessageLog* const m_Log;
     QDockWidget* m_PanelDock = nullptr;
     QDockWidget* m_LogDock = nullptr;
@@ -115,6 +119,7 @@ private:
     QAction* m_SaveAction = nullptr;
     QAction* m_DarkAction = nullptr;
     QAction* m_MarksAction = nullptr;
+    QAction* m_RankingAction = nullptr;
     QAction* m_CopyAction = nullptr;
     QAction* m_PasteAction = nullptr;
     QAction* m_UpAction = nullptr;

@@ -9,7 +9,7 @@
 
 #include <embeddedhost.h>
 #include <journal.h>
-#include <nodebrowser.h>
+#include <nodepalette.h>
 
 #include <QDir>
 #include <QFileDialog>

@@ -6,7 +6,7 @@
 #include "trailbar.h"
 
 #include <embeddedhost.h>
-#include <nodebrowser.h>
+#include <nodepalette.h>
 
 #include <QCoreApplication>
 #include <QDockWidget>
@@ -126,6 +126,9 @@ void CMainWindow::CreateViewMenu()
     m_MarksAction->setCheckable(true);
     m_MarksAction->setChecked(m_Host.IsRevisionControlEnabled());
     connect(m_MarksAction, &QAction::triggered, this, &CMainWindow::ShowMarks);
+    m_RankingAction = menu->addAction(tr("Best &Names First"));
+    m_RankingAction->setCheckable(true);
+    connect(m_RankingAction, &QAction::triggered, this, &CMainWindow::ChooseRanking);
     m_DarkAction = menu->addAction(tr("&Dark Palette"));
     m_DarkAction->setCheckable(true);
     connect(m_DarkAction, &QAction::triggered, this, &CMainWindow::ChooseDark);

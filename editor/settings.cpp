@@ -14,6 +14,7 @@ QString const kGeometry = QStringLiteral("window/geometry");
 QString const kState = QStringLiteral("window/state");
 QString const kDark = QStringLiteral("view/dark");
 QString const kMarks = QStringLiteral("view/sourceControlMarks");
+QString const kRanking = QStringLiteral("view/rankedByName");
 QString const kLibraries = QStringLiteral("libraries/recent");
 
 /// Of the compound that was worked on last in the library. A slash would part groups of keys.
@@ -66,6 +67,16 @@ bool CSettings::AreMarksShown() const
 void CSettings::SetMarksShown(bool areShown)
 {
     m_Settings.setValue(kMarks, areShown);
+}
+
+bool CSettings::IsRankedByName() const
+{
+    return m_Settings.value(kRanking, true).toBool();
+}
+
+void CSettings::SetRankedByName(bool isRanked)
+{
+    m_Settings.setValue(kRanking, isRanked);
 }
 
 QStringList CSettings::GetRecentLibraries() const

@@ -28,6 +28,10 @@ public:
     bool AreMarksShown() const;
     void SetMarksShown(bool areShown);
 
+    /// The order of search results.
+    bool IsRankedByName() const;
+    void SetRankedByName(bool isRanked);
+
     /// Folders, the one opened last first.
     QStringList GetRecentLibraries() const;
     void AddRecentLibrary(QString const& folder);

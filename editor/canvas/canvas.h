@@ -59,6 +59,9 @@ public Q_SLOTS:
     /// Asks for type and name of another input or output of the compound.
     void AddInput();
     void AddOutput();
+    /// Adds a node of the item in the middle of the view, where there is room. Refusals are told on
+    /// the message channel.
+    void AddItem(tarno::datamodel::ItemID const& id);
 
 Q_SIGNALS:
     /// Sent from the event loop, once for a burst of changes.
@@ -154,14 +157,22 @@ private:
     /// not fit together, with the reason in `reason`.
     std::optional<GraphConnection> MakeConnection(PortPick const& end, QString* reason) const;
 
+    // canvas_add.cpp
+    /// Posts a message and answers false when the item cannot become a node here.
+    bool CheckItem(tarno::datamodel::ItemID const& id);
+    void AddNodeAt(tarno::datamodel::ItemID const& id, QPointF const& topLeft);
+    /// The point, or the next one below it where a node of the look covers no other.
+    QPointF FindRoom(NodeLook const& look, QPointF const& topLeft) const;
+    /// As little as it takes.
+    void BringIntoView(QRectF const& sceneRect);
+    QString GetItemName(tarno::datamodel::ItemID const& id) const;
+    /// Posts a message and answers false when one of the items has the current compound in it.
+    bool CheckContainment(std::set<std::string> const& items);
+
     // canvas_drop.cpp
     /// Null if the data carries no item, or one that cannot become a node.
     tarno::datamodel::ItemID FindDraggedItem(QMimeData const* data) const;
     void AnswerDrag(QDragMoveEvent* event);
-    QString GetItemName(tarno::datamodel::ItemID const& id) const;
-    void AddDroppedNode(tarno::datamodel::ItemID const& id, QPointF const& scenePoint);
-    /// Posts a message and answers false when one of the items has the current compound in it.
-    bool CheckContainment(std::set<std::string> const& items);
 
     // canvas_edit.cpp
     /// Makes the body that of the compound; false when it is refused.

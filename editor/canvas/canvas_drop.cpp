@@ -2,8 +2,6 @@
 
 #include "canvas.h"
 
-#include "containment.h"
-#include "graphedits.h"
 #include "itempayload.h"
 
 #include <embeddedhost.h>
@@ -75,41 +73,8 @@ void CCanvas::dropEvent(QDropEvent* event)
     event->accept();
     // The next keys, undo above all, are meant for the graph.
     setFocus(Qt::MouseFocusReason);
-    AddDroppedNode(id, mapToScene(PositionOf(event)));
-}
-
-QString CCanvas::GetItemName(ItemID const& id) const
-{
-    return nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
-}
-
-void CCanvas::AddDroppedNode(ItemID const& id, QPointF const& scenePoint)
-{
-    std::string const item = ItemIDUnlock::GetItemIDUID(id);
-    if (!CheckContainment({item}))
+    if (!CheckItem(id))
         return;
-    GraphBody body = m_Body;
     // The header comes under the mouse.
-    QPointF const topLeft = scenePoint - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2;
-    std::string const node =
-        AddNode(body, item, GetItemName(id).toStdString(), SnapToGrid(topLeft));
-    CommitNewNodes(body, {node}, "Add Node");
-}
-
-bool CCanvas::CheckContainment(std::set<std::string> const& items)
-{
-    auto const bodyOf = [this](std::string const& uid) {
-        return m_Host.GetBody(m_Host.FindItem(uid));
-    };
-    std::string const compound = ItemIDUnlock::GetItemIDUID(m_Compound);
-    std::string const* const item = FindContainer(items, compound, bodyOf);
-    if (!item)
-        return true;
-    ItemID const id = m_Host.FindItem(*item);
-    m_Host.GetMessages().Post(eSeverity::kWarning,
-                              id == m_Compound
-                                  ? tr("\"%1\" cannot be put into itself.").arg(GetItemName(id))
-                                  : tr("\"%1\" cannot be put into \"%2\", which it contains.")
-                                        .arg(GetItemName(id), GetItemName(m_Compound)));
-    return false;
+    AddNodeAt(id, mapToScene(PositionOf(event)) - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2);
 }

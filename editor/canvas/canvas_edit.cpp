@@ -63,8 +63,11 @@ bool CCanvas::Commit(GraphBody const& body, char const* text)
 void CCanvas::CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
                              char const* text)
 {
-    if (Commit(body, text))
-        m_Scene.SelectNodes(ids);
+    if (!Commit(body, text))
+        return;
+    m_Scene.SelectNodes(ids);
+    if (auto const position = m_Scene.FindNodePosition(*ids.begin()))
+        BringIntoView(QRectF(*position, QSizeF(kSmallestNodeWidth, kHeaderHeight)));
 }
 
 void CCanvas::Copy()

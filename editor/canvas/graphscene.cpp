@@ -2,6 +2,8 @@
 
 #include "connectionitem.h"
 
+#include <algorithm>
+
 namespace {
 
 double const kPreviewLayer = 2;
@@ -154,6 +156,15 @@ std::optional<NodeLook> CGraphScene::FindNodeAt(QPointF const& point) const
         if (node->contains(node->mapFromScene(point)))
             return node->GetLook();
     return std::nullopt;
+}
+
+bool CGraphScene::IsNodeIn(QRectF const& rect) const
+{
+    QList<QGraphicsItem*> const found = items(rect, Qt::IntersectsItemBoundingRect);
+    return std::any_of(found.begin(), found.end(), [&rect](QGraphicsItem* item) {
+        CNodeItem const* const node = qgraphicsitem_cast<CNodeItem*>(item);
+        return node && GetNodeRect(node->GetLook()).translated(node->pos()).intersects(rect);
+    });
 }
 
 std::optional<QPointF> CGraphScene::FindNodePosition(std::string const& id) const

@@ -41,6 +41,8 @@ public:
 
     /// The item at the point; a connection may be as far as `reach` away from it.
     std::optional<NodeLook> FindNodeAt(QPointF const& point) const;
+    /// Some node reaches into the rectangle.
+    bool IsNodeIn(QRectF const& rect) const;
     /// Where the node is on the screen; null for an unknown one.
     std::optional<QPointF> FindNodePosition(std::string const& id) const;
     std::optional<PortPick> FindPortAt(QPointF const& point) const;

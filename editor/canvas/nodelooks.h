@@ -30,8 +30,10 @@ public:
     /// Empty for an unknown type.
     std::string const& GetTypeName(std::string const& type);
 
-private:
+    /// Of a node of the item, in the middle of nowhere.
     NodeLook const& GetItemLook(std::string const& item);
+
+private:
     NodeLook MakeItemLook(std::string const& item);
     std::vector<PortLook> MakePorts(std::vector<GraphPort> const& ports);
     NodeLook MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& ports);
