@@ -3,6 +3,7 @@
 #include "canvas.h"
 #include "librarysummary.h"
 #include "messagelog.h"
+#include "quickadd.h"
 #include "settings.h"
 #include "shorttext.h"
 #include "trailbar.h"
@@ -69,6 +70,7 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     CreateCanvas();
     CreatePanel();
     CreateLog();
+    CreateQuickAdd();
     CreateMenus();
     SetRankedByName(true);
     SetDark(m_Theme.IsDesktopDark());
@@ -104,6 +106,19 @@ void CMainWindow::CreatePanel()
             });
     m_PanelDock = AddDock(tr("Node Browser"), m_Panel, Qt::LeftDockWidgetArea);
     resizeDocks({m_PanelDock}, {kPanelWidth}, Qt::Horizontal);
+}
+
+void CMainWindow::CreateQuickAdd()
+{
+    m_QuickAdd = new CQuickAdd(this);
+    SetUpPalette(m_QuickAdd->GetPalette());
+    connect(m_Canvas, &CCanvas::NodeWanted, m_QuickAdd, &CQuickAdd::Open);
+    connect(m_Canvas, &CCanvas::NodeAdded, m_QuickAdd, &CQuickAdd::AddRecent);
+    connect(m_QuickAdd, &CQuickAdd::ItemChosen, m_Canvas, &CCanvas::AddWantedNode);
+    connect(m_QuickAdd, &CQuickAdd::Closed, m_Canvas, [this] {
+        m_Canvas->ForgetWantedNode();
+        m_Canvas->setFocus(Qt::PopupFocusReason);
+    });
 }
 
 void CMainWindow::SetUpPalette(CNodePalette& palette) const
@@ -208,7 +223,8 @@ void CMainWindow::ShowMarks(bool areShown)
 void CMainWindow::SetRankedByName(bool isRanked)
 {
     m_RankingAction->setChecked(isRanked);
-    m_Panel->SetRanking(isRanked ? CNodePalette::eNameRanking : CNodePalette::ePanelRanking);
+    for (CNodePalette* const palette : {m_Panel, &m_QuickAdd->GetPalette()})
+        palette->SetRanking(isRanked ? CNodePalette::eNameRanking : CNodePalette::ePanelRanking);
 }
 
 void CMainWindow::ChooseRanking(bool isRanked)

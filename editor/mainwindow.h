@@ -12,6 +12,7 @@ class CEmbeddedHost;
 class CJournal;
 class CMessageLog;
 class CNodePalette;
+class CQuickAdd;
 class CRecentMenu;
 class CSettings;
 class CTrailBar;
@@ -49,6 +50,7 @@ private:
     void CreatePanel();
     /// What every palette of the editor has.
     void SetUpPalette(CNodePalette& palette) const;
+    void CreateQuickAdd();
     void CreateLog();
     QDockWidget* AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area);
     void ConnectHost();
@@ -108,6 +110,7 @@ private:
     CTrailBar* const m_TrailBar;
     CCanvas* const m_Canvas;
     CNodePalette* const m_Panel;
+    CQuickAdd* m_QuickAdd = nullptr;
     CMessageLog* const m_Log;
     QDockWidget* m_PanelDock = nullptr;
     QDockWidget* m_LogDock = nullptr;

@@ -3,6 +3,7 @@
 #include "canvas.h"
 #include "loadprogress.h"
 #include "questions.h"
+#include "quickadd.h"
 #include "recentmenu.h"
 #include "settings.h"
 #include "shorttext.h"
@@ -136,8 +137,10 @@ void CMainWindow::SwitchLibrary(QString const& folder)
 
 void CMainWindow::ShowLibrary()
 {
-    if (m_Host.GetLibrary().IsValid())
+    if (m_Host.GetLibrary().IsValid()) {
         m_Panel->SetItemLibrary(m_Host.GetLibrary());
+        m_QuickAdd->SetLibrary(m_Host.GetLibrary());
+    }
     ShowSummary();
     ShowTitle();
     UpdateActions();

@@ -91,6 +91,9 @@ void CMainWindow::CreateEditMenu()
     redo->setIconText(tr("Redo"));
     menu->addActions({undo, redo});
     menu->addSeparator();
+    m_ChangeActions << AddCanvasEdit(menu, tr("Add &Node..."), QKeySequence(Qt::Key_Tab),
+                                     &CCanvas::WantNode);
+    menu->addSeparator();
     m_NodeActions << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut);
     m_CopyAction = AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
     m_PasteAction = AddCanvasEdit(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);

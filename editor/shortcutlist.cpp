@@ -71,14 +71,19 @@ CShortcutList::Lines CShortcutList::CollectMenuShortcuts(QMenuBar const& menuBar
 CShortcutList::Lines CShortcutList::GetPanelLines()
 {
     return {{tr("Search names and tags"), tr("Type words")},
-            {tr("Add an item to the graph"), tr("Drag its row")},
+            {tr("Add an item to the graph"), tr("Enter, or drag its row")},
             {tr("Open a compound"), tr("Double click")},
-            {tr("Rename, tag, move, show files"), tr("Right click")}};
+            {tr("Rename"), tr("F2")},
+            {tr("Tag, move, show files"), tr("Right click, or the Menu key")},
+            {tr("Back to the canvas"), tr("Esc")}};
 }
 
 CShortcutList::Lines CShortcutList::GetCanvasLines()
 {
-    return {{tr("Connect"), tr("Drag from an output to an input")},
+    return {{tr("Add a node"), tr("Tab, Space, or double click where it goes")},
+            {tr("Add a node that is connected"), tr("Let go of a connection where there is none")},
+            {tr("Put a node into a connection"), tr("Drop it there")},
+            {tr("Connect"), tr("Drag from an output to an input")},
             {tr("Move or remove a connection"), tr("Drag it off its input")},
             {tr("Move nodes"), tr("Drag them, or press the arrow keys")},
             {tr("Open a compound"), tr("Double click its node")},

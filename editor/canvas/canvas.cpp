@@ -153,6 +153,7 @@ void CCanvas::Refresh()
 void CCanvas::LeaveCompound()
 {
     CancelGesture();
+    ForgetWantedNode();
     std::string const uid = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
     if (m_IsFitted)
         m_Views.erase(uid);
@@ -185,12 +186,13 @@ void CCanvas::UpdateHint()
     m_NameLabel->setText(hasCompound ? QString()
                          : isReading ? QDir(m_ReadingFolder).dirName()
                                      : m_LibraryName);
-    QString const next = hasCompound ? tr("Drag nodes here from the node browser.")
-                         : isReading ? tr("Reading the library...")
-                         : m_LibraryName.isEmpty()
-                             ? tr("Open a library to begin.")
-                             : tr("Double-click a compound in the node browser to work on it, or "
-                                  "make a new one with the Create menu.");
+    QString const next =
+        hasCompound ? tr("Press Tab to add a node, or drag one here from the node browser.")
+        : isReading ? tr("Reading the library...")
+        : m_LibraryName.isEmpty()
+            ? tr("Open a library to begin.")
+            : tr("Double-click a compound in the node browser to work on it, or "
+                 "make a new one with the Create menu.");
     m_CountsLabel->setText(hasCompound || isReading || m_ItemCounts.isEmpty()
                                ? next
                                : m_ItemCounts + QStringLiteral("\n\n") + next);

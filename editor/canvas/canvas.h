@@ -62,10 +62,20 @@ public Q_SLOTS:
     /// Adds a node of the item in the middle of the view, where there is room. Refusals are told on
     /// the message channel.
     void AddItem(tarno::datamodel::ItemID const& id);
+    /// Sends NodeWanted for the place under the mouse if it is over the canvas, otherwise for the
+    /// middle of the view.
+    void WantNode();
+    /// Where NodeWanted was sent for, and connected with the port, if there is one that fits.
+    void AddWantedNode(tarno::datamodel::ItemID const& id);
+    void ForgetWantedNode();
 
 Q_SIGNALS:
     /// Sent from the event loop, once for a burst of changes.
     void SelectionChanged();
+    /// The user wants another node there: what it is can be told to AddWantedNode. A connection
+    /// that was being drawn is shown until ForgetWantedNode.
+    void NodeWanted(QPoint const& globalPos);
+    void NodeAdded(tarno::datamodel::ItemID const& item);
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -104,6 +114,23 @@ private:
         kConnect
     };
 
+    struct WantedNode
+    {
+        /// In the scene.
+        QPointF point;
+        /// What the node is to be connected with.
+        std::optional<PortPick> port;
+    };
+
+    /// One that is not in the graph yet.
+    struct NewNode
+    {
+        tarno::datamodel::ItemID item;
+        NodeLook look;
+        /// The graph with it.
+        GraphBody body;
+    };
+
     struct View
     {
         double zoom;
@@ -139,7 +166,7 @@ private:
     /// In scene units.
     double GetConnectionReach() const;
     void StretchRubberBand(QPoint const& viewPoint);
-    void FinishMove();
+    void FinishMove(QPointF const& scenePoint);
 
     // canvas_connect.cpp
     /// From the port, or with the loose end of the connection that its input has.
@@ -151,6 +178,7 @@ private:
     void FollowPressedPort();
     void StopConnecting();
     void DrawConnection(QPointF const& scenePoint);
+    void ShowLooseConnection(PortPick const& port, QPointF const& loose, bool isRefused);
     void FinishConnection(QPointF const& scenePoint);
     void ShowHover(QPointF const& scenePoint);
     /// The connection from the port where the mouse was pressed to `end`; none if the ports do
@@ -160,7 +188,18 @@ private:
     // canvas_add.cpp
     /// Posts a message and answers false when the item cannot become a node here.
     bool CheckItem(tarno::datamodel::ItemID const& id);
-    void AddNodeAt(tarno::datamodel::ItemID const& id, QPointF const& topLeft);
+    NewNode MakeNode(tarno::datamodel::ItemID const& id);
+    void CommitNode(NewNode node, QPointF const& topLeft);
+    void WantNodeAt(WantedNode const& wanted);
+    /// With its header under the point and, where its ports fit, in the connection there.
+    void AddNodeAt(tarno::datamodel::ItemID const& id, QPointF const& point);
+    /// With the port that is connected at the point.
+    void AddConnectedNode(tarno::datamodel::ItemID const& id, PortPick const& port,
+                          QPointF const& point);
+    /// Leads the connection at the point through the node, where its ports fit.
+    bool InsertIntoConnection(GraphBody& body, NodeLook const& node, QPointF const& point) const;
+    /// The same for a node that is there, unless it is connected already.
+    void InsertMovedNode(GraphBody& body, std::string const& id, QPointF const& point);
     /// The point, or the next one below it where a node of the look covers no other.
     QPointF FindRoom(NodeLook const& look, QPointF const& topLeft) const;
     /// As little as it takes.
@@ -177,7 +216,7 @@ private:
     // canvas_edit.cpp
     /// Makes the body that of the compound; false when it is refused.
     bool Commit(GraphBody const& body, char const* text);
-    void CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
+    bool CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
     /// The selected nodes; false when there are none, or too many.
     bool PutOnClipboard();
     /// Asked once for each change: it may belong to another program, which may be slow to answer.
@@ -230,6 +269,9 @@ private:
     std::set<std::string> m_LoopNodes;
     QRubberBand* m_RubberBand;
     bool m_IsSpaceHeld = false;
+    /// The view was moved with it.
+    bool m_IsSpaceUsed = false;
+    std::optional<WantedNode> m_WantedNode;
 };
 
 #endif

@@ -4,8 +4,13 @@
 
 #include "containment.h"
 #include "graphedits.h"
+#include "nodewiring.h"
 
 #include <embeddedhost.h>
+
+#include <QCursor>
+
+#include <algorithm>
 
 using namespace tarno::datamodel;
 
@@ -13,6 +18,8 @@ namespace {
 
 /// Between the side of the view and what is brought into it, in pixels.
 int const kViewMargin = 20;
+/// Of a node, where it is held.
+QPointF const kHeaderMiddle(kSmallestNodeWidth / 2.0, kHeaderHeight / 2.0);
 
 } // namespace
 
@@ -52,20 +59,113 @@ bool CCanvas::CheckItem(ItemID const& id)
     return false;
 }
 
+CCanvas::NewNode CCanvas::MakeNode(ItemID const& id)
+{
+    std::string const item = ItemIDUnlock::GetItemIDUID(id);
+    NewNode node = {id, m_Looks.GetItemLook(item), m_Body};
+    node.look.id = AddNode(node.body, item, GetItemName(id).toStdString(), QPointF());
+    return node;
+}
+
+void CCanvas::CommitNode(NewNode node, QPointF const& topLeft)
+{
+    node.body.nodes.back().position = SnapToGrid(topLeft);
+    if (CommitNewNodes(node.body, {node.look.id}, "Add Node"))
+        Q_EMIT NodeAdded(node.item);
+}
+
 void CCanvas::AddItem(ItemID const& id)
 {
     if (!CheckItem(id))
         return;
-    NodeLook const look = m_Looks.GetItemLook(ItemIDUnlock::GetItemIDUID(id));
-    AddNodeAt(id, FindRoom(look, GetCenter() - QPointF(look.width, kHeaderHeight) / 2));
+    NewNode const node = MakeNode(id);
+    CommitNode(node, FindRoom(node.look, GetCenter() - kHeaderMiddle));
 }
 
-void CCanvas::AddNodeAt(ItemID const& id, QPointF const& topLeft)
+void CCanvas::AddNodeAt(ItemID const& id, QPointF const& point)
 {
-    GraphBody body = m_Body;
-    std::string const node = AddNode(body, ItemIDUnlock::GetItemIDUID(id),
-                                     GetItemName(id).toStdString(), SnapToGrid(topLeft));
-    CommitNewNodes(body, {node}, "Add Node");
+    NewNode node = MakeNode(id);
+    InsertIntoConnection(node.body, node.look, point);
+    CommitNode(node, point - kHeaderMiddle);
+}
+
+bool CCanvas::InsertIntoConnection(GraphBody& body, NodeLook const& node,
+                                   QPointF const& point) const
+{
+    auto const connection = m_Scene.FindConnectionAt(point, GetConnectionReach());
+    auto const from = connection ? m_Scene.GetPort(connection->from, true) : std::nullopt;
+    auto const to = connection ? m_Scene.GetPort(connection->to, false) : std::nullopt;
+    return from && to && InsertNode(body, *from, *to, node);
+}
+
+void CCanvas::InsertMovedNode(GraphBody& body, std::string const& id, QPointF const& point)
+{
+    GraphNode const* const node = FindNode(body, id);
+    bool const isConnected = std::any_of(
+        body.connections.begin(), body.connections.end(), [&id](GraphConnection const& connection) {
+            return connection.from.node == id || connection.to.node == id;
+        });
+    if (!node || isConnected)
+        return;
+    NodeLook look = m_Looks.GetItemLook(node->item);
+    look.id = id;
+    InsertIntoConnection(body, look, point);
+}
+
+void CCanvas::AddConnectedNode(ItemID const& id, PortPick const& port, QPointF const& point)
+{
+    NewNode node = MakeNode(id);
+    if (auto const fit = FindFit(port, node.look)) {
+        Connect(node.body, JoinPorts(port, node.look, *fit));
+        CommitNode(node, point - GetPortPosition(node.look, *fit, !port.isOutput));
+        return;
+    }
+    QString const type = QString::fromLatin1(port.port.typeName.c_str());
+    m_Host.GetMessages().Post(eSeverity::kInformation,
+                              (port.isOutput
+                                   ? tr("\"%1\" has no input that takes %2: it is not connected.")
+                                   : tr("\"%1\" has no output that gives %2: it is not connected."))
+                                  .arg(node.look.title, type));
+    CommitNode(node, point - kHeaderMiddle);
+}
+
+void CCanvas::WantNode()
+{
+    QPoint const mouse = viewport()->mapFromGlobal(QCursor::pos());
+    if (CanChange() && m_Gesture == eGesture::kNone)
+        WantNodeAt({viewport()->underMouse() ? mapToScene(mouse) : GetCenter(), std::nullopt});
+}
+
+void CCanvas::WantNodeAt(WantedNode const& wanted)
+{
+    ForgetWantedNode();
+    m_WantedNode = wanted;
+    if (wanted.port)
+        ShowLooseConnection(*wanted.port, wanted.point, false);
+    Q_EMIT NodeWanted(viewport()->mapToGlobal(mapFromScene(wanted.point)));
+}
+
+void CCanvas::ForgetWantedNode()
+{
+    if (m_WantedNode && m_WantedNode->port)
+        m_Scene.HidePreview();
+    m_WantedNode.reset();
+}
+
+void CCanvas::AddWantedNode(ItemID const& id)
+{
+    std::optional<WantedNode> const wanted = m_WantedNode;
+    ForgetWantedNode();
+    if (!wanted || !CheckItem(id))
+        return;
+    // The graph may have been changed meanwhile.
+    auto const port = wanted->port ? m_Scene.GetPort({wanted->port->node, wanted->port->port.name},
+                                                     wanted->port->isOutput)
+                                   : std::nullopt;
+    if (port)
+        AddConnectedNode(id, *port, wanted->point);
+    else
+        AddNodeAt(id, wanted->point);
 }
 
 QPointF CCanvas::FindRoom(NodeLook const& look, QPointF const& topLeft) const

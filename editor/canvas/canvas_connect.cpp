@@ -102,18 +102,19 @@ void CCanvas::DrawConnection(QPointF const& scenePoint)
                          isGood ? ePortMark::kWelcome : ePortMark::kRefused);
     else
         m_Scene.UnmarkPort();
-    QPointF const loose = isGood ? end->position : scenePoint;
-    QPointF const fixed = m_PressedPort->position;
-    m_Scene.ShowPreview(m_PressedPort->isOutput ? fixed : loose,
-                        m_PressedPort->isOutput ? loose : fixed,
-                        GetTypeColor(m_PressedPort->port.type, m_PressedPort->port.typeName,
-                                     m_Scene.GetColors().isDark),
-                        isRefused);
+    ShowLooseConnection(*m_PressedPort, isGood ? end->position : scenePoint, isRefused);
     viewport()->setCursor(isRefused ? Qt::ForbiddenCursor : Qt::CrossCursor);
     if (isRefused)
         QToolTip::showText(QCursor::pos(), reason, viewport());
     else
         QToolTip::hideText();
+}
+
+void CCanvas::ShowLooseConnection(PortPick const& port, QPointF const& loose, bool isRefused)
+{
+    m_Scene.ShowPreview(
+        port.isOutput ? port.position : loose, port.isOutput ? loose : port.position,
+        GetTypeColor(port.port.type, port.port.typeName, m_Scene.GetColors().isDark), isRefused);
 }
 
 std::optional<GraphConnection> CCanvas::MakeConnection(PortPick const& end, QString* reason) const
@@ -145,10 +146,14 @@ void CCanvas::FinishConnection(QPointF const& scenePoint)
     auto const end = m_Scene.FindPortAt(scenePoint);
     auto const connection = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
     auto const takenOff = m_TakenOff;
+    auto const pressed = m_PressedPort;
     CancelGesture();
     bool const isRefused = end && !connection;
-    if (isRefused || connection == takenOff)
+    if (isRefused || connection == takenOff) {
+        if (!end && pressed && CanChange() && !m_Scene.FindNodeAt(scenePoint))
+            WantNodeAt({scenePoint, pressed});
         return;
+    }
     GraphBody body = m_Body;
     if (takenOff)
         Disconnect(body, *takenOff);

@@ -73,8 +73,6 @@ void CCanvas::dropEvent(QDropEvent* event)
     event->accept();
     // The next keys, undo above all, are meant for the graph.
     setFocus(Qt::MouseFocusReason);
-    if (!CheckItem(id))
-        return;
-    // The header comes under the mouse.
-    AddNodeAt(id, mapToScene(PositionOf(event)) - QPointF(kSmallestNodeWidth, kHeaderHeight) / 2);
+    if (CheckItem(id))
+        AddNodeAt(id, mapToScene(PositionOf(event)));
 }

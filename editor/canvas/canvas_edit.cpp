@@ -60,14 +60,15 @@ bool CCanvas::Commit(GraphBody const& body, char const* text)
     return isDone && guard;
 }
 
-void CCanvas::CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
+bool CCanvas::CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids,
                              char const* text)
 {
     if (!Commit(body, text))
-        return;
+        return false;
     m_Scene.SelectNodes(ids);
     if (auto const position = m_Scene.FindNodePosition(*ids.begin()))
         BringIntoView(QRectF(*position, QSizeF(kSmallestNodeWidth, kHeaderHeight)));
+    return true;
 }
 
 void CCanvas::Copy()

@@ -96,6 +96,7 @@ double CCanvas::GetConnectionReach() const
 void CCanvas::StartGesture(eGesture gesture)
 {
     m_Gesture = gesture;
+    m_IsSpaceUsed = true;
     if (gesture == eGesture::kPan)
         viewport()->setCursor(Qt::ClosedHandCursor);
 }
@@ -171,14 +172,14 @@ void CCanvas::mouseReleaseEvent(QMouseEvent* event)
     eGesture const gesture = m_Gesture;
     QPointF const scenePoint = mapToScene(event->pos());
     if (gesture == eGesture::kMoveNodes)
-        FinishMove();
+        FinishMove(scenePoint);
     else if (gesture == eGesture::kConnect)
         FinishConnection(scenePoint);
     else
         CancelGesture();
 }
 
-void CCanvas::FinishMove()
+void CCanvas::FinishMove(QPointF const& scenePoint)
 {
     GraphBody body = m_Body;
     bool isMoved = false;
@@ -191,6 +192,8 @@ void CCanvas::FinishMove()
         isMoved = true;
     }
     m_Gesture = eGesture::kNone;
+    if (isMoved && m_MovedFrom.size() == 1)
+        InsertMovedNode(body, m_MovedFrom.begin()->first, scenePoint);
     if (isMoved)
         Commit(body, m_MovedFrom.size() == 1 ? "Move Node" : "Move Nodes");
 }
@@ -220,6 +223,9 @@ void CCanvas::mouseDoubleClickEvent(QMouseEvent* event)
     if (event->button() == Qt::LeftButton && node && !isOnPort
         && node->kind == eNodeKind::kCompound)
         OpenNode(*node);
+    else if (event->button() == Qt::LeftButton && CanChange() && !node && !isOnPort
+             && !m_Scene.FindConnectionAt(scenePoint, GetConnectionReach()))
+        WantNodeAt({scenePoint, std::nullopt});
     else
         mousePressEvent(event);
 }
@@ -243,6 +249,7 @@ void CCanvas::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         m_IsSpaceHeld = true;
+        m_IsSpaceUsed = m_Gesture != eGesture::kNone;
         if (m_Gesture == eGesture::kNone)
             viewport()->setCursor(Qt::OpenHandCursor);
     } else if (event->key() == Qt::Key_Escape) {
@@ -280,9 +287,12 @@ void CCanvas::keyReleaseEvent(QKeyEvent* event)
         QWidget::keyReleaseEvent(event);
         return;
     }
+    bool const isTapped = m_IsSpaceHeld && !m_IsSpaceUsed;
     m_IsSpaceHeld = false;
     if (m_Gesture == eGesture::kNone)
         viewport()->unsetCursor();
+    if (isTapped)
+        WantNode();
 }
 
 void CCanvas::focusOutEvent(QFocusEvent* event)

@@ -46,6 +46,13 @@ void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)
 
 void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
 {
+    // The key is shown here, and belongs to the window's menu.
+    menu.addAction(tr("Add Node...") + QStringLiteral("\tTab"), this,
+                   [this, scenePoint] {
+                       WantNodeAt({scenePoint, std::nullopt});
+                   })
+        ->setEnabled(CanChange());
+    menu.addSeparator();
     QAction* const paste =
         menu.addAction(tr("Paste"), this, [this, scenePoint] { PasteAt(scenePoint); });
     paste->setEnabled(CanPaste());

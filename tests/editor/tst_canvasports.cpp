@@ -99,6 +99,7 @@ private Q_SLOTS:
         Connect("one.sum", "two.a");
         for (auto const& [from, to, wires] : rows) {
             Drag(At(from), At(to));
+            m_Canvas->ForgetWantedNode();
             QCOMPARE(Wires(), wires);
             QCOMPARE(Stack().index(), wires == both ? 1 : 2);
             QCOMPARE(Cursor(), Qt::ArrowCursor);

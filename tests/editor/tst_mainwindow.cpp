@@ -343,7 +343,8 @@ private Q_SLOTS:
         QTRY_VERIFY(Action("Delete")->isEnabled());
         m_Run->window.activateWindow();
         Action("Find in Node Browser")->trigger();
-        auto* const field = m_Run->window.findChild<QLineEdit*>();
+        auto* const panel = m_Run->window.findChild<QDockWidget*>("Node Browser");
+        auto* const field = panel->findChild<QLineEdit*>();
         QTRY_VERIFY(field->hasFocus());
         for (bool const isUndone : {true, false}) {
             QTest::keyClicks(field, "ramp");

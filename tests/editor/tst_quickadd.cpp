@@ -1,0 +1,178 @@
+#include "canvastest.h"
+
+#include <mainwindow.h>
+#include <nodepalette.h>
+#include <quickadd.h>
+
+/// Nodes that are added from palettes, over the canvas of a window.
+class TestQuickAdd : public CanvasTest
+{
+    Q_OBJECT
+
+protected:
+    void SetUp() override
+    {
+        m_Window.reset();
+        CanvasTest::SetUp();
+        // There is one canvas with a window, which is the one that is meant from now on.
+        m_Canvas.reset();
+        m_Window = std::make_unique<CMainWindow>(*m_Host);
+        m_Window->resize(1300, 800);
+        m_Window->show();
+        m_Window->activateWindow();
+        m_Canvas.reset(m_Window->findChild<CCanvas*>());
+        m_Canvas->ResetZoom();
+        m_Canvas->setFocus();
+        QTRY_VERIFY(m_Canvas->hasFocus());
+    }
+
+    void TearDown() override
+    {
+        m_Canvas.release();
+        m_Window.reset();
+    }
+
+private:
+    CQuickAdd& Popup() const
+    {
+        return *m_Window->findChild<CQuickAdd*>();
+    }
+
+    void Type(QWidget const& palette, QString const& text) const
+    {
+        QLineEdit* const field = palette.findChild<QLineEdit*>();
+        QTest::keyClicks(field, text);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+
+    void Drop(int uid, QPoint const& point)
+    {
+        QByteArray payload;
+        QDataStream stream(&payload, QIODevice::WriteOnly);
+        stream << QString::fromStdString(m_Host->FindItem(Uid(uid)).Serialize());
+        QMimeData data;
+        data.setData("tarno/toc.key", payload);
+        // Without the first one the other has no target.
+        QDragEnterEvent enter(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_Canvas->viewport(), &enter);
+        QApplication::sendEvent(m_Canvas->viewport(), &drop);
+    }
+
+    /// In one of the ways that the table below has.
+    void PopUp(QString const& how)
+    {
+        QPoint const free = ViewPoint(160, 92);
+        if (how == "double click")
+            DoubleClick(free);
+        else if (how == "Tab" || how == "Space")
+            QTest::keyClick(m_Canvas.get(), how == "Tab" ? Qt::Key_Tab : Qt::Key_Space);
+        else
+            Drag(At(how), free);
+    }
+
+    std::unique_ptr<CMainWindow> m_Window;
+
+private Q_SLOTS:
+    void popsUp_data()
+    {
+        QTest::addColumn<QString>("added");
+        // How the palette pops up, or the port that a connection is drawn from; what is typed; the
+        // node and the connection that are added.
+        QTest::newRow("Tab;say") << "say-2 middle ";
+        QTest::newRow("Space;pi") << "pi middle ";
+        QTest::newRow("double click;add") << "add 80,80 ";
+        QTest::newRow("Tab;main") << " ";
+        // The port is where the connection was let go.
+        QTest::newRow("one.sum;add") << "add 160,60 |one.sum>add.a";
+        QTest::newRow("one.b;add") << "add 0,60 |add.sum>one.b";
+        QTest::newRow("one.sum;say") << "say-2 80,80 ";
+    }
+
+    void popsUp()
+    {
+        QStringList const row = QString(QTest::currentDataTag()).split(';');
+        QString const nodes = Nodes();
+        QString const wires = Wires();
+        QImage const before = Picture();
+        PopUp(row[0]);
+        // It can be called off.
+        QVERIFY(Popup().isVisible());
+        QTest::keyClick(Popup().findChild<QLineEdit*>(), Qt::Key_Escape);
+        QVERIFY(!Popup().isVisible());
+        QTRY_VERIFY(m_Canvas->hasFocus());
+        QCOMPARE(Picture(), before);
+
+        QPointF const middle = m_Canvas->mapToScene(m_Canvas->viewport()->rect().center());
+        QPointF const topLeft = SnapToGrid(middle - QPointF(80, 14));
+        QString const shown = QString("%1,%2").arg(topLeft.x()).arg(topLeft.y());
+        PopUp(row[0]);
+        Type(Popup(), row[1]);
+        QVERIFY(!Popup().isVisible());
+        QString const added = Nodes().mid(nodes.size() + 1) + ' ' + Wires().mid(wires.size());
+        QTEST(QString(added).replace(shown, "middle"), "added");
+        QCOMPARE(Stack().count(), added == " " ? 0 : 1);
+        bool const isTold = row[1] == "main" || row == QStringList({"one.sum", "say"});
+        QCOMPARE(!GetMessages(*m_Host).isEmpty(), isTold);
+        // What was added last comes first.
+        PopUp(row[0]);
+        QCOMPARE(Popup().GetPalette().GetRowName(0).toLower(), added == " " ? "add" : row[1]);
+    }
+
+    void nodesGoIntoConnections()
+    {
+        QString const other = QStringLiteral("gone.lost>two.b|");
+        Connect("one.sum", "two.a");
+        QPoint const wire = Between("one.sum", "two.a");
+        // Its ports do not fit.
+        Drop(kSay, wire);
+        QCOMPARE(Wires(), other + "one.sum>two.a");
+        Stack().undo();
+        Drop(kAdd, wire);
+        QCOMPARE(Wires(), other + "one.sum>add.a|add.sum>two.a");
+        Stack().undo();
+        // One that is there already, until it is connected.
+        Drop(kAdd, ViewPoint(160, 300));
+        for (int drag = 0; drag < 2; ++drag) {
+            Drag(At("add"), wire);
+            QCOMPARE(Wires(), other + "one.sum>add.a|add.sum>two.a");
+            QCOMPARE(Stack().undoText(), QStringLiteral("Move Node"));
+        }
+    }
+
+    /// Enter adds whatever is selected in the docked palette, a double click what cannot be opened.
+    void paletteAdds()
+    {
+        auto const dock = m_Window->findChild<QDockWidget*>("Node Browser");
+        auto& palette = *dock->findChild<CNodePalette*>();
+        Type(palette, "say");
+        Type(palette, "");
+        // Where there is room.
+        QPointF const first = *Scene().FindNodePosition("say-2");
+        QVERIFY(Scene().FindNodePosition("say-3")->y() >= first.y() + 60);
+        for (char const* const item : {"say", "empty", "outer"}) {
+            palette.StartSearch(item);
+            QTest::mouseDClick(&palette, Qt::LeftButton, Qt::NoModifier,
+                               palette.GetRowRect(0).center());
+        }
+        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kOuter)));
+        Type(palette, "");
+        QCOMPARE(m_Host->GetMessages().GetLog().back().text,
+                 QStringLiteral("\"Outer\" cannot be put into itself."));
+        Open(kMain);
+        QVERIFY(Nodes().contains("say-4") && !Nodes().contains("empty"));
+    }
+
+    void opensWithinTheScreen()
+    {
+        QRect const screen = m_Window->screen()->availableGeometry();
+        for (QPoint const& corner : {screen.topLeft(), screen.bottomRight(), QPoint(-9, -9)}) {
+            Popup().Open(corner);
+            QVERIFY(screen.contains(Popup().geometry()));
+        }
+    }
+};
+
+NODEBROWSER_TEST_MAIN(TestQuickAdd)
+
+#include "tst_quickadd.moc"
