@@ -187,7 +187,7 @@ void CCanvas::UpdateHint()
                          : isReading ? QDir(m_ReadingFolder).dirName()
                                      : m_LibraryName);
     QString const next =
-        hasCompound ? tr("Press Tab to add a node, or drag one here from the node browser.")
+        hasCompound ? tr("Drag nodes here from the node browser, or press Tab.")
         : isReading ? tr("Reading the library...")
         : m_LibraryName.isEmpty()
             ? tr("Open a library to begin.")
