@@ -92,12 +92,9 @@ void CMainWindow::CreateCanvas()
 
 void CMainWindow::CreatePanel()
 {
-    // The panel paints no background behind its rows. On this colour they look like a list, and
-    // the search field above them still stands out.
-    m_Panel->setBackgroundRole(QPalette::AlternateBase);
-    m_Panel->setAutoFillBackground(true);
     m_Panel->setMinimumWidth(kSmallestPanelWidth);
     SetUpPalette(*m_Panel);
+    connect(m_Panel, &CNodePalette::Dismissed, m_Canvas, qOverload<>(&QWidget::setFocus));
     connect(m_Panel, &CNodePalette::ItemActivated, m_Canvas,
             [this](ItemID const& id, CNodePalette::eActivation how) {
                 // A compound that was double-clicked is open already.
@@ -123,6 +120,10 @@ void CMainWindow::CreateQuickAdd()
 
 void CMainWindow::SetUpPalette(CNodePalette& palette) const
 {
+    // The panel paints no background behind its rows. On this colour they look like a list, and
+    // the search field above them still stands out.
+    palette.setBackgroundRole(QPalette::AlternateBase);
+    palette.setAutoFillBackground(true);
     palette.SetCommandManager(&m_Host.GetCommandManager());
     palette.SetDetailsSource([this](ItemID const& id) { return DescribeItem(m_Host, id); });
 }

@@ -125,6 +125,7 @@ private:
     QAction* m_RankingAction = nullptr;
     QAction* m_CopyAction = nullptr;
     QAction* m_PasteAction = nullptr;
+    QAction* m_ContinueAction = nullptr;
     QAction* m_UpAction = nullptr;
     /// Enabled as there is something to act on: a library, a compound on the canvas, one that can
     /// be changed, a selection in it, nodes among that.

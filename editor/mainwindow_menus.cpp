@@ -93,6 +93,9 @@ void CMainWindow::CreateEditMenu()
     menu->addSeparator();
     m_ChangeActions << AddCanvasEdit(menu, tr("Add &Node..."), QKeySequence(Qt::Key_Tab),
                                      &CCanvas::WantNode);
+    m_ContinueAction =
+        AddCanvasEdit(menu, tr("Add C&onnected Node..."), QKeySequence(Qt::CTRL | Qt::Key_Return),
+                      &CCanvas::WantConnectedNode);
     menu->addSeparator();
     m_NodeActions << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut);
     m_CopyAction = AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
@@ -175,6 +178,7 @@ void CMainWindow::UpdateActions()
     enable(m_SelectionActions, canChange && m_Canvas->HasSelection());
     enable(m_NodeActions, canChange && m_Canvas->CanCopy());
     m_CopyAction->setEnabled(hasCompound && m_Canvas->CanCopy());
+    m_ContinueAction->setEnabled(m_Canvas->CanContinue());
     m_PasteAction->setEnabled(m_Canvas->CanPaste());
     m_UpAction->setEnabled(m_TrailBar->CanGoUp());
 }

@@ -186,13 +186,12 @@ void CCanvas::UpdateHint()
     m_NameLabel->setText(hasCompound ? QString()
                          : isReading ? QDir(m_ReadingFolder).dirName()
                                      : m_LibraryName);
-    QString const next =
-        hasCompound ? tr("Drag nodes here from the node browser, or press Tab.")
-        : isReading ? tr("Reading the library...")
-        : m_LibraryName.isEmpty()
-            ? tr("Open a library to begin.")
-            : tr("Double-click a compound in the node browser to work on it, or "
-                 "make a new one with the Create menu.");
+    QString const next = hasCompound ? tr("Drag nodes here from the node browser, or press Tab.")
+                         : isReading ? tr("Reading the library...")
+                         : m_LibraryName.isEmpty()
+                             ? tr("Open a library to begin.")
+                             : tr("Double-click a compound in the node browser to work on it, or "
+                                  "make a new one with the Create menu.");
     m_CountsLabel->setText(hasCompound || isReading || m_ItemCounts.isEmpty()
                                ? next
                                : m_ItemCounts + QStringLiteral("\n\n") + next);

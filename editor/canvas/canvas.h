@@ -42,6 +42,8 @@ public:
     /// There is a compound, and it is not read-only.
     bool CanChange() const;
     bool CanPaste() const;
+    /// There is one node selected, and it has outputs.
+    bool CanContinue() const;
 
 public Q_SLOTS:
     void Cut();
@@ -65,6 +67,8 @@ public Q_SLOTS:
     /// Sends NodeWanted for the place under the mouse if it is over the canvas, otherwise for the
     /// middle of the view.
     void WantNode();
+    /// The same to the right of the only node that is selected, for a node to be connected with it.
+    void WantConnectedNode();
     /// Where NodeWanted was sent for, and connected with the port, if there is one that fits.
     void AddWantedNode(tarno::datamodel::ItemID const& id);
     void ForgetWantedNode();
@@ -118,8 +122,8 @@ private:
     {
         /// In the scene.
         QPointF point;
-        /// What the node is to be connected with.
-        std::optional<PortPick> port;
+        /// The node is to be connected with the first of them that fits.
+        std::vector<PortPick> ports = {};
     };
 
     /// One that is not in the graph yet.
@@ -194,8 +198,9 @@ private:
     /// With its header under the point and, where its ports fit, in the connection there.
     void AddNodeAt(tarno::datamodel::ItemID const& id, QPointF const& point);
     /// With the port that is connected at the point.
-    void AddConnectedNode(tarno::datamodel::ItemID const& id, PortPick const& port,
+    void AddConnectedNode(tarno::datamodel::ItemID const& id, std::vector<PortPick> const& ports,
                           QPointF const& point);
+    std::vector<PortPick> GetOutputsOfSelection() const;
     /// Leads the connection at the point through the node, where its ports fit.
     bool InsertIntoConnection(GraphBody& body, NodeLook const& node, QPointF const& point) const;
     /// The same for a node that is there, unless it is connected already.

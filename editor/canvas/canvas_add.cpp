@@ -18,6 +18,8 @@ namespace {
 
 /// Between the side of the view and what is brought into it, in pixels.
 int const kViewMargin = 20;
+/// Between nodes that are connected, in the scene.
+int const kNodeGap = 4 * kGridPitch;
 /// Of a node, where it is held.
 QPointF const kHeaderMiddle(kSmallestNodeWidth / 2.0, kHeaderHeight / 2.0);
 
@@ -112,17 +114,21 @@ void CCanvas::InsertMovedNode(GraphBody& body, std::string const& id, QPointF co
     InsertIntoConnection(body, look, point);
 }
 
-void CCanvas::AddConnectedNode(ItemID const& id, PortPick const& port, QPointF const& point)
+void CCanvas::AddConnectedNode(ItemID const& id, std::vector<PortPick> const& ports,
+                               QPointF const& point)
 {
     NewNode node = MakeNode(id);
-    if (auto const fit = FindFit(port, node.look)) {
+    for (PortPick const& port : ports) {
+        auto const fit = FindFit(port, node.look);
+        if (!fit)
+            continue;
         Connect(node.body, JoinPorts(port, node.look, *fit));
         CommitNode(node, point - GetPortPosition(node.look, *fit, !port.isOutput));
         return;
     }
-    QString const type = QString::fromLatin1(port.port.typeName.c_str());
+    QString const type = QString::fromLatin1(ports.front().port.typeName.c_str());
     m_Host.GetMessages().Post(eSeverity::kInformation,
-                              (port.isOutput
+                              (ports.front().isOutput
                                    ? tr("\"%1\" has no input that takes %2: it is not connected.")
                                    : tr("\"%1\" has no output that gives %2: it is not connected."))
                                   .arg(node.look.title, type));
@@ -133,21 +139,45 @@ void CCanvas::WantNode()
 {
     QPoint const mouse = viewport()->mapFromGlobal(QCursor::pos());
     if (CanChange() && m_Gesture == eGesture::kNone)
-        WantNodeAt({viewport()->underMouse() ? mapToScene(mouse) : GetCenter(), std::nullopt});
+        WantNodeAt({viewport()->underMouse() ? mapToScene(mouse) : GetCenter()});
+}
+
+std::vector<PortPick> CCanvas::GetOutputsOfSelection() const
+{
+    std::set<std::string> const ids = m_Scene.GetSelectedNodes();
+    return ids.size() == 1 ? m_Scene.GetOutputs(*ids.begin()) : std::vector<PortPick>();
+}
+
+bool CCanvas::CanContinue() const
+{
+    return CanChange() && !GetOutputsOfSelection().empty();
+}
+
+void CCanvas::WantConnectedNode()
+{
+    std::vector<PortPick> const outputs = GetOutputsOfSelection();
+    if (!CanChange() || m_Gesture != eGesture::kNone || outputs.empty())
+        return;
+    // As far beside the output as there is room for a small node.
+    QPointF const middle(0, kHeaderHeight + kPortRowHeight / 2.0);
+    QPointF const beside = outputs.front().position + QPointF(kNodeGap, 0);
+    QPointF const point = FindRoom(NodeLook(), beside - middle) + middle;
+    BringIntoView(QRectF(point, QSizeF(kSmallestNodeWidth, kHeaderHeight)));
+    WantNodeAt({point, outputs});
 }
 
 void CCanvas::WantNodeAt(WantedNode const& wanted)
 {
     ForgetWantedNode();
     m_WantedNode = wanted;
-    if (wanted.port)
-        ShowLooseConnection(*wanted.port, wanted.point, false);
+    if (!wanted.ports.empty())
+        ShowLooseConnection(wanted.ports.front(), wanted.point, false);
     Q_EMIT NodeWanted(viewport()->mapToGlobal(mapFromScene(wanted.point)));
 }
 
 void CCanvas::ForgetWantedNode()
 {
-    if (m_WantedNode && m_WantedNode->port)
+    if (m_WantedNode && !m_WantedNode->ports.empty())
         m_Scene.HidePreview();
     m_WantedNode.reset();
 }
@@ -158,14 +188,15 @@ void CCanvas::AddWantedNode(ItemID const& id)
     ForgetWantedNode();
     if (!wanted || !CheckItem(id))
         return;
+    std::vector<PortPick> ports;
     // The graph may have been changed meanwhile.
-    auto const port = wanted->port ? m_Scene.GetPort({wanted->port->node, wanted->port->port.name},
-                                                     wanted->port->isOutput)
-                                   : std::nullopt;
-    if (port)
-        AddConnectedNode(id, *port, wanted->point);
-    else
+    for (PortPick const& port : wanted->ports)
+        if (auto const found = m_Scene.GetPort({port.node, port.port.name}, port.isOutput))
+            ports.push_back(*found);
+    if (ports.empty())
         AddNodeAt(id, wanted->point);
+    else
+        AddConnectedNode(id, ports, wanted->point);
 }
 
 QPointF CCanvas::FindRoom(NodeLook const& look, QPointF const& topLeft) const

@@ -151,7 +151,7 @@ void CCanvas::FinishConnection(QPointF const& scenePoint)
     bool const isRefused = end && !connection;
     if (isRefused || connection == takenOff) {
         if (!end && pressed && CanChange() && !m_Scene.FindNodeAt(scenePoint))
-            WantNodeAt({scenePoint, pressed});
+            WantNodeAt({scenePoint, {*pressed}});
         return;
     }
     GraphBody body = m_Body;

@@ -225,7 +225,7 @@ void CCanvas::mouseDoubleClickEvent(QMouseEvent* event)
         OpenNode(*node);
     else if (event->button() == Qt::LeftButton && CanChange() && !node && !isOnPort
              && !m_Scene.FindConnectionAt(scenePoint, GetConnectionReach()))
-        WantNodeAt({scenePoint, std::nullopt});
+        WantNodeAt({scenePoint});
     else
         mousePressEvent(event);
 }

@@ -48,9 +48,7 @@ void CCanvas::FillGraphMenu(QMenu& menu, QPointF const& scenePoint)
 {
     // The key is shown here, and belongs to the window's menu.
     menu.addAction(tr("Add Node...") + QStringLiteral("\tTab"), this,
-                   [this, scenePoint] {
-                       WantNodeAt({scenePoint, std::nullopt});
-                   })
+                   [this, scenePoint] { WantNodeAt({scenePoint}); })
         ->setEnabled(CanChange());
     menu.addSeparator();
     QAction* const paste =

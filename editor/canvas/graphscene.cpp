@@ -199,6 +199,15 @@ std::optional<PortPick> CGraphScene::GetPort(GraphEnd const& end, bool isOutput)
     return node ? node->GetPort(end.port, isOutput) : std::nullopt;
 }
 
+std::vector<PortPick> CGraphScene::GetOutputs(std::string const& node) const
+{
+    std::vector<PortPick> outputs;
+    CNodeItem const* const item = FindNode(node);
+    for (PortLook const& port : item ? item->GetLook().outputs : std::vector<PortLook>())
+        outputs.push_back(*item->GetPort(port.name, true));
+    return outputs;
+}
+
 void CGraphScene::ShowNodesAt(std::map<std::string, QPointF> const& positions)
 {
     for (auto const& position : positions)

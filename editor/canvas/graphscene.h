@@ -49,6 +49,9 @@ public:
     std::optional<GraphConnection> FindConnectionAt(QPointF const& point, double reach) const;
     std::optional<PortPick> GetPort(GraphEnd const& end, bool isOutput) const;
 
+    /// None for an unknown node.
+    std::vector<PortPick> GetOutputs(std::string const& node) const;
+
     std::set<std::string> GetSelectedNodes() const;
     bool IsAnyNodeSelected() const;
     std::vector<GraphConnection> GetSelectedConnections() const;

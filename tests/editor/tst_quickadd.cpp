@@ -65,7 +65,11 @@ private:
         QPoint const free = ViewPoint(160, 92);
         if (how == "double click")
             DoubleClick(free);
-        else if (how == "Tab" || how == "Space")
+        else if (how == "Ctrl+Return") {
+            Click(At("one"));
+            QApplication::processEvents();
+            QTest::keyClick(m_Canvas.get(), Qt::Key_Return, Qt::ControlModifier);
+        } else if (how == "Tab" || how == "Space")
             QTest::keyClick(m_Canvas.get(), how == "Tab" ? Qt::Key_Tab : Qt::Key_Space);
         else
             Drag(At(how), free);
@@ -84,6 +88,7 @@ private Q_SLOTS:
         QTest::newRow("double click;add") << "add 80,80 ";
         QTest::newRow("Tab;main") << " ";
         // The port is where the connection was let go.
+        QTest::newRow("Ctrl+Return;add") << "add 240,0 |one.sum>add.a";
         QTest::newRow("one.sum;add") << "add 160,60 |one.sum>add.a";
         QTest::newRow("one.b;add") << "add 0,60 |add.sum>one.b";
         QTest::newRow("one.sum;say") << "say-2 80,80 ";
@@ -101,6 +106,7 @@ private Q_SLOTS:
         QTest::keyClick(Popup().findChild<QLineEdit*>(), Qt::Key_Escape);
         QVERIFY(!Popup().isVisible());
         QTRY_VERIFY(m_Canvas->hasFocus());
+        TypeKey(Qt::Key_Escape);
         QCOMPARE(Picture(), before);
 
         QPointF const middle = m_Canvas->mapToScene(m_Canvas->viewport()->rect().center());
