@@ -68,6 +68,8 @@ private:
         else if (how == "Ctrl+Return") {
             Click(At("one"));
             QApplication::processEvents();
+            // The offscreen platform takes it away with a popup.
+            m_Window->activateWindow();
             QTest::keyClick(m_Canvas.get(), Qt::Key_Return, Qt::ControlModifier);
         } else if (how == "Tab" || how == "Space")
             QTest::keyClick(m_Canvas.get(), how == "Tab" ? Qt::Key_Tab : Qt::Key_Space);
