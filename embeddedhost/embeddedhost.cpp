@@ -4,6 +4,7 @@
 #include "framework/databaseproxy.h"
 #include "framework/guardedcall.h"
 #include "model/graphjson.h"
+#include "model/itemdeletion.h"
 #include "model/library.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
@@ -322,6 +323,25 @@ bool CEmbeddedHost::SetBody(ItemID const& id, GraphBody const& body, std::string
     return m_Private->library && identity && identity->item
            && SetItemBody(*m_Private->library, *identity->item, body, text,
                           &m_Private->commandManager);
+}
+
+bool CEmbeddedHost::DeleteItem(ItemID const& id)
+{
+    ItemIdentity const* const identity = ItemIDUnlock::GetIdentity(id);
+    return m_Private->library && identity && identity->item
+           && embeddedhost::DeleteItem(*m_Private->library, *identity->item,
+                                       &m_Private->commandManager);
+}
+
+std::vector<ItemID> CEmbeddedHost::FindUsers(ItemID const& id) const
+{
+    std::vector<ItemID> users;
+    ItemIdentity const* const identity = ItemIDUnlock::GetIdentity(id);
+    if (!m_Private->library || !identity || !identity->item)
+        return users;
+    for (CLibraryItem* const user : embeddedhost::FindUsers(*m_Private->library, *identity->item))
+        users.push_back(ItemID(&user->GetIdentity()));
+    return users;
 }
 
 bool CEmbeddedHost::IsModified() const

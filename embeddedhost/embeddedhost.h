@@ -116,6 +116,12 @@ public:
     bool SetBody(tarno::datamodel::ItemID const& id, GraphBody const& body,
                  std::string const& text);
 
+    /// Takes the item out of the library as one command; its file goes with the next save, or its
+    /// place in a file that it shares. False when it is refused; the message channel says why.
+    bool DeleteItem(tarno::datamodel::ItemID const& id);
+    /// The items that have it among their nodes, implement it or derive from it.
+    std::vector<tarno::datamodel::ItemID> FindUsers(tarno::datamodel::ItemID const& id) const;
+
     /// The library has unsaved changes.
     bool IsModified() const;
     /// The unsaved changes as a text for RestoreUnsavedChanges, also of another process; empty when
