@@ -20,6 +20,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QScreen>
 #include <QSet>
 #include <QStatusBar>
 #include <QUrl>
@@ -167,12 +168,15 @@ void CMainWindow::ConnectHost()
             &CMainWindow::UpdateActions);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &CMainWindow::UpdateActions);
     connect(m_Canvas, &CCanvas::SelectionChanged, this, &CMainWindow::UpdateActions);
+    connect(m_Panel, &CNodePalette::SelectionChanged, this, &CMainWindow::UpdateActions);
 }
 
 void CMainWindow::UseSettings(CSettings& settings)
 {
     m_Settings = &settings;
     settings.RestoreWindow(*this);
+    // Whatever the screen was then.
+    resize(size().boundedTo(screen()->availableSize()));
     SetDark(settings.IsDark().value_or(m_Theme.IsDesktopDark()));
     SetRankedByName(settings.IsRankedByName());
     m_MarksAction->setChecked(settings.AreMarksShown());

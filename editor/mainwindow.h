@@ -3,6 +3,7 @@
 
 #include "theme.h"
 
+#include <datamodel.h>
 #include <messagechannel.h>
 
 #include <QMainWindow>
@@ -17,6 +18,7 @@ class CRecentMenu;
 class CSettings;
 class CTrailBar;
 class QDockWidget;
+class QUndoStack;
 
 /// The editor's window: the panel at the left, the canvas, and the host's messages in the
 /// status bar and in a log.
@@ -67,6 +69,10 @@ private:
     /// For keys that mean something to texts as well: they work while the canvas has the focus.
     QAction* AddCanvasEdit(QMenu* menu, QString const& text, QKeySequence const& shortcut,
                            void (CCanvas::*slot)());
+    /// Undo or redo.
+    QAction* AddStackAction(QMenu* menu, QString const& text, void (QUndoStack::*slot)(),
+                            void (QUndoStack::*textChanged)(QString const&),
+                            void (QUndoStack::*canChanged)(bool));
     /// `command` is one of the panel's library-wide commands.
     QAction* AddPanelAction(QMenu* menu, int command);
     QAction* AddCanvasAction(QMenu* menu, QString const& text, QKeySequence const& shortcut,
@@ -84,6 +90,9 @@ private:
     /// False as for OpenLibrary, and when the user has closed the window.
     bool ReadLibrary(QString const& folder);
     void ShowLibrary();
+    /// The compound that is selected in the palette, otherwise the current one; null for none.
+    tarno::datamodel::ItemID FindMeantCompound() const;
+    void DeleteCompound();
     void RememberLibrary();
     void RecoverChanges();
     /// The compound that was worked on last in the library.
@@ -126,6 +135,7 @@ private:
     QAction* m_CopyAction = nullptr;
     QAction* m_PasteAction = nullptr;
     QAction* m_ContinueAction = nullptr;
+    QAction* m_DeleteCompoundAction = nullptr;
     QAction* m_UpAction = nullptr;
     /// Enabled as there is something to act on: a library, a compound on the canvas, one that can
     /// be changed, a selection in it, nodes among that.

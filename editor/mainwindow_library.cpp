@@ -146,6 +146,32 @@ void CMainWindow::ShowLibrary()
     UpdateActions();
 }
 
+ItemID CMainWindow::FindMeantCompound() const
+{
+    ItemID const selected = m_Panel->GetSelection();
+    if (selected.GetType() == TarnoType::gCompound)
+        return selected;
+    CompoundAccessor const current = m_Host.GetCompoundTarget();
+    return current.Revalidate() ? current.GetItemID() : ItemID();
+}
+
+void CMainWindow::DeleteCompound()
+{
+    ItemID const id = FindMeantCompound();
+    if (id.IsNull())
+        return;
+    auto const nameOf = [this](ItemID const& item) {
+        return QString::fromLatin1(m_Host.GetLibrary().GetItemName(item, true, nullptr).c_str());
+    };
+    QStringList users;
+    for (ItemID const& user : m_Host.FindUsers(id))
+        users << nameOf(user);
+    // Anything may happen while the question is open; what is gone then is not deleted.
+    QPointer<CMainWindow> const guard(this);
+    if (AskToDelete(this, nameOf(id), users) && guard)
+        m_Host.DeleteItem(id);
+}
+
 void CMainWindow::RememberLibrary()
 {
     if (!m_Settings)

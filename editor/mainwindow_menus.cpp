@@ -3,6 +3,7 @@
 #include "canvas.h"
 #include "recentmenu.h"
 #include "shortcutlist.h"
+#include "shorttext.h"
 #include "trailbar.h"
 
 #include <embeddedhost.h>
@@ -12,6 +13,7 @@
 #include <QDockWidget>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QUndoStack>
 
 void CMainWindow::CreateMenus()
 {
@@ -78,18 +80,32 @@ void CMainWindow::CreateFileMenu()
     connect(quit, &QAction::triggered, this, &CMainWindow::close);
 }
 
+QAction* CMainWindow::AddStackAction(QMenu* menu, QString const& text, void (QUndoStack::*slot)(),
+                                     void (QUndoStack::*textChanged)(QString const&),
+                                     void (QUndoStack::*canChanged)(bool))
+{
+    QUndoStack& stack = m_Host.GetCommandManager().GetUndoStack();
+    QAction* const action = menu->addAction(text, &stack, slot);
+    action->setIconText(text.mid(1));
+    action->setEnabled(false);
+    // The stack's own actions would take an "&" in a name for a mnemonic.
+    connect(&stack, textChanged, action, [action, text](QString const& command) {
+        action->setText((text + QLatin1Char(' ') + EscapeMnemonics(command)).trimmed());
+    });
+    connect(&stack, canChanged, action, &QAction::setEnabled);
+    return action;
+}
+
 void CMainWindow::CreateEditMenu()
 {
     QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
-    QUndoStack& stack = m_Host.GetCommandManager().GetUndoStack();
-    QAction* const undo = stack.createUndoAction(this, tr("&Undo"));
+    QAction* const undo = AddStackAction(menu, tr("&Undo"), &QUndoStack::undo,
+                                         &QUndoStack::undoTextChanged, &QUndoStack::canUndoChanged);
     undo->setShortcut(QKeySequence::Undo);
-    undo->setIconText(tr("Undo"));
-    QAction* const redo = stack.createRedoAction(this, tr("&Redo"));
+    QAction* const redo = AddStackAction(menu, tr("&Redo"), &QUndoStack::redo,
+                                         &QUndoStack::redoTextChanged, &QUndoStack::canRedoChanged);
     redo->setShortcuts(
         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    redo->setIconText(tr("Redo"));
-    menu->addActions({undo, redo});
     menu->addSeparator();
     m_ChangeActions << AddCanvasEdit(menu, tr("Add &Node..."), QKeySequence(Qt::Key_Tab),
                                      &CCanvas::WantNode);
@@ -107,6 +123,8 @@ void CMainWindow::CreateEditMenu()
     menu->addSeparator();
     m_CompoundActions << AddCanvasEdit(menu, tr("Select &All"), QKeySequence::SelectAll,
                                        &CCanvas::SelectAll);
+    m_DeleteCompoundAction =
+        AddAction(menu, tr("Delete Compoun&d..."), QKeySequence(), &CMainWindow::DeleteCompound);
     menu->addSeparator();
     AddAction(menu, tr("&Find in Node Browser"), QKeySequence::Find, &CMainWindow::FocusSearch);
 }
@@ -180,6 +198,7 @@ void CMainWindow::UpdateActions()
     m_CopyAction->setEnabled(hasCompound && m_Canvas->CanCopy());
     m_ContinueAction->setEnabled(m_Canvas->CanContinue());
     m_PasteAction->setEnabled(m_Canvas->CanPaste());
+    m_DeleteCompoundAction->setEnabled(!FindMeantCompound().IsNull());
     m_UpAction->setEnabled(m_TrailBar->CanGoUp());
 }
 

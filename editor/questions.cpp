@@ -22,6 +22,10 @@ eSaveAnswer AskToSave(QWidget* parent, QString const& library)
                     Translate("Save the changes in \"%1\"?").arg(library),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
     box.setInformativeText(Translate("Changes that are discarded cannot be brought back."));
+    // Not every style gives each its key.
+    box.button(QMessageBox::Save)->setText(Translate("&Save"));
+    box.button(QMessageBox::Discard)->setText(Translate("&Discard"));
+    box.button(QMessageBox::Cancel)->setText(Translate("&Cancel"));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
     case QMessageBox::Save:
@@ -31,6 +35,29 @@ eSaveAnswer AskToSave(QWidget* parent, QString const& library)
     default:
         return eSaveAnswer::kCancel;
     }
+}
+
+bool AskToDelete(QWidget* parent, QString const& compound, QStringList const& users)
+{
+    QMessageBox box(QMessageBox::Warning, Translate("Delete Compound"),
+                    Translate("Delete \"%1\"?").arg(compound), QMessageBox::Cancel, parent);
+    box.setTextFormat(Qt::PlainText);
+    QString const use =
+        users.isEmpty() ? Translate("It is used nowhere.")
+        : users.size() < 4
+            ? Translate("It is used in %1, where it will be missing.")
+                  .arg(users.join(QStringLiteral(", ")))
+            : Translate("It is used in %L1 compounds, where it will be missing.").arg(users.size());
+    box.setInformativeText(use + QLatin1Char('\n')
+                           + Translate("Its file goes with the next save. It can be undone."));
+    if (users.size() >= 4)
+        box.setDetailedText(ListSome(users));
+    QAbstractButton const* const answer =
+        box.addButton(Translate("&Delete"), QMessageBox::DestructiveRole);
+    box.button(QMessageBox::Cancel)->setText(Translate("&Cancel"));
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == answer;
 }
 
 eConflictAnswer AskAboutConflicts(QWidget* parent, QStringList const& files)

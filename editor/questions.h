@@ -18,6 +18,9 @@ enum class eSaveAnswer
 /// There are unsaved changes, and the library is about to be closed.
 eSaveAnswer AskToSave(QWidget* parent, QString const& library);
 
+/// Whether the compound is to be deleted; `users` are the names of those that use it.
+bool AskToDelete(QWidget* parent, QString const& compound, QStringList const& users);
+
 enum class eConflictAnswer
 {
     kTakeTheirs,

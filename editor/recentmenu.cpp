@@ -1,5 +1,7 @@
 #include "recentmenu.h"
 
+#include "shorttext.h"
+
 #include <QDir>
 
 namespace {
@@ -11,12 +13,6 @@ QString GetShownFolder(QString const& folder)
     bool const isAtHome = folder.startsWith(home + QLatin1Char('/'));
     QString const shown = isAtHome ? QLatin1Char('~') + folder.mid(home.size()) : folder;
     return QDir::toNativeSeparators(shown);
-}
-
-/// No letter of a path is a mnemonic.
-QString Escaped(QString text)
-{
-    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
 } // namespace
@@ -32,8 +28,8 @@ void CRecentMenu::SetFolders(QStringList const& folders)
     clear();
     int number = 0;
     for (QString const& folder : folders) {
-        QAction* const entry =
-            addAction(QStringLiteral("&%1  %2").arg(++number).arg(Escaped(GetShownFolder(folder))));
+        QAction* const entry = addAction(
+            QStringLiteral("&%1  %2").arg(++number).arg(EscapeMnemonics(GetShownFolder(folder))));
         connect(entry, &QAction::triggered, this, [this, folder] { Q_EMIT FolderChosen(folder); });
     }
     setEnabled(!folders.isEmpty());

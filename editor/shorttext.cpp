@@ -27,3 +27,8 @@ QString ListSome(QStringList const& lines)
                     .arg(lines.size() - some.size());
     return some.join(QLatin1Char('\n'));
 }
+
+QString EscapeMnemonics(QString text)
+{
+    return text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}

@@ -1,5 +1,7 @@
 #include "trailbar.h"
 
+#include "shorttext.h"
+
 #include <embeddedhost.h>
 #include <textencoding.h>
 
@@ -39,6 +41,10 @@ CTrailBar::CTrailBar(CEmbeddedHost& host, QWidget* parent)
     m_Layout->setSpacing(kSpacing);
     m_Layout->addStretch();
     m_Layout->addWidget(m_ReadOnlyLabel);
+    // Also as long as there are no buttons.
+    QToolButton button;
+    button.setText(QStringLiteral("X"));
+    setFixedHeight(button.sizeHint().height() + 2 * kSpacing);
     m_ReadOnlyLabel->setForegroundRole(QPalette::PlaceholderText);
     connect(&host, &CEmbeddedHost::LibraryChanged, this, &CTrailBar::Follow);
     connect(&host, &CEmbeddedHost::ContentChanged, this, &CTrailBar::Follow);
@@ -122,7 +128,7 @@ void CTrailBar::AddStep(std::size_t step)
     QToolButton* const button = new QToolButton(this);
     button->setAutoRaise(true);
     // The text is a name, and names have no mnemonics.
-    button->setText(QString(name).replace(QLatin1Char('&'), QStringLiteral("&&")));
+    button->setText(EscapeMnemonics(name));
     connect(button, &QToolButton::clicked, this, [this, step] { GoTo(step); });
     add(button);
 }

@@ -21,6 +21,9 @@ namespace {
 
 /// How far beside the originals copies are put.
 QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
+/// What is seen around a new port, its name above all.
+QMarginsF const kPortMargins(kSmallestNodeWidth, kPortRowHeight, kSmallestNodeWidth,
+                             kPortRowHeight);
 
 /// How far from the point, in steps of the shift, there is no node.
 QPointF FindFreeShift(GraphBody const& body, QPointF const& point)
@@ -213,7 +216,10 @@ void CCanvas::AddPortOf(bool isInput)
         return;
     bool isNamed = false;
     QString const name =
-        QInputDialog::getText(this, isInput ? tr("Add Input") : tr("Add Output"), tr("Name:"),
+        QInputDialog::getText(this, isInput ? tr("Add Input") : tr("Add Output"),
+                              (isInput ? tr("Name of the input of type \"%1\":")
+                                       : tr("Name of the output of type \"%1\":"))
+                                  .arg(GetItemName(type)),
                               QLineEdit::Normal, isInput ? tr("input") : tr("output"), &isNamed)
             .trimmed();
     if (!guard || !isNamed || name.isEmpty() || compound != m_Compound)
@@ -221,7 +227,14 @@ void CCanvas::AddPortOf(bool isInput)
     GraphBody body = m_Body;
     AddPort(isInput ? body.inputs : body.outputs, name.toStdString(),
             ItemIDUnlock::GetItemIDUID(type));
-    Commit(body, isInput ? "Add Input" : "Add Output");
+    if (!Commit(body, isInput ? "Add Input" : "Add Output"))
+        return;
+    // Within, the compound's inputs are outputs of their node.
+    auto const port = m_Scene.GetPort(
+        {isInput ? kInputsNode : kOutputsNode, (isInput ? body.inputs : body.outputs).back().name},
+        isInput);
+    if (port)
+        BringIntoView(QRectF(port->position, QSizeF()).marginsAdded(kPortMargins));
 }
 
 void CCanvas::RemovePort(PortPick const& port)

@@ -1,4 +1,5 @@
 #include "canvastest.h"
+#include "whenshown.h"
 
 #include <mainwindow.h>
 #include <nodepalette.h>
@@ -67,10 +68,7 @@ private:
             DoubleClick(free);
         else if (how == "Ctrl+Return") {
             Click(At("one"));
-            QApplication::processEvents();
-            // The offscreen platform takes it away with a popup.
-            m_Window->activateWindow();
-            QTest::keyClick(m_Canvas.get(), Qt::Key_Return, Qt::ControlModifier);
+            m_Canvas->WantConnectedNode();
         } else if (how == "Tab" || how == "Space")
             QTest::keyClick(m_Canvas.get(), how == "Tab" ? Qt::Key_Tab : Qt::Key_Space);
         else
@@ -89,8 +87,9 @@ private Q_SLOTS:
         QTest::newRow("Space;pi") << "pi middle ";
         QTest::newRow("double click;add") << "add 80,80 ";
         QTest::newRow("Tab;main") << " ";
+        // Below "two", which is in the way.
+        QTest::newRow("Ctrl+Return;add") << "add 240,80 |one.sum>add.a";
         // The port is where the connection was let go.
-        QTest::newRow("Ctrl+Return;add") << "add 240,0 |one.sum>add.a";
         QTest::newRow("one.sum;add") << "add 160,60 |one.sum>add.a";
         QTest::newRow("one.b;add") << "add 0,60 |add.sum>one.b";
         QTest::newRow("one.sum;say") << "say-2 80,80 ";
@@ -153,7 +152,15 @@ private Q_SLOTS:
     {
         auto const dock = m_Window->findChild<QDockWidget*>("Node Browser");
         auto& palette = *dock->findChild<CNodePalette*>();
+        QLineEdit* const field = palette.findChild<QLineEdit*>();
+        field->setFocus();
         Type(palette, "say");
+        // Undone from the search field, where nothing was typed since it got the focus.
+        m_Canvas->setFocus();
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(Stack().index(), 0);
+        Type(palette, "");
         Type(palette, "");
         // Where there is room.
         QPointF const first = *Scene().FindNodePosition("say-2");
@@ -169,6 +176,23 @@ private Q_SLOTS:
                  QStringLiteral("\"Outer\" cannot be put into itself."));
         Open(kMain);
         QVERIFY(Nodes().contains("say-4") && !Nodes().contains("empty"));
+    }
+
+    void compoundsAreDeleted()
+    {
+        SAnswers const answers({"Cancel", "Delete"});
+        for (auto* const action : m_Window->findChildren<QAction*>())
+            if (action->text() == "Delete Compoun&d...") {
+                action->trigger();
+                QVERIFY(!m_Host->FindItem(Uid(kMain)).IsNull());
+                action->trigger();
+            }
+        QVERIFY(m_Host->FindItem(Uid(kMain)).IsNull());
+        QVERIFY2(answers.said.contains("used in Outer,"), qPrintable(answers.said));
+        Stack().undo();
+        Open(kMain);
+        QVERIFY(Nodes().startsWith("one"));
+        QVERIFY(!m_Host->IsModified());
     }
 
     void opensWithinTheScreen()
