@@ -26,9 +26,12 @@ double const kDotWidth = 2;
 /// How much of a faded port is seen.
 double const kFadedShare = 0.22;
 
-// Below these zooms texts are too small to be read, and left out.
+// Below these zooms texts are too small to be read, and left out. A title is as large then as it is
+// at the readable zoom, and has the place of the ports, until there is no room for that either.
 double const kPortNamesFrom = 0.6;
 double const kTitleFrom = 0.45;
+double const kLargeTitleFrom = 0.29;
+double const kReadableZoom = 0.65;
 
 double GetZoom(QPainter const& painter)
 {
@@ -161,8 +164,11 @@ QPen NodePainter::GetBorder(NodeLook const& look, bool isSelected) const
 void NodePainter::PaintContents(QPainter& painter, NodeLook const& look)
 {
     double const zoom = GetZoom(painter);
-    if (zoom < kTitleFrom)
+    if (zoom < kTitleFrom) {
+        if (zoom >= kLargeTitleFrom)
+            PaintLargeTitle(painter, look, kReadableZoom / zoom);
         return;
+    }
     PaintHeader(painter, look);
     QRectF const seen = painter.worldTransform().inverted().mapRect(QRectF(painter.viewport()));
     for (bool const isOutput : {false, true})
@@ -184,6 +190,16 @@ void NodePainter::PaintHeader(QPainter& painter, NodeLook const& look)
     painter.setPen(m_Colors.text);
     m_Titles.Paint(painter, GetHeaderRect(look).adjusted(GetTitleLeft(look), 0, -kTitleMargin, 0),
                    look.title, false);
+}
+
+void NodePainter::PaintLargeTitle(QPainter& painter, NodeLook const& look, double scale)
+{
+    QRectF const body = GetNodeRect(look).adjusted(kTitleMargin, kHeaderHeight, -kTitleMargin, 0);
+    painter.save();
+    painter.scale(scale, scale);
+    painter.setPen(m_Colors.text);
+    m_Titles.Paint(painter, QRectF(body.topLeft() / scale, body.size() / scale), look.title, false);
+    painter.restore();
 }
 
 double NodePainter::GetNameWidth(std::vector<PortLook> const& ports, std::size_t row)

@@ -38,6 +38,7 @@ private:
     void PaintGlow(QPainter& painter, QRectF const& rect) const;
     QPen GetBorder(NodeLook const& look, bool isSelected) const;
     void PaintHeader(QPainter& painter, NodeLook const& look);
+    void PaintLargeTitle(QPainter& painter, NodeLook const& look, double scale);
     /// A port's name. Those of a row that is too narrow for both share it.
     void PaintName(QPainter& painter, NodeLook const& look, std::size_t row, bool isOutput);
     void PaintDot(QPainter& painter, NodeLook const& look, std::size_t row, bool isOutput) const;
