@@ -79,7 +79,7 @@ CQuickAdd::CQuickAdd(QWidget* parent)
     layout->addWidget(m_Palette);
     resize(kSize);
     connect(m_Palette, &CNodePalette::ItemActivated, this, &CQuickAdd::Choose);
-    connect(m_Palette, &CNodePalette::Dismissed, this, &QWidget::close);
+    connect(m_Palette, &CNodePalette::Dismissed, this, &QWidget::hide);
 }
 
 CNodePalette& CQuickAdd::GetPalette() const
@@ -89,7 +89,7 @@ CNodePalette& CQuickAdd::GetPalette() const
 
 void CQuickAdd::SetLibrary(ItemLibraryAccessor const& library)
 {
-    close();
+    hide();
     m_Library = library;
     m_IsListed = false;
     m_Recent.clear();
@@ -120,7 +120,7 @@ void CQuickAdd::Open(QPoint const& globalPos)
 void CQuickAdd::Choose(ItemID const& id)
 {
     Q_EMIT ItemChosen(id);
-    close();
+    hide();
 }
 
 void CQuickAdd::hideEvent(QHideEvent* event)
