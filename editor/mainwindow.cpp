@@ -20,6 +20,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QPointer>
 #include <QScreen>
 #include <QSet>
 #include <QStatusBar>
@@ -37,6 +38,43 @@ int const kLogHeight = 140;
 
 /// Time enough to read a message; the log keeps it.
 int const kMessageMilliseconds = 15000;
+
+/// A right click takes the keys for as long as its menu and what was chosen there take.
+class CDockedPalette final : public CNodePalette
+{
+public:
+    CDockedPalette()
+        : CNodePalette(eConfigNodes)
+    {
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
+            if (now && isAncestorOf(now) && !isAncestorOf(before))
+                m_FocusBefore = IsRightPressed() ? before : nullptr;
+        });
+    }
+    ~CDockedPalette() override
+    {
+        disconnect(qApp, nullptr, this, nullptr);
+    }
+
+protected:
+    void PopContexMenu(QPoint const& globalPos, unsigned long index) override
+    {
+        QPointer<QWidget> const before = IsRightPressed() ? m_FocusBefore : nullptr;
+        m_FocusBefore = nullptr;
+        CNodePalette::PopContexMenu(globalPos, index);
+        // The palette may be gone.
+        if (before)
+            before->setFocus(Qt::OtherFocusReason);
+    }
+
+private:
+    static bool IsRightPressed()
+    {
+        return QApplication::mouseButtons() & Qt::RightButton;
+    }
+
+    QPointer<QWidget> m_FocusBefore;
+};
 
 QStringList DescribePorts(CEmbeddedHost& host, std::vector<GraphPort> const& ports)
 {
@@ -65,7 +103,7 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     : m_Host(host)
     , m_TrailBar(new CTrailBar(host, this))
     , m_Canvas(new CCanvas(host, this))
-    , m_Panel(new CNodePalette(CNodeBrowser::eConfigNodes))
+    , m_Panel(new CDockedPalette)
     , m_Log(new CMessageLog(this))
 {
     CreateCanvas();
