@@ -191,6 +191,12 @@ void CCanvas::FinishMove(QPointF const& scenePoint)
         node.position = *shown;
         isMoved = true;
     }
+    std::string const compound = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
+    for (auto const& [id, from] : m_MovedFrom) {
+        auto const shown = m_Scene.FindNodePosition(id);
+        if ((id == kInputsNode || id == kOutputsNode) && shown && *shown != from)
+            m_PortsPlaces[{compound, id}] = *shown;
+    }
     m_Gesture = eGesture::kNone;
     if (isMoved && m_MovedFrom.size() == 1)
         InsertMovedNode(body, m_MovedFrom.begin()->first, scenePoint);
