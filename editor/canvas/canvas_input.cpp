@@ -76,6 +76,13 @@ void CCanvas::PressLeft(QMouseEvent* event)
 
 void CCanvas::PressNode(NodeLook const& node, bool isAdded)
 {
+    // The nodes of the compound's own ports cannot be selected, and are moved alone.
+    if (node.id == kInputsNode || node.id == kOutputsNode) {
+        m_Scene.clearSelection();
+        m_MovedFrom = {{node.id, node.position}};
+        StartGesture(eGesture::kMoveNodes);
+        return;
+    }
     if (isAdded)
         m_Scene.ToggleNode(node.id);
     else if (!m_Scene.IsNodeSelected(node.id))

@@ -4,6 +4,7 @@
 #include <mainwindow.h>
 #include <nodepalette.h>
 #include <quickadd.h>
+#include <settings.h>
 
 /// Nodes that are added from palettes, over the canvas of a window.
 class TestQuickAdd : public CanvasTest
@@ -176,6 +177,28 @@ private Q_SLOTS:
                  QStringLiteral("\"Outer\" cannot be put into itself."));
         Open(kMain);
         QVERIFY(Nodes().contains("say-4") && !Nodes().contains("empty"));
+    }
+
+    void portsStayWhereTheyArePut()
+    {
+        QPointF const place = *Scene().FindNodePosition("in") + QPointF(-40, 80);
+        Drag(At("in"), At("in") + QPoint(-40, 80));
+        Change([](GraphBody& body) { body.nodes[0].position.rx() -= 200; });
+        QCOMPARE(*Scene().FindNodePosition("in"), place);
+        QCOMPARE(Stack().count(), 1);
+    }
+
+    void orderIsRemembered()
+    {
+        QTemporaryDir const home;
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
+        CSettings settings;
+        m_Window->UseSettings(settings);
+        for (auto* const action : m_Window->findChildren<QAction*>())
+            if (action->text() == "Best &Names First")
+                action->trigger();
+        QCOMPARE(Popup().GetPalette().GetRanking(), CNodePalette::ePanelRanking);
+        QVERIFY(!CSettings().IsRankedByName());
     }
 
     void compoundsAreDeleted()
