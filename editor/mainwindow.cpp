@@ -81,7 +81,7 @@ QStringList DescribePorts(CEmbeddedHost& host, std::vector<GraphPort> const& por
     QStringList texts;
     for (GraphPort const& port : ports) {
         QString const name = QString::fromStdString(port.name);
-        QString const type = QString::fromLatin1(
+        QString const type = nodebrowser::ToQString(
             host.GetLibrary().GetItemName(host.FindItem(port.type), true, nullptr).c_str());
         texts << (type.isEmpty() ? name : QStringLiteral("%1: %2").arg(name, type));
     }

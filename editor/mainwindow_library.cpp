@@ -11,6 +11,7 @@
 #include <embeddedhost.h>
 #include <journal.h>
 #include <nodepalette.h>
+#include <textencoding.h>
 
 #include <QDir>
 #include <QFileDialog>
@@ -161,7 +162,7 @@ void CMainWindow::DeleteCompound()
     if (id.IsNull())
         return;
     auto const nameOf = [this](ItemID const& item) {
-        return QString::fromLatin1(m_Host.GetLibrary().GetItemName(item, true, nullptr).c_str());
+        return nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(item, true, nullptr).c_str());
     };
     QStringList users;
     for (ItemID const& user : m_Host.FindUsers(id))

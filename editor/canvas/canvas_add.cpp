@@ -7,6 +7,7 @@
 #include "nodewiring.h"
 
 #include <embeddedhost.h>
+#include <textencoding.h>
 
 #include <QCursor>
 
@@ -27,7 +28,7 @@ QPointF const kHeaderMiddle(kSmallestNodeWidth / 2.0, kHeaderHeight / 2.0);
 
 QString CCanvas::GetItemName(ItemID const& id) const
 {
-    return QString::fromLatin1(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
+    return nodebrowser::ToQString(m_Host.GetLibrary().GetItemName(id, true, nullptr).c_str());
 }
 
 bool CCanvas::CheckContainment(std::set<std::string> const& items)
@@ -126,7 +127,7 @@ void CCanvas::AddConnectedNode(ItemID const& id, std::vector<PortPick> const& po
         CommitNode(node, point - GetPortPosition(node.look, *fit, !port.isOutput));
         return;
     }
-    QString const type = QString::fromLatin1(ports.front().port.typeName.c_str());
+    QString const type = nodebrowser::ToQString(ports.front().port.typeName.c_str());
     m_Host.GetMessages().Post(eSeverity::kInformation,
                               (ports.front().isOutput
                                    ? tr("\"%1\" has no input that takes %2: it is not connected.")

@@ -1,6 +1,8 @@
 #include "model/itemdeletion.h"
 
+#include "base/text8.h"
 #include "model/graphjson.h"
+#include "model/itemkeys.h"
 #include "model/librarycommands.h"
 #include "model/libraryitem.h"
 
@@ -14,7 +16,7 @@ namespace {
 
 bool IsUser(ordered_json const& object, std::string const& uid)
 {
-    for (char const* const key : {"implements", "parent", "specializes"}) {
+    for (char const* const key : {Keys::kImplements, Keys::kParent, Keys::kSpecializes}) {
         auto const found = object.find(key);
         if (found != object.end() && *found == uid)
             return true;
@@ -115,7 +117,7 @@ bool DeleteItem(CLibrary& library, CLibraryItem& item, wek::fwk::ICommandManager
     if (item.IsReadOnly()) {
         library.GetMessages().Post(eSeverity::kWarning,
                                    QStringLiteral("Cannot delete \"%1\": it is read-only.")
-                                       .arg(QString::fromLatin1(item.GetName())));
+                                       .arg(FromText8(item.GetName())));
         return false;
     }
     RunCommand(new CDeleteItemCommand(library, item), manager);
