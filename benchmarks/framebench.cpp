@@ -2,7 +2,7 @@
 // of the size of a large window.
 
 #include <canvas.h>
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 #include <theme.h>
 
 #include <benchmark/benchmark.h>

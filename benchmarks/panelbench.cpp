@@ -3,13 +3,13 @@
 //     panelbench [options of the benchmark library] [item counts]
 
 #include "editorstyle.h"
-#include "embeddedhost.h"
 #include "librarygenerator.h"
 #include "listeditems.h"
 #include "measurements.h"
 #include "panelsubject.h"
 #include "peersubject.h"
 #include "windowpicture.h"
+#include <embeddedhost/embeddedhost.h>
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
 #include "panelsubject.h"
 
-#include "embeddedhost.h"
+#include <embeddedhost/embeddedhost.h>
 
 #include <QLayout>
 #include <QScrollBar>

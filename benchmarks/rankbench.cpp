@@ -2,9 +2,9 @@
 //
 //     rankbench [item count]
 
-#include "embeddedhost.h"
 #include "librarygenerator.h"
-#include "nodepalette.h"
+#include <embeddedhost/embeddedhost.h>
+#include <palette/nodepalette.h>
 
 #include <QApplication>
 #include <QLineEdit>

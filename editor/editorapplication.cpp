@@ -1,6 +1,6 @@
 #include "editorapplication.h"
 
-#include <messagechannel.h>
+#include <embeddedhost/framework/messagechannel.h>
 
 #include <QLoggingCategory>
 #include <QMetaEnum>

@@ -3,7 +3,7 @@
 #include "itemgenerator.h"
 #include "libraryfiles.h"
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <nlohmann/json.hpp>
 

@@ -7,9 +7,9 @@
 #include "settings.h"
 #include "windowpicture.h"
 
-#include <embeddedhost.h>
-#include <journal.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <embeddedhost/journal.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QDir>
 #include <QFileInfo>

@@ -8,9 +8,9 @@
 #include "shorttext.h"
 #include "trailbar.h"
 
-#include <embeddedhost.h>
-#include <nodepalette.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
+#include <palette/nodepalette.h>
 
 #include <QAction>
 #include <QApplication>

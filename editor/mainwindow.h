@@ -4,7 +4,7 @@
 #include "theme.h"
 
 #include <datamodel.h>
-#include <messagechannel.h>
+#include <embeddedhost/framework/messagechannel.h>
 
 #include <QMainWindow>
 

@@ -8,10 +8,10 @@
 #include "settings.h"
 #include "shorttext.h"
 
-#include <embeddedhost.h>
-#include <journal.h>
-#include <nodepalette.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <embeddedhost/journal.h>
+#include <nodebrowser/textencoding.h>
+#include <palette/nodepalette.h>
 
 #include <QDir>
 #include <QFileDialog>

@@ -6,8 +6,8 @@
 #include "shorttext.h"
 #include "trailbar.h"
 
-#include <embeddedhost.h>
-#include <nodepalette.h>
+#include <embeddedhost/embeddedhost.h>
+#include <palette/nodepalette.h>
 
 #include <QCoreApplication>
 #include <QDockWidget>

@@ -1,7 +1,7 @@
 #ifndef EDITOR_MESSAGELOG_H
 #define EDITOR_MESSAGELOG_H
 
-#include <messagechannel.h>
+#include <embeddedhost/framework/messagechannel.h>
 
 #include <QPlainTextEdit>
 #include <QTime>

@@ -1,6 +1,6 @@
 #include "quickadd.h"
 
-#include <nodepalette.h>
+#include <palette/nodepalette.h>
 
 #include <QGuiApplication>
 #include <QMouseEvent>

@@ -2,7 +2,7 @@
 
 #include "libraryfiles.h"
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <QDir>
 #include <QDirIterator>

@@ -2,8 +2,8 @@
 
 #include "shorttext.h"
 
-#include <embeddedhost.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,14 +1,15 @@
 #ifndef EMBEDDEDHOST_EMBEDDEDHOST_H
 #define EMBEDDEDHOST_EMBEDDEDHOST_H
 
-#include "commandmanager.h"
-#include "graphbody.h"
-#include "memoryitem.h"
-#include "messagechannel.h"
-#include "newlibrary.h"
-#include "serviceregistry.h"
+#include "embeddedhost_export.h"
+#include "framework/commandmanager.h"
+#include "framework/messagechannel.h"
+#include "framework/serviceregistry.h"
+#include "model/graphbody.h"
+#include "model/memoryitem.h"
+#include "model/newlibrary.h"
 
-#include <datamodel.h>
+#include <nodebrowser/hostapi/datamodel.h>
 
 #include <QByteArray>
 #include <QObject>
@@ -31,7 +32,7 @@ class CLibrary;
 /// "RevisionControlPropertiesMgr" and "QormDBProxy"; they can be replaced or taken out through
 /// the service registry. Accessors, handles and pointers may outlive the library and the host; they
 /// return empty values then.
-class CEmbeddedHost : public QObject
+class EMBEDDEDHOST_EXPORT CEmbeddedHost : public QObject
 {
     Q_OBJECT
 

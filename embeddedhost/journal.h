@@ -1,6 +1,8 @@
 #ifndef EMBEDDEDHOST_JOURNAL_H
 #define EMBEDDEDHOST_JOURNAL_H
 
+#include "embeddedhost_export.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QObject>
@@ -21,7 +23,7 @@ class QLockFile;
 /// Each process has and locks a file of its own; the file of a process that has ended can be
 /// recovered or discarded by the next one that opens the library. A journal that is
 /// destroyed, or whose library is closed, leaves its file behind unless it was dropped before.
-class CJournal : public QObject
+class EMBEDDEDHOST_EXPORT CJournal : public QObject
 {
     Q_OBJECT
 

@@ -1,7 +1,7 @@
 #ifndef FUZZ_LIBRARYSTATE_H
 #define FUZZ_LIBRARYSTATE_H
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <map>
 #include <set>

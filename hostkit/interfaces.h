@@ -1,7 +1,7 @@
 #ifndef HOSTKIT_INTERFACES_H
 #define HOSTKIT_INTERFACES_H
 
-#include <datamodel.h>
+#include <nodebrowser/hostapi/datamodel.h>
 
 namespace hostkit {
 

@@ -1,7 +1,7 @@
 #ifndef HOSTKIT_ITEMITERATOR_H
 #define HOSTKIT_ITEMITERATOR_H
 
-#include <datamodel.h>
+#include <nodebrowser/hostapi/datamodel.h>
 
 #include <vector>
 

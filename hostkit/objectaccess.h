@@ -1,7 +1,7 @@
 #ifndef HOSTKIT_OBJECTACCESS_H
 #define HOSTKIT_OBJECTACCESS_H
 
-#include <qorm.h>
+#include <nodebrowser/hostapi/qorm.h>
 
 namespace hostkit {
 

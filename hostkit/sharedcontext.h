@@ -1,7 +1,7 @@
 #ifndef HOSTKIT_SHAREDCONTEXT_H
 #define HOSTKIT_SHAREDCONTEXT_H
 
-#include <datamodel.h>
+#include <nodebrowser/hostapi/datamodel.h>
 
 #include <atomic>
 

@@ -2,6 +2,7 @@
 #define NODEBROWSER_ITEMTAGSREGISTRY_H
 
 #include "hostapi/datamodel.h"
+#include "nodebrowser_export.h"
 
 #include <map>
 #include <set>
@@ -13,7 +14,7 @@ class ItemList;
 
 /// Two-way index between library items and their tags. An item carries a tag exactly when the
 /// tag lists the item, as long as an item is removed before it is added again.
-class ItemTagsRegistry
+class NODEBROWSER_EXPORT ItemTagsRegistry
 {
 public:
     ItemTagsRegistry();

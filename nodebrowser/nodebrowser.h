@@ -5,6 +5,7 @@
 #include "hostapi/qorm.h"
 #include "hostapi/sourcecontrol.h"
 #include "itemtagsregistry.h"
+#include "nodebrowser_export.h"
 
 #include <QPixmap>
 #include <QPoint>
@@ -37,11 +38,11 @@ struct SItemKind;
 /// SelectionChanged. Everything runs on the GUI thread; exceptions of the host's libraries pass
 /// through. Changes of the library only mark what is out of date: the next paint rebuilds.
 /// Lengths are device-independent pixels.
-class CNodeBrowser : public QWidget,
-                     public tarno::datamodel::IItemTOCNotification,
-                     public tarno::datamodel::IItemLibraryNotification,
-                     // Private, so that the meta-object does not answer for it.
-                     private IRevisionControlPropertiesMgr_Slot
+class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
+                                        public tarno::datamodel::IItemTOCNotification,
+                                        public tarno::datamodel::IItemLibraryNotification,
+                                        // Private, so that the meta-object does not answer for it.
+                                        private IRevisionControlPropertiesMgr_Slot
 {
     Q_OBJECT
 

@@ -2,6 +2,7 @@
 #define NODEBROWSER_RENAMEDIALOG_H
 
 #include "hostapi/datamodel.h"
+#include "nodebrowser_export.h"
 
 #include <QDialog>
 #include <QString>
@@ -11,7 +12,7 @@ class QLineEdit;
 
 /// Asks for a new name of a compound and refuses, while it is typed, an empty one and one that
 /// the library uses elsewhere. Changes nothing in the library.
-class CRenameCompoundDialog : public QDialog
+class NODEBROWSER_EXPORT CRenameCompoundDialog : public QDialog
 {
     Q_OBJECT
 

@@ -1,6 +1,8 @@
 #ifndef NODEBROWSER_STRINGUTILS_H
 #define NODEBROWSER_STRINGUTILS_H
 
+#include "nodebrowser_export.h"
+
 #include <set>
 #include <string>
 
@@ -9,14 +11,14 @@ class QString;
 /// Adds the words of the text, cut at white space, to the set. What is in the set stays.
 /// White space is what the default std::locale says at the time of the call; with UTF-8 texts
 /// (textencoding.h) it is that of ASCII.
-void SplitString(std::string const& text, std::set<std::string>& words);
+NODEBROWSER_EXPORT void SplitString(std::string const& text, std::set<std::string>& words);
 
 /// Adds the pieces of the text, cut at any of the delimiter characters and trimmed of white
 /// space, to the set; empty pieces are dropped. Tag strings use ";".
-void SplitString(std::string const& text, std::string const& delimiters,
-                 std::set<std::string>& words);
+NODEBROWSER_EXPORT void SplitString(std::string const& text, std::string const& delimiters,
+                                    std::set<std::string>& words);
 
 /// The 8-bit form of the text, up to its first zero, in the encoding that textencoding.h tells.
-std::string QStringToStdString(QString const& text);
+NODEBROWSER_EXPORT std::string QStringToStdString(QString const& text);
 
 #endif

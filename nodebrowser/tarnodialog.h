@@ -2,6 +2,7 @@
 #define NODEBROWSER_TARNODIALOG_H
 
 #include "hostapi/datamodel.h"
+#include "nodebrowser_export.h"
 
 #include <QDialog>
 #include <QString>
@@ -21,7 +22,7 @@ void GetAllSignatures(tarno::datamodel::ItemLibraryAccessor library,
 
 /// Asks for the name and category of a new compound, loop compound or signature and, where it
 /// applies, for the signature to implement. The results are all empty unless Ok succeeded.
-class CTarnoCompoundCreateDialog : public QDialog
+class NODEBROWSER_EXPORT CTarnoCompoundCreateDialog : public QDialog
 {
     Q_OBJECT
 
@@ -61,7 +62,7 @@ private:
 };
 
 /// Edits the tags of one item as a single line of text.
-class CItemTagsEditorDialog : public QDialog
+class NODEBROWSER_EXPORT CItemTagsEditorDialog : public QDialog
 {
     Q_OBJECT
 

@@ -1,6 +1,8 @@
 #ifndef NODEBROWSER_TEXTENCODING_H
 #define NODEBROWSER_TEXTENCODING_H
 
+#include "nodebrowser_export.h"
+
 #include <locale>
 #include <string>
 
@@ -22,20 +24,20 @@ enum eTextEncoding
 /// Has to be called on the GUI thread before the first panel or dialog is made; it is
 /// eLatin1Texts otherwise. With Qt 4 this is the choice that QTextCodec::setCodecForCStrings()
 /// makes: either function will do, and any other codec that is set there is used, too.
-void SetTextEncoding(eTextEncoding encoding);
-eTextEncoding GetTextEncoding();
+NODEBROWSER_EXPORT void SetTextEncoding(eTextEncoding encoding);
+NODEBROWSER_EXPORT eTextEncoding GetTextEncoding();
 
 /// The reverse of QStringToStdString in stringutils.h; `text` is zero-terminated and not null.
-QString ToQString(char const* text);
+NODEBROWSER_EXPORT QString ToQString(char const* text);
 
 /// The 8-bit form in which a text, given in lower case, is searched and looked for. With UTF-8,
 /// case is folded, letters that are written in several ways are written in one, and all white
 /// space is blanks. It may be longer or shorter than the text.
-std::string ToSearchForm(QString const& lowerText);
+NODEBROWSER_EXPORT std::string ToSearchForm(QString const& lowerText);
 
 /// What single bytes are, such as white space: the default std::locale tells. With UTF-8 only
 /// bytes of ASCII are characters, whatever that locale is.
-std::locale GetTextLocale();
+NODEBROWSER_EXPORT std::locale GetTextLocale();
 
 } // namespace nodebrowser
 

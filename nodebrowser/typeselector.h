@@ -2,6 +2,7 @@
 #define NODEBROWSER_TYPESELECTOR_H
 
 #include "hostapi/datamodel.h"
+#include "nodebrowser_export.h"
 
 #include <QDialog>
 
@@ -9,7 +10,7 @@ class CNodeBrowser;
 
 /// Lets the user pick one type of the application's current item library. The first selection
 /// closes the dialog; there is no OK button.
-class CTypeSelector : public QDialog
+class NODEBROWSER_EXPORT CTypeSelector : public QDialog
 {
     Q_OBJECT
 

@@ -1,6 +1,6 @@
 #include "namerank.h"
 
-#include <textencoding.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QtAlgorithms>
 

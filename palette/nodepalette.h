@@ -1,7 +1,9 @@
 #ifndef PALETTE_NODEPALETTE_H
 #define PALETTE_NODEPALETTE_H
 
-#include <nodebrowser.h>
+#include "palette_export.h"
+
+#include <nodebrowser/nodebrowser.h>
 
 #include <QString>
 #include <QStringList>
@@ -19,7 +21,7 @@
 /// Rows are numbered from 0 in the order shown. Each function that takes or gives one first brings
 /// the rows up to the search text and the library, as a paint would; a row that does not exist has
 /// no text, no item and an empty rectangle, and nothing happens to it.
-class CNodePalette : public CNodeBrowser
+class PALETTE_EXPORT CNodePalette : public CNodeBrowser
 {
     Q_OBJECT
 

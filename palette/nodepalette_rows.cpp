@@ -4,7 +4,7 @@
 #include "paletteaccessible.h"
 #include "palettetext.h"
 
-#include <textencoding.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QImage>
 #include <QLineEdit>

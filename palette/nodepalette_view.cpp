@@ -3,7 +3,7 @@
 #include "itemfacts.h"
 #include "palettetext.h"
 
-#include <textencoding.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QHelpEvent>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #include "palettetext.h"
 
-#include <textencoding.h>
+#include <nodebrowser/textencoding.h>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "palettetext.h"
 
-#include <stringutils.h>
+#include <nodebrowser/stringutils.h>
 
 #include <algorithm>
 #include <set>

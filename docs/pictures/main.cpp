@@ -6,8 +6,8 @@
 #include <mainwindow.h>
 #include <windowpicture.h>
 
-#include <embeddedhost.h>
-#include <nodebrowser.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/nodebrowser.h>
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -2,7 +2,7 @@
 
 #include "gridpainter.h"
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <QApplication>
 #include <QClipboard>

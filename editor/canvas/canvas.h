@@ -5,7 +5,7 @@
 #include "nodelooks.h"
 
 #include <datamodel.h>
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <QGraphicsView>
 #include <QPointer>

@@ -6,8 +6,8 @@
 #include "graphedits.h"
 #include "nodewiring.h"
 
-#include <embeddedhost.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QCursor>
 

@@ -4,8 +4,8 @@
 
 #include "graphedits.h"
 
-#include <embeddedhost.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QCursor>
 #include <QToolTip>

@@ -4,8 +4,8 @@
 
 #include "itempayload.h"
 
-#include <embeddedhost.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QDragEnterEvent>
 #include <QDropEvent>

@@ -5,8 +5,8 @@
 #include "graphclipboard.h"
 #include "graphedits.h"
 
-#include <embeddedhost.h>
-#include <typeselector.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/typeselector.h>
 
 #include <QApplication>
 #include <QClipboard>

@@ -3,7 +3,7 @@
 
 #include "canvas.h"
 
-#include <textencoding.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QApplication>
 #include <QHelpEvent>

@@ -3,7 +3,7 @@
 
 #include "canvascolors.h"
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <QGraphicsItem>
 #include <QLineF>

@@ -1,7 +1,7 @@
 #ifndef EDITOR_CANVAS_CONTAINMENT_H
 #define EDITOR_CANVAS_CONTAINMENT_H
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <functional>
 #include <set>

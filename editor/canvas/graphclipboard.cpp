@@ -1,7 +1,7 @@
 #include "graphclipboard.h"
 
-#include <graphjson.h>
-#include <graphwriter.h>
+#include <embeddedhost/model/graphjson.h>
+#include <embeddedhost/model/graphwriter.h>
 
 #include <QByteArray>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #ifndef EDITOR_CANVAS_GRAPHCLIPBOARD_H
 #define EDITOR_CANVAS_GRAPHCLIPBOARD_H
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 class QMimeData;
 class QString;

@@ -1,7 +1,7 @@
 #ifndef EDITOR_CANVAS_GRAPHEDITS_H
 #define EDITOR_CANVAS_GRAPHEDITS_H
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <set>
 #include <string>

@@ -6,7 +6,7 @@
 #include "nodeitem.h"
 #include "nodelook.h"
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <QGraphicsScene>
 

@@ -1,7 +1,7 @@
 #include "itempayload.h"
 
-#include <stringutils.h>
-#include <textencoding.h>
+#include <nodebrowser/stringutils.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QByteArray>
 #include <QDataStream>

@@ -1,7 +1,7 @@
 #ifndef EDITOR_CANVAS_NODEIDS_H
 #define EDITOR_CANVAS_NODEIDS_H
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <string>
 #include <unordered_map>

@@ -3,8 +3,8 @@
 #include "graphedits.h"
 #include "nodepainter.h"
 
-#include <embeddedhost.h>
-#include <textencoding.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/textencoding.h>
 
 #include <QCoreApplication>
 

@@ -4,7 +4,7 @@
 #include "nodelook.h"
 
 #include <datamodel.h>
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <QPixmap>
 

@@ -3,7 +3,7 @@
 
 #include "nodeitem.h"
 
-#include <graphbody.h>
+#include <embeddedhost/model/graphbody.h>
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #ifndef EMBEDDEDHOST_UIDMAP_H
 #define EMBEDDEDHOST_UIDMAP_H
 
-#include <uidtext.h>
+#include <hostkit/uidtext.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,9 @@
 #ifndef EMBEDDEDHOST_COMMANDMANAGER_H
 #define EMBEDDEDHOST_COMMANDMANAGER_H
 
-#include <framework.h>
+#include "../embeddedhost_export.h"
+
+#include <nodebrowser/hostapi/framework.h>
 
 #include <QUndoStack>
 
@@ -12,7 +14,7 @@
 /// A listener that reacts to a change may execute further commands while one is being run,
 /// undone or redone. They are run at once, and pushed onto the stack, in the order they began, when
 /// the outermost one has finished.
-class CCommandManager : public wek::fwk::ICommandManager
+class EMBEDDEDHOST_EXPORT CCommandManager : public wek::fwk::ICommandManager
 {
 public:
     CCommandManager();

@@ -2,7 +2,7 @@
 #define EMBEDDEDHOST_DATABASEPROXY_H
 
 #include <datamodel.h>
-#include <listenerlist.h>
+#include <hostkit/listenerlist.h>
 
 namespace embeddedhost {
 

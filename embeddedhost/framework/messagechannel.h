@@ -1,6 +1,8 @@
 #ifndef EMBEDDEDHOST_MESSAGECHANNEL_H
 #define EMBEDDEDHOST_MESSAGECHANNEL_H
 
+#include "../embeddedhost_export.h"
+
 #include <QMetaType>
 #include <QObject>
 #include <QString>
@@ -16,7 +18,7 @@ enum class eSeverity
 Q_DECLARE_METATYPE(eSeverity)
 
 /// The host's messages to its user, each a sentence or two that can be acted on.
-class CMessageChannel : public QObject
+class EMBEDDEDHOST_EXPORT CMessageChannel : public QObject
 {
     Q_OBJECT
 

@@ -1,14 +1,16 @@
 #ifndef EMBEDDEDHOST_SERVICEREGISTRY_H
 #define EMBEDDEDHOST_SERVICEREGISTRY_H
 
-#include <framework.h>
+#include "../embeddedhost_export.h"
+
+#include <nodebrowser/hostapi/framework.h>
 
 #include <map>
 #include <string>
 
 /// The system object of the process: services by name. It owns none of them: a
 /// service has to be removed before it is destroyed.
-class CServiceRegistry : public wek::fwk::ISystem
+class EMBEDDEDHOST_EXPORT CServiceRegistry : public wek::fwk::ISystem
 {
 public:
     static CServiceRegistry& GetInstance();

@@ -3,7 +3,7 @@
 #include "model/library.h"
 #include "model/libraryitem.h"
 
-#include <interfaces.h>
+#include <hostkit/interfaces.h>
 
 namespace embeddedhost {
 

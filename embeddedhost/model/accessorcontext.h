@@ -5,7 +5,7 @@
 #include "model/librarynotifier.h"
 
 #include <datamodel.h>
-#include <sharedcontext.h>
+#include <hostkit/sharedcontext.h>
 
 namespace embeddedhost {
 class CLibrary;

@@ -1,8 +1,8 @@
 #ifndef EMBEDDEDHOST_GRAPHJSON_H
 #define EMBEDDEDHOST_GRAPHJSON_H
 
-#include "model/graphbody.h"
-#include "model/itemobject.h"
+#include "graphbody.h"
+#include "itemobject.h"
 
 #include <functional>
 #include <string>

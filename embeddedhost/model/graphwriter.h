@@ -1,8 +1,8 @@
 #ifndef EMBEDDEDHOST_GRAPHWRITER_H
 #define EMBEDDEDHOST_GRAPHWRITER_H
 
-#include "model/graphbody.h"
-#include "model/itemobject.h"
+#include "graphbody.h"
+#include "itemobject.h"
 
 #include <QString>
 

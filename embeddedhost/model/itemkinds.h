@@ -1,7 +1,7 @@
 #ifndef EMBEDDEDHOST_ITEMKINDS_H
 #define EMBEDDEDHOST_ITEMKINDS_H
 
-#include <kindtable.h>
+#include <hostkit/kindtable.h>
 
 #include <string_view>
 

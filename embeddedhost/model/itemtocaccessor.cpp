@@ -3,7 +3,7 @@
 #include "model/libraryitem.h"
 
 #include <datamodel.h>
-#include <itemiterator.h>
+#include <hostkit/itemiterator.h>
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 #define EMBEDDEDHOST_LIBRARYNOTIFIER_H
 
 #include <datamodel.h>
-#include <listenerlist.h>
+#include <hostkit/listenerlist.h>
 
 #include <functional>
 #include <string>

@@ -3,7 +3,7 @@
 #include "base/text8.h"
 #include "model/objectdatabase.h"
 
-#include <objectaccess.h>
+#include <hostkit/objectaccess.h>
 #include <qorm.h>
 
 #include <typeinfo>

@@ -1,7 +1,7 @@
 #ifndef EMBEDDEDHOST_REFCOUNTED_H
 #define EMBEDDEDHOST_REFCOUNTED_H
 
-#include <refcounted.h>
+#include <hostkit/refcounted.h>
 
 namespace embeddedhost {
 

@@ -2,7 +2,7 @@
 
 #include "parts.h"
 
-#include <interfaces.h>
+#include <hostkit/interfaces.h>
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "parts.h"
 
-#include <itemiterator.h>
+#include <hostkit/itemiterator.h>
 
 #include <strings.h>
 

@@ -3,7 +3,7 @@
 
 #include "parts.h"
 
-#include <nodebrowser.h>
+#include <nodebrowser/nodebrowser.h>
 
 #include <QApplication>
 #include <QDockWidget>

@@ -3,8 +3,8 @@
 
 // What this host works on: a fixed list of parts, which lives as long as the process.
 
-#include <datamodel.h>
-#include <sharedcontext.h>
+#include <hostkit/sharedcontext.h>
+#include <nodebrowser/hostapi/datamodel.h>
 
 #include <functional>
 #include <string>

@@ -1,8 +1,8 @@
 // The panel over fifty items of the program's own, with undo, and saving into a text file. With an
 // argument, the window is rendered into that picture file and the program ends.
 
-#include <embeddedhost.h>
-#include <nodebrowser.h>
+#include <embeddedhost/embeddedhost.h>
+#include <nodebrowser/nodebrowser.h>
 
 #include <QApplication>
 #include <QMainWindow>

@@ -32,6 +32,11 @@
 #include <string>
 #include <type_traits>
 
+#ifdef __GNUC__
+// In a shared library of the host everything declared here is visible, whatever it hides else.
+#pragma GCC visibility push(default)
+#endif
+
 namespace tarno {
 namespace datamodel {
 
@@ -458,5 +463,9 @@ void SetGlobalTarnoCompoundTarget(CompoundAccessor compound, CompoundAccessor co
 
 } // namespace datamodel
 } // namespace tarno
+
+#ifdef __GNUC__
+#pragma GCC visibility pop
+#endif
 
 #endif

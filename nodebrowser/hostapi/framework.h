@@ -9,6 +9,11 @@
 #include <string>
 #include <vector>
 
+#ifdef __GNUC__
+// In a shared library of the host everything declared here is visible, whatever it hides else.
+#pragma GCC visibility push(default)
+#endif
+
 namespace tarno {
 namespace datamodel {
 class ItemLibraryAccessor;
@@ -173,5 +178,9 @@ private:
 
     std::vector<KvTrackedSlot*> m_Entries;
 };
+
+#ifdef __GNUC__
+#pragma GCC visibility pop
+#endif
 
 #endif

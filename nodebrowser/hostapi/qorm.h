@@ -23,6 +23,11 @@
 #include <string>
 #include <vector>
 
+#ifdef __GNUC__
+// In a shared library of the host everything declared here is visible, whatever it hides else.
+#pragma GCC visibility push(default)
+#endif
+
 namespace qorm {
 
 class IDataSource;
@@ -320,5 +325,9 @@ private:
 void PrintDebugString(std::string const& text);
 
 } // namespace qorm
+
+#ifdef __GNUC__
+#pragma GCC visibility pop
+#endif
 
 #endif

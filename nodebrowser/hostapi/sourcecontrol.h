@@ -14,6 +14,11 @@
 
 #include <list>
 
+#ifdef __GNUC__
+// In a shared library of the host everything declared here is visible, whatever it hides else.
+#pragma GCC visibility push(default)
+#endif
+
 /// Asks for source-control states in the background. The answers arrive later, on the GUI
 /// thread, as ItemAccessStateChanged notifications of the item library. Each panel has a task.
 class ScsTask
@@ -115,5 +120,9 @@ public:
     /// with null. `*enabled` is false at first.
     virtual void GetRevisionControlEnabled(bool* enabled) = 0;
 };
+
+#ifdef __GNUC__
+#pragma GCC visibility pop
+#endif
 
 #endif

@@ -4,7 +4,7 @@
 #include "loggedtest.h"
 
 #include <canvas.h>
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 #include <graphedits.h>
 #include <libraryfolder.h>
 

@@ -6,7 +6,7 @@
 
 #include <itempayload.h>
 #include <libraryfolder.h>
-#include <nodepalette.h>
+#include <palette/nodepalette.h>
 #include <stringutils.h>
 #include <tarnodialog.h>
 #include <textencoding.h>

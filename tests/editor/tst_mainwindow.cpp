@@ -2,8 +2,8 @@
 #include "whenshown.h"
 
 #include <editorapplication.h>
-#include <embeddedhost.h>
-#include <journal.h>
+#include <embeddedhost/embeddedhost.h>
+#include <embeddedhost/journal.h>
 #include <libraryfolder.h>
 #include <libraryuser.h>
 #include <mainwindow.h>

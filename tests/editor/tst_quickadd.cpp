@@ -2,7 +2,7 @@
 #include "whenshown.h"
 
 #include <mainwindow.h>
-#include <nodepalette.h>
+#include <palette/nodepalette.h>
 #include <quickadd.h>
 #include <settings.h>
 

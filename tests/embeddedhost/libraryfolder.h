@@ -1,7 +1,7 @@
 #ifndef NODEBROWSER_TESTS_LIBRARYFOLDER_H
 #define NODEBROWSER_TESTS_LIBRARYFOLDER_H
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <QByteArray>
 #include <QMap>

@@ -1,7 +1,7 @@
 #ifndef NODEBROWSER_TESTS_LIBRARYUSER_H
 #define NODEBROWSER_TESTS_LIBRARYUSER_H
 
-#include <embeddedhost.h>
+#include <embeddedhost/embeddedhost.h>
 
 #include <list>
 #include <string>

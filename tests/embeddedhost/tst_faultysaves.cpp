@@ -2,7 +2,7 @@
 #include "hosttest.h"
 #include "testtable.h"
 
-#include <journal.h>
+#include <embeddedhost/journal.h>
 #include <nlohmann/json.hpp>
 
 #include <QDir>

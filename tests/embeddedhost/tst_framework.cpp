@@ -1,6 +1,6 @@
 #include "framework/guardedcall.h"
 #include "hosttest.h"
-#include "refcounted.h"
+#include <hostkit/refcounted.h>
 
 #include <sourcecontrol.h>
 

@@ -1,7 +1,7 @@
 #include "hosttest.h"
 #include "testtable.h"
 
-#include <journal.h>
+#include <embeddedhost/journal.h>
 
 #include <QDir>
 #include <QFile>

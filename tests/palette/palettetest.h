@@ -2,8 +2,8 @@
 #define NODEBROWSER_TESTS_PALETTETEST_H
 
 #include "loggedtest.h"
-#include "nodepalette.h"
 #include "testhost.h"
+#include <palette/nodepalette.h>
 
 #include <QCoreApplication>
 #include <QLineEdit>

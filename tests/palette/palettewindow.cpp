@@ -1,5 +1,5 @@
-#include "nodepalette.h"
 #include "testhost.h"
+#include <palette/nodepalette.h>
 
 #include <QApplication>
 

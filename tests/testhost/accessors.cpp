@@ -1,6 +1,6 @@
-#include "interfaces.h"
-#include "itemiterator.h"
 #include "testhost.h"
+#include <hostkit/interfaces.h>
+#include <hostkit/itemiterator.h>
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "objectaccess.h"
 #include "testdatabase.h"
+#include <hostkit/objectaccess.h>
 
 using namespace qorm;
 using hostkit::eObjectKind;

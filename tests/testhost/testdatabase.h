@@ -3,8 +3,8 @@
 
 // The object database of the test host.
 
-#include "refcounted.h"
 #include "testcalls.h"
+#include <hostkit/refcounted.h>
 
 #include <string>
 #include <vector>

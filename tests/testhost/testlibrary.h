@@ -4,9 +4,9 @@
 // The item libraries of the test host, and what its accessors are bound to.
 
 #include "datamodel.h"
-#include "listenerlist.h"
-#include "sharedcontext.h"
 #include "testdatabase.h"
+#include <hostkit/listenerlist.h>
+#include <hostkit/sharedcontext.h>
 
 #include <algorithm>
 #include <deque>
