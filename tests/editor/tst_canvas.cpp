@@ -8,8 +8,6 @@ namespace {
 
 QString const kNodes = QStringLiteral("one 0,0|two 300,0|say 0,200|gone 300,200");
 
-typedef std::set<std::string> Ids;
-
 } // namespace
 
 /// Nodes and the view: dropped, moved, copied, selected; zoomed, panned and left.
@@ -19,12 +17,12 @@ class TestCanvas : public CanvasTest
 
 private:
     /// Whether the item is let in over the canvas and down, whatever the events say before.
-    bool IsDropped(std::string const& id, QPoint const& point = kNowhere,
+    bool IsDropped(int uid, QPoint const& point = kNowhere,
                    Qt::DropActions actions = Qt::CopyAction)
     {
         QByteArray bytes;
         QDataStream stream(&bytes, QIODevice::WriteOnly);
-        stream << QString::fromStdString(id);
+        stream << QString::fromStdString(m_Host->FindItem(Uid(uid)).Serialize());
         QMimeData data;
         data.setData(QString::fromLatin1(kItemMimeType), bytes);
         QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
@@ -39,12 +37,6 @@ private:
                 return false;
         }
         return true;
-    }
-
-    bool IsDropped(int uid, QPoint const& point = kNowhere,
-                   Qt::DropActions actions = Qt::CopyAction)
-    {
-        return IsDropped(m_Host->FindItem(Uid(uid)).Serialize(), point, actions);
     }
 
     double Zoom() const
@@ -64,22 +56,6 @@ private:
         QApplication::sendEvent(m_Canvas->viewport(), &event);
     }
 
-    QString ToolTipAt(QPoint const& point)
-    {
-        QHelpEvent event(QEvent::ToolTip, point, m_Canvas->viewport()->mapToGlobal(point));
-        QApplication::sendEvent(m_Canvas->viewport(), &event);
-        return QToolTip::text();
-    }
-
-    QString ShownTexts() const
-    {
-        QStringList texts;
-        for (QLabel const* const label : m_Canvas->findChildren<QLabel*>())
-            if (label->isVisible())
-                texts << label->text();
-        return texts.join('|');
-    }
-
 private Q_SLOTS:
     void droppedItemsBecomeNodes()
     {
@@ -92,7 +68,6 @@ private Q_SLOTS:
         // Other actions and items are refused.
         QVERIFY(!IsDropped(kAdd, kNowhere, Qt::MoveAction));
         QVERIFY(!IsDropped(kFloat));
-        QVERIFY(!IsDropped("solver:" + Uid(98)) && !IsDropped("compound:" + Uid(kAdd)));
         m_Host->SetCompoundTarget(CompoundAccessor());
         QVERIFY(!IsDropped(kAdd));
     }
@@ -100,10 +75,7 @@ private Q_SLOTS:
     void refusedChangesSayWhy()
     {
         m_Host->GetMessages().ClearLog();
-        IsDropped(kMain);
         IsDropped(kOuter);
-        QApplication::clipboard()->setText(QStringLiteral("some words"));
-        m_Canvas->Paste();
         Open(kOuter);
         m_Canvas->SelectAll();
         m_Canvas->Copy();
@@ -112,9 +84,8 @@ private Q_SLOTS:
         Open(kLocked);
         IsDropped(kAdd);
         QStringList messages = GetMessages(*m_Host);
-        for (char const* const text : {"\"Main\" cannot be put into itself.",
-                                       "\"Outer\" cannot be put into \"Main\", which it",
-                                       "something else", "itself", "Locked"})
+        for (char const* const text :
+             {"\"Outer\" cannot be put into \"Main\", which it", "itself", "Locked"})
             QVERIFY2(!messages.isEmpty() && messages.takeFirst().contains(text), text);
         QVERIFY(messages.isEmpty() && !Stack().count());
     }
@@ -135,7 +106,7 @@ private Q_SLOTS:
             {"Move Node", [&] { TypeKey(Qt::Key_Right); }, "one 40,40|"},
             {"Connect", [&] { Drag(At("one.sum"), At("two.a")); }, "|one.sum>two.a"},
             {"Move Nodes",
-             [&] { Click(At("one")), Click(At("two"), Qt::ShiftModifier), TypeKey(Qt::Key_Down); },
+             [&] { Drag(ViewPoint(190, -30), ViewPoint(310, 50)), TypeKey(Qt::Key_Down); },
              "one 40,60|two 300,20|say 0,200|"},
             {"Move Nodes", [&] { Drag(At("two"), At("two") + QPoint(-40, 0)); },
              "one 0,60|two 260,20|say 0,200|"},
@@ -175,7 +146,7 @@ private Q_SLOTS:
             return *Scene().FindNodePosition("one");
         };
         QPoint const from = At("one");
-        for (QPoint const& way : {QPoint(6, 3), QPoint(0, 0), QPoint(90, 60)}) {
+        for (QPoint const& way : {QPoint(6, 3), QPoint(90, 60)}) {
             Press(from);
             MoveMouse(from + QPoint(50, 50));
             QCOMPARE(position(), QPointF(60, 60));
@@ -184,25 +155,8 @@ private Q_SLOTS:
                 TypeKey(Qt::Key_Escape);
             Release(from + way);
             QCOMPARE(position(), QPointF(7, 9));
-            QCOMPARE(m_Canvas->HasSelection(), way.x() < 90);
         }
         QCOMPARE(Stack().count(), 1);
-    }
-
-    void nodesFarAwayAreFound()
-    {
-        Click(At("one"));
-        m_Canvas->Copy();
-        m_Canvas->centerOn(QPointF(3000, 3000));
-        m_Canvas->Paste();
-        QCOMPARE(Nodes(), kNodes + "|one-2 3000,3000");
-        Change([](GraphBody& body) { body.nodes[1].position = QPointF(5e30, -5e30); });
-        m_Canvas->Fit();
-        QVERIFY(View().contains(QPointF(300, 200)));
-        // A copy has nowhere to go.
-        m_Canvas->SelectAll();
-        m_Canvas->Duplicate();
-        QCOMPARE(Body().nodes.size(), std::size_t(10));
     }
 
     void doubleClicksOpenCompounds()
@@ -216,54 +170,6 @@ private Q_SLOTS:
         QCOMPARE(Stack().count(), 0);
     }
 
-    void nodesAreSelected()
-    {
-        QSignalSpy changed(m_Canvas.get(), &CCanvas::SelectionChanged);
-        // A rubber band adds with Shift, and takes what it touches.
-        std::pair<std::function<void()>, Ids> const steps[] = {
-            {[&] { Click(At("one")); }, {"one"}},
-            {[&] { Click(At("say"), Qt::ControlModifier); }, {"one", "say"}},
-            {[&] { Click(At("one"), Qt::ControlModifier); }, {"say"}},
-            {[&] { Drag(ViewPoint(200, -30), ViewPoint(310, 10), Qt::ShiftModifier); },
-             {"say", "two"}},
-            {[&] { Drag(ViewPoint(230, -30), ViewPoint(290, 300)); }, {}},
-            {[&] { Click(At("two")); }, {"two"}},
-            {[&] { Change([](GraphBody& body) { body.nodes.erase(body.nodes.begin()); }); },
-             {"two"}},
-            {[&] { m_Canvas->SelectAll(); }, {"gone", "say", "two"}}};
-        for (auto const& [act, selected] : steps) {
-            QApplication::processEvents();
-            changed.clear();
-            act();
-            QCOMPARE(Scene().GetSelectedNodes(), selected);
-            QCOMPARE(m_Canvas->HasSelection(), !selected.empty());
-        }
-        QApplication::processEvents();
-        // Not of each node: whoever listens may look at all of them.
-        QCOMPARE(changed.count(), 1);
-    }
-
-    void viewIsZoomed()
-    {
-        QPoint const point(620, 410);
-        QPointF const before = m_Canvas->mapToScene(point);
-        // Turns of the wheel, and the zoom that comes of each.
-        std::pair<int, double> const turns[] = {{240, 1.15 * 1.15}, {6000, 4.0}, {-10800, 0.05}};
-        for (auto const& [delta, zoom] : turns) {
-            TurnWheel(point, delta);
-            QVERIFY(qAbs(Zoom() - zoom) < 0.001);
-            QVERIFY(Zoom() < 1 || QLineF(before, m_Canvas->mapToScene(point)).length() < 2);
-        }
-        m_Canvas->ResetZoom();
-        QPointF const middle = View().center();
-        m_Canvas->ZoomIn();
-        QCOMPARE(Zoom(), 1.25);
-        m_Canvas->ZoomOut();
-        m_Canvas->ZoomOut();
-        QCOMPARE(Zoom(), 0.8);
-        QVERIFY(QLineF(middle, View().center()).length() < 3);
-    }
-
     void graphsAreFittedUntilTheyAreZoomed()
     {
         m_Canvas->resize(1200, 700);
@@ -273,8 +179,13 @@ private Q_SLOTS:
         QVERIFY(Zoom() < 0.5);
         QVERIFY(View().contains(Scene().GetBounds().adjusted(-26, -26, 26, 26)));
         QVERIFY(QLineF(View().center(), Scene().GetBounds().center()).length() < 6);
-        m_Canvas->ZoomIn();
-        m_Canvas->centerOn(QPointF(200, 100));
+        // What is under the wheel stays there.
+        m_Canvas->ResetZoom();
+        QPoint const point(220, 410);
+        QPointF const under = m_Canvas->mapToScene(point);
+        TurnWheel(point, 240);
+        QVERIFY(qAbs(Zoom() - 1.15 * 1.15) < 0.001);
+        QVERIFY(QLineF(under, m_Canvas->mapToScene(point)).length() < 2);
         QRectF const before = View();
         Open(kOuter);
         QCOMPARE(Zoom(), 1.0);
@@ -282,20 +193,20 @@ private Q_SLOTS:
         // Scroll bars stand at whole pixels.
         QVERIFY(QLineF(before.topLeft(), View().topLeft()).length() < 2 / Zoom());
         QVERIFY(qAbs(before.width() - View().width()) < 0.001);
+        // A node that is lost in the distance is left out.
+        Change([](GraphBody& body) { body.nodes[1].position = QPointF(5e30, -5e30); });
+        m_Canvas->Fit();
+        QVERIFY(View().contains(QPointF(300, 200)));
     }
 
     void viewIsPanned()
     {
-        for (Qt::MouseButton const button : {Qt::MiddleButton, Qt::LeftButton}) {
-            if (button == Qt::LeftButton)
-                QTest::keyPress(m_Canvas.get(), Qt::Key_Space);
-            QCOMPARE(Cursor(), button == Qt::LeftButton ? Qt::OpenHandCursor : Qt::ArrowCursor);
-            QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
-            Drag({300, 300}, {350, 280}, Qt::NoModifier, button);
-            QCOMPARE(m_Canvas->mapToScene(QPoint(0, 0)), before + QPointF(-50, 20));
-            QTest::keyRelease(m_Canvas.get(), Qt::Key_Space);
-            QCOMPARE(Cursor(), Qt::ArrowCursor);
-        }
+        QTest::keyPress(m_Canvas.get(), Qt::Key_Space);
+        QCOMPARE(Cursor(), Qt::OpenHandCursor);
+        QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
+        Drag({300, 300}, {350, 280});
+        QCOMPARE(m_Canvas->mapToScene(QPoint(0, 0)), before + QPointF(-50, 20));
+        QTest::keyRelease(m_Canvas.get(), Qt::Key_Space);
         // The left button does what it did before.
         Drag(At("one"), At("one") + QPoint(20, 0));
         QVERIFY(Nodes().startsWith(QStringLiteral("one 20,0|")));
@@ -315,24 +226,6 @@ private Q_SLOTS:
         MoveMouse(QPoint(400, 400));
         Release(QPoint(400, 400));
         QVERIFY(!m_Canvas->HasSelection());
-    }
-
-    void hintsAndToolTipsTellWhatIsThere()
-    {
-        m_Canvas->SetSummary(QStringLiteral("Test"), QStringLiteral("3 solvers"));
-        QCOMPARE(ShownTexts(), QString());
-        Open(kEmpty);
-        QVERIFY(ShownTexts().startsWith(QStringLiteral("Drag nodes here")));
-        m_Host->SetCompoundTarget(CompoundAccessor());
-        QVERIFY(ShownTexts().startsWith(QStringLiteral("Test|3 solvers\n\nDouble-click")));
-        m_Canvas->SetSummary(QString(), QString());
-        QCOMPARE(ShownTexts(), QStringLiteral("|Open a library to begin."));
-        Open(kMain);
-        QCOMPARE(ToolTipAt(ViewPoint(230, -30)), QString());
-        QCOMPARE(ToolTipAt(At("one.sum")), QStringLiteral("sum: Float"));
-        QCOMPARE(ToolTipAt(At("gone.lost")), QStringLiteral("lost"));
-        QCOMPARE(ToolTipAt(At("one")), QStringLiteral("Add"));
-        QVERIFY(ToolTipAt(At("gone")).contains(QString::fromStdString(Uid(99))));
     }
 
     void graphsStayWhole()

