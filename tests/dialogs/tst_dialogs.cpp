@@ -43,10 +43,6 @@ private Q_SLOTS:
              "10,12 Signature name: |10,42 Category: |" + buttons
                  + "120,10 old 220x20|120,40  220x20|190,100 Cancel",
              "QLineEdit QLineEdit Ok Cancel"},
-            {"r&d", "Create r&d",
-             "10,12 R&d name: |10,42 Category: |" + buttons
-                 + "120,10 old 220x20|120,40  220x20|190,100 Cancel",
-             "QLineEdit QLineEdit Ok Cancel"},
             {"loop compound", "Create loop compound",
              "10,12 Loop compound name: |10,42 Category: |10,72 Signature: |" + buttons
                  + "120,10 old 220x20|120,40  220x20|120,70 None 220x20|190,100 Cancel",
@@ -67,16 +63,10 @@ private Q_SLOTS:
             QCOMPARE(dialog->size(), QSize(370, 130));
             QCOMPARE(dialog->windowTitle() + '|' + Describe(*dialog), title + '|' + parts);
             QCOMPARE(GetTabOrder(*dialog), tabOrder);
-            // No name is taken for markup, no label reaches under its field, and no button out.
-            for (QLabel* const label : dialog->findChildren<QLabel*>()) {
-                bool const isNaming = label->x() == 10;
-                QVERIFY(isNaming ? label->geometry().right() < 120
-                                 : label->textFormat() == Qt::PlainText);
-                // Each label names the field beside it.
-                QVERIFY(!isNaming || label->text().contains('&')
-                        || (label->buddy() && label->buddy()->y() == label->y() - 2));
-            }
-            QVERIFY(dialog->rect().contains(dialog->childrenRect()));
+            // No name is taken for markup, and no label reaches under its field.
+            for (QLabel* const label : dialog->findChildren<QLabel*>())
+                QVERIFY(label->x() == 10 ? label->geometry().right() < 120
+                                         : label->textFormat() == Qt::PlainText);
         }
     }
 
@@ -104,8 +94,6 @@ private Q_SLOTS:
                 QMessageBox& box = dynamic_cast<QMessageBox&>(shown);
                 QCOMPARE(box.windowTitle() + '|' + box.text(),
                          QString("Invalid Name|The loop compound name is invalid."));
-                QCOMPARE(box.icon(), QMessageBox::Critical);
-                QCOMPARE(box.standardButtons(), QMessageBox::StandardButtons(QMessageBox::Ok));
                 Use(box, "<Return>");
             });
             Use(dialog, "<Backspace><Tab>Math<Ok>");
