@@ -35,12 +35,9 @@ private Q_SLOTS:
             {"component 0", 0, "", "factory state", "27 false"},
             {"component 1", 0, "", "factory state", "27 false"},
             {"component 1", 1, "locked", "factory read-only", ""},
-            {"project", 0, "open", "state", "20 true"},
             {"project", 0, "locked", "factory read-only", ""},
             {"project", 0, "locked unloaded", "state", "20 true"},
             {"no service", 0, "", "state", "20 true"},
-            {"other service", 0, "", "state", "20 true"},
-            {"no UID", 0, "", "state", "20 true"},
             {"no object", 0, "", "state", "20 true"}};
         for (auto const& [source, accessMode, asset, flags, icon] : rows) {
             SetUp();
@@ -55,17 +52,6 @@ private Q_SLOTS:
         }
     }
 
-    /// A host may make items itself; states are of compounds only.
-    void keepsTheStateGiven()
-    {
-        m_Browser.reset(new TestBrowser);
-        for (char const* kind : {"compound", "solver"}) {
-            ItemAccessor accessor = m_Library->GetAccessor(m_Library->Add(FindKind(kind), kind));
-            CNodeBrowser::Item const item(m_Browser.get(), accessor, 5, ItemID());
-            QCOMPARE(item.m_ScState, *kind == 'c' ? 5 : 0);
-        }
-    }
-
 private:
     void AddItem(QString const& source, int accessMode, QString const& asset)
     {
@@ -76,10 +62,7 @@ private:
         dataSource->m_AccessMode = accessMode;
         if (source != "no service")
             m_Host->AddRevisionControl();
-        if (source == "other service")
-            m_Host->SetService("RevisionControlUIHelper", &m_Host->m_Proxy);
-        TestItem const& added = m_Library->Add(TarnoType::gCompound, "item", "",
-                                               source == "no UID" ? "Compound:x" : nullptr);
+        TestItem const& added = m_Library->Add(TarnoType::gCompound, "item");
         if (source == "no object")
             return;
         TestObject& object = m_Library->AddObject(added, dataSource);

@@ -104,13 +104,6 @@ private Q_SLOTS:
         QRect const places[] = {{9, 2, 20, 20}, {2, 26, 27, 20}, {2, 50, 20, 20}, {9, 74, 20, 20}};
         for (unsigned int row = 0; row < 4; ++row)
             QCOMPARE(BoundsOf(image, QColor(0xFF0001 + row)), places[row].translated(0, 23));
-
-        // Without states the badge strip of the factory is all that is left.
-        m_Browser->SetSourceControlEnabled(false);
-        QImage const plain = m_Browser->Paint();
-        QImage const compound = Cut(plain, QRect(0, 23 + 48, 35, 24));
-        QCOMPARE(compound, Cut(plain, QRect(0, 23 + 72, 35, 24)));
-        QVERIFY(compound != Cut(plain, QRect(0, 23, 35, 24)));
     }
 
     void writesNames()
@@ -195,12 +188,6 @@ private:
             }
         }
         return bounds;
-    }
-
-    static QImage Cut(QImage const& image, QRect const& rect)
-    {
-        int const scale = qRound(image.devicePixelRatio());
-        return image.copy(QRect(rect.topLeft() * scale, rect.size() * scale));
     }
 };
 

@@ -123,9 +123,6 @@ private Q_SLOTS:
         QApplication::processEvents();
 
         bool cancel = true;
-        auto const showStates = [this](bool areShown) {
-            m_Browser->SetSourceControlEnabled(areShown);
-        };
         // Whether it is painted, and questions asked; making the list takes five.
         typedef std::tuple<char const*, std::function<void()>, bool, int> Row;
         for (auto const& [name, happen, isPainted, questions] : {
@@ -138,13 +135,10 @@ private Q_SLOTS:
                  Row{"commit", [&] { m_Browser->OnPreCommit(library, &cancel); }, false, 0},
                  Row{"committed", [&] { m_Browser->OnPostCommit(library); }, false, 0},
                  Row{"tags", [&] { TellTags(item.id); }, false, 0},
-                 Row{"same state", [&] { TellState(item.id, 0); }, false, 0},
                  Row{"other state", [&] { TellState(item.id, 1); }, true, 0},
-                 Row{"states shown", [&] { showStates(true); }, true, 5},
-                 Row{"states shown again", [&] { showStates(true); }, false, 0},
+                 Row{"states shown", [&] { m_Browser->SetSourceControlEnabled(true); }, true, 5},
                  Row{"state shown", [&] { TellState(item.id, 2); }, true, 0},
-                 Row{"states hidden", [&] { showStates(false); }, true, 0},
-                 Row{"states hidden again", [&] { showStates(false); }, false, 0},
+                 Row{"states hidden", [&] { m_Browser->SetSourceControlEnabled(false); }, true, 0},
                  Row{"library", [&] { m_Browser->SetItemLibrary(library); }, true, 5},
                  Row{"search", [&] { m_Browser->SearchTextChange("i"); }, true, 0},
                  Row{"tab", [&] { m_Browser->TabChanged(0); }, true, 0},
