@@ -22,14 +22,8 @@ class TestPalette : public CNodePalette
 public:
     using CNodePalette::CNodePalette;
 
-    using CNodeBrowser::m_HeaderHeight;
-    using CNodeBrowser::m_Items;
-    using CNodeBrowser::m_ScrollBar;
-    using CNodeBrowser::m_ScrollOffset;
-    using CNodeBrowser::m_SearchEdit;
-    using CNodeBrowser::m_SelectedIndex;
-    using CNodeBrowser::m_TabBar;
-    using CNodeBrowser::m_VisibleItems;
+    using CNodeBrowser::m_HeaderHeight, CNodeBrowser::m_ScrollBar, CNodeBrowser::m_ScrollOffset,
+        CNodeBrowser::m_SearchEdit, CNodeBrowser::m_SelectedIndex, CNodeBrowser::m_TabBar;
 
     QStringList GetRows()
     {
