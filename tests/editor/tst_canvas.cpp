@@ -159,17 +159,6 @@ private Q_SLOTS:
         QCOMPARE(Stack().count(), 1);
     }
 
-    void doubleClicksOpenCompounds()
-    {
-        DoubleClick(At("one"));
-        Open(kOuter);
-        DoubleClick(At("main.value"));
-        QVERIFY(IsOpen(kOuter));
-        DoubleClick(At("main"));
-        QVERIFY(IsOpen(kMain));
-        QCOMPARE(Stack().count(), 0);
-    }
-
     void graphsAreFittedUntilTheyAreZoomed()
     {
         m_Canvas->resize(1200, 700);

@@ -165,15 +165,6 @@ private Q_SLOTS:
         }
     }
 
-    void selectedNodesLieAbove()
-    {
-        Change([](GraphBody& body) { body.nodes[1].position = QPointF(140, 20); });
-        for (std::string const id : {"one", "two", "one"}) {
-            Click(id == "one" ? ViewPoint(20, 10) : ViewPoint(280, 30));
-            QCOMPARE(Scene().FindNodeAt(QPointF(150, 60))->id, id);
-        }
-    }
-
     /// From the event loop, unlike the pictures that are taken here.
     void changesAreShown()
     {

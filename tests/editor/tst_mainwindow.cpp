@@ -145,21 +145,6 @@ private:
     std::unique_ptr<EditorRun> m_Run;
 
 private Q_SLOTS:
-    void titleTellsWhatIsOpen()
-    {
-        CMainWindow& window = m_Run->window;
-        QCOMPARE(window.windowTitle(), QStringLiteral("Node Editor"));
-        Open();
-        QCOMPARE(window.windowTitle(), QStringLiteral("Test[*]"));
-        Show(1);
-        Rename();
-        QTRY_COMPARE(window.windowTitle(), QStringLiteral("New - Test[*]"));
-        QVERIFY(window.isWindowModified());
-        Action("Save graph library")->trigger();
-        QTRY_VERIFY(!window.isWindowModified());
-        QCOMPARE(NameOnDisk(), QStringLiteral("New"));
-    }
-
     void otherLibrariesAreOpenedFromTheMenu()
     {
         QString const empty = m_Home->filePath("Empty & new");

@@ -110,8 +110,6 @@ private Q_SLOTS:
         StartAndKill(QString(), data + "sample-library");
         QCOMPARE(QDir(data).entryList({"sample*"}), QStringList("sample-library"));
         StartAndKill("--new fresh/.", m_Folder.filePath("fresh"));
-        QFile::remove(m_Home.filePath(kSettings));
-        StartAndKill("fresh", m_Folder.filePath("fresh"));
         // What was open last comes without being named.
         StartAndKill(QString(), m_Folder.filePath("fresh"));
     }
