@@ -31,8 +31,6 @@ private Q_SLOTS:
 private:
     static void Receive(QtMsgType type, QMessageLogContext const& context, QString const& message);
 
-    bool IsExpected(QString const& message) const;
-
     QStringList m_Expected;
     QStringList m_Unexpected;
     QtMessageHandler m_PreviousHandler;

@@ -204,14 +204,6 @@ private Q_SLOTS:
         QString const show = QString("ShowFiles %1 false|").arg(kClipUid);
         QCOMPARE(m_Host->TakeCalls().mid(1).join('|'),
                  show + show + "Initialize Soft Glow|RenameCompound Soft Glow 'Halo' manager");
-
-        // An item that is gone has no dialog.
-        m_Library->Remove((*m_Library)["Soft Clip"]);
-        for (char const* command : {"OnRenameItem", "OnEditItemTags"}) {
-            DialogUser none("<Escape>");
-            Run(command);
-            QVERIFY(!none.HasClosed());
-        }
     }
 
     /// A subclass may change the items without a word.
@@ -261,14 +253,13 @@ private:
         database.Clear();
         m_Host->AddRevisionControl();
         m_Source = database.AddSource("project");
-        m_Resource =
-            &database.AddResource(kResourceUid, "elsewhere", database.AddSource("elsewhere"));
+        database.AddResource(kResourceUid, "elsewhere", database.AddSource("elsewhere"));
         auto const add = [&](TestLibrary& library, char const* kind, char const* name,
                              char const* tags, char const* uid) {
-            return &library.AddObject(library.Add(kind, name, tags, uid), m_Source);
+            library.AddObject(library.Add(kind, name, tags, uid), m_Source);
         };
         add(*m_Library, TarnoType::gCompound, "Soft Clip", "b;a", kClipUid);
-        m_Glow = add(*m_Library, TarnoType::gCompound, "Soft Glow", " b; a ", kGlowUid);
+        add(*m_Library, TarnoType::gCompound, "Soft Glow", " b; a ", kGlowUid);
         add(*m_Library, TarnoType::gSolver, "Tone", "a;b", "no UID of a database object");
         for (int number = 1; number < 4; ++number)
             add(*m_Other, TarnoType::gCompound, "B", "x",
@@ -444,8 +435,6 @@ private:
 
     std::unique_ptr<TestLibrary> m_Other;
     TestDataSource* m_Source;
-    TestObject* m_Resource;
-    TestObject* m_Glow;
 };
 
 NODEBROWSER_TEST(TestCommands)
