@@ -194,11 +194,6 @@ protected:
         Release(point);
     }
 
-    bool IsOpen(int uid) const
-    {
-        return m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(uid));
-    }
-
     void TypeKey(Qt::Key key)
     {
         QTest::keyClick(m_Canvas.get(), key);

@@ -49,13 +49,6 @@ private:
         return m_Canvas->mapToScene(m_Canvas->viewport()->rect()).boundingRect();
     }
 
-    void TurnWheel(QPoint const& point, int delta)
-    {
-        QWheelEvent event(point, m_Canvas->viewport()->mapToGlobal(point), {}, QPoint(0, delta),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(m_Canvas->viewport(), &event);
-    }
-
 private Q_SLOTS:
     void droppedItemsBecomeNodes()
     {
@@ -172,7 +165,9 @@ private Q_SLOTS:
         m_Canvas->ResetZoom();
         QPoint const point(220, 410);
         QPointF const under = m_Canvas->mapToScene(point);
-        TurnWheel(point, 240);
+        QWheelEvent turn(point, m_Canvas->viewport()->mapToGlobal(point), {}, QPoint(0, 240),
+                         Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(m_Canvas->viewport(), &turn);
         QVERIFY(qAbs(Zoom() - 1.15 * 1.15) < 0.001);
         QVERIFY(QLineF(under, m_Canvas->mapToScene(point)).length() < 2);
         QRectF const before = View();

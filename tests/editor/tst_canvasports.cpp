@@ -38,10 +38,10 @@ private:
         return IsLike(Picture().pixelColor(point), GetTypeColor(Uid(kFloat), "Float", false));
     }
 
-    /// It can be pressed and seen, so far from the middle between two ports.
-    bool IsWireAt(char const* from, char const* to, QPoint const& offset) const
+    /// It can be pressed and seen, so far from the port.
+    bool IsWireAt(char const* port, int offset) const
     {
-        QPoint const point = Between(from, to) + offset;
+        QPoint const point = At(port) + QPoint(offset, 0);
         return IsPaintedAt(point) && Scene().FindConnectionAt(m_Canvas->mapToScene(point), 2);
     }
 
@@ -121,8 +121,8 @@ private Q_SLOTS:
             for (int const way : {60, 20}) {
                 MoveMouse(from + QPoint(0, way));
                 // At both of its ends.
-                QVERIFY(IsWireAt("one.sum", "one.sum", {7, 0}));
-                QVERIFY(IsWireAt("two.a", "two.a", {-8, 0}));
+                QVERIFY(IsWireAt("one.sum", 7));
+                QVERIFY(IsWireAt("two.a", -8));
             }
             Release(from + QPoint(0, 20));
             QVERIFY(IsAsOpenedAnew());
@@ -214,8 +214,9 @@ private Q_SLOTS:
         Choose(Between("one.sum", "two.a"), "Delete");
         QCOMPARE(Wires(), QStringLiteral("gone.lost>two.b"));
         Open(kOuter);
-        Choose(At("main"), "Open");
-        QVERIFY(IsOpen(kMain) && m_Canvas->CanPaste());
+        DoubleClick(At("main"));
+        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));
+        QVERIFY(m_Canvas->CanPaste());
         // Where nothing can be changed, the entry cannot be chosen.
         Open(kLocked);
         m_Host->GetMessages().ClearLog();

@@ -43,11 +43,6 @@ private:
         QVERIFY(process.waitForFinished());
     }
 
-    int CountFiles(QString const& folder) const
-    {
-        return int(QDir(m_Folder.filePath(folder)).entryList(QDir::Files | QDir::Hidden).size());
-    }
-
     QString const kSettings = QStringLiteral("XDG_CONFIG_HOME/nodeeditor/nodeeditor.ini");
     QTemporaryDir m_Folder;
     QTemporaryDir m_Home;

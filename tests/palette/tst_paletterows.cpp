@@ -1,6 +1,5 @@
 #include "palettetest.h"
 
-#include <QApplication>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
