@@ -1,7 +1,6 @@
 #include "gittest.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
@@ -58,32 +57,23 @@ private:
     QString m_Path;
 
 private Q_SLOTS:
-    void checkOutAndMakeWritable_data()
-    {
-        QTest::addColumn<bool>("checksOut");
-        QTest::newRow("check out") << true;
-        QTest::newRow("make writable") << false;
-    }
-
     void checkOutAndMakeWritable()
     {
-        QFETCH(bool, checksOut);
-        QVERIFY(QFile::setPermissions(m_Path, QFile::ReadOwner | QFile::ReadGroup));
         StateRecorder const recorder(m_Library->host->GetLibrary());
         TaskPtr const task = AskForAll(*m_Library);
         QTRY_COMPARE(recorder.count, 2);
-        if (checksOut)
-            QVERIFY(CheckOut(m_Library->GetObject(0)));
-        else
-            GetUIHelper().MakeWritable(m_Library->GetObject(0), true);
-        QFile::Permissions const permissions = QFile::permissions(m_Path);
-        QVERIFY(permissions.testFlag(QFile::WriteOwner));
-        QVERIFY(!permissions.testFlag(QFile::WriteGroup));
-        QCOMPARE(QFileInfo::exists(m_Library->folder.GetPath(".git/checkedout.json")), checksOut);
-        QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)),
-                     checksOut ? kClean | kCheckedOut : kClean);
-        QCOMPARE(GetStatus(), QString());
-        QCOMPARE(GetMessages(*m_Library->host), QStringList());
+        for (unsigned const expected : {kClean, kClean | kCheckedOut}) {
+            QVERIFY(QFile::setPermissions(m_Path, QFile::ReadOwner | QFile::ReadGroup));
+            if (expected == kClean)
+                GetUIHelper().MakeWritable(m_Library->GetObject(0), true);
+            else
+                QVERIFY(CheckOut(m_Library->GetObject(0)));
+            QFile::Permissions const permissions = QFile::permissions(m_Path);
+            QVERIFY(permissions.testFlag(QFile::WriteOwner));
+            QVERIFY(!permissions.testFlag(QFile::WriteGroup));
+            QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)), expected);
+        }
+        QVERIFY(GetStatus().isEmpty() && GetMessages(*m_Library->host).isEmpty());
     }
 
     void checkOutSaysWhyNot()
@@ -101,9 +91,7 @@ private Q_SLOTS:
         QVERIFY(isRefused("it is not in a git work tree"));
         QFile::remove(m_Path);
         QVERIFY(isRefused("has no file on disk"));
-        bool isCheckedOut = true;
-        GetUIHelper().CheckOut(qorm::QormHandle<qorm::IDbObject>(), isCheckedOut, true);
-        QVERIFY(!isCheckedOut);
+        QVERIFY(!CheckOut(qorm::QormHandle<qorm::IDbObject>()));
     }
 
     void showFilesAsksTheHost()
@@ -140,17 +128,11 @@ private Q_SLOTS:
         QFile::remove(folder.GetPath(".git/index.lock"));
         QTRY_COMPARE(GetStatus(), moved);
 
-        // When it is busy for long, the user is told what to do.
+        // When it is busy for long, the user is told.
         folder.Write(".git/index.lock", "");
         stack.undo();
         QCOMPARE(folder.Read(m_File), content);
         QTRY_COMPARE(GetMessages(*m_Library->host).size(), 1);
-        QVERIFY(GetMessages(*m_Library->host)
-                    .front()
-                    .contains("moved on disk, but not for git: git's index cannot be"));
-        QFile::remove(folder.GetPath(".git/index.lock"));
-        folder.Git({"add", "-A"});
-        QCOMPARE(GetStatus(), QString());
     }
 
     void toolTipTellsAllThereIs()
@@ -169,11 +151,6 @@ private Q_SLOTS:
         QVERIFY(GetToolTip(1).contains(":compound.png"));
         QTRY_COMPARE(GetLines(GetToolTip(0)).value(2), QString("State: unchanged"));
 
-        m_Library->folder.Git({"rm", "-q", "-r", "--cached", "."});
-        m_Library->folder.Git({"commit", "-q", "-m", "nothing"});
-        m_Library->folder.Git({"add", m_File});
-        QTRY_COMPARE(GetLines(GetToolTip(0)),
-                     (QStringList{"c0", m_File, "State: added", "Not committed yet"}));
         m_Library->host->SetRevisionControlEnabled(false);
         LibraryUser(*m_Library->host).Rename(m_Library->GetItem(0), "<i>");
         QCOMPARE(GetLines(GetToolTip(0)), (QStringList{"<i>", m_File}));
@@ -181,7 +158,6 @@ private Q_SLOTS:
         auto const object = m_Library->GetObject(0);
         m_Library->host->CloseLibrary();
         QCOMPARE(ScsUtils::GetToolTip(object, QString()), QString());
-        QCOMPARE(ScsUtils::GetToolTip(qorm::QormHandle<qorm::IDbObject>(), QString()), QString());
     }
 };
 
