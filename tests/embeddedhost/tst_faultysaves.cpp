@@ -2,7 +2,6 @@
 #include "hosttest.h"
 #include "testtable.h"
 
-#include <embeddedhost/journal.h>
 #include <nlohmann/json.hpp>
 
 #include <QDir>
@@ -11,7 +10,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <thread>
@@ -28,15 +26,6 @@ QByteArray WithName(char const* name)
 {
     return QByteArray::fromStdString(
         nlohmann::ordered_json::parse(Object(1, "compound", name).toStdString()).dump(2) + '\n');
-}
-
-/// Null when there is none, or it is torn.
-QByteArray GetJournal(QTemporaryDir const& folder)
-{
-    QDir const dir(folder.path());
-    QStringList const names = dir.entryList({QStringLiteral("*.json")}, QDir::Files);
-    QByteArray const journal = names.size() == 1 ? ReadFile(dir.filePath(names[0])) : QByteArray();
-    return nlohmann::json::accept(journal.toStdString()) ? journal : QByteArray();
 }
 
 } // namespace
@@ -120,13 +109,6 @@ private:
         faultyfiles::FailAt(call, error, forGood, isHalf);
     }
 
-    /// The reason that is said at least once.
-    static QString Explain(char const* otherFileSystem)
-    {
-        QFETCH(int, error);
-        return QString::fromLocal8Bit(error == EXDEV ? otherFileSystem : std::strerror(error));
-    }
-
     /// What another program does to the file.
     void Interfere(QString const& way, QString const& file, QTemporaryDir const& outside,
                    QByteArray const& theirs, std::thread& writer)
@@ -168,9 +150,7 @@ private Q_SLOTS:
     {
         AddColumns<int, bool, bool>("error", "forGood", "isHalf");
         AddRow("once: another file system", EXDEV, false, false);
-        AddRow("once: the disk is broken", EIO, false, false);
         AddRow("the disk is full after half a write", ENOSPC, true, true);
-        AddRow("the disk is full", ENOSPC, true, false);
         AddRow("no more files can be opened", EMFILE, true, false);
     }
 
@@ -178,7 +158,6 @@ private Q_SLOTS:
     {
         Expect("Could not remove our own lock file");
         int failures = 0;
-        QString said;
         ForEachCall([&](int call, bool& hasMore) {
             Prepare();
             FailAt(call);
@@ -189,14 +168,12 @@ private Q_SLOTS:
             QCOMPARE(m_Host->IsModified(), !isSaved);
             QCOMPARE(m_User->GetSaveMessages().empty(), isSaved);
             QVERIFY2(isSaved || Log().contains("not saved"), qPrintable(Log()));
-            said += Log();
             // What a fault kept us from telling apart may be overwritten on purpose.
             QVERIFY2(SaveAnyhow(), qPrintable(QStringLiteral("call %1: ").arg(call) + Log()));
             Open();
             VerifySaved();
         });
         QVERIFY(failures > 10);
-        QVERIFY(said.contains(Explain("another file system than the data source's")));
     }
 
     void movesThatFailLoseNothing_data()
@@ -206,72 +183,29 @@ private Q_SLOTS:
 
     void movesThatFailLoseNothing()
     {
-        QString const from = QStringLiteral("project/below/changed.json");
         QString const to = QStringLiteral("factory/below/changed.json");
         int failures = 0;
-        QString said;
         ForEachCall([&](int call, bool& hasMore) {
             Close();
             m_Folder = std::make_unique<LibraryFolder>();
             m_Folder->MakeFactoryWritable();
-            m_Folder->Write(from, WithName("Old"));
+            m_Folder->Write(kChanged, WithName("Old"));
             Open();
             auto const factory = FindObject(kFactoryComponent).GetDataSource();
             FailAt(call);
             MoveObject(Uid(1), factory);
             hasMore = faultyfiles::Stop();
 
-            bool const isMoved = Content(from).isEmpty();
+            bool const isMoved = Content(kChanged).isEmpty();
             failures += !isMoved;
-            QCOMPARE(Content(isMoved ? to : from), WithName("Old"));
-            QVERIFY(Content(isMoved ? from : to).isEmpty());
+            QCOMPARE(Content(isMoved ? to : kChanged), WithName("Old"));
+            QVERIFY(Content(isMoved ? kChanged : to).isEmpty());
             QVERIFY2(isMoved || Log().contains("could not be moved"), qPrintable(Log()));
-            said += Log();
             m_User->Rename(Item(1), "Ours");
             QVERIFY2(m_User->Save(), qPrintable(Log()));
-            QCOMPARE(Content(isMoved ? to : from), WithName("Ours"));
+            QCOMPARE(Content(isMoved ? to : kChanged), WithName("Ours"));
             MoveObject(Uid(1), factory);
             QCOMPARE(Content(to), WithName("Ours"));
-        });
-        QVERIFY(failures > 0);
-#ifndef NODEBROWSER_PORTABLE_FILES
-        QVERIFY(said.contains(Explain("different file systems")));
-#endif
-    }
-
-    void journalsThatFailLoseNothing_data()
-    {
-        savesThatFailLoseNothing_data();
-    }
-
-    void journalsThatFailLoseNothing()
-    {
-        Expect("Could not remove our own lock file");
-        int failures = 0;
-        ForEachCall([&](int call, bool& hasMore) {
-            Prepare();
-            QTemporaryDir const journals;
-            CJournal journal(*m_Host, journals.path());
-            journal.SetPause(0);
-            bool wasReached = true;
-            auto const write = [&](char const* name) {
-                m_User->Rename(Item(1), name);
-                // The change is announced by the event loop, and only then the pause begins.
-                for (int turn = 0; turn < 5; ++turn)
-                    QTest::qWait(1);
-                wasReached = faultyfiles::Stop();
-                return GetJournal(journals);
-            };
-            QByteArray const first = write("First");
-            QVERIFY(first.contains("First"));
-            FailAt(call);
-            QByteArray const second = write("Second");
-            hasMore = wasReached;
-            // It may have been tried again since, and gone well.
-            bool const hasFailed = Log().contains("kept safe");
-            failures += hasFailed;
-            QVERIFY2(second.contains("Second") || (hasFailed && second == first), second);
-            QVERIFY(write("Third").contains("Third"));
         });
         QVERIFY(failures > 0);
     }

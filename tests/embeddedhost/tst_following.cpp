@@ -6,19 +6,12 @@
 #include <QFile>
 #include <QTest>
 
-#include <nlohmann/json.hpp>
-
 using namespace tarno::datamodel;
 
 namespace {
 
 /// The JSON of files by path; no file where it is empty.
 typedef QMap<QString, QByteArray> Contents;
-
-QByteArray Compact(QByteArray const& json)
-{
-    return QByteArray::fromStdString(nlohmann::ordered_json::parse(json.toStdString()).dump());
-}
 
 } // namespace
 
@@ -31,7 +24,8 @@ protected:
     void Fill() override
     {
         m_Folder->Write(kGlowFile, Object(1, "compound", "Glow"));
-        m_Folder->Write(kTwoFile, '[' + kRamp + ", 7, " + kFade + ']');
+        m_Folder->Write(kTwoFile, '[' + Object(2, "compound", "Ramp") + ", 7, "
+                                      + Object(3, "compound", "Fade") + ']');
         m_Folder->Write("project/odd.json", Object(4, "solver", "Odd"));
     }
 
@@ -44,8 +38,6 @@ protected:
 private:
     QString const kGlowFile = QStringLiteral("project/glow.json");
     QString const kTwoFile = QStringLiteral("project/two.json");
-    QByteArray const kRamp = Object(2, "compound", "Ramp");
-    QByteArray const kFade = Object(3, "compound", "Fade");
 
     void WriteAll(Contents const& contents)
     {
@@ -127,16 +119,13 @@ private Q_SLOTS:
     void takesWhatIsGone_data()
     {
         AddColumns<Contents, bool>("theirs", "isThere");
-        QByteArray const theirs = Object(2, "compound", "Theirs");
         QTest::newRow("the object") << Contents{{kTwoFile, "[7]"}} << false;
         QTest::newRow("the file") << Contents{{kTwoFile, ""}} << false;
-        QTest::newRow("for another object")
-            << Contents{{kTwoFile, Object(9, "compound", "Theirs")}} << false;
         QTest::newRow("for another kind")
             << Contents{{kTwoFile, Object(2, "solver", "Theirs")}} << true;
         QTest::newRow("to another file")
-            << Contents{{kTwoFile, ""}, {"project/moved.json", theirs}} << true;
-        QTest::newRow("changed only") << Contents{{kTwoFile, '[' + theirs + ']'}} << true;
+            << Contents{{kTwoFile, ""}, {"project/moved.json", Object(2, "compound", "Theirs")}}
+            << true;
     }
 
     /// What we changed is no longer on disk, or no longer there. Undone, it goes back to where it
@@ -169,55 +158,6 @@ private Q_SLOTS:
         QCOMPARE(NameOf(3), QString("Ours As Well"));
     }
 
-    void readsChangesAsOpeningDoes_data()
-    {
-        AddColumns<Contents, Contents>("before", "after");
-        QByteArray const twin = Object(2, "compound", "Twin");
-        auto const row = [&](char const* name, QByteArray const& before, QByteArray const& after) {
-            QTest::newRow(name) << Contents{{kTwoFile, '[' + before + ']'}}
-                                << Contents{{kTwoFile, '[' + after + ']'}};
-        };
-        // Beside an item that changes.
-        auto const keeps = [&](char const* name, QByteArray const& other) {
-            row(name, kRamp + ',' + other, Object(2, "compound", "Steep") + ',' + other);
-        };
-        keeps("exact twin", kRamp);
-        keeps("twin in small letters", QByteArray(twin).toLower().replace("twin", "Twin"));
-        keeps("uid of another file's item", Object(1, "compound", "Glow"));
-        keeps("uid of a data source", QByteArray(twin).replace(Uid(2).c_str(), kProjectUid));
-        keeps("faulty and no objects", Object(2, "gadget", "Ramp") + ", 7, [], null");
-        row("twin is first", kRamp, twin + ',' + kRamp);
-        row("its twin becomes faulty", kRamp + ',' + twin, Object(2, "gadget", "R") + ',' + twin);
-        QTest::newRow("its twin's file goes")
-            << Contents{{kTwoFile, kRamp}, {"project/x.json", '[' + twin + ']'}}
-            << Contents{{kTwoFile, ""}};
-    }
-
-    /// Also what makes no item: a later save leaves it as it is.
-    void readsChangesAsOpeningDoes()
-    {
-        QFETCH(Contents, before);
-        QFETCH(Contents, after);
-        WriteAll(before);
-        Open();
-        WriteAll(after);
-        ChangeRecorder recorder(m_Host->GetLibrary());
-        m_Host->CheckFolder();
-        QVERIFY(!recorder.Take().isEmpty());
-        QStringList const items = ListItems();
-        auto const contents = m_Folder->Read();
-
-        m_User->Tag(Item(2), "ours");
-        m_User->Save();
-        Stack().undo();
-        m_User->Save();
-        auto const saved = m_Folder->Read();
-        for (auto file = contents.begin(); file != contents.end(); ++file)
-            QCOMPARE(Compact(saved[file.key()]), Compact(file.value()));
-        Open();
-        QCOMPARE(items, ListItems());
-    }
-
     /// As a pull does it: changed, renamed and removed files, and new ones.
     void followsOtherPrograms()
     {
@@ -235,15 +175,6 @@ private Q_SLOTS:
         QVERIFY2(!m_Host->IsModified() && Log().isEmpty(), qPrintable(Log()));
     }
 
-    void looksWhileChangesGoOn()
-    {
-        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
-        QTRY_VERIFY_WITH_TIMEOUT((m_Folder->Write("project/busy", ""),
-                                  QFile::remove(m_Folder->GetPath("project/busy")),
-                                  Item(9).IsValid()),
-                                 20000);
-    }
-
     void triesHalfWrittenFilesAgain()
     {
         m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
@@ -251,25 +182,21 @@ private Q_SLOTS:
         QVERIFY2(Log().isEmpty(), "it may be complete the next time");
         m_Folder->Write("project/new.json", Object(9, "compound", "New"));
         QTRY_VERIFY(Item(9).IsValid());
-        for (int times = 1; times <= 2; ++times) {
-            m_Folder->Write("project/broken.json", QByteArray("{,,").left(times));
-            m_Host->CheckFolder();
-            QTRY_COMPARE(Log().count("broken.json"), times);
-            m_Host->CheckFolder();
-            QCOMPARE(Log().count("broken.json"), times);
-        }
+        m_Folder->Write("project/broken.json", "{,");
+        QTRY_VERIFY(Log().contains("broken.json"));
+        m_Host->CheckFolder();
+        QCOMPARE(Log().count("broken.json"), 1);
     }
 
     /// A missing folder is not a folder without files. What it is when it is back counts again.
     void keepsItemsOfAFolderThatIsGone()
     {
         ChangeRecorder recorder(m_Host->GetLibrary());
-        for (int round = 1; round <= 4; ++round) {
-            QString const folder = m_Folder->GetPath() + (round <= 2 ? "/project" : "");
+        for (int round = 1; round <= 2; ++round) {
+            QString const folder = m_Folder->GetPath() + (round == 1 ? "/project" : "");
             QString const away = folder + ".away";
             QVERIFY(QDir().rename(folder, away));
-            // Whether or not the one around it is watched, and in the first round without being
-            // told to look.
+            // Whether or not the one around it is watched: in the first round without being told.
             for (int i = 1; round > 1 && i <= 2; ++i)
                 m_Host->CheckFolder();
             QTRY_COMPARE(Log().count("the folder is gone"), round);
@@ -282,24 +209,6 @@ private Q_SLOTS:
             QVERIFY(!Item(3).IsValid());
             recorder.Take();
         }
-    }
-
-    /// A file that was not there when the folder was looked at last.
-    void noticesWhatGoesSoonAfterAMove()
-    {
-        m_Folder->MakeFactoryWritable();
-        Open();
-        MoveObject(Uid(4), FindObject(kFactoryComponent).GetDataSource());
-        QVERIFY(QFile::remove(m_Folder->GetPath("factory/odd.json")));
-        m_Host->CheckFolder();
-        QVERIFY(Item(4).IsNull());
-
-        // What was never saved has no file to move yet.
-        ItemID const fresh = m_User->Create("Fresh");
-        MoveObject(ItemIDUnlock::GetItemIDUID(fresh),
-                   FindObject(kFactoryComponent).GetDataSource());
-        QVERIFY2(m_User->Save(), qPrintable(Log()));
-        QVERIFY(Content("factory/fresh.json").contains("Fresh"));
     }
 };
 

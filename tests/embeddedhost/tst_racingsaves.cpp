@@ -1,7 +1,4 @@
 #include "hosttest.h"
-#include "storage/stagingfolder.h"
-
-#include <nlohmann/json.hpp>
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -90,26 +87,6 @@ private Q_SLOTS:
             QVERIFY2(tags[words[1].toInt()].split(';').contains(words[2]), qPrintable(line));
         }
         QVERIFY(!said.filter("saved ").isEmpty() && !said.filter("conflict ").isEmpty());
-    }
-
-    /// Who comes second waits, but not for long, and says whom it has waited for.
-    void savesTakeTurns()
-    {
-        m_User->Tag(Item(1), "light");
-        int patience = 0;
-        QString fault;
-        auto other =
-            embeddedhost::CStagingFolder::Open(m_Folder->GetPath("project"), &patience, &fault);
-        QVERIFY2(other, qPrintable(fault));
-        QElapsedTimer time;
-        time.start();
-        QVERIFY(!m_User->Save() && time.elapsed() < 10000);
-        QString const message = QString::fromStdString(m_User->GetSaveMessages().front());
-        QVERIFY2(message.contains(QString::number(QCoreApplication::applicationPid())),
-                 qPrintable(message));
-        QVERIFY(m_Host->IsModified());
-        other.reset();
-        QVERIFY(m_User->Save());
     }
 };
 
