@@ -66,23 +66,6 @@ protected:
             m_Host->GetLibrary().GetItemTags(Item(number), "ApplicationTags").c_str());
     }
 
-    /// Identifier, name and tags of everything that lists may show.
-    QStringList ListItems() const
-    {
-        using namespace tarno::datamodel;
-        QStringList items;
-        ItemLibraryAccessor const library = m_Host->GetLibrary();
-        for (char const* kind : {TarnoType::gSolver, TarnoType::gCompound, LibType::gType}) {
-            for (auto all = GetTOC(library).GetItems(kind); !all.IsDone(); all.Next()) {
-                ItemID const id = all.GetCurrent().GetItemID();
-                items << QString::fromStdString(id.Serialize() + ' ' + m_User->NameOf(id) + ' '
-                                                + library.GetItemTags(id, "ApplicationTags"));
-            }
-        }
-        items.sort();
-        return items;
-    }
-
     QByteArray Content(QString const& file) const
     {
         return m_Folder->Read(file);

@@ -18,17 +18,9 @@ public:
                                     char const* signature = "", char const* category = "")
     {
         tarno::datamodel::CompoundModifierAccessor modifier;
-        auto const id = modifier.CreateAndSetFromNewCompound(m_Host.GetLibrary(), name, isSignature,
-                                                             isSignature ? nullptr : signature,
-                                                             category, &m_Host.GetCommandManager());
-        m_IsBound = modifier.IsValid();
-        return id;
-    }
-
-    /// Whether the last Create bound its accessor.
-    bool IsBound() const
-    {
-        return m_IsBound;
+        return modifier.CreateAndSetFromNewCompound(m_Host.GetLibrary(), name, isSignature,
+                                                    isSignature ? nullptr : signature, category,
+                                                    &m_Host.GetCommandManager());
     }
 
     bool Rename(tarno::datamodel::ItemID const& id, char const* name)
@@ -77,7 +69,6 @@ public:
 private:
     CEmbeddedHost& m_Host;
     std::list<std::string> m_Messages;
-    bool m_IsBound = false;
 };
 
 #endif

@@ -123,12 +123,9 @@ private Q_SLOTS:
             CEmbeddedHost host;
             wek::IBase* const own = get();
             QVERIFY(dynamic_cast<wek::fwk::IQormDBProxy*>(own));
-            QCOMPARE(registry.SetService(name, &service), own);
+            QCOMPARE(registry.SetService(name, nullptr), own);
+            QVERIFY(!get() && !registry.SetService(name, &service));
             host.GetServices().RemoveService(name, own);
-            QCOMPARE(get(), &service);
-            QCOMPARE(registry.SetService(name, nullptr), &service);
-            QVERIFY(!get());
-            registry.SetService(name, &service);
         }
         QVERIFY2(get() == &service, "it outlives the host");
         registry.RemoveService(name, &service);
@@ -157,17 +154,14 @@ private Q_SLOTS:
         CompoundAccessor compound;
         compound.SetFrom(host.GetLibrary().GetModel(host.FindItem(Uid(1)), nullptr));
         Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
-        Helpers::SetGlobalTarnoCompoundTarget(compound, CompoundAccessor());
-        QCOMPARE(choices.size(), 2);
+        QCOMPARE(choices.size(), 1);
         QVERIFY(host.GetCompoundTarget().GetItemID() == host.FindItem(Uid(1)));
         QCOMPARE(listener.changes, 1);
-        host.CloseLibrary();
         host.CloseLibrary();
         QVERIFY(!proxy->GetItemLibrary().IsValid() && !host.GetCompoundTarget().IsValid());
         proxy->RemoveListener(&listener);
         host.OpenLibrary(folder.GetPath());
-        QCOMPARE(listener.changes, 2);
-        QCOMPARE(changes.size(), 3);
+        QVERIFY(listener.changes == 2 && changes.size() == 3);
 
         // None is opened while one is opened.
         bool isOpened = false;
@@ -176,7 +170,6 @@ private Q_SLOTS:
                 isOpened = host.OpenLibrary(folder.GetPath());
         });
         QVERIFY(host.OpenLibrary(folder.GetPath()) && !isOpened);
-        QVERIFY(!host.FindItem(Uid(1)).IsNull());
         host.CloseLibrary();
         QVERIFY2(isOpened, "closing is no opening");
     }
@@ -208,23 +201,18 @@ private Q_SLOTS:
         }));
     }
 
-    void whatAGuardedCallRaisesIsSaid()
+    void aGuardedCallMayDeleteItsChannel()
     {
         Expect("A message could not be shown");
+        Expect("a.json: an unknown failure.");
         auto channel = std::make_unique<CMessageChannel>();
         connect(channel.get(), &CMessageChannel::MessagePosted, [] { throw 2; });
-        auto const run = [&](Reaction const& call) {
-            return embeddedhost::RunGuarded(channel.get(), "a.json", call);
-        };
-        QVERIFY(run([] {}) && !run([] { throw std::runtime_error("refused"); }));
-        QVERIFY(!run([] { throw 1; }));
-        QCOMPARE(channel->GetLog().at(0).text, QString("a.json: refused."));
-        QCOMPARE(channel->GetLog().at(1).text, QString("a.json: an unknown failure."));
-        Expect("a.json: an unknown failure.");
-        QVERIFY(!run([&] {
-            channel.reset();
-            throw 1;
-        }));
+        for (bool const deletes : {false, true})
+            QVERIFY(!embeddedhost::RunGuarded(channel.get(), "a.json", [&] {
+                if (deletes)
+                    channel.reset();
+                throw 1;
+            }));
     }
 
     void commandsAreRunAndRemembered()
@@ -236,7 +224,6 @@ private Q_SLOTS:
         Stack().redo();
         QCOMPARE(m_Record, QStringList({"do A", "do B", "undo B", "undo A", "do A"}));
         Run("C");
-        QCOMPARE(GetStack(), QStringList({"A", "C"}));
         QVERIFY2(m_Record.contains("end of B"), "what cannot be done again is not kept");
 
         auto const fail = [&] {
@@ -245,8 +232,6 @@ private Q_SLOTS:
         };
         QVERIFY_EXCEPTION_THROWN(Run("fails", fail), std::runtime_error);
         QCOMPARE(GetStack(), QStringList({"A", "C", "within"}));
-        QVERIFY(m_Record.contains("end of fails") && !m_Record.contains("end of A"));
-
         m_Manager->Clear();
         QVERIFY(m_Record.contains("end of A"));
         m_Record.clear();
@@ -268,7 +253,6 @@ private Q_SLOTS:
                 Run("B");
         });
         Stack().undo();
-        QCOMPARE(m_Record.mid(0, 3), QStringList({"do A", "undo A", "do B"}));
         QVERIFY2(GetStack() == QStringList("B"), "in place of what could be done again");
         QVERIFY(Stack().canUndo() && !Stack().canRedo());
         bool clears = false;

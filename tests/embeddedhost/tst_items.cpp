@@ -2,8 +2,6 @@
 
 #include <QTest>
 
-#include <set>
-
 using namespace qorm;
 using namespace tarno::datamodel;
 
@@ -15,25 +13,13 @@ std::string Latin1(char const* utf8)
     return QString::fromUtf8(utf8).toLatin1().toStdString();
 }
 
-template <class... Accessors>
-std::set<int> GetSupported(UnspecifiedAccessor const& accessor)
+template <class Accessor>
+bool Supports(UnspecifiedAccessor const& accessor)
 {
-    std::set<int> interfaces;
-    auto const insertIfValid = [&](auto&& narrowed) {
-        narrowed.SetFrom(accessor);
-        if (narrowed.IsValid())
-            interfaces.insert(narrowed.GetAccessorInterfaceID());
-    };
-    (insertIfValid(Accessors()), ...);
-    return interfaces;
+    Accessor narrowed;
+    narrowed.SetFrom(accessor);
+    return narrowed.IsValid();
 }
-
-/// The identifiers of the accessors that can be set from this one.
-auto const GetInterfaces =
-    GetSupported<CompoundAccessor, CompoundModifierAccessor, FunctionAccessor,
-                 TypeDescriptorAccessor, LoopCompoundModifierAccessor, ItemLibraryAccessor,
-                 ItemLibraryModifierAccessor, LowLevelItemLibraryAccessor, ItemAccessor,
-                 ItemTOCAccessor, LoopCompoundAccessor>;
 
 template <class T>
 QormHandle<T> FindAs(std::string const& uid)
@@ -42,8 +28,6 @@ QormHandle<T> FindAs(std::string const& uid)
     handle.AssignCast(FindObject(uid));
     return handle;
 }
-
-QStringList gPrinted;
 
 } // namespace
 
@@ -88,21 +72,22 @@ private:
 private Q_SLOTS:
     void modelsSupportTheInterfacesOfTheirKind()
     {
-        std::pair<int, std::set<int>> const expected[] = {
-            {1, {7, 36}}, {2, {7, 36}},  {3, {4, 5, 7, 36}}, {4, {4, 5, 7, 22, 36, 47}},
-            {5, {36}},    {6, {15, 36}}, {99, {}},
-        };
         QVERIFY2(Log().isEmpty(), qPrintable(Log()));
         ItemLibraryAccessor const library = m_Host->GetLibrary();
-        for (auto const& [number, interfaces] : expected) {
-            std::string error;
-            QCOMPARE(GetInterfaces(library.GetModel(Item(number), &error)), interfaces);
-            QCOMPARE(error.empty(), !interfaces.empty());
+        for (int number = 1; number <= 6; ++number) {
+            UnspecifiedAccessor const model = library.GetModel(Item(number), nullptr);
+            bool const isCompound = number == 3 || number == 4;
+            QCOMPARE(Supports<CompoundModifierAccessor>(model), isCompound);
+            QCOMPARE(Supports<FunctionAccessor>(model), number <= 4);
+            QCOMPARE(Supports<LoopCompoundAccessor>(model), number == 4);
+            QCOMPARE(Supports<TypeDescriptorAccessor>(model), number == 6);
+            QVERIFY(Supports<ItemAccessor>(model) && !Supports<ItemLibraryAccessor>(model));
         }
-        QCOMPARE(GetInterfaces(library), (std::set<int>{32, 33, 34}));
-        QCOMPARE(GetInterfaces(GetTOC(library)), std::set<int>{38});
+        std::string error;
+        QVERIFY(!library.GetModel(Item(99), &error).IsValid() && !error.empty());
+        QVERIFY(Supports<LowLevelItemLibraryAccessor>(library) && !Supports<ItemAccessor>(library));
         QVERIFY(GetTOC(library).GetItems(nullptr).IsDone());
-        auto items = GetTOC(library).GetItems(TarnoType::gCompound);
+        auto const items = GetTOC(library).GetItems(TarnoType::gCompound);
         auto assigned = items;
         assigned = items;
         assigned.Next();
@@ -132,7 +117,6 @@ private Q_SLOTS:
         QCOMPARE(library.GetItemName(Item(13), true, nullptr), Latin1("Größe Ω 🙂"));
         QCOMPARE(library.GetItemTags(Item(13), "ApplicationTags"), Latin1("maß; 大"));
         QCOMPARE(library.GetItemTags(Item(13), "Other"), std::string("second"));
-        QCOMPARE(library.GetItemTags(Item(13), "Größe"), std::string());
         QCOMPARE(library.GetItemTags(Item(1), "ApplicationTags"), std::string());
     }
 
@@ -141,7 +125,6 @@ private Q_SLOTS:
         ItemID const solver = Item(1);
         QVERIFY(solver.IsValid() && solver.GetType() == TarnoType::gSolver);
         QVERIFY(solver.Serialize() != Item(3).Serialize());
-        QVERIFY((solver < Item(3)) != (Item(3) < solver));
         QCOMPARE(ItemIDUnlock::GetItemIDUID(m_Host->FindItem("any text")), "any text");
         char const* const uid = ItemIDUnlock::GetItemIDUID(solver);
         m_Host->CloseLibrary();
@@ -153,21 +136,20 @@ private Q_SLOTS:
         m_Folder->Write("project/all.json", Object(1, "type", "Now a type"));
         QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
         QVERIFY2(Item(1) != solver, "another kind is another item");
-        QVERIFY(m_Host->GetLibrary().GetItemName(solver, true, nullptr).empty());
     }
 
     void handlesOutliveTheLibrary_data()
     {
-        QTest::addColumn<QString>("end");
-        for (char const* end : {"closed", "opened again", "host destroyed"})
-            QTest::newRow(end) << end;
+        QTest::addColumn<bool>("isOpenedAgain");
+        QTest::newRow("opened again") << true;
+        QTest::newRow("host destroyed") << false;
     }
 
     /// Except that panels keep the handles of components as long as the process runs, and mark by
     /// them what the factory ships: such a handle finds the component of the next library.
     void handlesOutliveTheLibrary()
     {
-        QFETCH(QString, end);
+        QFETCH(bool, isOpenedAgain);
         ItemLibraryAccessor library = m_Host->GetLibrary();
         ContextID const context = library.GetContextID();
         QormHandle<IDbObject> const solver = FindObject(Uid(1));
@@ -180,12 +162,12 @@ private Q_SLOTS:
         QormPtr<IDataSource> const factory = component.GetDataSource();
         m_Host->CloseLibrary();
         QVERIFY(!FindObject(Uid(1)).IsValid());
-        if (end == "opened again")
+        if (isOpenedAgain)
             QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()));
-        else if (end == "host destroyed")
+        else
             Close();
 
-        QVERIFY(!library.Revalidate() && GetInterfaces(library).empty());
+        QVERIFY(!library.Revalidate());
         QVERIFY(!solver.IsValid() && solver.GetDataSource().IsNull());
         QVERIFY(solver.GetManager().IsNull() && solver.GetInstance().IsNull());
         QVERIFY(solver.GetCacheIndex() == -1 && GetDataSourceFromResource(resource).IsNull());
@@ -196,33 +178,13 @@ private Q_SLOTS:
         helper->MoveToDataSource(solver, source, true);
         QVERIFY_EXCEPTION_THROWN(solver->GetDataModelMgr(), ExBase::NullPtr);
 
-        QCOMPARE(component.IsValid(), end == "opened again");
-        QCOMPARE(component.GetDataSource().IsNull(), end != "opened again");
+        QCOMPARE(component.IsValid(), isOpenedAgain);
+        QCOMPARE(component.GetDataSource().IsNull(), !isOpenedAgain);
         Open();
         QVERIFY(component.IsValid() && !(component.GetDataSource() == factory));
         QVERIFY(component.GetDataSource() == FindObject(Uid(12)).GetDataSource());
         QVERIFY(QormPtr<IDbObject>(component.operator->())->GetDataModelMgr().Get());
         QVERIFY(context != 0 && m_Host->GetLibrary().GetContextID() != context);
-        library = m_Host->GetLibrary();
-        library = *&library;
-        QVERIFY(library.Revalidate());
-    }
-
-    void wellFormedUids()
-    {
-        QByteArray const uid = "01234567-89AB-CDEF-abcd-ef0123456789";
-        QVERIFY(DbObjectId::IsUID(uid));
-        QVERIFY2(DbObjectId(uid) == DbObjectId(uid.toUpper()), "letter case does not count");
-        for (QByteArray const& text :
-             {uid.left(35), uid + '0', QByteArray(uid).replace('f', 'g'), '{' + uid + '}',
-              QByteArray("0123456-789AB-CDEF-ABCD-EF0123456789"),
-              QByteArray("01234567-89AB-CDEF-ABCD-EF01234567-9"),
-              QByteArray(uid).replace('0', '\xE9')}) {
-            QVERIFY2(!DbObjectId::IsUID(text), text);
-            QCOMPARE(DbObjectId(text).GetStr(), text.constData());
-        }
-        QVERIFY(!(DbObjectId("name") == DbObjectId("Name")));
-        QVERIFY(DbObjectId::IsUID(UID_Null().GetStr()) && !(UID_Null() == UID_Resource()));
     }
 
     void objectsAreSeenAsWhatTheyAre()
@@ -232,21 +194,15 @@ private Q_SLOTS:
         QCOMPARE(solver.GetDbObjectId().GetStr(), Uid(1).c_str());
         QVERIFY(FindObject(QString::fromStdString(Uid(1)).toLower().toStdString()).IsValid());
         QVERIFY(!FindObject("any text").IsValid() && !FindObject(Uid(99)).IsValid());
-        QCOMPARE(FindObject(Uid(1)).GetCacheIndex(), solver.GetCacheIndex());
         QVERIFY(solver->GetDataModelMgr() == solver.GetManager());
         QVERIFY(solver.GetManager()->GetInstance() == solver.GetInstance());
 
-        QVERIFY(!FindAs<ITypeAsset>(Uid(1)).IsValid() && !FindAs<ITypeAsset>(Uid(1)).IsLoaded());
-        QVERIFY(!FindAs<IValueAsset>(Uid(1)).IsValid());
+        QVERIFY(!FindAs<ITypeAsset>(Uid(1)).IsLoaded() && !FindAs<IValueAsset>(Uid(1)).IsValid());
         QVERIFY(!FindAs<ITypeAsset>(kProjectUid).IsValid());
-        QVERIFY(!FindAs<IValueAsset>(kFactoryComponent).IsValid());
         QormHandle<ITypeAsset> const type = FindAs<ITypeAsset>(Uid(6));
         QVERIFY(type.IsValid() && type.IsLoaded());
         QVERIFY(!type->IsReadOnly() && FindAs<ITypeAsset>(Uid(11))->IsReadOnly());
         QVERIFY2(!FindAs<ITypeAsset>(Uid(12))->IsReadOnly(), "its data source is, its asset not");
-        QormHandle<IDbObject> back;
-        QVERIFY(back.AssignCast(type).IsValid());
-        QVERIFY(!back.AssignCast(QormHandle<IValueAsset>()).IsValid());
     }
 
     void dataSourcesAndResources()
@@ -264,55 +220,16 @@ private Q_SLOTS:
         QCOMPARE(results.size(), std::size_t(2));
         QCOMPARE(results[0].GetObjectId().GetStr(), kProjectUid);
         QCOMPARE(results[1].GetObjectId().GetStr(), kFactoryUid);
+        QVERIFY2(!FindObject(Uid(1)).GetManager()->RunQuery("select", results)
+                     && results.size() == 2 && Log().contains(" at character 7."),
+                 qPrintable(Log()));
         auto const resource = FindAs<IValueAsset>(kProjectUid);
         QCOMPARE(resource->GetName(), "Project");
-        QCOMPARE(resource->GetDbObjectId().GetStr(), kProjectUid);
         QVERIFY(GetDataSourceFromResource(resource->GetAssetHandle()) == project);
         QVERIFY(IsSameUri(project, resource));
         QVERIFY(!IsSameUri(project, FindAs<IValueAsset>(kFactoryUid)));
-        QVERIFY(!IsSameUri(QormPtr<IDataSource>(), resource));
         QCOMPARE(QString::fromStdString(GetResourceExpandedURI(FindObject(kProjectUid))),
                  m_Folder->GetPath("project"));
-        QVERIFY2(GetResourceExpandedURI(FindObject(Uid(1))).empty(), "an item is no resource");
-    }
-
-    void queriesThatFindNothing()
-    {
-        auto const manager = FindObject(Uid(1)).GetManager();
-        Vector<CQueryResult> results;
-        QByteArray const other = ResourceQuery().replace(UID_Resource().GetStr(), Uid(99).c_str());
-        QVERIFY(manager->RunQuery(other, results) && results.empty() && Log().isEmpty());
-        results.push_back(CQueryResult(DbObjectId("before")));
-        QVERIFY(!manager->RunQuery("select", results) && !manager->RunQuery(nullptr, results));
-        QVERIFY2(results.size() == 1 && Log().contains(" at character 7."), qPrintable(Log()));
-    }
-
-    void followingNullIsPrintedAndRaised()
-    {
-        auto const follow = [](auto const& call) {
-            try {
-                call();
-            } catch (ExBase::NullPtr const& error) {
-                return QString::fromStdString(error.GetErrorString());
-            }
-            return QString();
-        };
-        gPrinted.clear();
-        auto* const previous = qInstallMessageHandler(
-            [](QtMsgType, QMessageLogContext const&, QString const& text) { gPrinted << text; });
-        QString const text = follow([] { QormPtr<IDataSource>()->GetAccessMode(); });
-        QString unprinted;
-        {
-            DisableErrorReportingGuard const outer;
-            {
-                DisableErrorReportingGuard const inner;
-            }
-            unprinted = follow([] { QormHandle<ITypeAsset>()->IsReadOnly(); });
-        }
-        qInstallMessageHandler(previous);
-        QVERIFY2(text.contains("GetPointeeNotNull") && text.contains(":102"), qPrintable(text));
-        QVERIFY(!unprinted.isEmpty());
-        QCOMPARE(gPrinted, QStringList(text));
     }
 };
 
