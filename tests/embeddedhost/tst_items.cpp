@@ -198,7 +198,6 @@ private Q_SLOTS:
         QVERIFY(solver.GetManager()->GetInstance() == solver.GetInstance());
 
         QVERIFY(!FindAs<ITypeAsset>(Uid(1)).IsLoaded() && !FindAs<IValueAsset>(Uid(1)).IsValid());
-        QVERIFY(!FindAs<ITypeAsset>(kProjectUid).IsValid());
         QormHandle<ITypeAsset> const type = FindAs<ITypeAsset>(Uid(6));
         QVERIFY(type.IsValid() && type.IsLoaded());
         QVERIFY(!type->IsReadOnly() && FindAs<ITypeAsset>(Uid(11))->IsReadOnly());
