@@ -95,8 +95,8 @@ std::uint32_t RankIndex::FindTag(std::string const& tag)
     return place.first->second;
 }
 
-/// The panel's order of items that share a name, whatever its case, is that in which they were
-/// read. Spelling and UID make it the same in each run.
+/// Namesakes differ in case at most. The panel's order, which ignores the case of ASCII alone,
+/// leaves some of them as they were read; spelling and UID make it the same in each run.
 void RankIndex::PlaceNamesakes(Source const& source, std::uint32_t first)
 {
     std::uint32_t end = first + 1;
@@ -104,10 +104,14 @@ void RankIndex::PlaceNamesakes(Source const& source, std::uint32_t first)
         ++end;
     if (end - first < 2)
         return;
-    typedef std::tuple<std::string, std::string, std::uint32_t> Namesake;
+    typedef std::tuple<std::string, std::string, std::string, std::uint32_t> Namesake;
     std::vector<Namesake> namesakes;
-    for (std::uint32_t item = first; item < end; ++item)
-        namesakes.emplace_back(source.GetName(item), source.GetUid(item), item);
+    for (std::uint32_t item = first; item < end; ++item) {
+        std::string const name = source.GetName(item);
+        std::string listed = name;
+        std::transform(listed.begin(), listed.end(), listed.begin(), ToLowerAscii);
+        namesakes.emplace_back(listed, name, source.GetUid(item), item);
+    }
     std::sort(namesakes.begin(), namesakes.end());
     for (std::uint32_t place = 0; place < namesakes.size(); ++place)
         m_Namesakes[std::get<std::uint32_t>(namesakes[place])].place = place;
