@@ -91,20 +91,22 @@ CRemoveItemCommand::CRemoveItemCommand(CLibrary& library, CLibraryItem const& it
     : CLibraryCommand(library, text)
     , m_Uid(item.GetIdentity().uid)
     , m_Path(item.GetFile().path)
-    , m_Object(item.GetObject())
 {}
 
 void CRemoveItemCommand::Do()
 {
     CLibrary* const library = GetLibrary();
     CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
-    if (item)
-        library->RemoveItem(*item);
+    if (!item)
+        return;
+    m_Object = item->GetObject();
+    m_SavedObject = item->GetSavedObject();
+    library->RemoveItem(*item);
 }
 
 void CRemoveItemCommand::Undo()
 {
-    CLibrary* const library = GetLibrary();
+    CLibrary* library = GetLibrary();
     LibraryFile* const file = library ? library->FindFile(m_Path) : nullptr;
     if (!file || library->FindItem(m_Uid.c_str()))
         return;
@@ -115,6 +117,10 @@ void CRemoveItemCommand::Undo()
     }
     file->hasOtherEntries = false;
     library->AddSavedItem(*file, m_Object);
+    // A listener may have closed the library or removed the item.
+    library = GetLibrary();
+    if (CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr)
+        item->SetSavedObject(m_SavedObject);
 }
 
 CCommandGroup::CCommandGroup(CLibrary& library, Commands const& commands, std::string const& text)

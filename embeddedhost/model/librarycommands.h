@@ -82,7 +82,9 @@ public:
 private:
     std::string const m_Uid;
     QString const m_Path;
-    ItemObject const m_Object;
+    /// As the item was when it was removed.
+    ItemObject m_Object;
+    ItemObject m_SavedObject;
 };
 
 /// Several commands as one: when one of them raises, those before it are undone.

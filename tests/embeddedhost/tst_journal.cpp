@@ -172,6 +172,20 @@ private Q_SLOTS:
         QTRY_COMPARE(Count(), 0);
     }
 
+    void aRemovalTakenBackKeepsOtherChanges()
+    {
+        ItemID const id = m_User->Create("Brand New");
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        Stack().undo();
+        Restart();
+        m_User->Rename(id, "Newer");
+        RecoverAll();
+        QVERIFY(m_User->NameOf(id).empty());
+        Stack().undo();
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(Content(kNewFile).contains("Newer"));
+    }
+
     void keepsConflictsWithChangesMadeSince()
     {
         m_User->Rename(Item(2), "Ours");
