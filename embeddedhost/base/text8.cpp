@@ -52,6 +52,11 @@ std::string ToUtf8(std::string const& text8)
     return FromText8(text8.c_str()).toStdString();
 }
 
+std::string ToKeptText8(std::string const& text8)
+{
+    return ToText8(ToUtf8(text8));
+}
+
 bool IsTooLong(std::string const& utf8)
 {
     // The bytes that continue a character do not count.

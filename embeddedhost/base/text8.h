@@ -22,6 +22,9 @@ QString FromText8(char const* text8);
 /// The UTF-8 form of an 8-bit text. What should be UTF-8 and is not becomes U+FFFD.
 std::string ToUtf8(std::string const& text8);
 
+/// The 8-bit text as it comes back from the UTF-8 form in which items keep it.
+std::string ToKeptText8(std::string const& text8);
+
 /// The maximum length, in characters, of texts of a library file that are shown or looked up, such
 /// as names, tags and uids.
 constexpr int kMaxTextLength = 65536;

@@ -113,8 +113,9 @@ bool CLibrary::HasUid(char const* uid) const
 
 bool CLibrary::HasName(char const* name) const
 {
-    auto const hasName = [name](CLibraryItem const* item) {
-        return EqualIgnoringAsciiCase(item->GetName(), name);
+    std::string const kept = ToKeptText8(name);
+    auto const hasName = [&](CLibraryItem const* item) {
+        return EqualIgnoringAsciiCase(item->GetName(), kept.c_str());
     };
     for (KindIndex kind = 0; kind < kKindCount; ++kind) {
         Items const& items = GetItems(kind);

@@ -57,7 +57,8 @@ bool CheckName(CLibrary& library, CLibraryItem const* item, char const* name)
         return Refuse(library, QStringLiteral("The name is empty. Nothing was changed."));
     if (IsTooLong(ToUtf8(name)))
         return Refuse(library, GetTooLong(QStringLiteral("name")));
-    bool const isOwnName = item && EqualIgnoringAsciiCase(item->GetName(), name);
+    bool const isOwnName =
+        item && EqualIgnoringAsciiCase(item->GetName(), ToKeptText8(name).c_str());
     if (isOwnName || !library.HasName(name))
         return true;
     return Refuse(
@@ -115,6 +116,17 @@ ordered_json MakeObject(NewCompound const& compound)
     if (compound.isLoop)
         object[Keys::kLoop] = true;
     return object;
+}
+
+/// The key of the tags that CLibraryItem::GetTags returns, or the one that new tags get; UTF-8.
+std::string FindCategory(ordered_json const& tags, char const* category)
+{
+    std::string const kept = ToKeptText8(category);
+    for (auto const& [key, text] : tags.items()) {
+        if (text.is_string() && ToText8(key) == kept)
+            return key;
+    }
+    return ToUtf8(category);
 }
 
 /// The new tags as UTF-8. The 8-bit texts have "?" for a letter that Latin-1 lacks, also on their
@@ -207,7 +219,7 @@ bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
 {
     if (!CheckWritable(library, item, QStringLiteral("rename")) || !CheckName(library, &item, name))
         return false;
-    if (std::string(item.GetName()) == name)
+    if (item.GetName() == ToKeptText8(name))
         return true;
     ordered_json changed = item.GetObject();
     SetKey(changed, Keys::kName, ToUtf8(name));
@@ -221,13 +233,13 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
 {
     if (!CheckWritable(library, item, QStringLiteral("tag")))
         return false;
-    if (std::string(item.GetTags(category)) == tags)
+    if (item.GetTags(ToKeptText8(category).c_str()) == ToKeptText8(tags))
         return true;
-    std::string const key = ToUtf8(category);
     ordered_json changed = item.GetObject();
     ordered_json all = changed.value(Keys::kTags, ordered_json::object());
     if (!all.is_object())
         all = ordered_json::object();
+    std::string const key = FindCategory(all, category);
     auto const previous = all.find(key);
     bool const hasText = previous != all.end() && previous->is_string();
     std::string const kept = KeepLetters(tags, hasText ? previous->get<std::string>() : "");

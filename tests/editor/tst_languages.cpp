@@ -122,6 +122,19 @@ private Q_SLOTS:
         QVERIFY2(dialog.GetTags() == "\xC3;\xC3\xA0;\xE9", dialog.GetTags().c_str());
     }
 
+    void theHostKeepsMarksForBytesThatAreNotUtf8()
+    {
+        CEmbeddedHost host;
+        QVERIFY(host.OpenItems("bytes", {}));
+        LibraryUser user(host);
+        ItemID const id = user.Create("a\xFF");
+        QCOMPARE(user.NameOf(id), std::string("a\uFFFD"));
+        QVERIFY(user.Create("A\xFE").IsNull());
+        QVERIFY(IsNameInNodeLibraryHierarchy(host.GetLibrary(), "a\xFE"));
+        QVERIFY(user.Tag(id, "\xFF") && user.Tag(id, "\xFF") && user.Rename(id, "a\xFF"));
+        QCOMPARE(host.GetCommandManager().GetUndoStack().count(), 2);
+    }
+
     void newNamesKeepTheMarksOfTheirLetters()
     {
         CTarnoCompoundCreateDialog dialog(ItemLibraryAccessor(), "compound", "", false);

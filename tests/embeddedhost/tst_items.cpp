@@ -54,7 +54,7 @@ protected:
             Object(10, "solver", "No signature", R"(, "signature": true)"),
             Object(11, "type", "Locked", R"(, "readOnly": true)"),
             Object(13, "solver", "Größe Ω 🙂",
-                   R"(, "tags": {"ApplicationTags": "maß; 大", "Other": "second"})"),
+                   R"(, "tags": {"ApplicationTags": "maß; 大", "Other": "second", "大": "third"})"),
             R"({"uid": "any text", "kind": "solver", "name": "Free"})",
         };
         m_Folder->Write("project/all.json", '[' + objects.join(',') + ']');
@@ -118,6 +118,10 @@ private Q_SLOTS:
         QCOMPARE(library.GetItemTags(Item(13), "ApplicationTags"), Latin1("maß; 大"));
         QCOMPARE(library.GetItemTags(Item(13), "Other"), std::string("second"));
         QCOMPARE(library.GetItemTags(Item(1), "ApplicationTags"), std::string());
+        ItemLibraryModifierAccessor modifier;
+        modifier.SetFrom(library);
+        QVERIFY(modifier.SetItemTags(Item(13), "?", "new", nullptr));
+        QCOMPARE(library.GetItemTags(Item(13), "?"), std::string("new"));
     }
 
     void identifiersOutliveTheLibrary()
