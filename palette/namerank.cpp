@@ -1,5 +1,7 @@
 #include "namerank.h"
 
+#include "palettetext.h"
+
 #include <nodebrowser/textencoding.h>
 
 #include <QtAlgorithms>
@@ -198,7 +200,7 @@ NameRank::NameRank(std::string const& searchText)
     std::copy_if(m_Text.begin(), m_Text.end(), std::back_inserter(m_Letters), IsLetterOrDigit);
     for (std::string const& word : m_Words) {
         bool const isLetter = word.size() == 1 && LetterBit(word[0]) < kFirstSharedBit;
-        m_WordFacts.push_back(SWordFacts{FindLetters(word), isLetter});
+        m_WordFacts.push_back(SWordFacts{FindLetters(word), isLetter, CountCharacters(word) == 1});
     }
     m_CountBits = BitsFor(m_Words.size());
     m_PairBits = m_Words.empty() ? 0 : BitsFor(m_Words.size() - 1);
@@ -254,8 +256,8 @@ NameRank::SMatch NameRank::Match(SSearchName const& name) const
             isStart = starts != 0;
             // Any occurrence behind the word before will do: "rgb noise" is in order in
             // "noise rgb noise".
-            orderedPairs += endBefore < kPlaceCount && places >> endBefore;
-            if (places && text.size() > 1)
+            orderedPairs += !word.isSingle && endBefore < kPlaceCount && places >> endBefore;
+            if (places && !word.isSingle)
                 end = FirstOf(starts ? starts : places) + text.size();
         }
         found |= WordMask(isFound) << number;

@@ -86,6 +86,8 @@ private:
         LetterMask letters;
         /// It is a letter or digit that has a bit of its own.
         bool isLetter;
+        /// It is one character as people see it, which stands nearly anywhere.
+        bool isSingle;
     };
 
     bool IsEqual(std::string_view name) const;
