@@ -253,7 +253,9 @@ QByteArray MakeManifest(NewLibrary const& library)
     ordered_json const manifest = {{ManifestKeys::kFormat, kFormatVersion},
                                    {ManifestKeys::kName, library.name},
                                    {ManifestKeys::kDataSources, std::move(sources)}};
-    return QByteArray::fromStdString(manifest.dump(4) + '\n');
+    // Replaces invalid UTF-8, as a save does.
+    return QByteArray::fromStdString(
+        manifest.dump(4, ' ', false, ordered_json::error_handler_t::replace) + '\n');
 }
 
 } // namespace embeddedhost

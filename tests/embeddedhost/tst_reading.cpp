@@ -167,6 +167,15 @@ private Q_SLOTS:
             QCOMPARE(m_Host->GetBody(Item(number)).nodes.size(), std::size_t(1));
     }
 
+    void aLibraryIsMadeOfAnyBytes()
+    {
+        QString const path = m_Folder->GetPath("made");
+        QString fault;
+        NewLibrary const library = {"\xFF", {{kProjectUid, "\xFE", "project"}}};
+        QVERIFY2(CEmbeddedHost::MakeLibrary(path, library, &fault), qPrintable(fault));
+        QVERIFY2(m_Host->OpenLibrary(path), "its texts have marks for the bytes");
+    }
+
     void limits()
     {
         auto const nested = [](int levels) {
