@@ -25,6 +25,7 @@ void RequireSame(ListedObject const& listed, ListedObject const& expected)
 {
     Require(listed.kind == expected.kind, "the kind is the same");
     Require(listed.uid == expected.uid && listed.name == expected.name, "uid and name are");
+    Require(listed.category == expected.category, "the category is");
     Require(listed.parent == expected.parent && listed.specializes == expected.specializes
                 && listed.implements == expected.implements,
             "references are");
