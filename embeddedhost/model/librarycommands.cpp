@@ -1,6 +1,8 @@
 #include "model/librarycommands.h"
 
+#include "base/text8.h"
 #include "model/accessorcontext.h"
+#include "model/libraryedits.h"
 #include "model/libraryitem.h"
 
 namespace embeddedhost {
@@ -101,6 +103,7 @@ void CRemoveItemCommand::Do()
         return;
     m_Object = item->GetObject();
     m_SavedObject = item->GetSavedObject();
+    m_Digest = item->GetFile().digest;
     library->RemoveItem(*item);
 }
 
@@ -110,9 +113,13 @@ void CRemoveItemCommand::Undo()
     LibraryFile* const file = library ? library->FindFile(m_Path) : nullptr;
     if (!file || library->FindItem(m_Uid.c_str()))
         return;
-    if (file->digest.isEmpty()) {
-        // A save has removed the file meanwhile.
-        library->AddNewItem(file->source, m_Path, m_Object);
+    if (file->digest.isEmpty() || file->digest != m_Digest) {
+        // A save has removed the file meanwhile, and another program may have made one of its name.
+        QString const path =
+            file->entries.empty()
+                ? m_Path
+                : FindFreePath(*library, file->source, ToText8(GetName(m_Object)).c_str());
+        library->AddNewItem(file->source, path, m_Object);
         return;
     }
     file->hasOtherEntries = false;

@@ -82,9 +82,10 @@ public:
 private:
     std::string const m_Uid;
     QString const m_Path;
-    /// As the item was when it was removed.
+    /// As the item and its file were when it was removed.
     ItemObject m_Object;
     ItemObject m_SavedObject;
+    QByteArray m_Digest;
 };
 
 /// Several commands as one: when one of them raises, those before it are undone.

@@ -184,6 +184,15 @@ private Q_SLOTS:
         Stack().undo();
         QVERIFY2(m_User->Save(), qPrintable(Log()));
         QVERIFY(Content(kNewFile).contains("Newer"));
+        // After a save has removed the file, another program has made one of its name.
+        Stack().redo();
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        m_Folder->Write(kNewFile, Object(9, "compound", "Other"));
+        m_Host->CheckFolder();
+        Stack().undo();
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(Content(kNewFile).contains("Other"));
+        QVERIFY(m_Folder->Read().values().join().contains("Newer"));
     }
 
     void keepsConflictsWithChangesMadeSince()
