@@ -12,7 +12,7 @@ using tarno::datamodel::ItemID;
 namespace nodebrowser {
 
 ItemList::ItemList(ItemTagsRegistry& registry)
-    : m_Registry(registry)
+    : m_Registry(&registry)
     , m_RegistryRevision(registry.m_Revision)
     , m_Expected(kNoSlot)
     , m_Next(0)
@@ -23,8 +23,21 @@ ItemList::ItemList(ItemTagsRegistry& registry)
 
 void ItemList::Clear()
 {
-    BeginCollecting();
-    Commit();
+    *this = ItemList(*m_Registry);
+    m_Registry->Follow(*this);
+}
+
+/// A step of making the list. Memory may run out in the middle of it, and leave texts and rows that
+/// do not belong together.
+template <class Step>
+void ItemList::RunStep(Step step)
+{
+    try {
+        step();
+    } catch (...) {
+        Clear();
+        throw;
+    }
 }
 
 void ItemList::BeginCollecting()
@@ -66,15 +79,15 @@ void ItemList::Collect(ItemID const& id, SItemKind const& kind)
 {
     bool const isNew = m_Expected == kNoSlot;
     Row const place = isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected];
-    m_NewCount += isNew;
-    m_IsShifted = m_IsShifted || m_Expected != m_Collected.size();
     m_Collected.push_back(SCollected{SItem{id, false}, &kind, m_Expected, place, false});
+    m_NewCount += isNew;
+    m_IsShifted = m_IsShifted || m_Expected != m_Collected.size() - 1;
 }
 
 void ItemList::CollectTags(std::string const& tagString)
 {
     SCollected& collected = m_Collected.back();
-    m_Tags.Collect(tagString, collected.kind->tag, collected.before);
+    RunStep([&] { m_Tags.Collect(tagString, collected.kind->tag, collected.before); });
     collected.item.isRegistered = !tagString.empty() || *collected.kind->tag;
 }
 
@@ -83,7 +96,7 @@ void ItemList::CollectName(std::string const& name)
     SCollected& collected = m_Collected[m_Names.GetCollectedCount()];
     Slot const before = collected.before;
     collected.keepsName = before != kNoSlot && HasNames() && m_Names.Get().GetView(before) == name;
-    m_Names.Collect(name, collected.keepsName, before);
+    RunStep([&] { m_Names.Collect(name, collected.keepsName, before); });
 }
 
 std::size_t ItemList::GetCollectedCount() const
@@ -103,25 +116,33 @@ std::size_t ItemList::GetPlaceCount() const
 
 std::vector<ItemList::Row> ItemList::Commit()
 {
-    m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
-    if (IsOrderKept())
-        return Take(m_Slots);
-    std::vector<Slot> const order = OrderByName();
-    TakeSearchNames(order);
-    return Take(order);
+    std::vector<Row> places;
+    RunStep([&] {
+        m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
+        bool const isOrderKept = IsOrderKept();
+        std::vector<Slot> const order = isOrderKept ? m_Slots : OrderByName();
+        if (!isOrderKept)
+            TakeSearchNames(order);
+        places = Take(order);
+    });
+    return places;
 }
 
 std::vector<ItemList::Row> ItemList::CommitUnfinished()
 {
-    m_IsShifted = true;
-    std::vector<Slot> order(m_Collected.size());
-    std::iota(order.begin(), order.end(), Slot(0));
-    // The tags of the last item may be missing.
-    if (m_Tags.GetCollectedCount() < m_Collected.size())
-        m_Tags.CollectUnknown();
-    m_Names = CollectedTexts();
-    m_SearchNames = TextBlock();
-    return Take(order);
+    std::vector<Row> places;
+    RunStep([&] {
+        m_IsShifted = true;
+        std::vector<Slot> order(m_Collected.size());
+        std::iota(order.begin(), order.end(), Slot(0));
+        // The tags of the last item may be missing.
+        if (m_Tags.GetCollectedCount() < m_Collected.size())
+            m_Tags.CollectUnknown();
+        m_Names = CollectedTexts();
+        m_SearchNames = TextBlock();
+        places = Take(order);
+    });
+    return places;
 }
 
 bool ItemList::IsOrderKept() const
@@ -171,8 +192,8 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
     m_Slots = order;
     TakeIDs();
     std::vector<SCollected>().swap(m_Collected);
-    m_Registry.Follow(*this);
-    m_RegistryRevision = m_Registry.m_Revision;
+    m_Registry->Follow(*this);
+    m_RegistryRevision = m_Registry->m_Revision;
     ForgetSearch();
     return places;
 }
@@ -292,7 +313,7 @@ bool ItemList::HasNames() const
 
 bool ItemList::IsRegistryCurrent() const
 {
-    return m_RegistryRevision == m_Registry.m_Revision;
+    return m_RegistryRevision == m_Registry->m_Revision;
 }
 
 bool ItemList::IsRegistered(ItemID const& id) const
@@ -323,7 +344,7 @@ ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const
 
 void ItemList::ForgetTags(ItemID const& id)
 {
-    m_Registry.Withdraw(id);
+    m_Registry->Withdraw(id);
     SetTagsOfSlots(id, std::string(), "");
 }
 
@@ -337,17 +358,17 @@ void ItemList::SetTags(ItemID const& id, std::string const& tagString)
     SplitString(tagString, ";", tags);
     if (*kindTag)
         tags.insert(kindTag);
-    m_Registry.Register(id, tags);
+    m_Registry->Register(id, tags);
 }
 
 void ItemList::SetTagsOfSlots(ItemID const& id, std::string const& tagString, char const* kindTag)
 {
+    ForgetSearch();
     auto const slots = FindSlots(id);
     for (auto slot = slots.first; slot != slots.second; ++slot) {
         m_Tags.SetTags(*slot, tagString, kindTag);
         m_Items[*slot].isRegistered = !tagString.empty() || *kindTag;
     }
-    ForgetSearch();
 }
 
 void ItemList::ForgetSearch()

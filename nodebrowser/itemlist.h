@@ -52,7 +52,8 @@ public:
     explicit ItemList(ItemTagsRegistry& registry);
 
     // Making the list anew. Items are collected in the order of the table of contents, then
-    // their names in the same order.
+    // their names in the same order. When memory runs out here, the list is empty afterwards, and
+    // so is what was collected.
 
     void Clear();
     void BeginCollecting();
@@ -126,6 +127,8 @@ private:
 
     typedef std::vector<Slot>::const_iterator SlotIterator;
 
+    template <class Step>
+    void RunStep(Step step);
     Slot FindUntaken(tarno::datamodel::ItemID const& id) const;
 
     bool IsOrderKept() const;
@@ -149,7 +152,7 @@ private:
                            std::vector<SMatch>& matches) const;
     void ForgetSearch();
 
-    ItemTagsRegistry& m_Registry;
+    ItemTagsRegistry* m_Registry;
     /// Of the registry when it was brought up to this list.
     unsigned long m_RegistryRevision;
     // By slot.

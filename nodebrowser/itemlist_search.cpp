@@ -83,8 +83,10 @@ std::vector<ItemList::SMatch> ItemList::Search(std::set<std::string> const& word
     else
         SearchAll(words, tagMatches, matches);
 
-    m_LastWords = words;
+    // Without words the last matches are not used: memory may run out in between.
+    ForgetSearch();
     m_LastMatches = matches;
+    std::set<std::string>(words).swap(m_LastWords);
     return matches;
 }
 

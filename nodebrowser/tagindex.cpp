@@ -85,9 +85,10 @@ void TagIndex::SetTags(std::size_t row, std::string const& tagString, char const
 {
     // What was collected stays what it was.
     AppendKept(m_Texts.GetCollectedCount());
+    SRow changed = Append(tagString, kindTag, m_Rows.numbers);
+    changed.isCollected = false;
     m_Unused += m_Rows.rows[row].count;
-    m_Rows.rows[row] = Append(tagString, kindTag, m_Rows.numbers);
-    m_Rows.rows[row].isCollected = false;
+    m_Rows.rows[row] = changed;
     // The new rows have numbers as they are.
     if (m_NewRows.rows.empty())
         PackIfWasteful();
@@ -105,8 +106,8 @@ void TagIndex::AppendRow(std::size_t before)
     auto const numbers = GetNumbers(before);
     SRow row = m_Rows.rows[before];
     row.begin = static_cast<Number>(m_NewRows.numbers.size());
-    m_NewRows.rows.push_back(row);
     m_NewRows.numbers.insert(m_NewRows.numbers.end(), numbers.first, numbers.second);
+    m_NewRows.rows.push_back(row);
 }
 
 TagIndex::SRow TagIndex::Append(std::string const& tagString, char const* kindTag,
@@ -119,8 +120,8 @@ TagIndex::SRow TagIndex::Append(std::string const& tagString, char const* kindTa
         begin = end;
     }
     if (m_KindTag != kindTag) {
-        m_KindTag = kindTag;
         m_KindNumber = GetNumber(kindTag);
+        m_KindTag = kindTag;
     }
     if (m_KindNumber != kNoTag)
         numbers.push_back(m_KindNumber);
@@ -145,8 +146,7 @@ TagIndex::Number TagIndex::GetNumber(std::string const& part)
     Number number = kNoTag;
     if (tags.count(part) > 0) {
         number = static_cast<Number>(m_Tags.size());
-        m_Tags.push_back(part);
-        m_FoldedTags.push_back(Fold(part));
+        m_Tags.push_back(STag{part, Fold(part)});
     } else if (!tags.empty()) {
         number = GetNumber(*tags.begin());
     }
@@ -170,7 +170,7 @@ void TagIndex::Pack()
         Number const first = static_cast<Number>(packedNumbers.size());
         auto const numbers = GetNumbers(row);
         for (Number const* number = numbers.first; number != numbers.second; ++number)
-            packed.AppendPart(m_Tags[*number], packedNumbers);
+            packed.AppendPart(m_Tags[*number].text, packedNumbers);
         packed.m_Rows.rows.push_back(SRow{first, static_cast<Number>(packedNumbers.size()) - first,
                                           m_Rows.rows[row].isCollected});
     }
@@ -192,7 +192,7 @@ TagIndex::GetNumbers(std::size_t row) const
 
 std::string const& TagIndex::GetTag(Number number) const
 {
-    return m_Tags[number];
+    return m_Tags[number].text;
 }
 
 std::size_t TagIndex::GetTagCount() const
@@ -204,8 +204,8 @@ std::vector<char> TagIndex::Match(std::string const& word) const
 {
     std::string const folded = Fold(word);
     std::vector<char> matches(m_Tags.size(), 0);
-    std::transform(m_FoldedTags.begin(), m_FoldedTags.end(), matches.begin(),
-                   [&](std::string const& tag) { return Contains(tag, folded); });
+    std::transform(m_Tags.begin(), m_Tags.end(), matches.begin(),
+                   [&](STag const& tag) { return Contains(tag.folded, folded); });
     bool const anyMatches = std::find(matches.begin(), matches.end(), 1) != matches.end();
     return anyMatches ? matches : std::vector<char>();
 }

@@ -14,7 +14,8 @@
 namespace nodebrowser {
 
 /// The tags of a list of rows, for searches: tags are numbered, and each row has a stretch of
-/// numbers, so that each tag is split, folded and searched once, however many rows have it.
+/// numbers, so that each tag is split, folded and searched once, however many rows have it. When
+/// memory runs out in Collect, CollectUnknown or Commit, the index has to be made anew.
 class TagIndex
 {
 public:
@@ -61,6 +62,13 @@ private:
         bool isCollected;
     };
 
+    struct STag
+    {
+        std::string text;
+        /// In the form in which tags are compared.
+        std::string folded;
+    };
+
     struct SRows
     {
         std::vector<SRow> rows;
@@ -84,9 +92,8 @@ private:
     SRows m_NewRows;
     /// Entries of m_Rows.numbers that no row uses any more.
     std::size_t m_Unused = 0;
-    std::vector<std::string> m_Tags;
-    /// The tags in the form in which they are compared.
-    std::vector<std::string> m_FoldedTags;
+    /// By number.
+    std::vector<STag> m_Tags;
     /// By part of a tag string, in which the tag may have blanks around it; kNoTag for a part
     /// without a tag.
     std::unordered_map<std::string, Number> m_NumbersOfParts;

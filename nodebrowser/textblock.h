@@ -11,7 +11,8 @@
 namespace nodebrowser {
 
 /// Texts one after the other in contiguous memory, each ended by a zero, so that a search sweeps
-/// through them without following a pointer for each.
+/// through them without following a pointer for each. When memory runs out in Append, the block
+/// is of no use any more.
 class TextBlock
 {
 public:
