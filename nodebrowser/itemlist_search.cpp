@@ -131,18 +131,20 @@ void ItemList::SearchAll(std::set<std::string> const& words, TagMatches const& t
     std::vector<char> settled(m_Rows.size(), 0);
     std::size_t number = 0;
     for (std::string const& word : words) {
+        // The names come last, because they overwrite what a tag gave.
+        std::vector<char> const& hasTag = tagMatches[number];
+        for (Slot slot = 0; !hasTag.empty() && slot < m_Rows.size(); ++slot) {
+            Row const row = m_Rows[slot];
+            if (scores[row] == kNoMatch && !settled[row] && m_Tags.HasAny(slot, hasTag))
+                scores[row] = kTagMatch;
+        }
         m_SearchNames.ForEachEntryWith(word, [&](std::size_t row, bool isAtStart) {
             if (!settled[row])
                 scores[row] =
                     static_cast<std::uint32_t>(isAtStart ? number : number + words.size());
             settled[row] |= isAtStart;
         });
-        std::vector<char> const& hasTag = tagMatches[number++];
-        for (Slot slot = 0; !hasTag.empty() && slot < m_Rows.size(); ++slot) {
-            Row const row = m_Rows[slot];
-            if (scores[row] == kNoMatch && !settled[row] && m_Tags.HasAny(slot, hasTag))
-                scores[row] = kTagMatch;
-        }
+        ++number;
     }
     for (Row row = 0; row < m_Rows.size(); ++row) {
         if (scores[row] != kNoMatch)

@@ -64,6 +64,20 @@ private Q_SLOTS:
         }
     }
 
+    /// Inside a name, one of so many words scores as much as no match, whatever the tags say.
+    void takesAScoreOfNoMatchForNone()
+    {
+        m_Library->Add(TarnoType::gSolver, "x14999", "14999");
+        m_Library->Add(TarnoType::gSolver, "x14998", "14999");
+        MakeBrowser();
+        QString text;
+        for (int word = 10000; word <= 15000; ++word)
+            text += QString::number(word) + ' ';
+        m_Browser->SearchTextChange(text);
+        m_Browser->UpdateVisibleItems();
+        QCOMPARE(m_Browser->GetRanks(), QString("x14998:9999"));
+    }
+
     void filtersAsIsTypedAndClicked()
     {
         MakeBrowserWithAll();
