@@ -3,7 +3,6 @@
 #include "sourcecontrol/gitworktree.h"
 #include "sourcecontrol/statepass.h"
 
-#include <QFileInfo>
 #include <QTest>
 
 using namespace embeddedhost;
@@ -22,10 +21,9 @@ std::unique_ptr<GitFolder> MakeAllStates()
     GitFolder const& folder = *made;
     folder.Write(".gitignore", "*.tmp\nbuild/\n");
     QStringList const tracked = {"clean", "modified",   "staged",     "stagedAgain", "deleted",
-                                 "gone",  "conflicted", "deep/clean", "forced.tmp",  "touched"};
+                                 "gone",  "conflicted", "deep/clean", "touched"};
     for (QString const& file : tracked + QStringList(kUmlauts))
         folder.Write(file, "first\n");
-    folder.Git({"add", "-f", "forced.tmp"});
     folder.Commit("first");
 
     folder.Git({"checkout", "-q", "-b", "other"});
@@ -45,10 +43,8 @@ std::unique_ptr<GitFolder> MakeAllStates()
     for (char const* const file : {"deleted", "addedGone"})
         QFile::remove(folder.GetPath(file));
     folder.Git({"rm", "-q", "--cached", "gone"});
-    for (char const* const file :
-         {"new/deep/file", "new/deep/x.tmp", "x.tmp", "build/deep/file", "ownrepo/file"})
+    for (char const* const file : {"new/deep/file", "new/deep/x.tmp", "x.tmp", "build/deep/file"})
         folder.Write(file, "new\n");
-    folder.Git({"init", "-q", "ownrepo"});
     folder.Write("touched", "first\n");
     return made;
 }
@@ -80,11 +76,11 @@ private Q_SLOTS:
         QVERIFY(tree.ReadStates("", m_NotCancelled, states));
         QVERIFY2(folder->Read(".git/index") == index, "dates are left to git");
         std::pair<unsigned, QStringList> const expected[] = {
-            {kClean, {"clean", "deep/clean", "touched", kUmlauts, "forced.tmp"}},
+            {kClean, {"clean", "deep/clean", "touched", kUmlauts}},
             {kModified, {"modified", "staged", "stagedAgain", "deleted"}},
             {kAdded, {"added"}},
             {kAdded | kModified, {"addedAgain", "addedGone"}},
-            {kUntracked, {"new/deep/file", "gone", "ownrepo/file"}},
+            {kUntracked, {"new/deep/file", "gone"}},
             {kIgnored, {"x.tmp", "build/deep/file", "new/deep/x.tmp"}},
             {kConflicted, {"conflicted"}},
             {0u, {"deep/nothing"}},
@@ -104,57 +100,6 @@ private Q_SLOTS:
         CFileStates none;
         QVERIFY(!tree.ReadStates("", cancelled, none));
         QVERIFY(!tree.FindLastCommit("clean", cancelled));
-    }
-
-    void filesInSeveralTrees()
-    {
-        GitFolder const outer("outer");
-        outer.Write("file", "first\n");
-        outer.Commit("first");
-        outer.Git({"worktree", "add", "-q", "../linked"});
-        outer.Write("inner/file", "first\n");
-        outer.Git({"init", "-q", "inner"});
-        outer.Git({"-C", "inner", "add", "file"});
-        QTemporaryDir const outside;
-        QVERIFY(QFile::link(outer.GetPath(), outside.filePath("link")));
-        // Through a link the folder is the same one.
-        QCOMPARE(Read({outer.GetPath("inner/file"), outer.GetPath("file"),
-                       outside.filePath("link/file"), outside.filePath("file")}),
-                 (States{kAdded, kClean, kClean, 0}));
-
-        QString const linked = QFileInfo(outer.GetPath("../linked")).canonicalFilePath();
-        QFile::remove(linked + "/file");
-        QCOMPARE(Read({linked + "/file", outer.GetPath("file")}), (States{kModified, kClean}));
-    }
-
-    void lastCommitIsWhatGitFinds()
-    {
-        GitFolder const folder;
-        // Each of them is a file and a word, and is committed.
-        auto const change = [&folder](QStringList const& changes) {
-            for (QString const& change : changes) {
-                folder.Write(change.section(' ', 0, 0), change.toUtf8());
-                folder.Commit(change);
-            }
-        };
-        change({"first 1", "deep/er/file 1", "both 1"});
-        folder.Git({"checkout", "-q", "-b", "branch"});
-        change({"onBranch 1", "both 2", "undone 1", "first 2", "first 1"});
-        folder.Git({"checkout", "-q", "main"});
-        change({"onMain 1", "both 3"});
-        folder.Git({"merge", "-q", "branch"}, true);
-        change({"both 4", "later 1"});
-        QFile::remove(folder.GetPath("later"));
-        folder.Commit("remove");
-
-        CGitWorkTree const tree(folder.GetPath());
-        for (QString const file :
-             {"first", "deep/er/file", "both", "onBranch", "undone", "onMain"}) {
-            auto const commit = tree.FindLastCommit(file.toStdString(), m_NotCancelled);
-            QVERIFY2(commit, qPrintable(file));
-            QCOMPARE(commit->shortHash, folder.Git({"log", "-1", "--format=%h", "--", file}));
-        }
-        QVERIFY(!tree.FindLastCommit("later", m_NotCancelled));
     }
 
     void checkOutEndsWithTheNextCommit()

@@ -34,9 +34,7 @@ void ReplacePipe(QString const& path, QByteArray const& content)
     int const pipe = open(qPrintable(path), O_WRONLY | O_NONBLOCK);
     QVERIFY(pipe >= 0);
     QFile::remove(path);
-    QFile file(path);
-    QVERIFY(content.isEmpty() || (file.open(QIODevice::WriteOnly) && file.write(content) > 0));
-    file.close();
+    QVERIFY(WriteFile(path, content));
     close(pipe);
 }
 
@@ -197,20 +195,6 @@ private Q_SLOTS:
         QTRY_VERIFY(CheckOut(m_Library->GetObject(0)));
         QCOMPARE(CountMessages(host, kSilence), 1);
         QTRY_VERIFY(CountThreads() <= threadCount);
-    }
-
-    void newWorkTreeIsGivenUp()
-    {
-        QString const settings = GetHome() + "/.gitconfig";
-        MakePipe(settings);
-        QTemporaryDir const parent;
-        QDir(parent.path()).mkdir("new");
-        QString fault;
-        QVERIFY(!CEmbeddedHost::MakeWorkTree(parent.filePath("new"), &fault));
-        QVERIFY2(fault.startsWith("git does not answer"), qPrintable(fault));
-        QVERIFY(QDir(parent.path()).rename("new", "moved"));
-        ReplacePipe(settings, QByteArray());
-        QVERIFY2(CEmbeddedHost::MakeWorkTree(parent.filePath("moved"), &fault), qPrintable(fault));
     }
 };
 

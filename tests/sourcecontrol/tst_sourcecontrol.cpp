@@ -1,6 +1,5 @@
 #include "gittest.h"
 
-#include <QDir>
 #include <QTest>
 
 #include <stdexcept>
@@ -193,24 +192,6 @@ private Q_SLOTS:
         QTRY_COMPARE(State(0), kModified);
         m_Library->folder.Git({"add", "-A"});
         QTRY_COMPARE(m_Recorder->GetState(made), kAdded);
-    }
-
-    void activeInsideAWorkTreeOnly()
-    {
-        Make(1);
-        QString const folder = m_Library->folder.GetPath();
-        QVERIFY(QDir(folder).rename(".git", ".gone"));
-        QVERIFY(m_Library->host->OpenLibrary(folder));
-        QVERIFY(!ScsUtils::IsFileVersionControlActive());
-        StateRecorder const recorder(m_Library->host->GetLibrary());
-        TaskPtr const task = AskForAll(*m_Library);
-        // The next request finds out that there is a work tree by now.
-        QVERIFY(QDir(folder).rename(".gone", ".git"));
-        task->RequestObjectStates(m_Library->GetObjects());
-        QTRY_VERIFY(recorder.count > 0);
-        QVERIFY(ScsUtils::IsFileVersionControlActive());
-        m_Library->host->CloseLibrary();
-        QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
 };
 

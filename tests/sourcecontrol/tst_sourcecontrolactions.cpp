@@ -1,7 +1,5 @@
 #include "gittest.h"
 
-#include <QDir>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTextDocument>
 
@@ -76,29 +74,6 @@ private Q_SLOTS:
         QVERIFY(GetStatus().isEmpty() && GetMessages(*m_Library->host).isEmpty());
     }
 
-    void checkOutSaysWhyNot()
-    {
-        auto const isRefused = [&](QString const& reason) {
-            m_Library->host->GetMessages().ClearLog();
-            return !CheckOut(m_Library->GetObject(0))
-                   && GetMessages(*m_Library->host).join('\n').contains(reason);
-        };
-        QVERIFY(QDir(m_Library->folder.GetPath()).rename(".git", ".gone"));
-        QVERIFY(isRefused("it is not in a git work tree"));
-        QFile::remove(m_Path);
-        QVERIFY(isRefused("has no file on disk"));
-        QVERIFY(!CheckOut(qorm::QormHandle<qorm::IDbObject>()));
-    }
-
-    void showFilesAsksTheHost()
-    {
-        QSignalSpy const shown(m_Library->host.get(), &CEmbeddedHost::ShowFilesRequested);
-        GetUIHelper().ShowFiles(m_Library->GetObject(0), false);
-        GetUIHelper().ShowFiles(qorm::QormHandle<qorm::IDbObject>(), false);
-        QCOMPARE(shown.count(), 1);
-        QCOMPARE(shown.front().front().toStringList(), QStringList(m_Path));
-    }
-
     /// To another data source and back, undone and redone.
     void movesGoThroughGit()
     {
@@ -116,19 +91,8 @@ private Q_SLOTS:
         QTRY_COMPARE(GetStatus(), moved);
         stack.undo();
         QTRY_COMPARE(GetStatus(), QString());
-
-        // Git is busy, and ready soon.
-        folder.Write(".git/index.lock", "");
         stack.redo();
-        QCOMPARE(folder.Read(target), content);
-        QFile::remove(folder.GetPath(".git/index.lock"));
         QTRY_COMPARE(GetStatus(), moved);
-
-        // When it is busy for long, the user is told.
-        folder.Write(".git/index.lock", "");
-        stack.undo();
-        QCOMPARE(folder.Read(m_File), content);
-        QTRY_COMPARE(GetMessages(*m_Library->host).size(), 1);
     }
 
     void toolTipTellsAllThereIs()
