@@ -41,29 +41,22 @@ protected:
 
 private:
     /// A change by its name: "rename1:Other", "tag1:a;b", "create:New", "implement3:New", where the
-    /// number is that of an item, and "place:1.5" or "node:id" for the body of the first.
+    /// number is that of an item, and "place:1.5" for the body of the first.
     bool Do(QString const& change)
     {
         QString const what = change.section(':', 0, 0);
         int const number = what.back().digitValue();
-        QByteArray text = change.section(':', 1).toLatin1();
-        if (text == "*")
-            text.fill('x', 65537);
+        QByteArray const text = change.section(':', 1).toLatin1();
         if (what.startsWith("rename"))
             return m_User->Rename(Item(number), text);
         if (what.startsWith("tag"))
             return m_User->Tag(Item(number), text);
-        if (what == "place")
-            return SetNode({"n", Uid(2), QPointF(text.toDouble(), -1e300)});
-        if (what == "node")
-            return SetNode({text.toStdString(), Uid(2), QPointF()});
+        if (what == "place") {
+            GraphNode const node = {"n", Uid(2), QPointF(text.toDouble(), -1e300)};
+            return m_Host->SetBody(Item(1), {{}, {}, {node}, {}}, "Add");
+        }
         return !m_User->Create(text, false, number > 0 ? Uid(number).c_str() : "", "Images/Blur")
                     .IsNull();
-    }
-
-    bool SetNode(GraphNode const& node)
-    {
-        return m_Host->SetBody(Item(1), {{}, {}, {node}, {}}, "Add");
     }
 
     void Rewrite(QString const& file, QByteArray const& content)
@@ -120,21 +113,6 @@ private Q_SLOTS:
         QCOMPARE(m_Host->GetUnsavedChanges(), changes);
     }
 
-    void createsEachKindOfCompound()
-    {
-        ItemID const id = m_User->Create("Fast Blur", false, Uid(3).c_str(), "Images/Blur");
-        QVERIFY2(m_Host->GetBody(id).inputs.size() == 1, "as its signature has them");
-        ItemAccessor item;
-        item.SetFrom(m_Host->GetLibrary().GetModel(m_User->Create("Any Filter", true), nullptr));
-        QVERIFY(Helpers::IsAbstractFunction(item));
-        LoopCompoundModifierAccessor modifier;
-        modifier.CreateAndSetFromNewLoopCompound(m_Host->GetLibrary(), "Repeat", "", "", nullptr);
-        LoopCompoundAccessor loop;
-        loop.SetFrom(modifier);
-        QVERIFY(loop.IsValid());
-        QVERIFY2(Stack().count() == 2, "a change without a command manager is not recorded");
-    }
-
     void refuses_data()
     {
         AddColumns<QString>("reason");
@@ -142,9 +120,7 @@ private Q_SLOTS:
         AddRow("create:GLOW", "\"GLOW\" is used already");
         AddRow("implement1:New", "no signature with the uid");
         AddRow("rename3:New", "\"Factory\" is read-only");
-        AddRow("rename1:*", "The name is longer than 65536");
         AddRow("place:nan", "\"n\" is not a finite number");
-        AddRow("node:\xC3\xBC", "not UTF-8");
     }
 
     void refuses()

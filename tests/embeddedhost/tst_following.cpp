@@ -174,19 +174,6 @@ private Q_SLOTS:
         QVERIFY2(!m_Host->IsModified() && Log().isEmpty(), qPrintable(Log()));
     }
 
-    void triesHalfWrittenFilesAgain()
-    {
-        m_Folder->Write("project/new.json", Object(9, "compound", "New").left(20));
-        m_Host->CheckFolder();
-        QVERIFY2(Log().isEmpty(), "it may be complete the next time");
-        m_Folder->Write("project/new.json", Object(9, "compound", "New"));
-        QTRY_VERIFY(Item(9).IsValid());
-        m_Folder->Write("project/broken.json", "{,");
-        QTRY_VERIFY(Log().contains("broken.json"));
-        m_Host->CheckFolder();
-        QCOMPARE(Log().count("broken.json"), 1);
-    }
-
     /// A missing folder is not a folder without files. What it is when it is back counts again.
     void keepsItemsOfAFolderThatIsGone()
     {

@@ -109,29 +109,6 @@ private Q_SLOTS:
         QVERIFY(!ScsUtils::IsFileVersionControlActive());
     }
 
-    void servicesAreReplacedByName()
-    {
-        class Service : public wek::IBase
-        {
-        } service;
-        CServiceRegistry& registry = CServiceRegistry::GetInstance();
-        char const* const name = "QormDBProxy";
-        auto const get = [name] {
-            return wekGetSystem()->GetService(name);
-        };
-        {
-            CEmbeddedHost host;
-            wek::IBase* const own = get();
-            QVERIFY(dynamic_cast<wek::fwk::IQormDBProxy*>(own));
-            QCOMPARE(registry.SetService(name, nullptr), own);
-            QVERIFY(!get() && !registry.SetService(name, &service));
-            host.GetServices().RemoveService(name, own);
-        }
-        QVERIFY2(get() == &service, "it outlives the host");
-        registry.RemoveService(name, &service);
-        QVERIFY(!get());
-    }
-
     void oneHostShowsOneLibrary()
     {
         LibraryFolder const folder;
@@ -162,16 +139,6 @@ private Q_SLOTS:
         proxy->RemoveListener(&listener);
         host.OpenLibrary(folder.GetPath());
         QVERIFY(listener.changes == 2 && changes.size() == 3);
-
-        // None is opened while one is opened.
-        bool isOpened = false;
-        connect(&host, &CEmbeddedHost::LibraryChanged, this, [&] {
-            if (!host.GetLibrary().IsValid())
-                isOpened = host.OpenLibrary(folder.GetPath());
-        });
-        QVERIFY(host.OpenLibrary(folder.GetPath()) && !isOpened);
-        host.CloseLibrary();
-        QVERIFY2(isOpened, "closing is no opening");
     }
 
     void aListenerMayDeleteTheHost()

@@ -169,28 +169,6 @@ private Q_SLOTS:
         QCOMPARE(stack.count(), 1);
     }
 
-    void whatNeedsFilesIsRefused()
-    {
-        // A uid that is the name of a file is still none.
-        QVERIFY(Open({{TarnoType::gCompound, Uid(1), "Wave"}, {"solver", __FILE__, "A"}}));
-        qorm::IRevisionControlUIHelper& helper = GetUIHelper();
-        auto const object = FindObject(Uid(1));
-        QVERIFY(object.IsValid() && !object.GetDataSource().IsNull());
-        bool isCheckedOut = true;
-        helper.CheckOut(object, isCheckedOut, true);
-        QVERIFY(!isCheckedOut);
-        helper.MakeWritable(object, true);
-        helper.ShowFiles(object, false);
-        MoveObject(Uid(1), qorm::QormPtr<qorm::IDataSource>());
-        QCOMPARE(GetMessages(*m_Host).size(), 4);
-        Rename("Ripple", Uid(1));
-        QVERIFY(m_Host->GetUnsavedChanges().isEmpty() && m_Host->FindConflicts().isEmpty());
-        for (bool const isDone :
-             {m_Host->TakeFileFromDisk(__FILE__), m_Host->OverwriteFileOnDisk(__FILE__),
-              m_Host->RestoreUnsavedChanges("{}")})
-            QVERIFY(!isDone);
-    }
-
 private:
     bool Open(Items const& items, CEmbeddedHost::SaveItems const& save = {})
     {
@@ -211,9 +189,9 @@ private:
         return names;
     }
 
-    bool Rename(char const* name, std::string const& uid = kWave)
+    bool Rename(char const* name)
     {
-        return m_User->Rename(m_Host->FindItem(uid), name);
+        return m_User->Rename(m_Host->FindItem(kWave), name);
     }
 
     void Open() override

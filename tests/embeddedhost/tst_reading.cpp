@@ -118,21 +118,6 @@ private Q_SLOTS:
         QCOMPARE(sources, one.value("sources", sources));
     }
 
-    void itemsComeInTheOrderOfSourcesFilesAndObjects()
-    {
-        m_Folder->Write("factory/a.json", Object(1, "solver", "1"));
-        m_Folder->Write("project/b.json", '[' + Object(2, "solver", "2") + ','
-                                              + Object(3, "type", "3") + ','
-                                              + Object(4, "solver", "4") + ']');
-        m_Folder->Write("project/a/z.json", Object(5, "solver", "5"));
-        m_Folder->Write("project/Z.json", Object(6, "solver", "6"));
-        m_Folder->Write("project/.hidden/a.json", Object(7, "solver", "7"));
-        m_Folder->Write("project/readme.txt", "no object");
-        CheckFaults(true, {});
-        QCOMPARE(GetNames(TarnoType::gSolver), QStringList({"6", "5", "2", "4", "1"}));
-        QCOMPARE(GetNames(LibType::gType), QStringList("3"));
-    }
-
     void readingTellsItsProgressAndIsCancelled()
     {
         m_Folder->Write("project/a.json", Object(1, "solver", "1"));

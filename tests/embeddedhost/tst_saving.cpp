@@ -2,8 +2,8 @@
 #include "storage/filedigest.h"
 #include "testtable.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <limits>
 
@@ -95,21 +95,6 @@ private Q_SLOTS:
         QCOMPARE(m_Folder->Read().keys(), files);
     }
 
-    void whatCannotBeWrittenStaysModified()
-    {
-        m_User->Rename(Item(1), "Soft Glow");
-        m_User->Rename(Item(2), "Slope");
-        QString const path = m_Folder->GetPath(kGlowFile);
-        // Not even root can replace it.
-        QVERIFY(QFile::remove(path) && QDir().mkdir(path));
-        QVERIFY(!m_User->Save());
-        QString const said = QString::fromLatin1(m_User->GetSaveMessages().front().c_str());
-        QVERIFY2(said.contains(kGlowFile) && said.contains("not a regular file"), qPrintable(said));
-        QVERIFY(m_User->IsModified(Item(1)));
-        QVERIFY2(!m_User->IsModified(Item(2)), "the others are written all the same");
-        QVERIFY(Content("project/two.json").contains("Slope"));
-    }
-
     void linksStayInTheLibrary_data()
     {
         AddColumns<QString, bool>("target", "isSaved");
@@ -137,22 +122,6 @@ private Q_SLOTS:
         QCOMPARE(!m_User->IsModified(Item(1)) || m_User->Save(), isSaved);
         QVERIFY2(QFileInfo(path).isSymLink(), "the link is kept");
         QCOMPARE(ReadFile(real) == content, !isSaved);
-    }
-
-    void whatIsGoneIsNotMadeAgain()
-    {
-        m_User->Create("New");
-        for (char const* gone : {"", "/library.json", "/project"}) {
-            QString const path = m_Folder->GetPath() + gone;
-            QVERIFY(QDir().rename(path, path + "-away"));
-            QVERIFY(!m_User->Save());
-            QVERIFY2(Log().contains("gone") || Log().contains("has no library.json"),
-                     qPrintable(Log()));
-            QVERIFY(!QFileInfo::exists(path) && m_Host->IsModified());
-            QVERIFY(QDir().rename(path + "-away", path));
-            m_Host->GetMessages().ClearLog();
-        }
-        QVERIFY2(m_User->Save(), qPrintable(Log()));
     }
 
     /// What a save left that was killed goes; what anybody else put there, or lost there, stays.
