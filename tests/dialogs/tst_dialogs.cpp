@@ -63,10 +63,15 @@ private Q_SLOTS:
             QCOMPARE(dialog->size(), QSize(370, 130));
             QCOMPARE(dialog->windowTitle() + '|' + Describe(*dialog), title + '|' + parts);
             QCOMPARE(GetTabOrder(*dialog), tabOrder);
-            // No name is taken for markup, and no label reaches under its field.
-            for (QLabel* const label : dialog->findChildren<QLabel*>())
+            // No name is taken for markup, and no label reaches under its field, which screen
+            // readers call by the label.
+            for (QLabel* const label : dialog->findChildren<QLabel*>()) {
                 QVERIFY(label->x() == 10 ? label->geometry().right() < 120
                                          : label->textFormat() == Qt::PlainText);
+                QWidget* const field = dialog->childAt(130, label->geometry().center().y());
+                if (!qobject_cast<QLabel*>(field))
+                    QCOMPARE(label->buddy(), field);
+            }
         }
     }
 

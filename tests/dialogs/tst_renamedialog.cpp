@@ -19,6 +19,7 @@ private Q_SLOTS:
             dialog.resize(500, 300);
             QCoreApplication::processEvents();
             QCOMPARE(label.text(), QString("New name:"));
+            QVERIFY(label.buddy() == m_Field);
             QVERIFY(label.x() == 5 && label.geometry().right() < m_Field->x());
             QCOMPARE(m_Field->geometry().topRight(), QPoint(500 - 6, 5));
             QCOMPARE(m_OkButton->parentWidget()->geometry().bottomRight(), QPoint(494, 294));
