@@ -81,14 +81,6 @@ private Q_SLOTS:
         }
     }
 
-    void addsCommandsToMenusOfTheHost()
-    {
-        QMenu menu;
-        FillMenuOfHost(menu);
-        QCOMPARE(TakeEntries(menu), QString("Compound signature|Public compound|"
-                                            "Public looping compound|Save graph library"));
-    }
-
     void passesOnWhatWasEntered()
     {
         auto const create = [&](QString const& kind, char const* text, QString const& call) {
@@ -139,18 +131,6 @@ private Q_SLOTS:
         for (char const* command :
              {"OnNewSignature", "OnNewLoopCompound", "OnRenameItem", "OnEditItemTags"})
             Check(command, 0, "node<Escape>", "");
-    }
-
-    void leavesRefusedItemsAlone()
-    {
-        m_Host->m_RefusesChanges = true;
-        m_Browser->SetCommandManager(nullptr);
-        for (char const* command : {"OnNewSignature", "OnNewCompound", "OnNewLoopCompound"}) {
-            DialogUser user("<Return>");
-            Run(command);
-            QStringList const calls = m_Host->TakeCalls();
-            QVERIFY2(calls.size() == 1 && calls[0].endsWith(" null"), command);
-        }
     }
 
     void actsOnTheItemThatTheEntryNames()

@@ -154,10 +154,9 @@ protected:
         return (At(from) + At(to)) / 2;
     }
 
-    void Press(QPoint const& point, Qt::MouseButton button = Qt::LeftButton,
-               Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    void Press(QPoint const& point)
     {
-        QTest::mousePress(m_Canvas->viewport(), button, modifiers, point);
+        QTest::mousePress(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, point);
     }
 
     /// Sent, since the offscreen platform has no mouse to move.
@@ -168,24 +167,22 @@ protected:
         QApplication::sendEvent(m_Canvas->viewport(), &event);
     }
 
-    void Release(QPoint const& point, Qt::MouseButton button = Qt::LeftButton)
+    void Release(QPoint const& point)
     {
-        QTest::mouseRelease(m_Canvas->viewport(), button, Qt::NoModifier, point);
+        QTest::mouseRelease(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, point);
     }
 
-    void Drag(QPoint const& from, QPoint const& to,
-              Qt::KeyboardModifiers modifiers = Qt::NoModifier,
-              Qt::MouseButton button = Qt::LeftButton)
+    void Drag(QPoint const& from, QPoint const& to)
     {
-        Press(from, button, modifiers);
+        Press(from);
         MoveMouse((from + to) / 2);
         MoveMouse(to);
-        Release(to, button);
+        Release(to);
     }
 
-    void Click(QPoint const& point, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    void Click(QPoint const& point)
     {
-        QTest::mouseClick(m_Canvas->viewport(), Qt::LeftButton, modifiers, point);
+        QTest::mouseClick(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, point);
     }
 
     void DoubleClick(QPoint const& point)

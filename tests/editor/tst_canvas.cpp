@@ -183,19 +183,6 @@ private Q_SLOTS:
         QVERIFY(View().contains(QPointF(300, 200)));
     }
 
-    void viewIsPanned()
-    {
-        QTest::keyPress(m_Canvas.get(), Qt::Key_Space);
-        QCOMPARE(Cursor(), Qt::OpenHandCursor);
-        QPointF const before = m_Canvas->mapToScene(QPoint(0, 0));
-        Drag({300, 300}, {350, 280});
-        QCOMPARE(m_Canvas->mapToScene(QPoint(0, 0)), before + QPointF(-50, 20));
-        QTest::keyRelease(m_Canvas.get(), Qt::Key_Space);
-        // The left button does what it did before.
-        Drag(At("one"), At("one") + QPoint(20, 0));
-        QVERIFY(Nodes().startsWith(QStringLiteral("one 20,0|")));
-    }
-
     void gesturesOutliveTheirGraph()
     {
         for (QPoint const& from : {At("one"), At("two.sum")}) {

@@ -26,12 +26,6 @@ class TestCanvasPorts : public CanvasTest
     Q_OBJECT
 
 private:
-    /// What the canvas shows around a point.
-    QImage Look(QPoint const& point) const
-    {
-        return Picture().copy(QRect(point, QSize(1, 1)).adjusted(-8, -8, 8, 8));
-    }
-
     /// In the colour of a connection of numbers.
     bool IsPaintedAt(QPoint const& point) const
     {
@@ -142,21 +136,6 @@ private Q_SLOTS:
         QCOMPARE(Wires(), QStringLiteral("gone.lost>two.b"));
     }
 
-    void refusalsSayWhy()
-    {
-        QImage const plain = Look(At("say.text"));
-        Press(At("one.sum"));
-        QImage const faded = Look(At("say.text"));
-        MoveMouse(At("say.text"));
-        QCOMPARE(QToolTip::text(), QStringLiteral("Float does not go into Text."));
-        QCOMPARE(Cursor(), Qt::ForbiddenCursor);
-        QVERIFY(plain != faded && Look(At("say.text")) != faded);
-        MoveMouse(At("two.a"));
-        QCOMPARE(Cursor(), Qt::CrossCursor);
-        QTRY_COMPARE(QToolTip::text(), QString());
-        Release(kNowhere);
-    }
-
     /// Files made by other means may have those that share an input, or lack a node.
     void oddConnectionsDoNoHarm()
     {
@@ -216,12 +195,6 @@ private Q_SLOTS:
         Open(kOuter);
         DoubleClick(At("main"));
         QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));
-        QVERIFY(m_Canvas->CanPaste());
-        // Where nothing can be changed, the entry cannot be chosen.
-        Open(kLocked);
-        m_Host->GetMessages().ClearLog();
-        Choose(QPoint(50, 50), "Paste");
-        QVERIFY(GetMessages(*m_Host).isEmpty() && !m_Canvas->CanPaste());
     }
 };
 

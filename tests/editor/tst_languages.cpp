@@ -6,7 +6,6 @@
 
 #include <itempayload.h>
 #include <libraryfolder.h>
-#include <palette/nodepalette.h>
 #include <stringutils.h>
 #include <tarnodialog.h>
 #include <textencoding.h>
@@ -133,25 +132,6 @@ private Q_SLOTS:
         QVERIFY(IsNameInNodeLibraryHierarchy(host.GetLibrary(), "a\xFE"));
         QVERIFY(user.Tag(id, "\xFF") && user.Tag(id, "\xFF") && user.Rename(id, "a\xFF"));
         QCOMPARE(host.GetCommandManager().GetUndoStack().count(), 2);
-    }
-
-    void newNamesKeepTheMarksOfTheirLetters()
-    {
-        CTarnoCompoundCreateDialog dialog(ItemLibraryAccessor(), "compound", "", false);
-        DialogUser user("Cafe\u0301!<Return>");
-        QCOMPARE(dialog.exec(), int(QDialog::Accepted));
-        QCOMPARE(dialog.GetName(), QString("Cafe\u0301_"));
-    }
-
-    void shorterNamesHaveFewerLetters()
-    {
-        CEmbeddedHost host;
-        QVERIFY(host.OpenItems("names", {{"type", "1", "影abc"}, {"type", "2", "影日"}}));
-        CNodePalette palette(CNodeBrowser::eConfigTypes);
-        palette.SetItemLibrary(host.GetLibrary());
-        palette.SetRanking(CNodePalette::eNameRanking);
-        palette.findChild<QLineEdit*>()->setText("影");
-        QCOMPARE(palette.GetRowName(0), QString("影日"));
     }
 
 private:

@@ -70,11 +70,8 @@ protected:
         for (char const* const name : {"HOME", "XDG_CONFIG_HOME"})
             qputenv(name, QFile::encodeName(m_Home->path()));
         m_Folder = std::make_unique<LibraryFolder>();
-        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "nodes": [
-            {"id": "ramp", "item": "BBBBBBBB-0000-0000-0000-000000000002", "position": [0, 0]}])"));
+        m_Folder->Write(kGlowFile, Object(1, "compound", "Glow"));
         m_Folder->Write("project/ramp.json", Object(2, "compound", "Ramp"));
-        m_Folder->Write("factory/sun.json", Object(3, "compound", "A && B"));
-        QApplication::clipboard()->clear();
         Start();
     }
 
@@ -251,53 +248,6 @@ private Q_SLOTS:
         QVERIFY(m_Run->window.findChild<QDockWidget*>("Node Browser")->isHidden());
         Action("1  " + m_Folder->GetPath())->trigger();
         QTRY_VERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
-    }
-
-    /// What is typed into the search field is no command for the graph.
-    void searchFieldKeepsItsKeys()
-    {
-        OpenAndRename();
-        Show(1);
-        Action("Select All")->trigger();
-        QTRY_VERIFY(Action("Delete")->isEnabled());
-        m_Run->window.activateWindow();
-        Action("Find in Node Browser")->trigger();
-        auto* const panel = m_Run->window.findChild<QDockWidget*>("Node Browser");
-        auto* const field = panel->findChild<QLineEdit*>();
-        QTRY_VERIFY(field->hasFocus());
-        for (bool const isUndone : {true, false}) {
-            QTest::keyClicks(field, "ramp");
-            QTest::keyClick(field, isUndone ? Qt::Key_Z : Qt::Key_A, Qt::ControlModifier);
-            QTest::keyClick(field, Qt::Key_Delete);
-            QCOMPARE(field->text(), QString());
-        }
-        QCOMPARE(Name(), QStringLiteral("New"));
-        QCOMPARE(m_Run->host.GetBody(Item(1)).nodes.size(), std::size_t(1));
-    }
-
-    void menusAreThereWhenTheyCanAct()
-    {
-        auto const enabled = [this] {
-            QStringList texts;
-            for (QString const text : {"Public compound", "Select All", "Zoom In", "Input...",
-                                       "Cut", "Copy", "Duplicate", "Delete", "Paste"})
-                if (Action(text)->isEnabled())
-                    texts << text;
-            return texts.join(' ');
-        };
-        QCOMPARE(enabled(), QString());
-        Open();
-        QString all = "Public compound";
-        QCOMPARE(enabled(), all);
-        Show(1);
-        all += " Select All Zoom In Input...";
-        QCOMPARE(enabled(), all);
-        Action("Select All")->trigger();
-        QTRY_COMPARE(enabled(), all + " Cut Copy Duplicate Delete");
-        Action("Copy")->trigger();
-        QCOMPARE(enabled(), all + " Cut Copy Duplicate Delete Paste");
-        Show(3);
-        QTRY_COMPARE(enabled(), QStringLiteral("Public compound Select All Zoom In"));
     }
 
     /// Whatever raises an exception, the program goes on and tells about it.

@@ -1,7 +1,5 @@
 #include "loggedtest.h"
 
-#include <commandline.h>
-
 #include <QImage>
 #include <QtTest>
 
@@ -58,15 +56,6 @@ private Q_SLOTS:
 
     void wrongArgumentsAreExplained()
     {
-        // What is wrong stands behind the bar.
-        for (QString const row :
-             {"--colour|colour", "one two|two", "--generate out 10000001|\"10000001\"",
-              "--generate out 5 --render a.png|--render", "--new|new", "--size 20x20|--size",
-              "--render a.png --size 9x10001|\"9x10001\"", "--render a.png --scale nan|\"nan\""}) {
-            QStringList const parts = row.split('|');
-            QString const fault = ParseCommandLine(("program " + parts[0]).split(' ')).fault;
-            QVERIFY2(fault.contains(parts[1]), qPrintable(row + ": " + fault));
-        }
         QVERIFY(Run("--generate out 0").startsWith("2 nodeeditor: The number of items"));
         QVERIFY(Run("--help").contains("--generate"));
         QVERIFY(QDir(m_Folder.path()).isEmpty());

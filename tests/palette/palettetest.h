@@ -23,7 +23,7 @@ public:
     using CNodePalette::CNodePalette;
 
     using CNodeBrowser::m_HeaderHeight, CNodeBrowser::m_ScrollBar, CNodeBrowser::m_ScrollOffset,
-        CNodeBrowser::m_SearchEdit, CNodeBrowser::m_SelectedIndex, CNodeBrowser::m_TabBar;
+        CNodeBrowser::m_SearchEdit, CNodeBrowser::m_SelectedIndex;
 
     QStringList GetRows()
     {

@@ -1,8 +1,6 @@
 #include "palettetest.h"
 
 #include <QScrollBar>
-#include <QTabBar>
-#include <QToolButton>
 
 using namespace tarno::datamodel;
 
@@ -89,16 +87,6 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->GetRows(), panel);
         m_Palette->SetRanking(CNodePalette::eNameRanking);
         QCOMPARE(m_Palette->GetRows(), ranked);
-        // A host that fails while rows are arranged is asked again.
-        TellOfChanges();
-        m_Library->Tell([](auto& listener, auto& library) {
-            listener.ItemTagsChanged(library, ItemID(), "ApplicationTags");
-        });
-        m_Palette->m_SearchEdit->setText("noise rgb");
-        m_Host->ThrowAt("GetItemTags", 1);
-        QVERIFY_EXCEPTION_THROWN(m_Palette->GetRowCount(), HostError);
-        QCOMPARE(m_Palette->GetRows().mid(0, 1), QStringList("Add RGB Noise"));
-        Type("rgb noise");
         m_Palette->SetRanking(CNodePalette::ePanelRanking);
         QCOMPARE(m_Palette->GetRows(), panel);
 
@@ -109,40 +97,6 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->GetRows().mid(0, 3), QStringList({"RGB", "Beta", "Add RGB Noise"}));
         QCOMPARE(m_Palette->GetRows().size(), 35);
         QCOMPARE(m_Palette->GetSelected(), QString("RGB"));
-    }
-
-    void saysWhyThereAreNoRows()
-    {
-        Type("float");
-        QToolButton* lookUnderAll = nullptr;
-        for (QToolButton* const button : m_Palette->findChildren<QToolButton*>()) {
-            if (button->isVisible() && button->text().contains("(1)"))
-                lookUnderAll = button;
-        }
-        QVERIFY(lookUnderAll);
-        lookUnderAll->click();
-        Settle();
-        QCOMPARE(m_Palette->GetRows(), QStringList("Float"));
-        QVERIFY(!lookUnderAll->isVisible());
-        QSignalSpy const counts(m_Palette, &CNodePalette::RowCountChanged);
-        Type("q & q");
-        QVERIFY(!lookUnderAll->isVisible());
-        QVERIFY(m_Palette->m_SearchEdit->accessibleDescription().contains("q & q"));
-        QCOMPARE(counts.count(), 1);
-    }
-
-    void explainsRows()
-    {
-        m_Palette->m_TabBar->setCurrentIndex(2);
-        m_Palette->SetDetailsSource([](ItemID const&) {
-            return CNodePalette::SItemDetails{"Shapes <2>", {"radius"}, {"area"}, "checked out"};
-        });
-        (*m_Library)["Float"].isModified = true;
-        Type("blur");
-        QCOMPARE(m_Palette->GetRows(), QStringList({"Alpha Blur", "Float*"}));
-        for (char const* const part : {"Type", "Shapes &lt;2&gt;", "radius", "Changed",
-                                       "checked out", "Listed for its tag “blur”"})
-            QVERIFY2(m_Palette->GetRowToolTip(1).contains(part), part);
     }
 
 private:

@@ -34,7 +34,7 @@ public:
 
 QormPtr<IDataModelMgr> TestObject::GetDataModelMgr() const
 {
-    return QormPtr<IDataModelMgr>(m_HasManager ? new TestManager : nullptr);
+    return QormPtr<IDataModelMgr>(new TestManager);
 }
 
 QormHandle<IValueAsset> TestObject::GetAssetHandle() const

@@ -54,7 +54,6 @@ public:
     int m_CacheIndex;
     /// Where it lives; may be null.
     TestDataSource* m_Source;
-    bool m_HasManager = true;
 
     bool m_IsTypeAsset = false;
     bool m_IsLoaded = true;
