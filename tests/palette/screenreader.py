@@ -91,6 +91,8 @@ def follow(list_):
             text=True).stdout)
 
 
+# A program that starts before the bus is up is never heard of.
+wait_for("the bus", lambda: pyatspi.Registry.getDesktop(0).childCount >= 0)
 program = subprocess.Popen([sys.argv[1]])
 try:
     palette = wait_for("the palette", find_list)
