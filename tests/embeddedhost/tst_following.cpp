@@ -174,6 +174,15 @@ private Q_SLOTS:
         QVERIFY2(!m_Host->IsModified() && Log().isEmpty(), qPrintable(Log()));
     }
 
+    /// Though no look at the folder has seen the file.
+    void noticesWhatGoesSoonAfterASave()
+    {
+        ItemID const id = m_User->Create("Brand New");
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(QFile::remove(m_Folder->GetPath("project/brand-new.json")));
+        QTRY_VERIFY(m_User->NameOf(id).empty());
+    }
+
     /// A missing folder is not a folder without files. What it is when it is back counts again.
     void keepsItemsOfAFolderThatIsGone()
     {
