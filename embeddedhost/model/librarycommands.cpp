@@ -1,8 +1,6 @@
 #include "model/librarycommands.h"
 
-#include "base/text8.h"
 #include "model/accessorcontext.h"
-#include "model/libraryedits.h"
 #include "model/libraryitem.h"
 
 namespace embeddedhost {
@@ -64,70 +62,37 @@ void CChangeObjectCommand::Change(ordered_json const& from, ordered_json const& 
 CAddItemCommand::CAddItemCommand(CLibrary& library, DataSourcePtr const& source,
                                  QString const& path, ordered_json object, std::string const& text)
     : CLibraryCommand(library, text)
-    , m_Source(source)
-    , m_Path(path)
-    , m_Object(std::move(object))
-    , m_Uid(embeddedhost::GetUid(m_Object))
+    , m_Item(source, path, std::move(object))
 {}
 
 void CAddItemCommand::Do()
 {
-    CLibrary* const library = GetLibrary();
-    if (library && !library->FindItem(m_Uid.c_str()))
-        library->AddNewItem(m_Source, m_Path, m_Object);
+    if (CLibrary* const library = GetLibrary())
+        m_Item.PutInto(*library);
 }
 
 void CAddItemCommand::Undo()
 {
-    CLibrary* const library = GetLibrary();
-    CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
-    if (!item)
-        return;
-    // A redo restores the item with later changes.
-    m_Object = item->GetObject();
-    library->RemoveItem(*item);
+    if (CLibrary* const library = GetLibrary())
+        m_Item.TakeOutOf(*library);
 }
 
 CRemoveItemCommand::CRemoveItemCommand(CLibrary& library, CLibraryItem const& item,
                                        std::string const& text)
     : CLibraryCommand(library, text)
-    , m_Uid(item.GetIdentity().uid)
-    , m_Path(item.GetFile().path)
+    , m_Item(item)
 {}
 
 void CRemoveItemCommand::Do()
 {
-    CLibrary* const library = GetLibrary();
-    CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
-    if (!item)
-        return;
-    m_Object = item->GetObject();
-    m_SavedObject = item->GetSavedObject();
-    m_Digest = item->GetFile().digest;
-    library->RemoveItem(*item);
+    if (CLibrary* const library = GetLibrary())
+        m_Item.TakeOutOf(*library);
 }
 
 void CRemoveItemCommand::Undo()
 {
-    CLibrary* library = GetLibrary();
-    LibraryFile* const file = library ? library->FindFile(m_Path) : nullptr;
-    if (!file || library->FindItem(m_Uid.c_str()))
-        return;
-    if (file->digest.isEmpty() || file->digest != m_Digest) {
-        // A save has removed the file meanwhile, and another program may have made one of its name.
-        QString const path =
-            file->entries.empty()
-                ? m_Path
-                : FindFreePath(*library, file->source, ToText8(GetName(m_Object)).c_str());
-        library->AddNewItem(file->source, path, m_Object);
-        return;
-    }
-    file->hasOtherEntries = false;
-    library->AddSavedItem(*file, m_Object);
-    // A listener may have closed the library or removed the item.
-    library = GetLibrary();
-    if (CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr)
-        item->SetSavedObject(m_SavedObject);
+    if (CLibrary* const library = GetLibrary())
+        m_Item.PutInto(*library);
 }
 
 CCommandGroup::CCommandGroup(CLibrary& library, Commands const& commands, std::string const& text)

@@ -1,7 +1,7 @@
 #ifndef EMBEDDEDHOST_LIBRARYCOMMANDS_H
 #define EMBEDDEDHOST_LIBRARYCOMMANDS_H
 
-#include "model/itemobject.h"
+#include "model/detacheditem.h"
 #include "model/library.h"
 
 #include <framework.h>
@@ -64,13 +64,10 @@ public:
     void Undo() override;
 
 private:
-    DataSourcePtr const m_Source;
-    QString const m_Path;
-    ItemObject m_Object;
-    std::string const m_Uid;
+    DetachedItem m_Item;
 };
 
-/// Removes an item that is alone in its file; a save removes the file.
+/// Removes an item; a save removes its file, if it is alone there.
 class CRemoveItemCommand final : public CLibraryCommand
 {
 public:
@@ -80,12 +77,7 @@ public:
     void Undo() override;
 
 private:
-    std::string const m_Uid;
-    QString const m_Path;
-    /// As the item and its file were when it was removed.
-    ItemObject m_Object;
-    ItemObject m_SavedObject;
-    QByteArray m_Digest;
+    DetachedItem m_Item;
 };
 
 /// Several commands as one: when one of them raises, those before it are undone.
