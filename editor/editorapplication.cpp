@@ -42,11 +42,11 @@ CEditorApplication::CEditorApplication(int& argc, char** argv)
     : QApplication(argc, argv)
 {}
 
-void CEditorApplication::ReportTo(CMessageChannel& messages)
+void CEditorApplication::ReportTo(embeddedhost::CMessageChannel& messages)
 {
     auto const post = [&messages](QString const& text) {
         try {
-            messages.Post(eSeverity::kError, text);
+            messages.Post(embeddedhost::eSeverity::kError, text);
         } catch (...) {
             // Posted as well, this would fail again, and so on for ever.
             qCCritical(lcEditor, "A listener to the messages failed.");

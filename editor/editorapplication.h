@@ -3,7 +3,9 @@
 
 #include <QApplication>
 
+namespace embeddedhost {
 class CMessageChannel;
+}
 
 /// An application that outlives exceptions out of event handlers: each is logged, told, and
 /// counts as an event that was not handled.
@@ -15,7 +17,7 @@ public:
     CEditorApplication(int& argc, char** argv);
 
     /// Failures are posted on the channel too, as long as it lives.
-    void ReportTo(CMessageChannel& messages);
+    void ReportTo(embeddedhost::CMessageChannel& messages);
 
     bool notify(QObject* receiver, QEvent* event) override;
 

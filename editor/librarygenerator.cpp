@@ -24,9 +24,10 @@ char const kFactoryComponent[] = "D2BA853A-8668-704A-A121-1F7DE917B664";
 
 void MakeFolders(QString const& folder, unsigned long itemCount, ItemGenerator& generator)
 {
-    NewLibrary::DataSource const factory = {generator.MakeUid(), "factory", "factory", true,
-                                            kFactoryComponent};
-    NewLibrary::DataSource const project = {generator.MakeUid(), "project", "project"};
+    embeddedhost::NewLibrary::DataSource const factory = {generator.MakeUid(), "factory", "factory",
+                                                          true, kFactoryComponent};
+    embeddedhost::NewLibrary::DataSource const project = {generator.MakeUid(), "project",
+                                                          "project"};
     QString fault;
     if (!CEmbeddedHost::MakeLibrary(
             folder,

@@ -21,6 +21,8 @@
 #include <exception>
 #include <stdexcept>
 
+using namespace embeddedhost;
+
 namespace {
 
 enum eExitCode

@@ -27,6 +27,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

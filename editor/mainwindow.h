@@ -10,7 +10,6 @@
 
 class CCanvas;
 class CEmbeddedHost;
-class CJournal;
 class CMessageLog;
 class CNodePalette;
 class CQuickAdd;
@@ -19,6 +18,10 @@ class CSettings;
 class CTrailBar;
 class QDockWidget;
 class QUndoStack;
+
+namespace embeddedhost {
+class CJournal;
+}
 
 /// The editor's window: the panel at the left, the canvas, and the host's messages in the
 /// status bar and in a log.
@@ -34,7 +37,7 @@ public:
     /// outlive the window, as has the journal.
     void UseSettings(CSettings& settings);
     /// Offers to recover unsaved changes from the journal for libraries opened from now on.
-    void UseJournal(CJournal& journal);
+    void UseJournal(embeddedhost::CJournal& journal);
 
     /// On success unsaved changes of the library open before are lost. On failure that library
     /// stays open, and the reason is among the host's messages. The user may close the window
@@ -108,7 +111,7 @@ private:
     void ShowTitle();
     void ShowSummary();
     void ShowFiles(QStringList const& paths);
-    void ShowMessage(eSeverity severity, QString const& text);
+    void ShowMessage(embeddedhost::eSeverity severity, QString const& text);
     void ChooseDark(bool isDark);
     void ShowMarks(bool areShown);
     void SetRankedByName(bool isRanked);
@@ -125,7 +128,7 @@ private:
     QDockWidget* m_LogDock = nullptr;
     /// Null if no settings are kept, as for pictures and tests.
     CSettings* m_Settings = nullptr;
-    CJournal* m_Journal = nullptr;
+    embeddedhost::CJournal* m_Journal = nullptr;
 
     CRecentMenu* m_RecentMenu = nullptr;
     QAction* m_SaveAction = nullptr;

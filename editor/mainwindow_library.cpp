@@ -206,7 +206,7 @@ void CMainWindow::RecoverChanges()
 {
     if (!m_Journal)
         return;
-    for (CJournal::Leftover const& leftover : m_Journal->FindLeftovers()) {
+    for (embeddedhost::CJournal::Leftover const& leftover : m_Journal->FindLeftovers()) {
         switch (AskToRecover(this, leftover.written, leftover.objectCount)) {
         case eRecoverAnswer::kRecover:
             m_Journal->Recover(leftover);

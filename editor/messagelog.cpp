@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace embeddedhost;
+
 namespace {
 
 QString Name(eSeverity severity)

@@ -22,7 +22,7 @@ public:
     explicit CMessageLog(QWidget* parent = nullptr);
 
     /// The message is shown from the event loop.
-    void Append(eSeverity severity, QString const& text);
+    void Append(embeddedhost::eSeverity severity, QString const& text);
 
 Q_SIGNALS:
     /// Messages were shown, of which this is the newest.
@@ -32,7 +32,7 @@ private:
     struct Message
     {
         QTime time;
-        eSeverity severity;
+        embeddedhost::eSeverity severity;
         QString text;
     };
 

@@ -91,9 +91,10 @@ void CTrailBar::Follow()
 
 bool CTrailBar::HasNode(ItemID const& compound, ItemID const& other) const
 {
-    GraphBody const body = m_Host.GetBody(compound);
-    return std::any_of(body.nodes.begin(), body.nodes.end(),
-                       [&](GraphNode const& node) { return m_Host.FindItem(node.item) == other; });
+    embeddedhost::GraphBody const body = m_Host.GetBody(compound);
+    return std::any_of(
+        body.nodes.begin(), body.nodes.end(),
+        [&](embeddedhost::GraphNode const& node) { return m_Host.FindItem(node.item) == other; });
 }
 
 void CTrailBar::Refresh()

@@ -42,7 +42,7 @@ public:
     /// they were opened, new ones last. Returns the reason of a failure, as a sentence without a
     /// full stop, or an empty text. An exception counts as a failure, too. It may run an event
     /// loop; changes made meanwhile stay unsaved.
-    typedef std::function<QString(std::vector<MemoryItem> const& items)> SaveItems;
+    typedef std::function<QString(std::vector<embeddedhost::MemoryItem> const& items)> SaveItems;
 
     /// Of the 8-bit texts of the contract.
     enum eTextEncoding
@@ -83,14 +83,15 @@ public:
     /// writable data source and no items. False, with the path and the reason as a sentence without
     /// the full stop, when that fails.
     static bool MakeLibrary(QString const& folder, QString* fault);
-    static bool MakeLibrary(QString const& folder, NewLibrary const& library, QString* fault);
+    static bool MakeLibrary(QString const& folder, embeddedhost::NewLibrary const& library,
+                            QString* fault);
 
     /// Opens the items as a library without a folder in place of the open one. They can be changed
     /// like those of a folder, with undo and notifications. False when one of them is invalid: the
     /// message channel says which and why, and the open library stays open. `save` is called
     /// by a save when something has changed; without it, saving is refused. The items' only data
     /// source is the library, so they cannot be moved; they have no files to check out or to show.
-    bool OpenItems(QString const& name, std::vector<MemoryItem> const& items,
+    bool OpenItems(QString const& name, std::vector<embeddedhost::MemoryItem> const& items,
                    SaveItems const& save = SaveItems());
     /// Another library can be opened from the moment of LibraryChanged on.
     void CloseLibrary();
@@ -105,16 +106,16 @@ public:
     /// The items of the open library as they are now, for programs that keep them: in the order in
     /// which they were opened, those of a folder file by file. Keys of a library file for which
     /// MemoryItem has no member are left out, such as "parent".
-    std::vector<MemoryItem> GetItems() const;
+    std::vector<embeddedhost::MemoryItem> GetItems() const;
     /// The item of the open library with the uid (UTF-8); null for none.
     tarno::datamodel::ItemID FindItem(std::string const& uid) const;
     /// Ports, nodes and connections of the item; empty for an unknown one.
-    GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
+    embeddedhost::GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
 
     /// Changes an item's ports, nodes and connections as one command, which the undo menu calls
     /// by the 8-bit text. False when it is refused, as positions are that are not finite and
     /// texts that are not UTF-8; the message channel says why.
-    bool SetBody(tarno::datamodel::ItemID const& id, GraphBody const& body,
+    bool SetBody(tarno::datamodel::ItemID const& id, embeddedhost::GraphBody const& body,
                  std::string const& text);
 
     /// Takes the item out of the library as one command; its file goes with the next save, or its
@@ -149,9 +150,9 @@ public:
     /// git's reason, when that fails.
     static bool MakeWorkTree(QString const& folder, QString* fault);
 
-    CCommandManager& GetCommandManager();
-    CMessageChannel& GetMessages();
-    CServiceRegistry& GetServices();
+    embeddedhost::CCommandManager& GetCommandManager();
+    embeddedhost::CMessageChannel& GetMessages();
+    embeddedhost::CServiceRegistry& GetServices();
 
     /// Whether the user wants to see source control, where there is a work tree; true at first.
     bool IsRevisionControlEnabled() const;

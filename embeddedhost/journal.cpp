@@ -12,7 +12,7 @@
 #include <QFileInfo>
 #include <QLockFile>
 
-using namespace embeddedhost;
+namespace embeddedhost {
 
 namespace {
 
@@ -200,3 +200,5 @@ void CJournal::Discard(Leftover const& leftover)
     QFile::remove(leftover.file);
     m_LeftoverLocks.erase(leftover.file);
 }
+
+} // namespace embeddedhost

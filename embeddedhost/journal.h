@@ -16,6 +16,8 @@
 class CEmbeddedHost;
 class QLockFile;
 
+namespace embeddedhost {
+
 /// Keeps the unsaved changes of the host's library in a file outside of it, so that a killed
 /// process loses the last few seconds at most.
 ///
@@ -81,5 +83,7 @@ private:
     /// Locks on the leftovers, by file.
     std::map<QString, std::unique_ptr<QLockFile>> m_LeftoverLocks;
 };
+
+} // namespace embeddedhost
 
 #endif

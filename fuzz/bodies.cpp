@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace embeddedhost;
+
 namespace {
 
 /// The toolkit compares points with a tolerance. Files have no negative zero.

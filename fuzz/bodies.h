@@ -4,6 +4,6 @@
 #include "model/graphbody.h"
 
 /// The ports, nodes and connections are the same, in the same order; positions to the bit.
-bool AreEqual(GraphBody const& left, GraphBody const& right);
+bool AreEqual(embeddedhost::GraphBody const& left, embeddedhost::GraphBody const& right);
 
 #endif

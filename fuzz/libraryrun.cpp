@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

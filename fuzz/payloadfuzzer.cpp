@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <memory>
 
+using namespace embeddedhost;
+
 namespace {
 
 /// The bytes of one text are the payload; nothing may be around it.

@@ -132,7 +132,7 @@ private:
         tarno::datamodel::ItemID item;
         NodeLook look;
         /// The graph with it.
-        GraphBody body;
+        embeddedhost::GraphBody body;
     };
 
     struct View
@@ -176,7 +176,7 @@ private:
     // canvas_connect.cpp
     /// From the port, or with the loose end of the connection that its input has.
     void StartConnection(PortPick const& port);
-    void TakeOffConnection(GraphEnd const& input);
+    void TakeOffConnection(embeddedhost::GraphEnd const& input);
     bool IsLoop() const;
     void FadeUnsuitablePorts();
     /// The graph was changed while a connection is being drawn.
@@ -188,7 +188,8 @@ private:
     void ShowHover(QPointF const& scenePoint);
     /// The connection from the port where the mouse was pressed to `end`; none if the ports do
     /// not fit together, with the reason in `reason`.
-    std::optional<GraphConnection> MakeConnection(PortPick const& end, QString* reason) const;
+    std::optional<embeddedhost::GraphConnection> MakeConnection(PortPick const& end,
+                                                                QString* reason) const;
 
     // canvas_add.cpp
     /// Posts a message and answers false when the item cannot become a node here.
@@ -203,9 +204,11 @@ private:
                           QPointF const& point);
     std::vector<PortPick> GetOutputsOfSelection() const;
     /// Leads the connection at the point through the node, where its ports fit.
-    bool InsertIntoConnection(GraphBody& body, NodeLook const& node, QPointF const& point) const;
+    bool InsertIntoConnection(embeddedhost::GraphBody& body, NodeLook const& node,
+                              QPointF const& point) const;
     /// The same for a node that is there, unless it is connected already.
-    void InsertMovedNode(GraphBody& body, std::string const& id, QPointF const& point);
+    void InsertMovedNode(embeddedhost::GraphBody& body, std::string const& id,
+                         QPointF const& point);
     /// The point, or the next one below it where a node of the look covers no other.
     QPointF FindRoom(NodeLook const& look, QPointF const& topLeft) const;
     /// As little as it takes.
@@ -221,15 +224,16 @@ private:
 
     // canvas_edit.cpp
     /// Makes the body that of the compound; false when it is refused.
-    bool Commit(GraphBody const& body, char const* text);
-    bool CommitNewNodes(GraphBody const& body, std::set<std::string> const& ids, char const* text);
+    bool Commit(embeddedhost::GraphBody const& body, char const* text);
+    bool CommitNewNodes(embeddedhost::GraphBody const& body, std::set<std::string> const& ids,
+                        char const* text);
     /// The selected nodes; false when there are none, or too many.
     bool PutOnClipboard();
     /// Asked once for each change: it may belong to another program, which may be slow to answer.
     void LookAtClipboard();
     void PasteAt(std::optional<QPointF> const& scenePoint);
     /// Adds the nodes with their top left at the point, or beside where others are already.
-    void AddCopy(GraphBody const& copy, QPointF const& scenePoint, char const* text);
+    void AddCopy(embeddedhost::GraphBody const& copy, QPointF const& scenePoint, char const* text);
     void AddPortOf(bool isInput);
     void RemovePort(PortPick const& port);
     void OpenNode(NodeLook const& node);
@@ -252,7 +256,7 @@ private:
     QString m_ReadingFolder;
 
     tarno::datamodel::ItemID m_Compound;
-    GraphBody m_Body;
+    embeddedhost::GraphBody m_Body;
     /// What is shown is up to date with the last change made here, so Refresh need not read it.
     bool m_IsFresh = false;
     /// The clipboard holds nodes.
@@ -273,7 +277,7 @@ private:
     std::set<std::string> m_SelectedBefore;
     std::optional<PortPick> m_PressedPort;
     /// The connection whose end is being moved.
-    std::optional<GraphConnection> m_TakenOff;
+    std::optional<embeddedhost::GraphConnection> m_TakenOff;
     /// Where a connection of that port would let a node's output flow back into itself.
     std::set<std::string> m_LoopNodes;
     QRubberBand* m_RubberBand;

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

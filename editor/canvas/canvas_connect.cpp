@@ -10,6 +10,7 @@
 #include <QCursor>
 #include <QToolTip>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

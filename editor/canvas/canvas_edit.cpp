@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

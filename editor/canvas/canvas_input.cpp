@@ -13,6 +13,8 @@
 
 #include <cmath>
 
+using namespace embeddedhost;
+
 namespace {
 
 /// How near to a connection a press has to be, in pixels.

@@ -98,7 +98,8 @@ void AddLines(CurvePiece const& piece, QRectF const& rect, double tolerance, int
 
 } // namespace
 
-CConnectionItem::CConnectionItem(GraphConnection const& connection, CanvasColors const& colors)
+CConnectionItem::CConnectionItem(embeddedhost::GraphConnection const& connection,
+                                 CanvasColors const& colors)
     : m_Connection(connection)
     , m_Colors(colors)
 {
@@ -112,7 +113,7 @@ int CConnectionItem::type() const
     return Type;
 }
 
-GraphConnection const& CConnectionItem::GetConnection() const
+embeddedhost::GraphConnection const& CConnectionItem::GetConnection() const
 {
     return m_Connection;
 }

@@ -31,10 +31,10 @@ public:
     };
 
     /// The colours have to outlive the item.
-    CConnectionItem(GraphConnection const& connection, CanvasColors const& colors);
+    CConnectionItem(embeddedhost::GraphConnection const& connection, CanvasColors const& colors);
 
     int type() const override;
-    GraphConnection const& GetConnection() const;
+    embeddedhost::GraphConnection const& GetConnection() const;
     void SetEnds(QPointF const& from, QPointF const& to);
     void SetColor(QColor const& color);
     /// Drawn in dashes: it cannot be made.
@@ -50,7 +50,7 @@ private:
     /// the rectangle.
     QVector<QLineF> GetLines(QRectF const& rect, double zoom) const;
 
-    GraphConnection const m_Connection;
+    embeddedhost::GraphConnection const m_Connection;
     CanvasColors const& m_Colors;
     /// One curve, or several that lead around to an input at the left of the output.
     std::vector<CurvePiece> m_Curves;

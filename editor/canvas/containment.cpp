@@ -33,7 +33,7 @@ std::string const* FindContainer(std::set<std::string> const& items, std::string
                 return &item;
             if (!seen.insert(key).second)
                 continue;
-            for (GraphNode& node : bodyOf(uid).nodes)
+            for (embeddedhost::GraphNode& node : bodyOf(uid).nodes)
                 open.push_back(std::move(node.item));
         }
     }

@@ -8,7 +8,7 @@
 #include <string>
 
 /// Answers with the body of the item that has the uid.
-typedef std::function<GraphBody(std::string const& uid)> BodyOf;
+typedef std::function<embeddedhost::GraphBody(std::string const& uid)> BodyOf;
 
 /// The first of the items that is the other one, or has it among its nodes or in the nodes of
 /// these, at any depth; null if there is none. Each body is asked for once at most.

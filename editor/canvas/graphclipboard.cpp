@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace embeddedhost;
+
 namespace {
 
 QString const kNodesMimeType = QStringLiteral("application/x-nodeeditor-nodes+json");

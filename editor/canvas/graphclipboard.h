@@ -10,11 +10,11 @@ class QString;
 // file, under a format of the editor's own and as a text.
 
 /// The caller owns the data. Null when there is more than is read again, which is 16 MB.
-QMimeData* MakeClipboardData(GraphBody const& nodes);
+QMimeData* MakeClipboardData(embeddedhost::GraphBody const& nodes);
 
 /// Looks at the format alone: another program may be slow to hand the content over.
 bool HasClipboardNodes(QMimeData const* data);
 /// Has no nodes if none can be read; `reason` then gets a clause that says why.
-GraphBody ReadClipboardData(QMimeData const* data, QString* reason = nullptr);
+embeddedhost::GraphBody ReadClipboardData(QMimeData const* data, QString* reason = nullptr);
 
 #endif

@@ -7,6 +7,8 @@
 #include <map>
 #include <tuple>
 
+using namespace embeddedhost;
+
 char const* const kInputsNode = "in";
 char const* const kOutputsNode = "out";
 
@@ -44,6 +46,8 @@ void RemovePort(std::vector<GraphPort>& ports, std::string const& name)
 
 } // namespace
 
+namespace embeddedhost {
+
 bool operator==(GraphEnd const& left, GraphEnd const& right)
 {
     return left.node == right.node && left.port == right.port;
@@ -63,6 +67,8 @@ bool operator<(GraphConnection const& left, GraphConnection const& right)
 {
     return std::tie(left.from, left.to) < std::tie(right.from, right.to);
 }
+
+} // namespace embeddedhost
 
 bool AreTypesCompatible(std::string const& fromType, std::string const& fromName,
                         std::string const& toType, std::string const& toName)

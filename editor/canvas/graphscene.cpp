@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace embeddedhost;
+
 namespace {
 
 double const kPreviewLayer = 2;

@@ -34,7 +34,8 @@ public:
     NodePictures& GetPictures();
 
     /// Shows another graph. Items that are in both stay, and stay selected.
-    void Show(std::vector<NodeLook> const& looks, std::vector<GraphConnection> const& connections);
+    void Show(std::vector<NodeLook> const& looks,
+              std::vector<embeddedhost::GraphConnection> const& connections);
     QRectF GetBounds() const;
     /// The position of the first node by id; (0, 0) without nodes.
     QPointF GetFirstNodePosition() const;
@@ -46,29 +47,30 @@ public:
     /// Where the node is on the screen; null for an unknown one.
     std::optional<QPointF> FindNodePosition(std::string const& id) const;
     std::optional<PortPick> FindPortAt(QPointF const& point) const;
-    std::optional<GraphConnection> FindConnectionAt(QPointF const& point, double reach) const;
-    std::optional<PortPick> GetPort(GraphEnd const& end, bool isOutput) const;
+    std::optional<embeddedhost::GraphConnection> FindConnectionAt(QPointF const& point,
+                                                                  double reach) const;
+    std::optional<PortPick> GetPort(embeddedhost::GraphEnd const& end, bool isOutput) const;
 
     /// None for an unknown node.
     std::vector<PortPick> GetOutputs(std::string const& node) const;
 
     std::set<std::string> GetSelectedNodes() const;
     bool IsAnyNodeSelected() const;
-    std::vector<GraphConnection> GetSelectedConnections() const;
+    std::vector<embeddedhost::GraphConnection> GetSelectedConnections() const;
     bool IsNodeSelected(std::string const& id) const;
     void SelectNodes(std::set<std::string> const& ids);
     void ToggleNode(std::string const& id);
-    void SelectConnection(GraphConnection const& connection, bool isAdded);
+    void SelectConnection(embeddedhost::GraphConnection const& connection, bool isAdded);
     void SelectNodesIn(QRectF const& rect, std::set<std::string> const& kept);
 
-    void SetConnectionVisible(GraphConnection const& connection, bool isVisible);
+    void SetConnectionVisible(embeddedhost::GraphConnection const& connection, bool isVisible);
     /// Moves nodes on the screen alone.
     void ShowNodesAt(std::map<std::string, QPointF> const& positions);
 
     /// A connection that is being drawn.
     void ShowPreview(QPointF const& from, QPointF const& to, QColor const& color, bool isRefused);
     void HidePreview();
-    void MarkPort(GraphEnd const& end, bool isOutput, ePortMark mark);
+    void MarkPort(embeddedhost::GraphEnd const& end, bool isOutput, ePortMark mark);
     void UnmarkPort();
     /// Until the node is shown anew.
     void FadePorts(std::function<bool(PortPick const&)> const& isFaded);
@@ -78,18 +80,18 @@ private:
     bool ShowNodes(std::vector<NodeLook> const& looks);
     /// Adds it, or takes it over from the nodes that were shown; answers whether that is a change.
     bool ShowNode(NodeLook const& look, std::map<std::string, CNodeItem*>& previous);
-    void ShowConnections(std::vector<GraphConnection> const& connections);
+    void ShowConnections(std::vector<embeddedhost::GraphConnection> const& connections);
     void UpdateEnds(CConnectionItem& item);
     CNodeItem* FindNode(std::string const& id) const;
-    PortLook const* FindPort(GraphEnd const& end, bool isOutput) const;
+    PortLook const* FindPort(embeddedhost::GraphEnd const& end, bool isOutput) const;
     QList<CNodeItem*> GetNodesNear(QPointF const& point) const;
 
     NodePictures m_Pictures;
     // Owned by the scene.
     std::map<std::string, CNodeItem*> m_Nodes;
-    std::map<GraphConnection, CConnectionItem*> m_Connections;
+    std::map<embeddedhost::GraphConnection, CConnectionItem*> m_Connections;
     /// All connections given to Show, also those that have no item because they cannot be seen.
-    std::vector<GraphConnection> m_ShownConnections;
+    std::vector<embeddedhost::GraphConnection> m_ShownConnections;
     CConnectionItem* m_Preview;
     std::string m_MarkedNode;
 };

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace embeddedhost;
+
 std::set<std::string> CGraphScene::GetSelectedNodes() const
 {
     std::set<std::string> ids;

@@ -37,10 +37,10 @@ std::string StripNumber(std::string const& id)
 
 } // namespace
 
-CNodeIds::CNodeIds(GraphBody const& body)
+CNodeIds::CNodeIds(embeddedhost::GraphBody const& body)
     : m_Taken{kInputsNode, kOutputsNode}
 {
-    for (GraphNode const& node : body.nodes)
+    for (embeddedhost::GraphNode const& node : body.nodes)
         m_Taken.insert(node.id);
 }
 

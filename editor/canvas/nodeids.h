@@ -12,7 +12,7 @@ class CNodeIds
 {
 public:
     /// Nodes that are put into the body by other means are not known.
-    explicit CNodeIds(GraphBody const& body);
+    explicit CNodeIds(embeddedhost::GraphBody const& body);
 
     /// An id made from the item's name, so that files stay readable.
     std::string TakeFor(std::string const& itemName);

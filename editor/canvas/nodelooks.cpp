@@ -15,6 +15,7 @@
 #include <unordered_set>
 #include <utility>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

@@ -26,7 +26,7 @@ public:
     /// The nodes of the body and, where it has inputs or outputs, those that stand for them at
     /// the sides. Ports that connections name and items lack are added, so that these
     /// connections are seen too.
-    std::vector<NodeLook> Make(GraphBody const& body);
+    std::vector<NodeLook> Make(embeddedhost::GraphBody const& body);
     /// Empty for an unknown type.
     std::string const& GetTypeName(std::string const& type);
 
@@ -35,9 +35,9 @@ public:
 
 private:
     NodeLook MakeItemLook(std::string const& item);
-    std::vector<PortLook> MakePorts(std::vector<GraphPort> const& ports);
-    NodeLook MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& ports);
-    void AddPortsNodes(GraphBody const& body, std::vector<NodeLook>& looks);
+    std::vector<PortLook> MakePorts(std::vector<embeddedhost::GraphPort> const& ports);
+    NodeLook MakePortsLook(eNodeKind kind, std::vector<embeddedhost::GraphPort> const& ports);
+    void AddPortsNodes(embeddedhost::GraphBody const& body, std::vector<NodeLook>& looks);
     QPixmap GetIcon(char const* resource);
 
     CEmbeddedHost& m_Host;

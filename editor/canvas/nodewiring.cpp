@@ -14,14 +14,15 @@ std::optional<std::size_t> FindFit(PortPick const& port, NodeLook const& node)
     return std::nullopt;
 }
 
-GraphConnection JoinPorts(PortPick const& port, NodeLook const& node, std::size_t fit)
+embeddedhost::GraphConnection JoinPorts(PortPick const& port, NodeLook const& node, std::size_t fit)
 {
     if (port.isOutput)
         return {{port.node, port.port.name}, {node.id, node.inputs[fit].name}};
     return {{node.id, node.outputs[fit].name}, {port.node, port.port.name}};
 }
 
-bool InsertNode(GraphBody& body, PortPick const& from, PortPick const& to, NodeLook const& node)
+bool InsertNode(embeddedhost::GraphBody& body, PortPick const& from, PortPick const& to,
+                NodeLook const& node)
 {
     auto const input = FindFit(from, node);
     auto const output = FindFit(to, node);

@@ -13,10 +13,12 @@
 /// takes.
 std::optional<std::size_t> FindFit(PortPick const& port, NodeLook const& node);
 /// Between the port and that input or output of the node.
-GraphConnection JoinPorts(PortPick const& port, NodeLook const& node, std::size_t fit);
+embeddedhost::GraphConnection JoinPorts(PortPick const& port, NodeLook const& node,
+                                        std::size_t fit);
 
 /// Leads the connection, whose ends are the ports, through the node. False, with nothing done,
 /// when the node has no input and output for that.
-bool InsertNode(GraphBody& body, PortPick const& from, PortPick const& to, NodeLook const& node);
+bool InsertNode(embeddedhost::GraphBody& body, PortPick const& from, PortPick const& to,
+                NodeLook const& node);
 
 #endif

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace embeddedhost {
+
 /// While one exists, commands that are executed stay off the stack.
 class CCommandManager::RunningScope
 {
@@ -123,3 +125,5 @@ void CCommandManager::Clear()
     m_Finished.clear();
     m_Stack.clear();
 }
+
+} // namespace embeddedhost

@@ -9,6 +9,8 @@
 
 #include <list>
 
+namespace embeddedhost {
+
 /// The command manager: runs commands and keeps them on an undo stack.
 ///
 /// A listener that reacts to a change may execute further commands while one is being run,
@@ -43,5 +45,7 @@ private:
     std::list<CommandPtr> m_Finished;
     bool m_ClearWanted = false;
 };
+
+} // namespace embeddedhost
 
 #endif

@@ -5,9 +5,9 @@
 
 #include <functional>
 
-class CMessageChannel;
-
 namespace embeddedhost {
+
+class CMessageChannel;
 
 /// Runs `call` where no caller catches exceptions: in a timer's slot, a watcher's, a
 /// worker's delivery. An exception becomes an error message, "<what>: <reason>", where `what`

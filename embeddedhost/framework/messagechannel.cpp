@@ -1,9 +1,11 @@
 #include "framework/messagechannel.h"
 
+namespace embeddedhost {
+
 CMessageChannel::CMessageChannel(QObject* parent)
     : QObject(parent)
 {
-    qRegisterMetaType<eSeverity>("eSeverity");
+    qRegisterMetaType<eSeverity>("embeddedhost::eSeverity");
 }
 
 void CMessageChannel::Post(eSeverity severity, QString const& text)
@@ -29,3 +31,5 @@ void CMessageChannel::ClearLog()
 {
     m_Log.clear();
 }
+
+} // namespace embeddedhost

@@ -9,13 +9,14 @@
 
 #include <deque>
 
+namespace embeddedhost {
+
 enum class eSeverity
 {
     kInformation,
     kWarning, ///< something was refused or left out; the rest works
     kError    ///< the requested operation failed as a whole
 };
-Q_DECLARE_METATYPE(eSeverity)
 
 /// The host's messages to its user, each a sentence or two that can be acted on.
 class EMBEDDEDHOST_EXPORT CMessageChannel : public QObject
@@ -42,10 +43,14 @@ public:
     void ClearLog();
 
 Q_SIGNALS:
-    void MessagePosted(eSeverity severity, QString const& text);
+    void MessagePosted(embeddedhost::eSeverity severity, QString const& text);
 
 private:
     std::deque<Message> m_Log;
 };
+
+} // namespace embeddedhost
+
+Q_DECLARE_METATYPE(embeddedhost::eSeverity)
 
 #endif

@@ -1,5 +1,7 @@
 #include "framework/serviceregistry.h"
 
+namespace embeddedhost {
+
 CServiceRegistry& CServiceRegistry::GetInstance()
 {
     // Never destroyed: services may be looked up and removed while the process exits.
@@ -31,7 +33,9 @@ void CServiceRegistry::RemoveService(std::string const& name, wek::IBase const* 
         m_Services.erase(name);
 }
 
+} // namespace embeddedhost
+
 wek::fwk::ISystem* wekGetSystem()
 {
-    return &CServiceRegistry::GetInstance();
+    return &embeddedhost::CServiceRegistry::GetInstance();
 }

@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace embeddedhost {
+
 /// The system object of the process: services by name. It owns none of them: a
 /// service has to be removed before it is destroyed.
 class EMBEDDEDHOST_EXPORT CServiceRegistry : public wek::fwk::ISystem
@@ -28,5 +30,7 @@ private:
 
     std::map<std::string, wek::IBase*, std::less<>> m_Services;
 };
+
+} // namespace embeddedhost
 
 #endif

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace embeddedhost {
+
 /// An input or output of an item. Texts are UTF-8.
 struct GraphPort
 {
@@ -45,5 +47,7 @@ struct GraphBody
     std::vector<GraphNode> nodes;
     std::vector<GraphConnection> connections;
 };
+
+} // namespace embeddedhost
 
 #endif

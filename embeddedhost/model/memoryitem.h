@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace embeddedhost {
+
 /// One item of a library that the program keeps itself. Texts are UTF-8.
 struct MemoryItem
 {
@@ -33,5 +35,7 @@ struct MemoryItem
     /// Tag strings of other categories.
     std::map<std::string, std::string> otherTags = {};
 };
+
+} // namespace embeddedhost
 
 #endif

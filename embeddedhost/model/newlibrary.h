@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace embeddedhost {
+
 /// A library to be made. Texts are UTF-8.
 struct NewLibrary
 {
@@ -22,5 +24,7 @@ struct NewLibrary
     std::string name;
     std::vector<DataSource> sources;
 };
+
+} // namespace embeddedhost
 
 #endif

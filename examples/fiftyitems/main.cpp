@@ -12,9 +12,9 @@
 #include <QTabBar>
 
 /// What the program has: ten filters for each of five media.
-std::vector<MemoryItem> MakeItems()
+std::vector<embeddedhost::MemoryItem> MakeItems()
 {
-    std::vector<MemoryItem> items;
+    std::vector<embeddedhost::MemoryItem> items;
     for (std::string medium : {"Image", "Sound", "Text", "Mesh", "Light"})
         for (std::string filter : {"Add", "Blend", "Blur", "Clamp", "Invert", "Mask", "Mix",
                                    "Noise", "Scale", "Threshold"})
@@ -24,12 +24,12 @@ std::vector<MemoryItem> MakeItems()
 }
 
 /// Called by a save with the items as they are then. Answers what went wrong.
-QString SaveItems(std::vector<MemoryItem> const& items)
+QString SaveItems(std::vector<embeddedhost::MemoryItem> const& items)
 {
     QSaveFile file("items.txt");
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
-    for (MemoryItem const& item : items)
+    for (embeddedhost::MemoryItem const& item : items)
         file.write((item.uid + '\t' + item.name + '\t' + item.tags + '\n').c_str());
     return file.commit() ? QString() : file.errorString();
 }
@@ -40,7 +40,7 @@ int main(int argc, char** argv)
     CEmbeddedHost host;
     QMainWindow window;
     // Such as why something was refused or not saved.
-    QObject::connect(&host.GetMessages(), &CMessageChannel::MessagePosted, &window,
+    QObject::connect(&host.GetMessages(), &embeddedhost::CMessageChannel::MessagePosted, &window,
                      [&](auto, QString const& text) { window.statusBar()->showMessage(text); });
     host.OpenItems("Filters", MakeItems(), SaveItems);
 

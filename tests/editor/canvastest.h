@@ -78,15 +78,15 @@ protected:
         m_Host->SetCompoundTarget(compound);
     }
 
-    GraphBody Body() const
+    embeddedhost::GraphBody Body() const
     {
         return m_Host->GetBody(m_Host->GetCompoundTarget().GetItemID());
     }
 
     /// As another part of the program would.
-    void Change(std::function<void(GraphBody&)> const& change)
+    void Change(std::function<void(embeddedhost::GraphBody&)> const& change)
     {
-        GraphBody body = Body();
+        embeddedhost::GraphBody body = Body();
         change(body);
         QVERIFY(m_Host->SetBody(m_Host->GetCompoundTarget().GetItemID(), body, "Elsewhere"));
     }
@@ -120,14 +120,14 @@ protected:
     }
 
     /// "one.sum"
-    static GraphEnd End(QString const& text)
+    static embeddedhost::GraphEnd End(QString const& text)
     {
         return {text.section('.', 0, 0).toStdString(), text.section('.', 1).toStdString()};
     }
 
     void Connect(char const* from, char const* to)
     {
-        Change([&](GraphBody& body) { ::Connect(body, {End(from), End(to)}); });
+        Change([&](embeddedhost::GraphBody& body) { ::Connect(body, {End(from), End(to)}); });
     }
 
     // Points of the viewport.
@@ -140,7 +140,7 @@ protected:
     /// The header of a node, or the port "one.sum"; kNowhere without such a node.
     QPoint At(QString const& place) const
     {
-        GraphEnd const end = End(place);
+        embeddedhost::GraphEnd const end = End(place);
         auto const input = Scene().GetPort(end, false);
         auto const port = input ? input : Scene().GetPort(end, true);
         auto const node = Scene().FindNodePosition(end.node);

@@ -2,6 +2,7 @@
 
 #include <itempayload.h>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

@@ -6,6 +6,8 @@
 
 #include <map>
 
+using namespace embeddedhost;
+
 namespace {
 
 QByteArray Stream(QString const& text)

@@ -3,6 +3,8 @@
 #include <gridpainter.h>
 #include <nodepainter.h>
 
+using namespace embeddedhost;
+
 namespace {
 
 /// Pixels between two grid lines, in letters: a line first, then the ground.

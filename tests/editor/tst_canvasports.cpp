@@ -4,6 +4,8 @@
 #include <nodebrowser.h>
 #include <typeselector.h>
 
+using namespace embeddedhost;
+
 namespace {
 
 /// In the first row of the dialog's panel, which has no tabs.

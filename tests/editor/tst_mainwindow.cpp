@@ -36,7 +36,7 @@ struct EditorRun
 
     CEmbeddedHost host;
     CSettings settings;
-    CJournal journal;
+    embeddedhost::CJournal journal;
     CMainWindow window;
 };
 
@@ -267,8 +267,8 @@ private Q_SLOTS:
         QVERIFY(!widget);
         // In the loops of menus and dialogs, too.
         static_cast<CEditorApplication*>(qApp)->ReportTo(m_Run->host.GetMessages());
-        connect(&m_Run->host.GetMessages(), &CMessageChannel::MessagePosted, &m_Run->window,
-                [] { throw 42; });
+        connect(&m_Run->host.GetMessages(), &embeddedhost::CMessageChannel::MessagePosted,
+                &m_Run->window, [] { throw 42; });
         QTRY_VERIFY(failures.value(failures.count() - 1).value(0).toString().contains("unknown"));
         failures.clear();
         QMenu menu;

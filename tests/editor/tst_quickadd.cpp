@@ -171,7 +171,7 @@ private Q_SLOTS:
     {
         QPointF const place = *Scene().FindNodePosition("in") + QPointF(-40, 80);
         Drag(At("in"), At("in") + QPoint(-40, 80));
-        Change([](GraphBody& body) { body.nodes[0].position.rx() -= 200; });
+        Change([](embeddedhost::GraphBody& body) { body.nodes[0].position.rx() -= 200; });
         QCOMPARE(*Scene().FindNodePosition("in"), place);
         QCOMPARE(Stack().count(), 1);
     }

@@ -93,7 +93,7 @@ bool WriteFile(QString const& path, QByteArray const& content)
 QStringList GetMessages(CEmbeddedHost& host)
 {
     QStringList texts;
-    for (CMessageChannel::Message const& message : host.GetMessages().GetLog())
+    for (embeddedhost::CMessageChannel::Message const& message : host.GetMessages().GetLog())
         texts << message.text;
     return texts;
 }

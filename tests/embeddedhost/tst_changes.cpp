@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 /// Changes of an open library, what its listeners are told of them, and taking them back.

@@ -10,6 +10,7 @@
 #include <functional>
 #include <stdexcept>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 using wek::fwk::ICommand;
 

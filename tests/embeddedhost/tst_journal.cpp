@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QTest>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 namespace {

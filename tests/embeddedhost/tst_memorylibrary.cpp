@@ -7,6 +7,7 @@
 
 #include <stdexcept>
 
+using namespace embeddedhost;
 using namespace tarno::datamodel;
 
 typedef std::vector<MemoryItem> Items;

@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace embeddedhost;
 using embeddedhost::kMaxTextLength;
 using namespace tarno::datamodel;
 

@@ -57,8 +57,8 @@ int UseLibrary(QStringList const& arguments)
     };
     CEmbeddedHost host;
     bool isDone = false;
-    QObject::connect(&host.GetMessages(), &CMessageChannel::MessagePosted,
-                     [&isDone](eSeverity, QString const& text) {
+    QObject::connect(&host.GetMessages(), &embeddedhost::CMessageChannel::MessagePosted,
+                     [&isDone](embeddedhost::eSeverity, QString const& text) {
                          Print("said " + text);
                          isDone = isDone || text.startsWith(kSilence);
                      });
