@@ -80,8 +80,9 @@ public:
     /// The name of the manifest, for messages.
     static QString GetManifestName();
     /// Makes a library in the folder, which is missing or empty; without `library` one with a
-    /// writable data source and no items. False, with the path and the reason as a sentence without
-    /// the full stop, when that fails.
+    /// writable data source and no items. Data sources need UIDs of their own, and paths within the
+    /// library folder that do not overlap. False, with the path and the reason as a sentence
+    /// without the full stop, when that fails.
     static bool MakeLibrary(QString const& folder, QString* fault);
     static bool MakeLibrary(QString const& folder, embeddedhost::NewLibrary const& library,
                             QString* fault);

@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 using namespace embeddedhost;
-using embeddedhost::kMaxTextLength;
 using namespace tarno::datamodel;
 
 namespace {
@@ -160,6 +159,52 @@ private Q_SLOTS:
         NewLibrary const library = {"\xFF", {{kProjectUid, "\xFE", "project"}}};
         QVERIFY2(CEmbeddedHost::MakeLibrary(path, library, &fault), qPrintable(fault));
         QVERIFY2(m_Host->OpenLibrary(path), "its texts have marks for the bytes");
+    }
+
+    void onlyWhatCanBeOpenedIsMade()
+    {
+        typedef NewLibrary::DataSource Source;
+        auto const refuses = [&](std::vector<Source> const& sources, char const* reason) {
+            QString const path = m_Folder->GetPath("made");
+            QString fault;
+            return !CEmbeddedHost::MakeLibrary(path, {"Made", sources}, &fault)
+                   && fault.contains(QLatin1String(reason)) && !QFile::exists(path);
+        };
+        QVERIFY(refuses({{kProjectUid, "", "../out"}}, "\"../out\" does not lead into"));
+        QVERIFY(refuses({{kProjectUid, "", "a/../.."}}, "does not lead into"));
+        QVERIFY(refuses({{kProjectUid, "", "/tmp"}}, "does not lead into"));
+        QVERIFY(refuses({{kProjectUid, "", ""}}, "does not lead into"));
+        QVERIFY(refuses({{"7", "", "a"}}, "data source 1: \"7\" is no UID"));
+        QVERIFY(
+            refuses({{kProjectUid, "", "a"}, {kProjectUid, "", "b"}}, "data source 2: the UID"));
+        QVERIFY(refuses({{kProjectUid, "", "a", true, kProjectUid}}, "more than once"));
+        QVERIFY(refuses({{kProjectUid, "", "a/b/"}, {kFactoryUid, "", "./a"}}, "overlaps"));
+        QVERIFY(refuses({{kProjectUid, "", "."}, {kFactoryUid, "", "a"}}, "overlaps"));
+    }
+
+    void aFolderWithFilesIsNotMadeALibrary()
+    {
+        QTemporaryDir const parent;
+        std::string const path = parent.filePath("full").toStdString();
+        std::string const file = path + "/\xE9";
+        QString fault;
+        auto const refuses = [&](char const* reason) {
+            return !CEmbeddedHost::MakeLibrary(QString::fromStdString(path), &fault)
+                   && fault.endsWith(QLatin1String(reason));
+        };
+        QCOMPARE(::mkdir(path.c_str(), 0777), 0);
+        std::ofstream(file) << "of another program";
+        QVERIFY2(refuses("is not empty"), "the name is no text, but there is one");
+        // Files can be made in it, but not listed; a superuser would list them.
+        QCOMPARE(::rename(file.c_str(), (path + "/a").c_str()), 0);
+        QCOMPARE(::chmod(path.c_str(), 0333), 0);
+        QCOMPARE(::chmod(parent.path().toLocal8Bit(), 0711), 0);
+        uid_t const user = ::geteuid();
+        QCOMPARE(::seteuid(user == 0 ? 1 : user), 0);
+        bool const isRefused = refuses("cannot be read");
+        QCOMPARE(::seteuid(user), 0);
+        QCOMPARE(::chmod(path.c_str(), 0755), 0);
+        QVERIFY2(isRefused, qPrintable(fault));
     }
 
     void limits()
