@@ -99,7 +99,7 @@ void CEmbeddedHost::SetTextEncoding(eTextEncoding encoding)
 
 CEmbeddedHost::CEmbeddedHost(QObject* parent)
     : QObject(parent)
-    , m_Private(new Private)
+    , m_Private(std::make_shared<Private>())
 {
     if (gInstance) {
         qWarning("There is an embedded host already; this one is not used.");
@@ -250,13 +250,15 @@ bool CEmbeddedHost::Replace(std::function<std::shared_ptr<CLibrary>()> const& re
 bool CEmbeddedHost::Announce()
 {
     QPointer<CEmbeddedHost> const self(this);
-    // Kept: a listener may close the library.
-    std::shared_ptr<CLibrary> const library = m_Private->library;
-    m_Private->revisionControlHelper.SetDatabase(&library->GetDatabase());
-    m_Private->observer.Attach(library->GetNotifier());
-    m_Private->databaseProxy.SetItemLibrary(GetLibrary());
-    Q_EMIT LibraryChanged();
-    return self && m_Private->library == library;
+    // Kept: a listener may close the library, or delete this.
+    std::shared_ptr<Private> const kept = m_Private;
+    std::shared_ptr<CLibrary> const library = kept->library;
+    kept->revisionControlHelper.SetDatabase(&library->GetDatabase());
+    kept->observer.Attach(library->GetNotifier());
+    kept->databaseProxy.SetItemLibrary(GetLibrary());
+    if (self)
+        Q_EMIT LibraryChanged();
+    return self && kept->library == library;
 }
 
 bool CEmbeddedHost::IsOpening() const
@@ -271,13 +273,17 @@ void CEmbeddedHost::CancelOpening()
 
 void CEmbeddedHost::CloseLibrary()
 {
-    // Kept: listeners of the undo stack and of source control may close it, too.
-    std::shared_ptr<CLibrary> const library = m_Private->library;
+    // Kept: listeners of the undo stack and of source control may close it, too, or delete this.
+    QPointer<CEmbeddedHost> const self(this);
+    std::shared_ptr<Private> const kept = m_Private;
+    std::shared_ptr<CLibrary> const library = kept->library;
     if (!library)
         return;
-    m_Private->Release(*library);
-    m_Private->databaseProxy.SetItemLibrary(ItemLibraryAccessor());
-    Q_EMIT LibraryChanged();
+    kept->Release(*library);
+    if (self)
+        kept->databaseProxy.SetItemLibrary(ItemLibraryAccessor());
+    if (self)
+        Q_EMIT LibraryChanged();
 }
 
 ItemLibraryAccessor CEmbeddedHost::GetLibrary() const

@@ -94,7 +94,8 @@ public:
     /// source is the library, so they cannot be moved; they have no files to check out or to show.
     bool OpenItems(QString const& name, std::vector<embeddedhost::MemoryItem> const& items,
                    SaveItems const& save = SaveItems());
-    /// Another library can be opened from the moment of LibraryChanged on.
+    /// Another library can be opened from the moment of LibraryChanged on. A listener to the undo
+    /// stack, which is cleared before, may delete this host.
     void CloseLibrary();
 
     /// Invalid when none is open.
@@ -184,7 +185,8 @@ private:
     /// Shows the library that was opened. False when a listener has closed it or deleted this host.
     bool Announce();
 
-    std::unique_ptr<Private> const m_Private;
+    /// Shared with calls in which a listener may delete this host.
+    std::shared_ptr<Private> const m_Private;
 };
 
 #endif

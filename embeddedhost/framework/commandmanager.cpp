@@ -3,36 +3,90 @@
 #include "base/text8.h"
 
 #include <QString>
+#include <QThread>
 
+#include <list>
 #include <utility>
 
 namespace embeddedhost {
 
-/// While one exists, commands that are executed stay off the stack.
-class CCommandManager::RunningScope
+namespace {
+
+typedef wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> CommandPtr;
+
+} // namespace
+
+/// Lives on while it runs a command, even when that destroys the manager.
+class CCommandManager::State : public std::enable_shared_from_this<State>
 {
 public:
-    explicit RunningScope(CCommandManager& manager)
-        : m_Manager(manager)
+    State()
     {
-        ++m_Manager.m_Running;
+        // The stack is in order again once it tells its new index: commands that were executed
+        // during an undo or a redo can be put on it.
+        QObject::connect(m_Stack, &QUndoStack::indexChanged, m_Stack, [this] { PushFinished(); });
+    }
+
+    ~State()
+    {
+        // A listener to the stack may have destroyed the manager. Without an event loop there is
+        // no later, and then it is the program itself that does.
+        if (QThread::currentThread()->loopLevel() > 0)
+            m_Stack->deleteLater();
+        else
+            delete m_Stack;
+    }
+
+    QUndoStack& GetStack()
+    {
+        return *m_Stack;
+    }
+
+    void Execute(CommandPtr const& command);
+    void Clear();
+    /// The manager is gone.
+    void Retire();
+
+private:
+    class RunningScope;
+    class StackEntry;
+
+    void PushFinished();
+    void PushNext();
+
+    QUndoStack* const m_Stack = new QUndoStack;
+    /// The nesting depth of commands that are being run, undone or redone.
+    int m_Running = 0;
+    /// Not yet on the stack, in the order they began.
+    std::list<CommandPtr> m_Finished;
+    bool m_ClearWanted = false;
+};
+
+/// While one exists, commands that are executed stay off the stack.
+class CCommandManager::State::RunningScope
+{
+public:
+    explicit RunningScope(State& state)
+        : m_State(state.shared_from_this())
+    {
+        ++m_State->m_Running;
     }
     ~RunningScope()
     {
-        --m_Manager.m_Running;
+        --m_State->m_Running;
     }
 
 private:
-    CCommandManager& m_Manager;
+    std::shared_ptr<State> const m_State;
 };
 
 /// A command on the stack. It has been run already when it is pushed.
-class CCommandManager::StackEntry : public QUndoCommand
+class CCommandManager::State::StackEntry : public QUndoCommand
 {
 public:
-    StackEntry(CCommandManager& manager, CommandPtr const& command)
-        : QUndoCommand(embeddedhost::FromText8(command->GetText()))
-        , m_Manager(manager)
+    StackEntry(State& state, CommandPtr const& command)
+        : QUndoCommand(FromText8(command->GetText()))
+        , m_State(state)
         , m_Command(command)
     {}
 
@@ -42,44 +96,29 @@ public:
             m_IsFresh = false;
             return;
         }
-        RunningScope const running(m_Manager);
+        RunningScope const running(m_State);
         m_Command->Do();
     }
 
     void undo() override
     {
-        RunningScope const running(m_Manager);
+        RunningScope const running(m_State);
         m_Command->Undo();
     }
 
 private:
-    CCommandManager& m_Manager;
+    State& m_State;
     CommandPtr m_Command;
     bool m_IsFresh = true;
 };
 
-CCommandManager::CCommandManager()
+void CCommandManager::State::Execute(CommandPtr const& command)
 {
-    // The stack is in order again once it tells its new index: commands that were executed
-    // during an undo or a redo can be put on it.
-    QObject::connect(&m_Stack, &QUndoStack::indexChanged, &m_Stack, [this] { PushFinished(); });
-}
-
-CCommandManager::~CCommandManager()
-{
-    m_Stack.disconnect();
-}
-
-void CCommandManager::Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& command)
-{
-    if (!command.Get())
-        return;
-    // The caller's pointer may go while the command runs.
-    CommandPtr const kept(command); // NOLINT(performance-unnecessary-copy-initialization)
-    auto const place = m_Finished.insert(m_Finished.end(), kept);
+    auto const self = shared_from_this();
+    auto const place = m_Finished.insert(m_Finished.end(), command);
     try {
         RunningScope const running(*this);
-        kept->Do();
+        command->Do();
     } catch (...) {
         m_Finished.erase(place);
         PushFinished();
@@ -88,8 +127,9 @@ void CCommandManager::Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> co
     PushFinished();
 }
 
-void CCommandManager::PushFinished()
+void CCommandManager::State::PushFinished()
 {
+    auto const self = shared_from_this();
     if (m_Running > 0)
         return;
     if (std::exchange(m_ClearWanted, false))
@@ -98,32 +138,61 @@ void CCommandManager::PushFinished()
         PushNext();
 }
 
-void CCommandManager::PushNext()
+void CCommandManager::State::PushNext()
 {
     {
         RunningScope const running(*this);
         CommandPtr const next = m_Finished.front();
         m_Finished.pop_front();
-        m_Stack.push(new StackEntry(*this, next));
+        m_Stack->push(new StackEntry(*this, next));
     }
     // A listener to the stack may have wanted it.
     if (std::exchange(m_ClearWanted, false))
         Clear();
 }
 
-QUndoStack& CCommandManager::GetUndoStack()
-{
-    return m_Stack;
-}
-
-void CCommandManager::Clear()
+void CCommandManager::State::Clear()
 {
     // The stack may be in the middle of one of its commands.
     m_ClearWanted = m_Running > 0;
     if (m_ClearWanted)
         return;
+    auto const self = shared_from_this();
     m_Finished.clear();
-    m_Stack.clear();
+    m_Stack->clear();
+}
+
+void CCommandManager::State::Retire()
+{
+    m_Stack->disconnect();
+    Clear();
+}
+
+CCommandManager::CCommandManager()
+    : m_State(std::make_shared<State>())
+{}
+
+CCommandManager::~CCommandManager()
+{
+    m_State->Retire();
+}
+
+void CCommandManager::Execute(CommandPtr const& command)
+{
+    // The caller's pointer may go while the command runs.
+    CommandPtr const kept(command); // NOLINT(performance-unnecessary-copy-initialization)
+    if (kept.Get())
+        m_State->Execute(kept);
+}
+
+QUndoStack& CCommandManager::GetUndoStack()
+{
+    return m_State->GetStack();
+}
+
+void CCommandManager::Clear()
+{
+    m_State->Clear();
 }
 
 } // namespace embeddedhost

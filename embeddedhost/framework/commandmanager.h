@@ -7,7 +7,7 @@
 
 #include <QUndoStack>
 
-#include <list>
+#include <memory>
 
 namespace embeddedhost {
 
@@ -15,7 +15,7 @@ namespace embeddedhost {
 ///
 /// A listener that reacts to a change may execute further commands while one is being run,
 /// undone or redone. They are run at once, and pushed onto the stack, in the order they began, when
-/// the outermost one has finished.
+/// the outermost one has finished. A listener may destroy the manager, too.
 class EMBEDDEDHOST_EXPORT CCommandManager : public wek::fwk::ICommandManager
 {
 public:
@@ -31,19 +31,9 @@ public:
     void Clear();
 
 private:
-    class StackEntry;
-    class RunningScope;
-    typedef wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> CommandPtr;
+    class State;
 
-    void PushFinished();
-    void PushNext();
-
-    QUndoStack m_Stack;
-    /// The nesting depth of commands that are being run, undone or redone.
-    int m_Running = 0;
-    /// Not yet on the stack, in the order they began.
-    std::list<CommandPtr> m_Finished;
-    bool m_ClearWanted = false;
+    std::shared_ptr<State> const m_State;
 };
 
 } // namespace embeddedhost

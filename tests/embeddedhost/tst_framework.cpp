@@ -4,11 +4,14 @@
 
 #include <sourcecontrol.h>
 
+#include <QEventLoop>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <functional>
 #include <stdexcept>
+#include <utility>
 
 using namespace embeddedhost;
 using namespace tarno::datamodel;
@@ -167,6 +170,15 @@ private Q_SLOTS:
             if (done == 0)
                 delete host;
         }));
+
+        auto* const changed = new CEmbeddedHost;
+        QVERIFY(changed->OpenLibrary(folder.GetPath()));
+        ItemID const item = changed->FindItem(Uid(1));
+        QVERIFY(changed->SetBody(item, {{{"in", ""}}, {}, {}, {}}, "Add input"));
+        connect(&changed->GetCommandManager().GetUndoStack(), &QUndoStack::indexChanged, this,
+                [changed] { delete changed; });
+        changed->CloseLibrary();
+        QVERIFY(!CEmbeddedHost::GetInstance());
     }
 
     void aGuardedCallMayDeleteItsChannel()
@@ -211,6 +223,46 @@ private Q_SLOTS:
         QCOMPARE(m_Record, QStringList({"do outer", "do inner", "undo inner", "undo outer"}));
         m_Manager.reset();
         QVERIFY(m_Record.contains("end of outer"));
+    }
+
+    void theManagerMayBeDestroyedMeanwhile()
+    {
+        auto const destroy = [&] {
+            m_Manager.reset();
+        };
+        Run("A", destroy);
+        QCOMPARE(m_Record, QStringList({"do A", "end of A"}));
+        auto const destroyAtChange = [&] {
+            SetUp();
+            Run("B");
+            connect(&Stack(), &QUndoStack::indexChanged, this, destroy);
+        };
+        destroyAtChange();
+        Run("C");
+        QVERIFY(!m_Manager && m_Record.contains("end of B") && m_Record.contains("end of C"));
+        destroyAtChange();
+        m_Manager->Clear();
+        QVERIFY(!m_Manager);
+
+        auto const undo = [&] {
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, [&] {
+                Stack().undo();
+                loop.quit();
+            });
+            loop.exec();
+        };
+        destroyAtChange();
+        undo();
+        QVERIFY(!m_Manager);
+        SetUp();
+        Run("D", [&, isDone = false]() mutable {
+            if (std::exchange(isDone, true))
+                destroy();
+        });
+        undo();
+        QVERIFY(!m_Manager);
+        QTRY_VERIFY(m_Record.contains("end of D"));
     }
 
     void commandsMayChangeTheStackWhileTheyAreUndone()
