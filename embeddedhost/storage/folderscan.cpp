@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <type_traits>
 
 namespace embeddedhost {
 
@@ -58,9 +59,12 @@ public:
     }
 
 private:
-    /// The toolkit does not list names that it cannot make a text of.
+    /// The toolkit does not list names that it cannot make a text of. Where the system's names are
+    /// wide characters there are none.
     void ReportLostNames(QString const& folder) const
     {
+        if constexpr (!std::is_same_v<std::filesystem::path::value_type, char>)
+            return;
         std::error_code error;
         std::filesystem::directory_iterator const entries(QFile::encodeName(folder).toStdString(),
                                                           error);

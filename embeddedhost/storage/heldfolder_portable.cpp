@@ -35,14 +35,22 @@ bool IsLink(QString const& path)
     return QFileInfo(path).isSymLink();
 }
 
+#ifdef Q_OS_WIN
+// What was opened for reading only cannot be flushed there.
+constexpr QIODevice::OpenMode kSyncMode = QIODevice::ReadWrite | QIODevice::ExistingOnly;
+
 bool SyncFile(QFile const& file)
 {
-#ifdef Q_OS_WIN
     return _commit(file.handle()) == 0;
-#else
-    return fsync(file.handle()) == 0;
-#endif
 }
+#else
+constexpr QIODevice::OpenMode kSyncMode = QIODevice::ReadOnly;
+
+bool SyncFile(QFile const& file)
+{
+    return fsync(file.handle()) == 0;
+}
+#endif
 
 } // namespace
 
@@ -129,7 +137,7 @@ void CHeldFolder::StartSync(QString const&) const {}
 FileResult CHeldFolder::Sync(QString const& name) const
 {
     QFile file(Join(*this, name));
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(kSyncMode))
         return Failed(file.errorString());
     return SyncFile(file) ? FileResult() : Failed(QStringLiteral("it cannot be put on the disk"));
 }
