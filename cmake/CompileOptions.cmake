@@ -36,10 +36,12 @@ if(NODEBROWSER_FUZZERS)
     add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Links all programs of the tree in a quarter of the time of the default linker.
-find_program(NODEBROWSER_LLD ld.lld)
-if(NODEBROWSER_LLD AND PROJECT_IS_TOP_LEVEL)
-    add_link_options(-fuse-ld=lld)
+# Links all programs of the tree in a quarter of the time of the default linker, but for ELF only.
+if(UNIX AND NOT APPLE AND PROJECT_IS_TOP_LEVEL)
+    find_program(NODEBROWSER_LLD ld.lld)
+    if(NODEBROWSER_LLD)
+        add_link_options(-fuse-ld=lld)
+    endif()
 endif()
 
 find_program(NODEBROWSER_CCACHE ccache)

@@ -36,5 +36,9 @@ function(public_library target name)
         set_target_properties(${target} PROPERTIES
             CXX_VISIBILITY_PRESET hidden
             VISIBILITY_INLINES_HIDDEN ON)
+        if(APPLE)
+            # The contract's functions are found when the program is started.
+            target_link_options(${target} PRIVATE -undefined dynamic_lookup)
+        endif()
     endif()
 endfunction()
