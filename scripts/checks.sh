@@ -1,8 +1,9 @@
 # What a machine can say of the sources without running them: their format, what clang-tidy
-# finds in them, and how many lines of tests there are for the code.
+# finds in them, whether they are those of a Windows program, too, and how many lines of tests there
+# are for the code.
 # Sourced with `root` set to the source folder, after build.sh.
 
-check_packages=(clang clang-format clang-tidy)
+check_packages=(clang clang-format clang-tidy g++-mingw-w64-x86-64-posix)
 
 check_format() {
     git -C "$root" ls-files -z '*.cpp' '*.h' \
@@ -18,6 +19,12 @@ check_tidy() {
         | xargs -0 -n 1 -P "$(nproc)" clang-tidy --quiet --warnings-as-errors='*' \
             --config-file="$root/.clang-tidy" -p "$root/build/tidy" 2>/dev/null
     echo "clang-tidy finds nothing."
+}
+
+# The compiler only reads the sources: there are no libraries for Windows to link them with.
+check_windows() {
+    build_preset windows
+    echo "The cross compiler for Windows takes all sources."
 }
 
 # Lines without blank ones and comments.
