@@ -1,10 +1,13 @@
 #ifndef NODEBROWSER_HOSTAPI_FRAMEWORK_H
 #define NODEBROWSER_HOSTAPI_FRAMEWORK_H
 
-// The host's application framework: the system object with its named services, commands, and
-// slots whose connections are tracked. Declarations only; the host's library defines them.
-// Everything runs on the GUI thread. Only commands may run an event loop. Texts are 8-bit, in the
-// encoding described in datamodel.h, and never null.
+/// @file
+/// The contract's application framework: the system object with its named services, commands, and
+/// slots whose connections are tracked.
+///
+/// These are declarations only; the host's library defines them. Everything runs on the GUI thread.
+/// Only commands may run an event loop. Texts are 8-bit, in the encoding described in datamodel.h.
+/// Pointers are not null and own nothing unless a declaration says so.
 
 #include <string>
 #include <vector>
@@ -20,6 +23,7 @@ class ItemLibraryAccessor;
 }
 } // namespace tarno
 
+/// The host's system object and what it hands out.
 namespace wek {
 
 /// Root of everything the system object can hand out. The panel narrows it with dynamic_cast, so
@@ -30,6 +34,7 @@ public:
     virtual ~IBase();
 };
 
+/// The application framework. The rules that hold for all of it stand in framework.h.
 namespace fwk {
 
 /// The system object: services by name. It does not own the services.
@@ -50,8 +55,11 @@ public:
 class ICommand
 {
 public:
+    /// @{
+    /// Counts the references; the command is destroyed with its last one.
     virtual void AddRef() = 0;
     virtual void Release() = 0;
+    /// @}
 
     /// Makes the change; called once when the command is run and again at each redo.
     virtual void Do() = 0;
@@ -69,16 +77,23 @@ template <class T>
 class RefCountedAutoPtr
 {
 public:
+    /// Empty.
     RefCountedAutoPtr();
-    /// Adds a reference; the caller keeps its own.
+    /// Adds a reference; the caller keeps its own. Null makes an empty one.
     explicit RefCountedAutoPtr(T* object);
+    /// @{
+    /// Shares the object of the other one, if it has one.
     RefCountedAutoPtr(RefCountedAutoPtr const& other);
     RefCountedAutoPtr& operator=(RefCountedAutoPtr const& other);
+    /// @}
+    /// Gives the reference back.
     ~RefCountedAutoPtr();
 
-    /// Null when empty.
+    /// @{
+    /// The object, valid as long as the pointer; null when empty, which is not tested.
     T* Get() const;
     T* operator->() const;
+    /// @}
 
 private:
     T* m_Object;
@@ -92,7 +107,7 @@ class ICommandManager
 public:
     virtual ~ICommandManager();
 
-    /// Runs the command and records it.
+    /// Runs the command and records it; keeps a reference as long as it can be undone.
     virtual void Execute(RefCountedAutoPtr<ICommand> const& command) = 0;
 };
 
@@ -115,16 +130,19 @@ public:
     /// is made, which stays empty without one.
     virtual tarno::datamodel::ItemLibraryAccessor GetItemLibrary() = 0;
 
+    /// @{
     /// For the host's own use: the panel gets its library with SetItemLibrary. Listeners are not
     /// owned and must be removed before they die.
     virtual void AddListener(IQormDBProxy_Signal* listener) = 0;
     virtual void RemoveListener(IQormDBProxy_Signal* listener) = 0;
+    /// @}
 };
 
 } // namespace fwk
 } // namespace wek
 
-/// The system object of the process; never null, from the first panel to the last.
+/// The system object of the process, which the host owns; never null, from the first panel to the
+/// last.
 wek::fwk::ISystem* wekGetSystem();
 
 class KvTrackedSlot;
@@ -146,13 +164,17 @@ protected:
 class KvTrackedSlot
 {
 public:
+    /// Not connected.
     KvTrackedSlot();
+    /// Tells the sender, if there is one, that the connection is gone.
     ~KvTrackedSlot();
 
-    /// Called by the sender when it accepts the connection.
+    /// Called by the sender when it accepts the connection; it is not owned, and not null. An entry
+    /// that is connected to another sender leaves that one.
     void Connect(IKvTrackedSignal* signal);
     /// Called by the sender when it is destroyed first; it is not called any more.
     void Reset();
+    /// There is a sender.
     bool IsConnected() const;
 
 private:
@@ -169,7 +191,7 @@ public:
     KvTrackedSlotList();
     ~KvTrackedSlotList();
 
-    /// A new, unconnected entry, owned by the list.
+    /// A new, unconnected entry, owned by the list and valid as long as it.
     KvTrackedSlot* Add();
 
 private:

@@ -1,21 +1,24 @@
 #ifndef NODEBROWSER_HOSTAPI_QORM_H
 #define NODEBROWSER_HOSTAPI_QORM_H
 
-// The host's object database: identified objects in data sources, reached through handles that
-// outlive the objects they name. Declarations only; the host's library defines them and
-// instantiates the templates for the types named at each. The panel calls them, on the GUI thread.
-// Unless a declaration says otherwise:
-//
-// - Texts are 8-bit, in the encoding described in datamodel.h, and never null.
-// - Nothing runs an event loop, sends notifications or changes anything, except
-//   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may prompt,
-//   and the host may delete the panel, or replace or close its library, meanwhile: the panel
-//   handles that. They report their outcome themselves; the panel ignores it.
-// - An invalid handle and a null pointer raise ExBase::NullPtr when dereferenced; all their other
-//   functions return an empty value: an empty text, false, a null pointer, an invalid handle. The
-//   panel does not catch exceptions.
-// - Handles outlive the panel: it keeps those of the application's two components until the process
-//   ends, and releases them after main().
+/// @file
+/// The contract's object database: identified objects in data sources, reached through handles that
+/// outlive the objects they name.
+///
+/// These are declarations only; the host's library defines them and instantiates the templates for
+/// the types named at each. The panel calls them, on the GUI thread. Unless a declaration says
+/// otherwise:
+///
+/// - Texts are 8-bit, in the encoding described in datamodel.h, and never null.
+/// - Nothing runs an event loop, sends notifications or changes anything, except
+///   IHelper::MoveToDataSource and the three commands of IRevisionControlUIHelper. These may
+///   prompt, and the host may delete the panel, or replace or close its library, meanwhile: the
+///   panel handles that. They report their outcome themselves; the panel ignores it.
+/// - An invalid handle and a null pointer raise ExBase::NullPtr when dereferenced; all their other
+///   functions return an empty value: an empty text, false, a null pointer, an invalid handle. So
+///   does a function that is given one. The panel does not catch exceptions.
+/// - Handles outlive the panel: it keeps those of the application's two components as long as the
+///   process, and releases them after main().
 
 #include "framework.h"
 
@@ -28,6 +31,7 @@
 #pragma GCC visibility push(default)
 #endif
 
+/// The object database. The rules that hold for all of it stand in qorm.h.
 namespace qorm {
 
 class IDataSource;
@@ -42,10 +46,12 @@ class IValueAsset;
 class UID
 {
 public:
+    /// Stores the text unchecked.
     explicit UID(char const* text);
 
-    /// Zero-terminated; valid as long as the object.
+    /// The text given, zero-terminated; valid as long as the object.
     char const* GetStr() const;
+    /// The same number, in either case of the digits. The panel compares none.
     bool operator==(UID const& other) const;
 
 private:
@@ -67,6 +73,7 @@ public:
 
     /// The text given, zero-terminated; valid as long as the object.
     char const* GetStr() const;
+    /// The same UID in either case of its digits, or the same text. The panel compares none.
     bool operator==(DbObjectId const& other) const;
 
     /// True for 8-4-4-4-12 hexadecimal digits in either case; false for null. The panel calls
@@ -85,18 +92,26 @@ template <class T>
 class QormPtr
 {
 public:
+    /// Null.
     QormPtr();
+    /// Adds a reference; the caller keeps its own. Null makes a null pointer.
     explicit QormPtr(T* object);
+    /// @{
+    /// Shares the object of the other one, if it has one.
     QormPtr(QormPtr const& other);
     QormPtr& operator=(QormPtr const& other);
+    /// @}
+    /// Gives the reference back.
     ~QormPtr();
 
+    /// There is no object.
     bool IsNull() const;
-    /// Null when empty; nothing is raised.
+    /// Valid as long as the pointer; null when there is no object. Nothing is raised.
     T* Get() const;
-    /// Raises ExBase::NullPtr when empty.
+    /// Raises ExBase::NullPtr when there is no object.
     T* operator->() const;
-    /// Same service object. Two pointers to one data source are equal.
+    /// Same object, or both null. Two pointers to one data source are equal, wherever they come
+    /// from.
     bool operator==(QormPtr const& other) const;
 
 private:
@@ -112,14 +127,18 @@ class QormHandle
 public:
     /// An invalid handle.
     QormHandle();
+    /// For the host's library, which chooses the numbers. Neither is checked.
     QormHandle(QormPtr<IQormInstance> const& instance, int cacheIndex);
+    /// @{
+    /// Names the same object, if any.
     QormHandle(QormHandle const& other);
     QormHandle& operator=(QormHandle const& other);
+    /// @}
     ~QormHandle();
 
     /// True while the object exists and is of kind T.
     bool IsValid() const;
-    /// Raises ExBase::NullPtr when the object is gone.
+    /// The object, valid as long as it exists. Raises ExBase::NullPtr for an invalid handle.
     T* operator->() const;
     /// Assigns the other handle; invalid afterwards when the object is not of kind T, or the other
     /// handle is invalid. Nothing is raised.
@@ -131,7 +150,7 @@ public:
     QormPtr<IDataSource> GetDataSource() const;
     /// With the empty text for an invalid handle.
     DbObjectId GetDbObjectId() const;
-    /// Null for an invalid handle.
+    /// Null for an invalid handle. The panel dereferences it for an object that is moved.
     QormPtr<IDataModelMgr> GetManager() const;
     /// Null for an invalid handle.
     QormPtr<IQormInstance> GetInstance() const;
@@ -149,8 +168,11 @@ private:
 class IRefCounted
 {
 public:
+    /// @{
+    /// Called by QormPtr. Whether the object goes with its last reference is its own business.
     virtual void AddRef() = 0;
     virtual void Release() = 0;
+    /// @}
 
 protected:
     virtual ~IRefCounted();
@@ -160,10 +182,10 @@ protected:
 class IDataSource : public IRefCounted
 {
 public:
-    /// The access mode that means read-only.
+    /// The access mode that has a meaning to the panel.
     enum
     {
-        kReadOnlyAccess = 1
+        kReadOnlyAccess = 1 ///< nothing in it can be changed
     };
 
     /// kReadOnlyAccess, or any other value for a data source that can be written.
@@ -176,6 +198,7 @@ class IDbObject : public IRefCounted
 public:
     /// Null when the object belongs to no manager. The panel dereferences it when a compound's
     /// menu opens and when its data source changes; null aborts these with an exception.
+    /// CNodePalette tests it; it names the data source in tool tips and beside namesakes.
     virtual QormPtr<IDataModelMgr> GetDataModelMgr() const = 0;
 };
 
@@ -192,7 +215,7 @@ public:
 class IValueAsset : public IRefCounted
 {
 public:
-    /// The entry's text in the menu; valid as long as the asset.
+    /// The entry's text in the menu "Compound source"; valid as long as the asset.
     virtual char const* GetName() const = 0;
     /// The resource's own handle, which goes to GetDataSourceFromResource.
     virtual QormHandle<IValueAsset> GetAssetHandle() const = 0;
@@ -209,14 +232,17 @@ class IQormInstance : public IRefCounted
 class CQueryResult
 {
 public:
+    /// A row for the object.
     explicit CQueryResult(DbObjectId const& objectId);
 
+    /// The identifier of the object found, which goes to IDataModelMgr::FindObject.
     DbObjectId GetObjectId() const;
 
 private:
     DbObjectId m_ObjectId;
 };
 
+/// The rows of a query.
 template <class T>
 using Vector = std::vector<T>;
 
@@ -227,9 +253,11 @@ public:
     /// Appends the rows found, which must be resources. The panel has a single query, for all
     /// objects of a type: "select object where IS_OF_TYPE_VERSION( {<uid> } )", with
     /// UID_Resource(). False for a query that cannot be run; nothing is appended then. The panel
-    /// ignores the result.
+    /// ignores the result. CNodePalette asks while it paints, too.
     virtual bool RunQuery(char const* query, Vector<CQueryResult>& results) = 0;
-    /// An invalid handle when there is no such object.
+    /// The object of a row of the query, or of the entry that was chosen in "Compound source"; an
+    /// invalid handle when there is no such object. The panel takes it for a resource: an invalid
+    /// one, or another object, aborts the menu or the move with an exception.
     virtual QormHandle<IDbObject> FindObject(DbObjectId const& objectId) = 0;
     /// Passed to IHelper::GetHelper; never null for an open database.
     virtual QormPtr<IQormInstance> GetInstance() = 0;
@@ -243,17 +271,19 @@ public:
     /// unchecked.
     static QormPtr<IHelper> GetHelper(QormPtr<IQormInstance> const& instance);
 
-    /// Moves the object into the data source. Called for the chosen entry of "Compound source". The
-    /// helper refuses a read-only or null target, with a message. `withFiles` moves the object's
-    /// files as well; the panel passes true.
+    /// Moves the object into the data source. Called for the chosen entry of "Compound source",
+    /// with an object that is valid. The helper refuses a read-only or null target, with a message;
+    /// null goes with a resource whose data source has gone meanwhile. `withFiles` moves the
+    /// object's files as well; the panel passes true.
     virtual void MoveToDataSource(QormHandle<IDbObject> const& object,
                                   QormPtr<IDataSource> const& target, bool withFiles) = 0;
 };
 
-/// The data source that the resource represents, or null, which leaves the entry out of the menu.
+/// The data source that the resource represents, or null, which leaves the entry out of the menu;
+/// null for an invalid handle.
 QormPtr<IDataSource> GetDataSourceFromResource(QormHandle<IValueAsset> const& resource);
 /// The resource's location with all variables expanded; the tool tip of its entry. Empty for an
-/// object that is not a resource.
+/// object that is not a resource, and for an invalid handle.
 std::string GetResourceExpandedURI(QormHandle<IDbObject> const& resource);
 /// True when the resource represents the data source; false for a null data source and for an
 /// invalid resource.
@@ -287,11 +317,14 @@ public:
 
     ~ExBase() noexcept override;
 
-    /// The failed expression and its place, in one line.
+    /// @{
+    /// The failed expression and its place, in one line; valid as long as the exception.
     std::string const& GetErrorString() const;
     char const* what() const noexcept override;
+    /// @}
 
 protected:
+    /// Keeps the line.
     explicit ExBase(std::string const& errorString);
 
 private:
@@ -303,17 +336,20 @@ private:
 class ExBase::NullPtr : public ExBase
 {
 public:
-    /// `what` is the expression that failed.
+    /// `what` is the expression that failed, `file` and `line` the place.
     NullPtr(char const* what, char const* file, int line);
 };
 
-/// While one exists, errors are raised without being printed.
+/// While one exists, errors are raised without being printed. Guards may be nested.
 class DisableErrorReportingGuard
 {
 public:
+    /// Switches printing off.
     DisableErrorReportingGuard();
+    /// Switches it on again, if this is the last guard.
     ~DisableErrorReportingGuard();
 
+    /// There is a guard.
     static bool IsErrorReportingDisabled();
 
 private:

@@ -1,10 +1,13 @@
 #ifndef NODEBROWSER_HOSTAPI_SOURCECONTROL_H
 #define NODEBROWSER_HOSTAPI_SOURCECONTROL_H
 
-// The host's source-control utilities: states of objects, their icons and tool tips, and the
-// switch that turns the display of states on. Declarations only; the host's library defines
-// them. Everything is called on the GUI thread, most of it while the panel paints, and must not
-// run an event loop. The texts are the toolkit's own, so no encoding is involved.
+/// @file
+/// The contract's source-control utilities: states of objects, their icons and tool tips, and the
+/// switch that turns the display of states on.
+///
+/// These are declarations only; the host's library defines them. Everything is called on the GUI
+/// thread, most of it while the panel paints, and must not run an event loop. The texts are the
+/// toolkit's own, so no encoding is involved. Pointers are not null unless a declaration says so.
 
 #include "framework.h"
 #include "qorm.h"
@@ -28,9 +31,9 @@ public:
     explicit ScsTask(QString const& name);
 
     /// Requests the states of compounds: all that the panel lists, except those from read-only data
-    /// sources. Called by the first paint after a library was set or states were
-    /// switched on, also while no states are shown. The list may be empty, and handles in it may be
-    /// invalid. Returns at once. Items that get no answer keep the waiting state.
+    /// sources. Called by the first paint after a library was set or states were switched on, also
+    /// while no states are shown. The list may be empty, and handles in it may be invalid: these
+    /// are left out. Returns at once. Items that get no answer keep ScsUtils::kWaitingState.
     void RequestObjectStates(std::list<qorm::QormHandle<qorm::IDbObject>> const& objects);
     /// Called instead of delete, when the panel is destroyed: the task deletes itself when it is
     /// safe to, and delivers nothing more.
@@ -46,15 +49,17 @@ private:
     Private* m_Private;
 };
 
+/// States of source control, in bits: the panel sets kNoState and kWaitingState itself, all other
+/// bits are the host's. The rules that hold for all of it stand in sourcecontrol.h.
 namespace ScsUtils {
 
-/// The states that the panel sets itself; all other bits are the host's. No state: all items have
-/// it after a rebuild of the panel's list and after states are switched off. A state such as "up to
-/// date" needs a bit, therefore, and after a rebuild that did not ask RequestObjectStates the host
-/// announces the states again.
+/// No state: all items have it after a rebuild of the panel's list and after states are switched
+/// off. A state such as "up to date" needs a bit, therefore, and after a rebuild that did not ask
+/// RequestObjectStates the host announces the states again.
 int const kNoState = 0;
-/// Requested, no answer yet: the panel sets it on the items that it passes to RequestObjectStates.
-/// The host leaves the bit free, and may mark such icons or not.
+/// Requested, no answer yet: the panel sets it on the items that it passes to
+/// ScsTask::RequestObjectStates, before the call, and passes it to getAssetStateIcon like any other
+/// state. The host leaves the bit free, and may mark such icons or not.
 int const kWaitingState = 0x400000;
 
 /// Width of the strip at the left of an icon that carries a badge or a mark, in device-independent
@@ -72,17 +77,18 @@ bool IsFileVersionControlActive();
 /// on, because the panel uses the result only. The panel caches the result for all items with the
 /// same arguments, until its next rebuild.
 ///
-/// The bits are those that the host sent with ItemAccessStateChanged, or a state of the panel.
+/// `state` has the bits that the host sent with ItemAccessStateChanged for the item, or is kNoState
+/// or kWaitingState, which the panel passes by itself.
 ///
-/// While states are shown, the panel paints the icon of a compound further left by the width of the
-/// strip, unless its data source is read-only. So the answer for a state other than kNoState has
-/// the strip at its left, with the mark in it, to keep the icons of all rows in one column. For
+/// While states are switched on, the panel paints the icon of a compound further left by the width
+/// of the strip, unless its data source is read-only. So the answer for a state other than kNoState
+/// has the strip at its left, with the mark in it, to keep the icons of all rows in one column. For
 /// kNoState the answer is the base: items that take no part in source control have that state, too.
 QPixmap getAssetStateIcon(QPixmap& base, unsigned int state, bool active, bool plain);
 
-/// Tool-tip text for the object, plain or rich; empty shows none. Called when the mouse rests on a
-/// compound whose object is valid. `icon` is the resource name of an icon that it may show,
-/// ":compound.png".
+/// Tool-tip text for the object, plain or rich; empty, as for an invalid handle, shows none. Called
+/// when the mouse rests on a compound whose object is valid. `icon` is the resource name of an icon
+/// that it may show, ":compound.png".
 QString GetToolTip(qorm::QormHandle<qorm::IDbObject> object, QString const& icon);
 
 } // namespace ScsUtils
@@ -99,9 +105,10 @@ public:
 
 protected:
     IRevisionControlPropertiesMgr_Slot();
+    /// Disconnects the slot.
     ~IRevisionControlPropertiesMgr_Slot();
 
-    /// The slot's live connections.
+    /// The slot's live connections, which it owns.
     KvTrackedSlotList m_TrackedSlots;
 };
 
