@@ -14,12 +14,19 @@ class ItemList;
 
 /// Two-way index between library items and their tags. An item carries a tag exactly when the
 /// tag lists the item, as long as an item is removed before it is added again.
+///
+/// Tags are 8-bit texts of the contract and differ in case; texts given are zero-terminated and,
+/// unless a function says otherwise, not null. It is used on the GUI thread.
 class NODEBROWSER_EXPORT ItemTagsRegistry
 {
 public:
+    /// Empty, without a library.
     ItemTagsRegistry();
+    /// @{
+    /// Copies items, tags and the library; the copy goes its own way.
     ItemTagsRegistry(ItemTagsRegistry const& other);
     ItemTagsRegistry& operator=(ItemTagsRegistry const& other);
+    /// @}
     ~ItemTagsRegistry();
 
     /// The library that AddItem reads from; the index itself is left as it is.
@@ -27,14 +34,20 @@ public:
 
     /// Registers the item with the tag string that the library stores under the category. Does
     /// nothing for a null category or an empty string. An item that is registered already gets
-    /// the new set, but stays listed under tags that it no longer has.
+    /// the new set, but stays listed under tags that it no longer has. What the host raises passes
+    /// through, and nothing has changed then.
     void AddItem(tarno::datamodel::ItemID const& id, char const* category);
     /// Adds one tag; an empty one is ignored.
     void AddItemTag(tarno::datamodel::ItemID const& id, char const* tag);
+    /// Takes one tag from the item, and the item out of the index with its last one. Nothing
+    /// happens if it does not carry the tag.
     void RemoveItemTag(tarno::datamodel::ItemID const& id, char const* tag);
+    /// Takes the item out of the index, with all its tags.
     void RemoveItem(tarno::datamodel::ItemID const& id);
 
+    /// The item is in the index.
     bool HasItem(tarno::datamodel::ItemID const& id) const;
+    /// The tag lists the item.
     bool HasItemTag(tarno::datamodel::ItemID const& id, char const* tag) const;
     /// Valid until the registry changes; an empty set for an item that is not registered.
     std::set<std::string> const& GetItemTags(tarno::datamodel::ItemID const& id) const;

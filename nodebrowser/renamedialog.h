@@ -17,6 +17,7 @@ class NODEBROWSER_EXPORT CRenameCompoundDialog : public QDialog
     Q_OBJECT
 
 public:
+    /// Takes copies of both; an invalid compound has an empty name.
     CRenameCompoundDialog(tarno::datamodel::ItemLibraryAccessor const& library,
                           tarno::datamodel::CompoundAccessor const& compound);
 
@@ -27,6 +28,7 @@ public:
     QString GetNewName() const;
 
 protected Q_SLOTS:
+    /// Asks the library about the name that was typed, and lets it be accepted or says why not.
     void OnNameChanged(const QString& newText);
 
 private:

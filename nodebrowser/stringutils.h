@@ -1,6 +1,9 @@
 #ifndef NODEBROWSER_STRINGUTILS_H
 #define NODEBROWSER_STRINGUTILS_H
 
+/// @file
+/// Words and tags of texts, and texts of the toolkit as those of the contract.
+
 #include "nodebrowser_export.h"
 
 #include <set>
@@ -18,7 +21,8 @@ NODEBROWSER_EXPORT void SplitString(std::string const& text, std::set<std::strin
 NODEBROWSER_EXPORT void SplitString(std::string const& text, std::string const& delimiters,
                                     std::set<std::string>& words);
 
-/// The 8-bit form of the text, up to its first zero, in the encoding that textencoding.h tells.
+/// The 8-bit form of the text, up to its first zero, in the encoding that textencoding.h tells. In
+/// Latin-1, '?' stands for each character that it lacks. The reverse is nodebrowser::ToQString().
 NODEBROWSER_EXPORT std::string QStringToStdString(QString const& text);
 
 #endif

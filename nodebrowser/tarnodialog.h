@@ -1,6 +1,9 @@
 #ifndef NODEBROWSER_TARNODIALOG_H
 #define NODEBROWSER_TARNODIALOG_H
 
+/// @file
+/// The dialogs for a new compound and for the tags of an item.
+
 #include "hostapi/datamodel.h"
 #include "nodebrowser_export.h"
 
@@ -16,7 +19,7 @@ class QLineEdit;
 class QPushButton;
 
 /// Adds every signature of the library to the map, by display name; of two with one name the
-/// later one stays.
+/// later one stays. An invalid library adds nothing.
 void GetAllSignatures(tarno::datamodel::ItemLibraryAccessor library,
                       std::map<std::string, tarno::datamodel::ItemID>& signatures);
 
@@ -27,18 +30,22 @@ class NODEBROWSER_EXPORT CTarnoCompoundCreateDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// `kind` is what the texts call the new item.
+    /// `kind` is what the texts call the new item, `defaultName` what is filled in; neither is
+    /// null. With `showSignature` the signatures of the library, as they are now, can be chosen.
     CTarnoCompoundCreateDialog(tarno::datamodel::ItemLibraryAccessor library, char const* kind,
                                char const* defaultName, bool showSignature);
 
     /// The name, with "_" for everything that is not a letter or digit, or with UTF-8 a mark.
     QString GetName() const;
+    /// The category as it was typed, which may be empty.
     QString GetCategory() const;
     /// UID text of the signature chosen; empty for none.
     QString GetSignature() const;
 
 protected Q_SLOTS:
+    /// Accepts a name that is not empty; says that it is invalid otherwise, and stays.
     void OnOk();
+    /// Empties name and category, and rejects.
     void OnCancel();
 
 private:
@@ -67,7 +74,7 @@ class NODEBROWSER_EXPORT CItemTagsEditorDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// Both texts are zero-terminated and not null.
+    /// The item's name, which is shown, and its tag string. Both are zero-terminated and not null.
     CItemTagsEditorDialog(char const* name, char const* tags);
     ~CItemTagsEditorDialog() override;
 
@@ -76,7 +83,9 @@ public:
     std::string const& GetTags() const;
 
 protected Q_SLOTS:
+    /// Brings what was typed into normal form, and accepts.
     void OnOk();
+    /// Rejects.
     void OnCancel();
 
 private:

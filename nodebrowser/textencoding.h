@@ -1,6 +1,9 @@
 #ifndef NODEBROWSER_TEXTENCODING_H
 #define NODEBROWSER_TEXTENCODING_H
 
+/// @file
+/// The encoding of the 8-bit texts that the panel and its host exchange, one for the whole process.
+
 #include "nodebrowser_export.h"
 
 #include <locale>
@@ -12,6 +15,7 @@ class QString;
 /// hostapi/ call a text. One choice for the whole process.
 namespace nodebrowser {
 
+/// How texts are encoded.
 enum eTextEncoding
 {
     /// Each byte is a character, and '?' stands for a character that Latin-1 lacks.
@@ -25,9 +29,10 @@ enum eTextEncoding
 /// eLatin1Texts otherwise. With Qt 4 this is the choice that QTextCodec::setCodecForCStrings()
 /// makes: either function will do, and any other codec that is set there is used, too.
 NODEBROWSER_EXPORT void SetTextEncoding(eTextEncoding encoding);
+/// The choice; eLatin1Texts also for a codec of Qt 4 that is not UTF-8.
 NODEBROWSER_EXPORT eTextEncoding GetTextEncoding();
 
-/// The reverse of QStringToStdString in stringutils.h; `text` is zero-terminated and not null.
+/// The reverse of QStringToStdString() in stringutils.h; `text` is zero-terminated and not null.
 NODEBROWSER_EXPORT QString ToQString(char const* text);
 
 /// The 8-bit form in which a text, given in lower case, is searched and looked for. With UTF-8,

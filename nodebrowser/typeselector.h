@@ -15,8 +15,11 @@ class NODEBROWSER_EXPORT CTypeSelector : public QDialog
     Q_OBJECT
 
 public:
+    /// Takes the library from the service "QormDBProxy", and stays empty without one. The parent,
+    /// which may be null, owns the dialog.
     explicit CTypeSelector(QWidget* parent);
 
+    /// 275 x 500 pixels, device-independent.
     virtual QSize sizeHint() const;
 
     /// The type chosen, once exec() has returned QDialog::Accepted; null before.
@@ -25,6 +28,7 @@ public:
 public Q_SLOTS:
     /// An acceptance without a usable type ends as a rejection.
     virtual void done(int r);
+    /// Accepts what is selected in the browser.
     void SelectionChanged();
 
 private:
