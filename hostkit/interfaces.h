@@ -1,16 +1,23 @@
 #ifndef HOSTKIT_INTERFACES_H
 #define HOSTKIT_INTERFACES_H
 
+/// @file
+/// Which interfaces an open library, its table of contents and its items support.
+
 #include <nodebrowser/hostapi/datamodel.h>
 
 namespace hostkit {
 
-// Which interfaces an open library, its table of contents and an item of a kind support, for
-// UnspecifiedAccessor::SetFrom.
+/// @{
 
+/// Whether an open library, or its table of contents, supports the interface, for
+/// tarno::datamodel::UnspecifiedAccessor::SetFrom.
 bool LibrarySupports(tarno::datamodel::eInterfaceID interfaceID);
 bool TocSupports(tarno::datamodel::eInterfaceID interfaceID);
-/// `isLoop` is true for a loop compound.
+/// @}
+
+/// Whether an item of the kind supports the interface, likewise. A `kind` that is null or not one
+/// of the kind constants supports what all items do; `isLoop` is true for a loop compound.
 bool ItemSupports(tarno::datamodel::eInterfaceID interfaceID, char const* kind, bool isLoop);
 
 } // namespace hostkit

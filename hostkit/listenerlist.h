@@ -9,12 +9,12 @@ namespace hostkit {
 
 /// Listeners, called in the order they were added. During a call any may be added or removed, and
 /// another delivery may begin: a removed one is not called any more, an added one is called from
-/// the next delivery on. The list itself has to outlive the delivery.
+/// the next delivery on. The list itself has to outlive the delivery. Listeners are not owned.
 template <class Listener>
 class ListenerList
 {
 public:
-    /// A listener that is in the list already stays where it is.
+    /// Adds at the end. A listener that is in the list already stays where it is; null is ignored.
     void Add(Listener* listener)
     {
         if (listener
@@ -22,6 +22,7 @@ public:
             m_Listeners.push_back(listener);
     }
 
+    /// Does nothing for null, and for one that is not in the list.
     void Remove(Listener* listener)
     {
         auto const found = std::find(m_Listeners.begin(), m_Listeners.end(), listener);

@@ -9,10 +9,12 @@ template <class... Interfaces>
 class CRefCounted : public Interfaces...
 {
 public:
+    /// Takes a reference. The count is not atomic: it is for the GUI thread.
     void AddRef() final
     {
         ++m_References;
     }
+    /// Gives one back; the object deletes itself with the last.
     void Release() final
     {
         if (--m_References == 0)

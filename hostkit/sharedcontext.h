@@ -1,6 +1,9 @@
 #ifndef HOSTKIT_SHAREDCONTEXT_H
 #define HOSTKIT_SHAREDCONTEXT_H
 
+/// @file
+/// What the kit needs to know of the host's context of accessors.
+
 #include <nodebrowser/hostapi/datamodel.h>
 
 #include <atomic>
@@ -17,14 +20,17 @@ namespace hostkit {
 class CSharedContext
 {
 public:
+    /// With a number of its own.
     CSharedContext();
     CSharedContext(CSharedContext const&) = delete;
     CSharedContext& operator=(CSharedContext const&) = delete;
 
+    /// Takes a share, on any thread.
     void AddRef()
     {
         m_References.fetch_add(1, std::memory_order_relaxed);
     }
+    /// Gives one back, on any thread; the context deletes itself with the last.
     void Release()
     {
         if (m_References.fetch_sub(1, std::memory_order_acq_rel) == 1)

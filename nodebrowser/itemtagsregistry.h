@@ -23,6 +23,7 @@ public:
     /// Empty, without a library.
     ItemTagsRegistry();
     /// @{
+
     /// Copies items, tags and the library; the copy goes its own way.
     ItemTagsRegistry(ItemTagsRegistry const& other);
     ItemTagsRegistry& operator=(ItemTagsRegistry const& other);

@@ -101,9 +101,7 @@ public:
     /// control, and none otherwise; null shows none.
     void OnRevisionControlPropertiesChange(IRevisionControlPropertiesMgr* manager) override;
 
-    /// @name Notifications
-    /// The host's data model calls these; only the changes that the interfaces describe follow.
-    /// @{
+    // Called by the host's data model; the interfaces say what follows.
     void ItemAdded(tarno::datamodel::ItemAccessor& item) override;
     void ItemRemoved(tarno::datamodel::ItemAccessor& item) override;
 
@@ -118,7 +116,6 @@ public:
                                 tarno::datamodel::ItemID const& id, long state) override;
     void OnPreCommit(tarno::datamodel::ItemLibraryAccessor& library, bool* cancel) override;
     void OnPostCommit(tarno::datamodel::ItemLibraryAccessor& library) override;
-    /// @}
 
 Q_SIGNALS:
     /// A press selected a row, or Enter confirmed the selection, which may be none in an empty
@@ -135,6 +132,7 @@ protected Q_SLOTS:
     /// Shows the kinds of item of the tab, whose index is an eConfigType; the next paint filters.
     void TabChanged(int index);
     /// @{
+
     /// Asks for the name and category of a new item, and for the signature that it implements, has
     /// the host make it and the editor work on it. Runs an event loop; the browser may be gone
     /// after it.
@@ -142,6 +140,7 @@ protected Q_SLOTS:
     void OnNewCompound();
     void OnNewLoopCompound();
     /// @}
+
     /// Has the host write what has changed, and reports nothing: the host does.
     void OnSaveGraphLibrary();
     /// Empties the search field, whatever the argument says.
@@ -228,12 +227,14 @@ protected:
     /// Its table of contents.
     tarno::datamodel::ItemTOCAccessor m_ItemTOC;
     /// @{
+
     /// A child, which the browser destroys; the tab bar is null but in the full browser.
     QScrollBar* m_ScrollBar;
     QLineEdit* m_SearchEdit;
     QPushButton* m_ClearButton;
     QTabBar* m_TabBar;
     /// @}
+
     /// The kinds of item that are shown.
     eConfigType m_ConfigType;
     /// Of what is above the rows, in pixels: 43 with tabs, otherwise 23.
@@ -355,6 +356,7 @@ public:
     Item(CNodeBrowser* browser, tarno::datamodel::ItemAccessor& item, int scState,
          tarno::datamodel::ItemID const& extraID);
     /// @{
+
     /// Moves only.
     Item(Item&& other) = default;
     Item& operator=(Item&& other) = default;

@@ -14,13 +14,15 @@
 
 /// The node browser for daily use: the panel, and what people expect of a list that they search all
 /// day. Everything can be reached by keyboard and by a screen reader, what is painted is what
-/// holds, and results may come in the order that people expect; see docs/palette.md.
+/// holds, and results may come in the order that people expect; see
+/// @ref guide-palette "docs/palette.md".
 ///
 /// It is used as the panel is; what it adds is here. It uses of the panel what any subclass may.
 ///
 /// Rows are numbered from 0 in the order shown. Each function that takes or gives one first brings
 /// the rows up to the search text and the library, as a paint would; a row that does not exist has
-/// no text, no item and an empty rectangle, and nothing happens to it.
+/// no text, no item and an empty rectangle, and nothing happens to it. What the host raises
+/// meanwhile passes through; the rows stay due then. Lengths are device-independent pixels.
 class PALETTE_EXPORT CNodePalette : public CNodeBrowser
 {
     Q_OBJECT
@@ -39,27 +41,33 @@ public:
     /// How an item was activated.
     enum eActivation
     {
-        eByKey,
-        eByDoubleClick
+        eByKey,        ///< Enter, or a screen reader
+        eByDoubleClick ///< the panel has opened a compound then
     };
     Q_ENUM(eActivation)
 
     /// What only the host knows of an item, in words and as plain text. What is empty is left out.
     struct SItemDetails
     {
+        /// Under which the host files the item.
         QString category;
+        /// Names of the inputs, in their order.
         QStringList inputs;
+        /// Names of the outputs, in their order.
         QStringList outputs;
         /// Where the text that ScsUtils::GetToolTip gives for compounds does not say it.
         QString state;
     };
+    /// Gives the details of an item of the library; empty ones for an item that it does not know.
     typedef std::function<SItemDetails(tarno::datamodel::ItemID const&)> DetailsSource;
 
+    /// As the panel's; the parent, which may be null, owns it.
     explicit CNodePalette(eConfigType config, QWidget* parent = nullptr);
     ~CNodePalette() override;
 
     /// ePanelRanking at first.
     void SetRanking(eRanking ranking);
+    /// The order of search results.
     eRanking GetRanking() const;
 
     /// These come first, in this order, while the search text is empty. Items that are not listed
@@ -67,7 +75,7 @@ public:
     void SetRecentItems(std::vector<tarno::datamodel::ItemID> const& items);
 
     /// Asked for tool tips, for screen readers, and to tell items of one name apart; it must answer
-    /// at once and change nothing.
+    /// at once and change nothing. An empty function, as at first, gives no details.
     void SetDetailsSource(DetailsSource const& source);
 
     /// For a palette that pops up: puts the text into the search field, selects the best row and
@@ -76,31 +84,36 @@ public:
     /// Selects the row of the item and brings it into sight. False when it is not listed.
     bool SelectItem(tarno::datamodel::ItemID const& id);
 
+    /// How many rows there are, in sight or not.
     int GetRowCount();
     /// -1 for none.
     int GetSelectedRow();
+    /// The item of the row; null for none, and for one that is gone.
     tarno::datamodel::ItemID GetItemAt(int row);
     /// -1 for an item that is not listed.
     int FindRowOf(tarno::datamodel::ItemID const& id);
+    /// The display name, with "*" for an item with unsaved changes.
     QString GetRowName(int row);
     /// Kind, tags, data source and state, in one line.
     QString GetRowDescription(int row);
-    /// Rich text.
+    /// The same and more, as rich text.
     QString GetRowToolTip(int row);
     /// Where it is in the palette, in part out of sight or not.
     QRect GetRowRect(int row);
-    /// Where rows are in sight.
+    /// Where rows are in sight, in the palette.
     QRect GetRowArea() const;
-    /// The row under the point; -1 for none.
+    /// The row under the point of the palette; -1 for none.
     int GetRowAt(QPoint const& point);
 
     /// Selects the row and brings it into sight.
     void SelectRow(int row);
     /// Selects the row and activates its item, as the Enter key does.
     void ActivateRow(int row);
-    /// Selects the row and runs its context menu beside it.
+    /// Selects the row and runs its context menu beside it, in an event loop after which the
+    /// palette may be gone.
     void ShowRowMenu(int row);
 
+    /// As the panel's; the order by name notes it, too.
     void ItemTagsChanged(tarno::datamodel::ItemLibraryAccessor& library,
                          tarno::datamodel::ItemID const& id, char const* category) override;
 
@@ -117,6 +130,9 @@ Q_SIGNALS:
     void RowCountChanged(int count);
 
 protected:
+    /// @{
+
+    /// The toolkit's; they add to the panel's what @ref guide-palette "docs/palette.md" says.
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -125,6 +141,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    /// @}
 
 private:
     struct Private;

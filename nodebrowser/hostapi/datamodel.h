@@ -30,7 +30,8 @@
 ///   the change returns, and learns what has changed from notifications only.
 /// - Exceptions pass through the panel.
 ///
-/// embedding.md goes through the contract from the side of somebody who defines it.
+/// @ref guide-embedding "docs/embedding.md" goes through the contract from the side of somebody who
+/// defines it.
 
 #include "framework.h"
 #include "qorm.h"
@@ -119,10 +120,12 @@ public:
     std::string Serialize() const;
 
     /// @{
+
     /// Compares which item is named; null equals null only.
     bool operator==(ItemID const& other) const;
     bool operator!=(ItemID const& other) const;
     /// @}
+
     /// Any strict weak order that holds for the process; null comes first.
     bool operator<(ItemID const& other) const;
 
@@ -224,6 +227,7 @@ public:
 
 protected:
     /// @{
+
     /// For the accessor classes: the interface of the class, and what it is bound to, if anything.
     explicit UnspecifiedAccessor(eInterfaceID interfaceID);
     UnspecifiedAccessor(eInterfaceID interfaceID, AccessorContext* context, ItemHandle handle);
@@ -293,6 +297,7 @@ public:
     /// For the host's library; the state is not null.
     explicit Iterator(std::shared_ptr<State> const& state);
     /// @{
+
     /// The place is copied.
     Iterator(Iterator const& other);
     Iterator& operator=(Iterator const& other);
@@ -318,12 +323,11 @@ class ItemLibraryAccessor;
 class IItemTOCNotification
 {
 public:
-    /// @{
-    /// The item was added, or is gone: the panel does not look at it, and rebuilds its list at the
-    /// next paint.
+    /// The library has a new item. The panel does not look at it, and rebuilds its list at the next
+    /// paint.
     virtual void ItemAdded(ItemAccessor& item) = 0;
+    /// The item is gone. The panel does the same.
     virtual void ItemRemoved(ItemAccessor& item) = 0;
-    /// @}
 
 protected:
     ~IItemTOCNotification() {}
@@ -335,11 +339,10 @@ protected:
 class IItemLibraryNotification
 {
 public:
-    /// @{
-    /// Around several changes. The panel does nothing: it waits for the next paint anyway.
+    /// Several changes begin. The panel does nothing: it waits for the next paint anyway.
     virtual void OnBeginChanges(ItemLibraryAccessor& library) = 0;
+    /// They are over. The panel does nothing.
     virtual void OnEndChanges(ItemLibraryAccessor& library) = 0;
-    /// @}
     /// Anything may have changed. The panel rebuilds its list at the next paint.
     virtual void LibraryInvalidated(ItemLibraryAccessor& library) = 0;
     /// The panel rebuilds its list at the next paint, whichever item it was.
@@ -376,6 +379,7 @@ public:
     Iterator<ItemAccessor> GetItems(char const* kind) const;
 
     /// @{
+
     /// Registers or removes a listener, which is not owned. The panel passes
     /// kItemTOCNotificationInterface and this accessor's context. A table of contents that is gone
     /// must accept RemoveNotification.
@@ -414,6 +418,7 @@ public:
     std::string GetItemTags(ItemID const& id, char const* category) const;
 
     /// @{
+
     /// Registers or removes a listener, which is not owned. The panel passes
     /// kItemLibraryNotificationInterface and this accessor's context. A library that is gone must
     /// accept RemoveNotification.

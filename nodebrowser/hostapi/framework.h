@@ -55,11 +55,10 @@ public:
 class ICommand
 {
 public:
-    /// @{
-    /// Counts the references; the command is destroyed with its last one.
+    /// Takes a reference.
     virtual void AddRef() = 0;
+    /// Gives one back; the command is destroyed with the last.
     virtual void Release() = 0;
-    /// @}
 
     /// Makes the change; called once when the command is run and again at each redo.
     virtual void Do() = 0;
@@ -82,14 +81,17 @@ public:
     /// Adds a reference; the caller keeps its own. Null makes an empty one.
     explicit RefCountedAutoPtr(T* object);
     /// @{
+
     /// Shares the object of the other one, if it has one.
     RefCountedAutoPtr(RefCountedAutoPtr const& other);
     RefCountedAutoPtr& operator=(RefCountedAutoPtr const& other);
     /// @}
+
     /// Gives the reference back.
     ~RefCountedAutoPtr();
 
     /// @{
+
     /// The object, valid as long as the pointer; null when empty, which is not tested.
     T* Get() const;
     T* operator->() const;
@@ -130,12 +132,11 @@ public:
     /// is made, which stays empty without one.
     virtual tarno::datamodel::ItemLibraryAccessor GetItemLibrary() = 0;
 
-    /// @{
     /// For the host's own use: the panel gets its library with SetItemLibrary. Listeners are not
     /// owned and must be removed before they die.
     virtual void AddListener(IQormDBProxy_Signal* listener) = 0;
+    /// Does nothing for one that was not added.
     virtual void RemoveListener(IQormDBProxy_Signal* listener) = 0;
-    /// @}
 };
 
 } // namespace fwk

@@ -97,10 +97,12 @@ public:
     /// Adds a reference; the caller keeps its own. Null makes a null pointer.
     explicit QormPtr(T* object);
     /// @{
+
     /// Shares the object of the other one, if it has one.
     QormPtr(QormPtr const& other);
     QormPtr& operator=(QormPtr const& other);
     /// @}
+
     /// Gives the reference back.
     ~QormPtr();
 
@@ -130,6 +132,7 @@ public:
     /// For the host's library, which chooses the numbers. Neither is checked.
     QormHandle(QormPtr<IQormInstance> const& instance, int cacheIndex);
     /// @{
+
     /// Names the same object, if any.
     QormHandle(QormHandle const& other);
     QormHandle& operator=(QormHandle const& other);
@@ -168,11 +171,10 @@ private:
 class IRefCounted
 {
 public:
-    /// @{
-    /// Called by QormPtr. Whether the object goes with its last reference is its own business.
+    /// Takes a reference. Called by QormPtr.
     virtual void AddRef() = 0;
+    /// Gives one back. Whether the object goes with the last one is its own business.
     virtual void Release() = 0;
-    /// @}
 
 protected:
     virtual ~IRefCounted();
@@ -318,6 +320,7 @@ public:
     ~ExBase() noexcept override;
 
     /// @{
+
     /// The failed expression and its place, in one line; valid as long as the exception.
     std::string const& GetErrorString() const;
     char const* what() const noexcept override;
