@@ -20,6 +20,7 @@
 #include <memory>
 #include <vector>
 
+/// What the embedded host gives to programs beside CEmbeddedHost.
 namespace embeddedhost {
 class CLibrary;
 }
@@ -32,11 +33,15 @@ class CLibrary;
 /// "RevisionControlPropertiesMgr" and "QormDBProxy"; they can be replaced or taken out through
 /// the service registry. Accessors, handles and pointers may outlive the library and the host; they
 /// return empty values then.
+///
+/// Everything runs on the GUI thread. Texts of items are UTF-8 here, whatever encoding those of the
+/// contract have.
 class EMBEDDEDHOST_EXPORT CEmbeddedHost : public QObject
 {
     Q_OBJECT
 
 public:
+    /// Told how many of the library's files have been read, and how many there are.
     typedef std::function<void(int done, int total)> Progress;
     /// Saves the items of a library in memory: all of them as they are now, in the order in which
     /// they were opened, new ones last. Returns the reason of a failure, as a sentence without a
@@ -56,6 +61,7 @@ public:
     /// choice of its own, nodebrowser::SetTextEncoding, which must be the same.
     static void SetTextEncoding(eTextEncoding encoding);
 
+    /// With no library open. The parent, which may be null, owns it.
     explicit CEmbeddedHost(QObject* parent = nullptr);
     /// Closes the library.
     ~CEmbeddedHost() override;
@@ -79,13 +85,16 @@ public:
     static bool IsLibrary(QString const& folder);
     /// The name of the manifest, for messages.
     static QString GetManifestName();
+    /// @{
+
     /// Makes a library in the folder, which is missing or empty; without `library` one with a
     /// writable data source and no items. Data sources need UIDs of their own, and paths within the
     /// library folder that do not overlap. False, with the path and the reason as a sentence
-    /// without the full stop, when that fails.
+    /// without the full stop, when that fails; `fault` is not null.
     static bool MakeLibrary(QString const& folder, QString* fault);
     static bool MakeLibrary(QString const& folder, embeddedhost::NewLibrary const& library,
                             QString* fault);
+    /// @}
 
     /// Opens the items as a library without a folder in place of the open one. They can be changed
     /// like those of a folder, with undo and notifications. False when one of them is invalid: the
@@ -94,15 +103,15 @@ public:
     /// source is the library, so they cannot be moved; they have no files to check out or to show.
     bool OpenItems(QString const& name, std::vector<embeddedhost::MemoryItem> const& items,
                    SaveItems const& save = SaveItems());
-    /// Another library can be opened from the moment of LibraryChanged on. A listener to the undo
-    /// stack, which is cleared before, may delete this host.
+    /// Closes the library without saving it. Another can be opened from LibraryChanged on. A
+    /// listener to the undo stack, which is cleared before, may delete this host.
     void CloseLibrary();
 
     /// Invalid when none is open.
     tarno::datamodel::ItemLibraryAccessor GetLibrary() const;
-    /// Name and canonical folder of the open library; empty when there is none. A library in memory
-    /// has no folder.
+    /// The name of the open library; empty when there is none.
     QString GetLibraryName() const;
+    /// Its canonical folder; empty when there is none, and for a library in memory.
     QString GetLibraryFolder() const;
 
     /// The items of the open library as they are now, for programs that keep them: in the order in
@@ -140,28 +149,33 @@ public:
     QStringList FindConflicts() const;
     /// Reads changes that other programs have made in the folder, now instead of after a delay.
     void CheckFolder();
-    /// Resolve a conflict, a file that another program has changed while it has unsaved changes:
-    /// the first takes the file's content, undoably, the second lets the next save replace it. The
-    /// path is absolute. If the file is gone, taking it removes its items. False when that cannot
-    /// be done; the message channel says why. Overwriting does nothing to a file without unsaved
-    /// changes.
+    /// Resolves a conflict, a file that another program has changed while it has unsaved changes:
+    /// takes the file's content, undoably. The path is absolute. If the file is gone, its items are
+    /// removed. False when that cannot be done; the message channel says why.
     bool TakeFileFromDisk(QString const& path);
+    /// Resolves it the other way: lets the next save replace the file. Does nothing to one without
+    /// unsaved changes.
     bool OverwriteFileOnDisk(QString const& path);
 
     /// Makes the folder a git work tree whose first commit holds all that is in it. False, with
     /// git's reason, when that fails.
     static bool MakeWorkTree(QString const& folder, QString* fault);
 
+    /// For the panel, and for undo and redo; lives as long as the host.
     embeddedhost::CCommandManager& GetCommandManager();
+    /// What there is to tell the user; lives as long as the host.
     embeddedhost::CMessageChannel& GetMessages();
+    /// The services of the process, which outlive the host.
     embeddedhost::CServiceRegistry& GetServices();
 
     /// Whether the user wants to see source control, where there is a work tree; true at first.
     bool IsRevisionControlEnabled() const;
+    /// Panels follow at once.
     void SetRevisionControlEnabled(bool isEnabled);
 
     /// The compound that the editor works on; invalid when none was chosen in the open library.
     tarno::datamodel::CompoundAccessor GetCompoundTarget() const;
+    /// As a double click in the panel does. An invalid accessor chooses none.
     void SetCompoundTarget(tarno::datamodel::CompoundAccessor const& compound);
 
 Q_SIGNALS:

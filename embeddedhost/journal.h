@@ -33,9 +33,9 @@ public:
     /// The journal of a process that ended with unsaved changes.
     struct Leftover
     {
-        QString file;
-        QDateTime written;
-        int objectCount;
+        QString file;      ///< with its path
+        QDateTime written; ///< when it was written last
+        int objectCount;   ///< how many objects have changes in it
     };
 
     /// Writes into the folder, which is made when it is needed. The host has to outlive the
@@ -53,6 +53,7 @@ public:
     /// Applies the changes again, as one command. When some cannot be applied the file is set
     /// aside.
     void Recover(Leftover const& leftover);
+    /// Removes the file.
     void Discard(Leftover const& leftover);
 
     /// Discards the journal of this process.

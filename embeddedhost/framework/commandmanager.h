@@ -25,7 +25,7 @@ public:
     /// Exceptions of the command pass through; such a command does not become undoable.
     void Execute(wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const& command) override;
 
-    /// For undo and redo, their actions and views.
+    /// For undo and redo, their actions and views; lives as long as the manager.
     QUndoStack& GetUndoStack();
     /// Forgets everything that could be undone or redone.
     void Clear();

@@ -15,6 +15,7 @@ namespace embeddedhost {
 class EMBEDDEDHOST_EXPORT CServiceRegistry : public wek::fwk::ISystem
 {
 public:
+    /// The one that wekGetSystem() gives; it is never destroyed.
     static CServiceRegistry& GetInstance();
 
     wek::IBase* GetService(char const* name) override;

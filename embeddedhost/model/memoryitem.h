@@ -17,18 +17,21 @@ struct MemoryItem
     /// A text that no other item has; well-formed UIDs are the same in either case. Items with
     /// such a UID have a database object.
     std::string uid;
+    /// The display name.
     std::string name;
     /// The tags in the category "ApplicationTags", which the panel shows and searches, separated by
     /// ";".
     std::string tags = {};
+    /// Free text, empty for none.
     std::string category = {};
     /// The ports and, of a compound, its graph.
     GraphBody body = {};
 
-    /// For compounds only: it only states a signature; it is a loop; the uid of the signature that
-    /// it implements.
+    /// A compound that only states a signature.
     bool isSignature = false;
+    /// A compound that is a loop.
     bool isLoop = false;
+    /// The uid of the signature that a compound implements; empty for none.
     std::string implements = {};
     /// Changes of the item are refused.
     bool isReadOnly = false;

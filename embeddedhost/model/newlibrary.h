@@ -9,20 +9,21 @@ namespace embeddedhost {
 /// A library to be made. Texts are UTF-8.
 struct NewLibrary
 {
+    /// A folder of it in which items are kept.
     struct DataSource
     {
         /// A UID.
         std::string uid;
-        std::string name;
+        std::string name; ///< the display name
         /// Relative to the library folder.
         std::string path;
-        bool isReadOnly = false;
+        bool isReadOnly = false; ///< its items cannot be changed
         /// The UID of an application component that lives in it; empty for none.
         std::string component = {};
     };
 
-    std::string name;
-    std::vector<DataSource> sources;
+    std::string name;                ///< the display name
+    std::vector<DataSource> sources; ///< new items go to the first that can be written
 };
 
 } // namespace embeddedhost
