@@ -16,6 +16,8 @@ function(public_headers target folder)
         $<BUILD_INTERFACE:${includes}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/${NODEBROWSER_PACKAGE}>)
     foreach(file IN LISTS ARGN)
+        set_property(GLOBAL APPEND PROPERTY NODEBROWSER_PUBLIC_HEADERS
+            ${CMAKE_CURRENT_SOURCE_DIR}/${file})
         cmake_path(GET file PARENT_PATH parent)
         install(FILES ${file} COMPONENT development
                 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${NODEBROWSER_PACKAGE}/${folder}/${parent})

@@ -3,7 +3,7 @@
 
 build_packages=(g++ lld cmake ninja-build pkg-config ccache qtbase5-dev libboost-dev
                 nlohmann-json3-dev libsimdjson-dev libgit2-dev fonts-dejavu-core)
-test_packages=(git python3-jsonschema)
+test_packages=(git python3-jsonschema doxygen)
 window_packages=(xvfb openbox xdotool imagemagick dbus at-spi2-core python3-pyatspi)
 qt6_packages=(qt6-base-dev qt6-qpa-plugins libgl-dev)
 fuzz_packages=(clang libclang-rt-14-dev)
