@@ -1,10 +1,5 @@
 #include "nodepalette_p.h"
 
-#include "itemfacts.h"
-#include "palettetext.h"
-
-#include <nodebrowser/textencoding.h>
-
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -17,7 +12,6 @@
 #include <QToolTip>
 
 #include <algorithm>
-#include <set>
 
 using namespace nodepalette;
 using namespace tarno::datamodel;
@@ -33,9 +27,6 @@ int const kBadgedIconLeft = 2;
 int const kIconTop = 2;
 int const kNoteGap = 10;
 int const kCountMargin = 4;
-
-/// Items of one name are told apart among so many.
-unsigned long const kMaximumNamesakes = 16;
 
 /// Tips stay until they are dismissed, in practice.
 int const kTipTime = 60000;
@@ -221,72 +212,6 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
     }
 }
 
-/// What tells the row from others, or says why it is listed; empty for most rows.
-QString CNodePalette::GetRowNote(unsigned long row)
-{
-    if (!ItemAt(row))
-        return QString();
-    QString const tag = GetTagNote(row);
-    QString const difference = TellApart(m_VisibleItems[row]);
-    if (tag.isEmpty() || difference.isEmpty())
-        return tag.isEmpty() ? difference : tr("tag: %1").arg(tag);
-    return difference + QStringLiteral(" · ") + tr("tag: %1").arg(tag);
-}
-
-/// Words in which the item differs from others of its name; empty when it is the only one. Items
-/// of one name stand one after the other in the item list.
-QString CNodePalette::TellApart(unsigned long item)
-{
-    std::string const name = NameOfItem(item);
-    unsigned long first = item;
-    while (first > 0 && item - first < kMaximumNamesakes && NameOfItem(first - 1) == name)
-        --first;
-    unsigned long end = item + 1;
-    while (end < m_Items.size() && end - first < kMaximumNamesakes && NameOfItem(end) == name)
-        ++end;
-    if (end - first < 2)
-        return QString();
-
-    ItemID const id = IdOfItem(item);
-    auto const known = m_Private->namesakeNotes.find(id);
-    if (known != m_Private->namesakeNotes.end())
-        return known->second;
-    std::vector<QStringList> facts;
-    for (unsigned long other = first; other < end; ++other) {
-        ItemID const otherId = IdOfItem(other);
-        facts.push_back(QStringList()
-                        << DescribeKind(AccessorOfItem(other)) << AskDetails(otherId).category
-                        << AskDataSource(otherId) << FromHost(ItemSource(*this).GetUid(other)));
-    }
-    return m_Private->namesakeNotes[id] = PickDifferences(facts, item - first);
-}
-
-/// The tag for which alone the row is listed; empty when its name matches.
-QString CNodePalette::GetTagNote(unsigned long row) const
-{
-    std::vector<std::string> const words =
-        NameRank(nodebrowser::ToSearchForm(m_SearchTextLower)).GetWords();
-    ItemID const id = PlaceOfRow(row).id;
-    if (words.empty() || id.IsNull())
-        return QString();
-    auto const hasWord = [&](std::string const& text) {
-        std::string const searched = ToSearchForm(text);
-        return std::any_of(words.begin(), words.end(), [&](std::string const& word) {
-            return searched.find(word) != std::string::npos;
-        });
-    };
-    if (hasWord(m_ItemLibrary.GetItemName(id, true, nullptr)))
-        return QString();
-    std::set<std::string> const tags = m_TagsRegistry.GetItemTags(id);
-    auto const tag = std::find_if(tags.begin(), tags.end(), hasWord);
-    return tag != tags.end() ? FromHost(*tag) : QString();
-}
-
-CNodePalette::SItemDetails CNodePalette::AskDetails(ItemID const& id) const
-{
-    return m_Private->detailsSource ? m_Private->detailsSource(id) : SItemDetails();
-}
-
 QRect CNodePalette::GetRowRect(int row)
 {
     EnsureRows();
@@ -305,34 +230,6 @@ int CNodePalette::GetRowAt(QPoint const& point)
     EnsureRows();
     unsigned long const row = GetRowArea().contains(point) ? GetItemIndexAt(point) : kNoRow;
     return ItemAt(row) ? static_cast<int>(row) : -1;
-}
-
-QString CNodePalette::GetRowName(int row)
-{
-    ItemID const id = GetItemAt(row);
-    return FromHost(m_ItemLibrary.GetItemName(id, true, nullptr))
-           + (!id.IsNull() && m_ItemLibrary.ItemIsModified(id) ? QStringLiteral("*") : QString());
-}
-
-QString CNodePalette::GetRowDescription(int row)
-{
-    ItemAccessor const item = AccessorAt(row);
-    ItemID const id = GetItemAt(row);
-    if (id.IsNull())
-        return QString();
-    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
-        .ToDescription();
-}
-
-QString CNodePalette::GetRowToolTip(int row)
-{
-    ItemAccessor const item = AccessorAt(row);
-    ItemID const id = GetItemAt(row);
-    if (id.IsNull())
-        return QString();
-    QString const tag = GetTagNote(static_cast<unsigned long>(row));
-    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
-        .ToToolTip(tag.isEmpty() ? QString() : tr("Listed for its tag “%1”").arg(tag));
 }
 
 void CNodePalette::ShowTip(QPoint const& globalPos, int row)

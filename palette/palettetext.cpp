@@ -12,6 +12,11 @@ QString FromHost(std::string const& text)
     return nodebrowser::ToQString(text.c_str());
 }
 
+bool HasWords(QString const& searchText)
+{
+    return !searchText.trimmed().isEmpty();
+}
+
 char ToLowerAscii(char character)
 {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))

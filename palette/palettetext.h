@@ -13,6 +13,9 @@ namespace nodepalette {
 
 QString FromHost(std::string const& text);
 
+/// It is not empty, and not just blanks.
+bool HasWords(QString const& searchText);
+
 /// Leaves all but the letters of ASCII as they are.
 char ToLowerAscii(char character);
 
