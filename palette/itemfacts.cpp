@@ -8,11 +8,41 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
+#include <algorithm>
+#include <iterator>
+
 using namespace tarno::datamodel;
 
 namespace nodepalette {
 
 namespace {
+
+/// What the items of a kind are called.
+struct SKind
+{
+    char const* type;
+    /// By the panel, which gives each of them this tag.
+    char const* tag;
+    /// By users.
+    char const* word;
+};
+
+SKind const& FindKind(ItemID const& id)
+{
+    static SKind const kinds[] = {
+        {TarnoType::gSolver, "node", QT_TRANSLATE_NOOP("SItemFacts", "Solver")},
+        {TarnoType::gPolymorphicSolver, "node",
+         QT_TRANSLATE_NOOP("SItemFacts", "Polymorphic solver")},
+        {TarnoType::gCompound, "node", QT_TRANSLATE_NOOP("SItemFacts", "Compound")},
+        {TarnoType::gGlobalConstant, "constant", QT_TRANSLATE_NOOP("SItemFacts", "Constant")},
+        {LibType::gType, "type", QT_TRANSLATE_NOOP("SItemFacts", "Type")},
+    };
+    static SKind const other = {nullptr, "node", QT_TRANSLATE_NOOP("SItemFacts", "Item")};
+    auto const* const found =
+        std::find_if(std::begin(kinds), std::end(kinds),
+                     [&](SKind const& kind) { return kind.type == id.GetType(); });
+    return found != std::end(kinds) ? *found : other;
+}
 
 qorm::QormHandle<qorm::IDbObject> FindObject(ItemID const& id)
 {
@@ -68,29 +98,15 @@ QString ToRichText(QString const& text)
 QString DescribeKind(ItemAccessor const& item)
 {
     ItemAccessor accessor = item;
-    char const* const type = accessor.GetItemID().GetType();
-    if (type == TarnoType::gSolver)
-        return SItemFacts::tr("Solver");
-    if (type == TarnoType::gPolymorphicSolver)
-        return SItemFacts::tr("Polymorphic solver");
-    if (type == TarnoType::gCompound)
-        return Helpers::IsAbstractFunction(accessor) ? SItemFacts::tr("Compound signature")
-                                                     : SItemFacts::tr("Compound");
-    if (type == TarnoType::gGlobalConstant)
-        return SItemFacts::tr("Constant");
-    if (type == LibType::gType)
-        return SItemFacts::tr("Type");
-    return SItemFacts::tr("Item");
+    ItemID const id = accessor.GetItemID();
+    bool const isSignature =
+        id.GetType() == TarnoType::gCompound && Helpers::IsAbstractFunction(accessor);
+    return isSignature ? SItemFacts::tr("Compound signature") : SItemFacts::tr(FindKind(id).word);
 }
 
 std::string KindTag(ItemID const& id)
 {
-    char const* const type = id.GetType();
-    if (type == TarnoType::gGlobalConstant)
-        return "constant";
-    if (type == LibType::gType)
-        return "type";
-    return type ? "node" : "";
+    return id.GetType() ? FindKind(id).tag : "";
 }
 
 QString PickDifferences(std::vector<QStringList> const& facts, std::size_t row)
