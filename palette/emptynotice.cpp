@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLocale>
+#include <QTextBoundaryFinder>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -11,6 +12,18 @@ namespace {
 
 /// A text longer than this is cut in the middle of the sentence that quotes it.
 int const kMaximumQuote = 60;
+
+QString Quote(QString const& text)
+{
+    if (text.size() <= kMaximumQuote)
+        return text;
+    // Neither surrogate pairs nor letters with their marks are torn.
+    QTextBoundaryFinder end(QTextBoundaryFinder::Grapheme, text);
+    end.setPosition(kMaximumQuote - 1);
+    if (!end.isAtBoundary())
+        end.toPreviousBoundary();
+    return text.left(end.position()) + QChar(0x2026);
+}
 
 } // namespace
 
@@ -40,11 +53,9 @@ CEmptyNotice::CEmptyNotice(QWidget* parent)
 
 void CEmptyNotice::Describe(QString const& searchText, std::size_t otherRows)
 {
-    QString const quote = searchText.size() > kMaximumQuote
-                              ? searchText.left(kMaximumQuote - 1) + QChar(0x2026)
-                              : searchText;
-    m_Label->setText(searchText.isEmpty() ? tr("There is nothing to list here.")
-                                          : tr("Nothing here matches “%1”.").arg(quote));
+    m_Label->setText(searchText.isEmpty()
+                         ? tr("There is nothing to list here.")
+                         : tr("Nothing here matches “%1”.").arg(Quote(searchText)));
     m_ClearButton->setVisible(!searchText.isEmpty());
     m_AllButton->setVisible(otherRows > 0);
     m_AllButton->setText(

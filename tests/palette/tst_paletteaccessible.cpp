@@ -61,6 +61,14 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QCOMPARE(activations.count(), 2);
         QVERIFY(activations.at(1).at(0).value<ItemID>() == (*m_Library)[selected.toStdString()].id);
+
+        // A long text is quoted in whole letters.
+        QString const face = QString::fromUtf8("\U0001F600");
+        m_Palette->m_SearchEdit->setText(face.repeated(40));
+        QCOMPARE(m_Palette->GetRowCount(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_Palette->m_SearchEdit->accessibleDescription(),
+                 QString::fromUtf8("Nothing here matches “%1…”.").arg(face.repeated(29)));
     }
 
     void survivesAFailingHost()
