@@ -206,6 +206,7 @@ private:
     // What is shown.
     void PaintSelection(QPainter& painter);
     void PaintRowNotes(QPainter& painter);
+    void PaintRowText(QPainter& painter, unsigned long row, QRect const& room);
     QString GetRowNote(unsigned long row);
     QString TellApart(unsigned long item);
     QString GetTagNote(unsigned long row) const;

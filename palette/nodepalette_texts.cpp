@@ -20,16 +20,21 @@ unsigned long const kMaximumNamesakes = 16;
 
 } // namespace
 
-/// What tells the row from others, or says why it is listed; empty for most rows.
+/// What tells the row from others, or says why it is listed there; empty for most rows.
 QString CNodePalette::GetRowNote(unsigned long row)
 {
     if (!ItemAt(row))
         return QString();
+    QStringList notes;
+    auto const add = [&notes](QString const& note) {
+        if (!note.isEmpty())
+            notes << note;
+    };
+    add(row < m_Private->recentRows ? tr("recent") : QString());
+    add(TellApart(m_VisibleItems[row]));
     QString const tag = GetTagNote(row);
-    QString const difference = TellApart(m_VisibleItems[row]);
-    if (tag.isEmpty() || difference.isEmpty())
-        return tag.isEmpty() ? difference : tr("tag: %1").arg(tag);
-    return difference + QStringLiteral(" · ") + tr("tag: %1").arg(tag);
+    add(tag.isEmpty() ? QString() : tr("tag: %1").arg(tag));
+    return notes.join(QStringLiteral(" · "));
 }
 
 /// Words in which the item differs from others of its name; empty when it is the only one. Items

@@ -186,7 +186,8 @@ void CNodePalette::PaintSelection(QPainter& painter)
                      GetRowName(row));
 }
 
-/// What stands behind the names of some rows, and the line below recent items.
+/// What stands behind the names of some rows, the ends of long names, and the line below recent
+/// items.
 void CNodePalette::PaintRowNotes(QPainter& painter)
 {
     int const right = width() - (m_ScrollBar->isHidden() ? 0 : kScrollBarWidth) - kCountMargin;
@@ -194,22 +195,48 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
     unsigned long const end = std::min<unsigned long>(
         m_VisibleItems.size(), first + static_cast<unsigned long>(RowsInSight()) + 2);
     for (unsigned long row = first; row < end; ++row) {
-        QRect rect = GetRowRect(static_cast<int>(row));
-        painter.setPen(palette().color(row == m_SelectedIndex ? QPalette::HighlightedText
-                                                              : QPalette::PlaceholderText));
-        if (row > 0 && row == m_Private->recentRows)
-            painter.drawLine(rect.left() + kNoteGap, rect.top(), right - kNoteGap, rect.top());
-        QString const note = GetRowNote(row);
-        if (note.isEmpty())
-            continue;
-        QString const name = GetRowName(static_cast<int>(row));
-        rect.setLeft(kNameLeft + fontMetrics().horizontalAdvance(name) + kNoteGap);
+        QRect rect = GetRowRect(static_cast<int>(row)).adjusted(0, 0, 0, 1);
         rect.setRight(right);
-        if (rect.width() > kRowHeight)
-            painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter,
-                             // The ends of two UIDs may be what differs.
-                             fontMetrics().elidedText(note, Qt::ElideMiddle, rect.width()));
+        PaintRowText(painter, row, rect.adjusted(kNameLeft, 0, 0, 0));
+        if (row > 0 && row == m_Private->recentRows) {
+            painter.setPen(palette().color(QPalette::PlaceholderText));
+            painter.drawLine(rect.left() + kNoteGap, rect.top(), right - kNoteGap, rect.top());
+        }
     }
+}
+
+/// Over the name that the panel painted, which runs on to the edge: one that is too long ends with
+/// an ellipsis. A note takes up to half of the room.
+void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect const& room)
+{
+    QString const name = GetRowName(static_cast<int>(row));
+    QString const note = GetRowNote(row);
+    QFontMetrics const metrics = fontMetrics();
+    int const nameWidth = metrics.horizontalAdvance(name);
+    int const noteWidth =
+        note.isEmpty() ? 0 : std::min(kNoteGap + metrics.horizontalAdvance(note), room.width() / 2);
+    QRect nameRect = room;
+    nameRect.setWidth(std::min(nameWidth, room.width() - noteWidth));
+    bool const isSelected = row == m_SelectedIndex;
+    if (nameWidth > nameRect.width()) {
+        // Highlights of other rows reach into the first line of pixels and the one below.
+        painter.fillRect(room.adjusted(0, 1, width() - room.right(), -1),
+                         isSelected ? palette().brush(QPalette::Active, QPalette::Highlight)
+                                    : palette().brush(backgroundRole()));
+        painter.setPen(isSelected ? palette().color(QPalette::Active, QPalette::HighlightedText)
+                                  : palette().color(foregroundRole()));
+        painter.drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter,
+                         metrics.elidedText(name, Qt::ElideRight, nameRect.width()));
+    }
+    if (note.isEmpty())
+        return;
+    QRect noteRect = room;
+    noteRect.setLeft(nameRect.right() + kNoteGap);
+    painter.setPen(
+        palette().color(isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText));
+    painter.drawText(noteRect, Qt::AlignLeft | Qt::AlignVCenter,
+                     // The ends of two UIDs may be what differs.
+                     metrics.elidedText(note, Qt::ElideMiddle, noteRect.width()));
 }
 
 QRect CNodePalette::GetRowRect(int row)

@@ -76,6 +76,23 @@ private Q_SLOTS:
             m_Palette->GetRowRect(m_Palette->GetSelectedRow()).center()));
     }
 
+    void cutsLongNames()
+    {
+        m_Library->Add(TarnoType::gSolver, std::string(99, 'W'));
+        m_Library->Add(TarnoType::gSolver, std::string(99, 'W'));
+        TellOfChanges();
+        Type("WWW");
+        QCOMPARE(m_Palette->GetRowCount(), 2);
+        // The selected one and the other; the panel's text would reach to the edge.
+        for (int number = 0; number < 2; ++number) {
+            QRect const row = m_Palette->GetRowRect(number);
+            QImage const picture = m_Palette->grab(row).toImage();
+            for (int y = 2; y < row.height(); ++y)
+                for (int x = 1; x < 4; ++x)
+                    QCOMPARE(picture.pixel(row.width() - x, y), picture.pixel(row.width() - 1, 1));
+        }
+    }
+
     void ordersRowsAsChosen()
     {
         for (char const* const name : {"Add RGB Noise", "Noise", "RGB"})
