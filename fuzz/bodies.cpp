@@ -18,11 +18,20 @@ bool AreEqual(GraphPort const& left, GraphPort const& right)
     return left.name == right.name && left.type == right.type;
 }
 
+bool AreEqual(QPointF const& left, QPointF const& right)
+{
+    return AreEqual(left.x(), right.x()) && AreEqual(left.y(), right.y());
+}
+
+bool AreEqual(std::optional<QPointF> const& left, std::optional<QPointF> const& right)
+{
+    return left && right ? AreEqual(*left, *right) : left.has_value() == right.has_value();
+}
+
 bool AreEqual(GraphNode const& left, GraphNode const& right)
 {
     return left.id == right.id && left.item == right.item
-           && AreEqual(left.position.x(), right.position.x())
-           && AreEqual(left.position.y(), right.position.y());
+           && AreEqual(left.position, right.position);
 }
 
 bool AreEqual(GraphEnd const& left, GraphEnd const& right)
@@ -47,5 +56,7 @@ bool AreEqual(std::vector<T> const& left, std::vector<T> const& right)
 bool AreEqual(GraphBody const& left, GraphBody const& right)
 {
     return AreEqual(left.inputs, right.inputs) && AreEqual(left.outputs, right.outputs)
-           && AreEqual(left.nodes, right.nodes) && AreEqual(left.connections, right.connections);
+           && AreEqual(left.nodes, right.nodes) && AreEqual(left.connections, right.connections)
+           && AreEqual(left.inputsPosition, right.inputsPosition)
+           && AreEqual(left.outputsPosition, right.outputsPosition);
 }

@@ -15,13 +15,14 @@ namespace {
 /// Keys of an object that belong to its body.
 bool IsBodyKey(std::string const& key)
 {
-    return key == "inputs" || key == "outputs" || key == "nodes" || key == "connections";
+    return key == "inputs" || key == "outputs" || key == "nodes" || key == "connections"
+           || key == "portNodes";
 }
 
 GraphBody Read(ordered_json const& object)
 {
     return ReadGraphBody(object, [](std::string const& key, std::string const& reason) {
-        Require(IsBodyKey(key.substr(0, key.find('['))), "a fault names its key");
+        Require(IsBodyKey(key.substr(0, key.find_first_of("[."))), "a fault names its key");
         Require(!reason.empty(), "a fault has a reason");
     });
 }

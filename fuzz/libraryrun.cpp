@@ -13,7 +13,7 @@ using namespace tarno::datamodel;
 
 namespace {
 
-std::set<std::string> const kBodyKeys = {"inputs", "outputs", "nodes", "connections"};
+std::set<std::string> const kBodyKeys = {"inputs", "outputs", "nodes", "connections", "portNodes"};
 
 } // namespace
 

@@ -140,7 +140,7 @@ void CCanvas::Refresh()
     m_Compound = id;
     m_Body = m_Host.GetBody(id);
     m_Looks.Forget();
-    m_Scene.Show(MakeLooks(), m_Body.connections);
+    m_Scene.Show(m_Looks.Make(m_Body), m_Body.connections);
     UpdateReach();
     UpdateHint();
     if (m_Gesture == eGesture::kConnect)
@@ -148,18 +148,6 @@ void CCanvas::Refresh()
     if (isOther)
         EnterCompound();
     m_IsFresh = true;
-}
-
-std::vector<NodeLook> CCanvas::MakeLooks()
-{
-    std::vector<NodeLook> looks = m_Looks.Make(m_Body);
-    std::string const compound = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
-    for (NodeLook& look : looks) {
-        auto const place = m_PortsPlaces.find({compound, look.id});
-        if (place != m_PortsPlaces.end())
-            look.position = place->second;
-    }
-    return looks;
 }
 
 void CCanvas::LeaveCompound()

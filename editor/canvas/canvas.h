@@ -147,7 +147,6 @@ private:
     void AnnounceSelection();
     /// Reads the current compound from the host anew and shows it.
     void Refresh();
-    std::vector<NodeLook> MakeLooks();
     void LeaveCompound();
     void EnterCompound();
     void UpdateReach();
@@ -263,9 +262,6 @@ private:
     bool m_IsNodeCopied = false;
     /// The graph is brought into view whenever the size changes, until the user zooms or pans.
     bool m_IsFitted = true;
-    /// Where the user has put the nodes of compounds' own ports, by uid of the compound and id of
-    /// the node. Library files have no place for it, so that it lasts as long as the window.
-    std::map<std::pair<std::string, std::string>, QPointF> m_PortsPlaces;
     /// How compounds were left, by uid; those that were fitted are fitted again.
     std::map<std::string, View> m_Views;
 

@@ -192,20 +192,18 @@ void CCanvas::FinishMove(QPointF const& scenePoint)
 {
     GraphBody body = m_Body;
     bool isMoved = false;
-    for (GraphNode& node : body.nodes) {
-        auto const from = m_MovedFrom.find(node.id);
-        auto const shown = m_Scene.FindNodePosition(node.id);
-        if (from == m_MovedFrom.end() || !shown || *shown == from->second)
-            continue;
-        node.position = *shown;
-        isMoved = true;
-    }
-    std::string const compound = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
-    for (auto const& [id, from] : m_MovedFrom) {
+    auto const move = [&](std::string const& id, auto& position) {
+        auto const from = m_MovedFrom.find(id);
         auto const shown = m_Scene.FindNodePosition(id);
-        if ((id == kInputsNode || id == kOutputsNode) && shown && *shown != from)
-            m_PortsPlaces[{compound, id}] = *shown;
-    }
+        if (from == m_MovedFrom.end() || !shown || *shown == from->second)
+            return;
+        position = *shown;
+        isMoved = true;
+    };
+    for (GraphNode& node : body.nodes)
+        move(node.id, node.position);
+    move(kInputsNode, body.inputsPosition);
+    move(kOutputsNode, body.outputsPosition);
     m_Gesture = eGesture::kNone;
     if (isMoved && m_MovedFrom.size() == 1)
         InsertMovedNode(body, m_MovedFrom.begin()->first, scenePoint);

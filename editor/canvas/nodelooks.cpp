@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -46,6 +47,12 @@ eNodeKind GetKind(ItemID const& id)
             return look;
     }
     return eNodeKind::kSolver;
+}
+
+QPointF BringNear(QPointF const& position)
+{
+    return QPointF(std::clamp(position.x(), -kFarthest, kFarthest),
+                   std::clamp(position.y(), -kFarthest, kFarthest));
 }
 
 /// Marks the ports that connections name on one side of a node. Ports that the item lacks are
@@ -132,8 +139,7 @@ std::vector<NodeLook> NodeLooks::Make(GraphBody const& body)
     for (GraphNode const& node : body.nodes) {
         looks.push_back(GetItemLook(node.item));
         looks.back().id = node.id;
-        looks.back().position = QPointF(std::clamp(node.position.x(), -kFarthest, kFarthest),
-                                        std::clamp(node.position.y(), -kFarthest, kFarthest));
+        looks.back().position = BringNear(node.position);
     }
     AddPortsNodes(body, looks);
     MarkConnections(body.connections, looks);
@@ -145,17 +151,17 @@ void NodeLooks::AddPortsNodes(GraphBody const& body, std::vector<NodeLook>& look
     QRectF const bounds = GetBounds(looks);
     double const left = std::floor(bounds.left() / kGridPitch) * kGridPitch - kSideGap;
     double const right = std::ceil(bounds.right() / kGridPitch) * kGridPitch + kSideGap;
-    auto const add = [&](NodeLook look, double x) {
+    auto const add = [&](NodeLook look, double x, std::optional<QPointF> const& position) {
         double const y = bounds.center().y() - GetNodeRect(look).height() / 2;
-        look.position = SnapToGrid(QPointF(x, y));
+        look.position = position ? BringNear(*position) : SnapToGrid(QPointF(x, y));
         looks.push_back(std::move(look));
     };
     if (!body.inputs.empty() || IsNamed(body.connections, &GraphConnection::from, kInputsNode)) {
         NodeLook const inputs = MakePortsLook(eNodeKind::kInputs, body.inputs);
-        add(inputs, left - inputs.width);
+        add(inputs, left - inputs.width, body.inputsPosition);
     }
     if (!body.outputs.empty() || IsNamed(body.connections, &GraphConnection::to, kOutputsNode))
-        add(MakePortsLook(eNodeKind::kOutputs, body.outputs), right);
+        add(MakePortsLook(eNodeKind::kOutputs, body.outputs), right, body.outputsPosition);
 }
 
 NodeLook NodeLooks::MakePortsLook(eNodeKind kind, std::vector<GraphPort> const& ports)

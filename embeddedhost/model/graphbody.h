@@ -3,6 +3,7 @@
 
 #include <QPointF>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,9 @@ struct GraphBody
     std::vector<GraphPort> outputs;           ///< in the order shown
     std::vector<GraphNode> nodes;             ///< in the order of the file
     std::vector<GraphConnection> connections; ///< their order means nothing
+    /// Of the nodes "in" and "out". Without a position they lie wherever the editor puts them.
+    std::optional<QPointF> inputsPosition = {};
+    std::optional<QPointF> outputsPosition = {};
 };
 
 } // namespace embeddedhost

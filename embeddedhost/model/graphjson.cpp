@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <set>
+#include <utility>
 
 namespace embeddedhost {
 
@@ -88,9 +89,11 @@ std::vector<GraphPort> ReadPorts(ordered_json const& object, char const* key,
     });
 }
 
-std::optional<QPointF> ReadPosition(ordered_json const& entry)
+char const* const kPositionRule = "must be an array of two numbers";
+
+std::optional<QPointF> ReadPosition(ordered_json const& entry, char const* member)
 {
-    auto const found = entry.find(Keys::Node::kPosition);
+    auto const found = entry.find(member);
     if (found == entry.end() || !found->is_array() || found->size() != 2 || !(*found)[0].is_number()
         || !(*found)[1].is_number())
         return std::nullopt;
@@ -105,7 +108,7 @@ std::vector<GraphNode> ReadNodes(ordered_json const& object, BodyFault const& fa
         auto const found = entry.find(Keys::Node::kId);
         auto const id = found == entry.end() ? std::nullopt : Name(*found);
         auto const item = list.Text(entry, Keys::Node::kItem);
-        auto const position = ReadPosition(entry);
+        auto const position = ReadPosition(entry, Keys::Node::kPosition);
         bool const isFree = id && ids.insert(*id).second;
         if (!isFree) {
             list.Report(Keys::Node::kId,
@@ -113,7 +116,7 @@ std::vector<GraphNode> ReadNodes(ordered_json const& object, BodyFault const& fa
                         "\"in\" or \"out\"");
         }
         if (!position)
-            list.Report(Keys::Node::kPosition, "must be an array of two numbers");
+            list.Report(Keys::Node::kPosition, kPositionRule);
         if (!isFree || !item || !position)
             return std::nullopt;
         return GraphNode{*id, *item, *position};
@@ -150,12 +153,32 @@ std::vector<GraphConnection> ReadConnections(ordered_json const& object, BodyFau
     return list.ReadAll<GraphConnection>(read);
 }
 
+void ReadPortNodes(ordered_json const& object, BodyFault const& fault, GraphBody& body)
+{
+    auto const found = object.find(Keys::kPortNodes);
+    if (found == object.end())
+        return;
+    if (!found->is_object()) {
+        fault(Keys::kPortNodes, "must be an object");
+        return;
+    }
+    for (auto const& [node, position] : {std::pair(kInputsNode, &body.inputsPosition),
+                                         std::pair(kOutputsNode, &body.outputsPosition)}) {
+        *position = ReadPosition(*found, node);
+        if (!*position && found->contains(node))
+            fault(std::string(Keys::kPortNodes) + '.' + node, kPositionRule);
+    }
+}
+
 } // namespace
 
 GraphBody ReadGraphBody(ordered_json const& object, BodyFault const& fault)
 {
-    return {ReadPorts(object, Keys::kInputs, fault), ReadPorts(object, Keys::kOutputs, fault),
-            ReadNodes(object, fault), ReadConnections(object, fault)};
+    GraphBody body = {ReadPorts(object, Keys::kInputs, fault),
+                      ReadPorts(object, Keys::kOutputs, fault), ReadNodes(object, fault),
+                      ReadConnections(object, fault)};
+    ReadPortNodes(object, fault, body);
+    return body;
 }
 
 } // namespace embeddedhost

@@ -25,6 +25,11 @@ ordered_json MakeNumber(double value)
     return isWhole ? ordered_json(static_cast<std::int64_t>(value)) : ordered_json(value);
 }
 
+ordered_json MakePosition(QPointF const& position)
+{
+    return ordered_json::array({MakeNumber(position.x()), MakeNumber(position.y())});
+}
+
 ordered_json MakeEnd(GraphEnd const& end)
 {
     return ordered_json::array({end.node, end.port});
@@ -121,8 +126,7 @@ ordered_json MakeNodes(std::vector<GraphNode> const& nodes, ordered_json const& 
         if (!entry.contains(Keys::Node::kId))
             entry[Keys::Node::kId] = node.id;
         entry[Keys::Node::kItem] = node.item;
-        entry[Keys::Node::kPosition] =
-            ordered_json::array({MakeNumber(node.position.x()), MakeNumber(node.position.y())});
+        entry[Keys::Node::kPosition] = MakePosition(node.position);
         list.push_back(std::move(entry));
     }
     return list;
@@ -142,6 +146,27 @@ ordered_json MakeConnections(std::vector<GraphConnection> const& connections,
         list.push_back(std::move(entry));
     }
     return list;
+}
+
+ordered_json MakePortNodes(GraphBody const& body, ordered_json const& object)
+{
+    auto const found = object.find(Keys::kPortNodes);
+    ordered_json nodes =
+        found != object.end() && found->is_object() ? *found : ordered_json::object();
+    auto const set = [&nodes](char const* node, std::optional<QPointF> const& position) {
+        if (position)
+            nodes[node] = MakePosition(*position);
+        else
+            nodes.erase(node);
+    };
+    set(kInputsNode, body.inputsPosition);
+    set(kOutputsNode, body.outputsPosition);
+    return nodes;
+}
+
+bool IsFinite(QPointF const& position)
+{
+    return std::isfinite(position.x()) && std::isfinite(position.y());
 }
 
 /// Whether the predicate is true for some text of the body.
@@ -166,22 +191,29 @@ bool HasText(GraphBody const& body, IsLike isLike)
            || std::any_of(body.connections.begin(), body.connections.end(), hasConnection);
 }
 
-/// An empty list is left out where the object has none.
-void SetList(ordered_json& object, char const* key, ordered_json list)
+/// What is empty is left out where the object has none.
+void SetPart(ordered_json& object, char const* key, ordered_json part)
 {
-    if (!list.empty() || object.contains(key))
-        SetKey(object, key, std::move(list));
+    if (!part.empty() || object.contains(key))
+        SetKey(object, key, std::move(part));
 }
 
 } // namespace
 
 QString FindBodyFault(GraphBody const& body)
 {
+    auto const explain = [](std::string const& node) {
+        return QStringLiteral("the position of the node \"%1\" is not a finite number")
+            .arg(QString::fromStdString(node));
+    };
     for (GraphNode const& node : body.nodes) {
-        if (!std::isfinite(node.position.x()) || !std::isfinite(node.position.y()))
-            return QStringLiteral("the position of the node \"%1\" is not a finite number")
-                .arg(QString::fromStdString(node.id));
+        if (!IsFinite(node.position))
+            return explain(node.id);
     }
+    if (!IsFinite(body.inputsPosition.value_or(QPointF())))
+        return explain(kInputsNode);
+    if (!IsFinite(body.outputsPosition.value_or(QPointF())))
+        return explain(kOutputsNode);
     if (HasText(body, [](std::string const& text) { return !IsUtf8(text); }))
         return QStringLiteral("it has a text that is not UTF-8");
     if (HasText(body, IsTooLong))
@@ -191,10 +223,11 @@ QString FindBodyFault(GraphBody const& body)
 
 void WriteGraphBody(GraphBody const& body, ordered_json& object)
 {
-    SetList(object, Keys::kInputs, MakePorts(body.inputs, object, Keys::kInputs));
-    SetList(object, Keys::kOutputs, MakePorts(body.outputs, object, Keys::kOutputs));
-    SetList(object, Keys::kNodes, MakeNodes(body.nodes, object));
-    SetList(object, Keys::kConnections, MakeConnections(body.connections, object));
+    SetPart(object, Keys::kInputs, MakePorts(body.inputs, object, Keys::kInputs));
+    SetPart(object, Keys::kOutputs, MakePorts(body.outputs, object, Keys::kOutputs));
+    SetPart(object, Keys::kNodes, MakeNodes(body.nodes, object));
+    SetPart(object, Keys::kConnections, MakeConnections(body.connections, object));
+    SetPart(object, Keys::kPortNodes, MakePortNodes(body, object));
 }
 
 } // namespace embeddedhost

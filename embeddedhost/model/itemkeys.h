@@ -23,11 +23,12 @@ constexpr char const* kInputs = "inputs";
 constexpr char const* kOutputs = "outputs";
 constexpr char const* kNodes = "nodes";
 constexpr char const* kConnections = "connections";
+constexpr char const* kPortNodes = "portNodes";
 
 /// In the order in which they are written; unknown keys follow.
-constexpr std::array<char const*, 15> kWritten = {
-    kUid,    kKind,        kName,     kCategory, kTags,    kSignature, kImplements, kLoop,
-    kParent, kSpecializes, kReadOnly, kInputs,   kOutputs, kNodes,     kConnections};
+constexpr std::array<char const*, 16> kWritten = {
+    kUid,    kKind,        kName,     kCategory, kTags,    kSignature, kImplements,  kLoop,
+    kParent, kSpecializes, kReadOnly, kInputs,   kOutputs, kNodes,     kConnections, kPortNodes};
 
 namespace Port {
 constexpr char const* kName = "name";

@@ -155,10 +155,12 @@ private Q_SLOTS:
             "inputs": [{"name": "a", "type": "t", "more": 1}, "odd"],
             "nodes": [{"id": 7, "item": "i", "position": [0, 2.5], "more": 2}, "odd"],
             "connections": [{"from": ["7", "o"], "to": ["7", "a"], "more": 3},
-                            {"from": ["7", "o"], "to": ["7", "a"], "more": 4}])"));
+                            {"from": ["7", "o"], "to": ["7", "a"], "more": 4}],
+            "portNodes": {"in": "odd", "more": 5})"));
         GraphBody body = m_Host->GetBody(Item(1));
         QVERIFY(m_Host->GetBody(ItemID()).nodes.empty());
         body.nodes.at(0).position.rx() = 1;
+        body.outputsPosition = QPointF(20, -40);
         QVERIFY(m_Host->SetBody(Item(1), body, "Move node") && m_User->Save());
         auto const saved =
             nlohmann::ordered_json::parse(Content("project/glow.json").toStdString());
@@ -168,6 +170,7 @@ private Q_SLOTS:
         QCOMPARE(saved["connections"].dump(),
                  std::string(R"([{"from":["7","o"],"to":["7","a"],"more":3},)"
                              R"({"from":["7","o"],"to":["7","a"],"more":3}])"));
+        QCOMPARE(saved["portNodes"].dump(), std::string(R"({"more":5,"out":[20,-40]})"));
     }
 
     /// Commands that are left on a stack of somebody else's do nothing to another library.
