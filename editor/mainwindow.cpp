@@ -93,6 +93,7 @@ CNodePalette::SItemDetails DescribeItem(CEmbeddedHost& host, ItemID const& id)
 {
     GraphBody const body = host.GetBody(id);
     CNodePalette::SItemDetails details;
+    details.category = QString::fromStdString(host.GetCategory(id));
     details.inputs = DescribePorts(host, body.inputs);
     details.outputs = DescribePorts(host, body.outputs);
     return details;

@@ -8,6 +8,7 @@
 #include "model/library.h"
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
+#include "model/listedobject.h"
 #include "sourcecontrol/libraryobserver.h"
 #include "sourcecontrol/newworktree.h"
 #include "sourcecontrol/revisioncontrolhelper.h"
@@ -321,6 +322,14 @@ GraphBody CEmbeddedHost::GetBody(ItemID const& id) const
     return ReadGraphBody(identity->item->GetObject(), [](std::string const&, std::string const&) {
         // Reported when the library was read.
     });
+}
+
+std::string CEmbeddedHost::GetCategory(ItemID const& id) const
+{
+    ItemIdentity const* const identity = ItemIDUnlock::GetIdentity(id);
+    return m_Private->library && identity && identity->item
+               ? std::string(ListObject(identity->item->GetObject()).category)
+               : std::string();
 }
 
 bool CEmbeddedHost::SetBody(ItemID const& id, GraphBody const& body, std::string const& text)

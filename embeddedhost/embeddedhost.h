@@ -123,6 +123,9 @@ public:
     /// Ports, nodes and connections of the item; empty for an unknown one.
     embeddedhost::GraphBody GetBody(tarno::datamodel::ItemID const& id) const;
 
+    /// The category of the item, in UTF-8; empty for none.
+    std::string GetCategory(tarno::datamodel::ItemID const& id) const;
+
     /// Changes an item's ports, nodes and connections as one command, which the undo menu calls
     /// by the 8-bit text. False when it is refused, as positions are that are not finite and
     /// texts that are not UTF-8; the message channel says why.
