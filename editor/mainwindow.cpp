@@ -7,6 +7,7 @@
 #include "settings.h"
 #include "shorttext.h"
 #include "trailbar.h"
+#include "windowaccessible.h"
 
 #include <embeddedhost/embeddedhost.h>
 #include <nodebrowser/textencoding.h>
@@ -108,6 +109,7 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     , m_Panel(new CDockedPalette)
     , m_Log(new CMessageLog(this))
 {
+    InstallWindowAccessible();
     CreateCanvas();
     CreatePanel();
     CreateLog();
@@ -174,6 +176,7 @@ void CMainWindow::CreateLog()
     connect(m_Log, &CMessageLog::Shown, this, [this](QString const& text) {
         statusBar()->showMessage(ShortenText(text), kMessageMilliseconds);
     });
+    connect(statusBar(), &QStatusBar::messageChanged, statusBar(), &QWidget::setAccessibleName);
     m_LogDock = AddDock(tr("Messages"), m_Log, Qt::BottomDockWidgetArea);
     resizeDocks({m_LogDock}, {kLogHeight}, Qt::Vertical);
     m_LogDock->hide();

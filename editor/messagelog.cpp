@@ -39,6 +39,7 @@ CMessageLog::CMessageLog(QWidget* parent)
     : QPlainTextEdit(parent)
 {
     setReadOnly(true);
+    setAccessibleName(tr("Messages"));
     setUndoRedoEnabled(false);
     m_Timer.setSingleShot(true);
     m_Timer.setInterval(0);

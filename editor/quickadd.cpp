@@ -74,6 +74,7 @@ CQuickAdd::CQuickAdd(QWidget* parent)
     , m_Palette(new CChooser(this))
 {
     setFrameShape(QFrame::StyledPanel);
+    setAccessibleName(tr("Add a node"));
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
     layout->addWidget(m_Palette);

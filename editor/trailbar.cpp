@@ -37,6 +37,7 @@ CTrailBar::CTrailBar(CEmbeddedHost& host, QWidget* parent)
     , m_Layout(new QHBoxLayout(this))
     , m_ReadOnlyLabel(MakeLabel(tr("Read only"), false, this))
 {
+    setAccessibleName(tr("Open compounds"));
     m_Layout->setContentsMargins(kMargin, kSpacing, kMargin, kSpacing);
     m_Layout->setSpacing(kSpacing);
     m_Layout->addStretch();

@@ -1,5 +1,6 @@
 #include "canvas.h"
 
+#include "canvasaccessible.h"
 #include "gridpainter.h"
 
 #include <embeddedhost/embeddedhost.h>
@@ -62,6 +63,7 @@ CCanvas::CCanvas(CEmbeddedHost& host, QWidget* parent)
     setAcceptDrops(true);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setMouseTracking(true);
+    InstallCanvasAccessible();
     CreateLabels();
     ConnectHost();
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &CCanvas::LookAtClipboard);
@@ -105,6 +107,7 @@ void CCanvas::AnnounceSelection()
     m_IsSelectionAnnounced = true;
     auto const announce = [this] {
         m_IsSelectionAnnounced = false;
+        AnnounceSelectedNodes(*this);
         Q_EMIT SelectionChanged();
     };
     // Listeners may change the graph, which the scene does not expect while it selects.
@@ -140,7 +143,8 @@ void CCanvas::Refresh()
     m_Compound = id;
     m_Body = m_Host.GetBody(id);
     m_Looks.Forget();
-    m_Scene.Show(m_Looks.Make(m_Body), m_Body.connections);
+    if (m_Scene.Show(m_Looks.Make(m_Body), m_Body.connections))
+        AnnounceGraph(*this);
     UpdateReach();
     UpdateHint();
     if (m_Gesture == eGesture::kConnect)
@@ -195,6 +199,7 @@ void CCanvas::UpdateHint()
     m_CountsLabel->setText(hasCompound || isReading || m_ItemCounts.isEmpty()
                                ? next
                                : m_ItemCounts + QStringLiteral("\n\n") + next);
+    setAccessibleName(hasCompound ? tr("Graph of %1").arg(GetItemName(m_Compound)) : tr("Graph"));
     m_NameLabel->setVisible(!hasCompound);
     m_Hint->setVisible(!hasCompound || isEmpty);
 }

@@ -40,14 +40,15 @@ NodePictures& CGraphScene::GetPictures()
     return m_Pictures;
 }
 
-void CGraphScene::Show(std::vector<NodeLook> const& looks,
+bool CGraphScene::Show(std::vector<NodeLook> const& looks,
                        std::vector<GraphConnection> const& connections)
 {
     bool const areNodesChanged = ShowNodes(looks);
     if (!areNodesChanged && connections == m_ShownConnections)
-        return;
+        return false;
     ShowConnections(connections);
     m_ShownConnections = connections;
+    return true;
 }
 
 bool CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
@@ -122,6 +123,25 @@ QRectF CGraphScene::GetBounds() const
     for (auto const& node : m_Nodes)
         bounds |= node.second->sceneBoundingRect();
     return bounds;
+}
+
+std::vector<std::string> CGraphScene::GetNodeIds() const
+{
+    std::vector<std::string> ids;
+    for (auto const& node : m_Nodes)
+        ids.push_back(node.first);
+    return ids;
+}
+
+NodeLook const* CGraphScene::FindLook(std::string const& id) const
+{
+    CNodeItem const* const node = FindNode(id);
+    return node ? &node->GetLook() : nullptr;
+}
+
+std::vector<GraphConnection> const& CGraphScene::GetConnections() const
+{
+    return m_ShownConnections;
 }
 
 QPointF CGraphScene::GetFirstNodePosition() const

@@ -33,10 +33,17 @@ public:
     /// Of the pictures that nodes are painted from.
     NodePictures& GetPictures();
 
-    /// Shows another graph. Items that are in both stay, and stay selected.
-    void Show(std::vector<NodeLook> const& looks,
+    /// Shows another graph. Items that are in both stay, and stay selected. False when it is shown
+    /// already.
+    bool Show(std::vector<NodeLook> const& looks,
               std::vector<embeddedhost::GraphConnection> const& connections);
     QRectF GetBounds() const;
+    /// In their order.
+    std::vector<std::string> GetNodeIds() const;
+    /// Null for an unknown node.
+    NodeLook const* FindLook(std::string const& id) const;
+    /// All, also those of which an end is not there.
+    std::vector<embeddedhost::GraphConnection> const& GetConnections() const;
     /// The position of the first node by id; (0, 0) without nodes.
     QPointF GetFirstNodePosition() const;
 

@@ -186,6 +186,24 @@ private Q_SLOTS:
         QCOMPARE(Stack().count(), 0);
     }
 
+    void screenReadersGetNodesAndConnections()
+    {
+        Connect("one.sum", "two.a");
+        QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(m_Canvas.get());
+        QCOMPARE(list->text(QAccessible::Name), QString("Graph of Main"));
+        // By their ids.
+        QAccessibleInterface* const two = list->child(5);
+        QCOMPARE(two->text(QAccessible::Name), QString("Add"));
+        QCOMPARE(two->text(QAccessible::Description),
+                 QString("two, solver; inputs a: Float from one sum, b: Float from gone lost; "
+                         "outputs sum: Float"));
+        QCOMPARE(list->childAt(two->rect().center().x(), two->rect().center().y()), two);
+        two->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(two->state().selected && !list->child(2)->state().selected);
+        m_Canvas->DeleteSelection();
+        QVERIFY(!two->isValid() && two->text(QAccessible::Name).isEmpty());
+    }
+
     void contextMenusActOnWhatIsUnderTheMouse()
     {
         Connect("one.sum", "two.a");

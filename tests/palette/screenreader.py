@@ -1,20 +1,13 @@
 #!/usr/bin/python3
 """Reads a palette as a screen reader does: from another process, over the accessibility bus.
 
-    screenreader.py PALETTEWINDOW
-
-Ends with 77 where the bus or its bindings are missing."""
+    screenreader.py PALETTEWINDOW"""
+import os
 import subprocess
 import sys
-import time
 
-try:
-    import gi
-    import pyatspi
-    from gi.repository import GLib
-except (ImportError, ValueError) as fault:
-    print("Left out: no python3-pyatspi:", fault)
-    sys.exit(77)
+sys.path.append(os.path.join(os.path.dirname(__file__), "../window"))
+from accessibility import find_application, press, pyatspi, start, wait_for
 
 heard = []
 
@@ -24,17 +17,8 @@ def hear(event):
     heard.append((event.type, event.detail1, event.source.name, event.source.description))
 
 
-def wait_for(what, condition):
-    """Gives what the condition gives, once that is something."""
-    deadline = time.monotonic() + 30
-    while time.monotonic() < deadline:
-        while GLib.MainContext.default().iteration(False):
-            pass
-        result = condition()
-        if result:
-            return result
-        time.sleep(0.05)
-    sys.exit(f"Waited in vain for {what}; heard {heard}")
+def wait_to_hear(what, condition):
+    return wait_for(what, condition, lambda: f"heard {heard}")
 
 
 def check(what, actual, expected):
@@ -42,16 +26,10 @@ def check(what, actual, expected):
         sys.exit(f"{what}: {actual!r} instead of {expected!r}")
 
 
-def press(*keys):
-    subprocess.run(["xdotool", "key", *keys], check=True)
-
-
 def find_list():
-    for application in pyatspi.Registry.getDesktop(0):
-        if application and application.name == "palettewindow":
-            return pyatspi.findDescendant(
-                application, lambda item: item.getRole() == pyatspi.ROLE_LIST)
-    return None
+    application = find_application("palettewindow")
+    return application and pyatspi.findDescendant(
+        application, lambda item: item.getRole() == pyatspi.ROLE_LIST)
 
 
 def read(list_):
@@ -72,7 +50,7 @@ def follow(list_):
         hear, "object:state-changed:selected", "object:state-changed:focused",
         "object:property-change:accessible-description")
     press("Down", "Down")
-    wait_for("the focus on a row", lambda: any(
+    wait_to_hear("the focus on a row", lambda: any(
         kind.endswith("focused") and name == "Gaussian Blur" for kind, _, name, _ in heard))
     states = list_[1].getState()
     check("the row's state", [states.contains(pyatspi.STATE_SELECTED),
@@ -80,20 +58,18 @@ def follow(list_):
                               list_[0].getState().contains(pyatspi.STATE_SELECTED)],
           [True, True, False])
     press("b", "l", "u", "r")
-    wait_for("the number of rows", lambda: any("2 items, Blur" in text for *_, text in heard))
+    wait_to_hear("the number of rows", lambda: any("2 items, Blur" in text for *_, text in heard))
     list_.clearCache()
     check("the rows", [list_[0].name, list_[1].name], ["Blur", "Gaussian Blur"])
     list_[1].queryAction().doAction(0)
-    wait_for("the activated item", lambda: pyatspi.findAncestor(
+    wait_to_hear("the activated item", lambda: pyatspi.findAncestor(
         list_, lambda item: item.getRole() == pyatspi.ROLE_APPLICATION)
         and "Gaussian Blur" in subprocess.run(
             ["xdotool", "getactivewindow", "getwindowname"], capture_output=True,
             text=True).stdout)
 
 
-# A program that starts before the bus is up is never heard of.
-wait_for("the bus", lambda: pyatspi.Registry.getDesktop(0).childCount >= 0)
-program = subprocess.Popen([sys.argv[1]])
+program = start(sys.argv[1])
 try:
     palette = wait_for("the palette", find_list)
     check("its name", palette.name, "Item library")

@@ -1,0 +1,17 @@
+#ifndef EDITOR_CANVAS_CANVASACCESSIBLE_H
+#define EDITOR_CANVAS_CANVASACCESSIBLE_H
+
+class CCanvas;
+
+// What screen readers get: the canvas is a list of its nodes, which are made when they are asked
+// for and tell their ports and connections. All of it costs nothing while no screen reader runs.
+
+/// Canvases of the process are accessible from now on.
+void InstallCanvasAccessible();
+
+/// Nodes or connections came, went or changed.
+void AnnounceGraph(CCanvas& canvas);
+/// Other nodes are selected. One that is selected alone is spoken while the canvas has the focus.
+void AnnounceSelectedNodes(CCanvas& canvas);
+
+#endif
