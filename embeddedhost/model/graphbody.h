@@ -51,9 +51,9 @@ struct GraphBody
     std::vector<GraphPort> outputs;           ///< in the order shown
     std::vector<GraphNode> nodes;             ///< in the order of the file
     std::vector<GraphConnection> connections; ///< their order means nothing
-    /// Of the nodes "in" and "out". Without a position they lie wherever the editor puts them.
-    std::optional<QPointF> inputsPosition = {};
-    std::optional<QPointF> outputsPosition = {};
+    // Without a position the editor puts them at the left and the right of the graph.
+    std::optional<QPointF> inputsPosition = {};  ///< of the node "in"
+    std::optional<QPointF> outputsPosition = {}; ///< of the node "out"
 };
 
 } // namespace embeddedhost

@@ -16,6 +16,8 @@
 
 using namespace tarno::datamodel;
 
+using namespace embeddedhost;
+
 namespace {
 
 QString const kGlowFile = QStringLiteral("project/glow.json");
