@@ -46,14 +46,13 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/nodebrowserConfig.cmake
 install(FILES ${PROJECT_BINARY_DIR}/${NODEBROWSER_PACKAGE}ConfigVersion.cmake
         DESTINATION ${neutral_config} RENAME nodebrowserConfigVersion.cmake COMPONENT development)
 
-# install_pkgconfig(name LIBRARIES library... DESCRIPTION text REQUIRES package... PRIVATE package...)
+# install_pkgconfig(name LINK what... DESCRIPTION text REQUIRES package... PRIVATE package...)
 #
 # A pkg-config file of that name, for hosts that do not build with CMake. PRIVATE is what a static
 # library leaves to be linked.
 function(install_pkgconfig name)
-    cmake_parse_arguments(PARSE_ARGV 1 pc "" DESCRIPTION "LIBRARIES;REQUIRES;PRIVATE")
-    list(TRANSFORM pc_LIBRARIES PREPEND -l)
-    list(JOIN pc_LIBRARIES " " pc_LIBRARIES)
+    cmake_parse_arguments(PARSE_ARGV 1 pc "" DESCRIPTION "LINK;REQUIRES;PRIVATE")
+    list(JOIN pc_LINK " " pc_LINK)
     list(JOIN pc_REQUIRES ", " pc_REQUIRES)
     if(BUILD_SHARED_LIBS)
         set(pc_PRIVATE "")
@@ -69,20 +68,26 @@ endfunction()
 file(RELATIVE_PATH pc_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 install_pkgconfig(${NODEBROWSER_PACKAGE}
     DESCRIPTION "Panel that lists, searches and manages the item library of a node-graph editor"
-    LIBRARIES ${NODEBROWSER_PACKAGE}
+    LINK -l${NODEBROWSER_PACKAGE}
     REQUIRES Qt${NODEBROWSER_QT}Widgets)
+install(FILES $<TARGET_OBJECTS:icons> RENAME icons.o
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/${NODEBROWSER_PACKAGE} COMPONENT development)
+install_pkgconfig(nodebrowser-icons-qt${NODEBROWSER_QT}
+    DESCRIPTION "The images of the rows of the node browser"
+    LINK \${libdir}/${NODEBROWSER_PACKAGE}/icons.o
+    REQUIRES Qt${NODEBROWSER_QT}Core)
 install_pkgconfig(nodepalette-qt${NODEBROWSER_QT}
     DESCRIPTION "The node browser for daily use: keys, screen readers, an order by name"
-    LIBRARIES nodepalette-qt${NODEBROWSER_QT}
+    LINK -lnodepalette-qt${NODEBROWSER_QT}
     REQUIRES ${NODEBROWSER_PACKAGE})
 install_pkgconfig(nodebrowser-hostkit-qt${NODEBROWSER_QT}
     DESCRIPTION "The part of the node browser's contract that is the same in every host"
-    LIBRARIES nodebrowser-hostkit-qt${NODEBROWSER_QT}
+    LINK -lnodebrowser-hostkit-qt${NODEBROWSER_QT}
     REQUIRES Qt${NODEBROWSER_QT}Gui)
 if(NODEBROWSER_EMBEDDEDHOST)
     install_pkgconfig(nodebrowser-embeddedhost-qt${NODEBROWSER_QT}
         DESCRIPTION "A host for the node browser over a folder of files or a list of items"
-        LIBRARIES nodebrowser-embeddedhost-qt${NODEBROWSER_QT}
+        LINK -lnodebrowser-embeddedhost-qt${NODEBROWSER_QT}
         REQUIRES nodebrowser-hostkit-qt${NODEBROWSER_QT} Qt${NODEBROWSER_QT}Widgets
         PRIVATE libgit2 simdjson)
 endif()
