@@ -1,14 +1,13 @@
+// Identifiers as values. How a DbObjectId is made and what is a UID is in dbobjectid.cpp, because a
+// host with a database may know it of its own texts.
+
 #include <qorm.h>
+
+#include <string_view>
 
 namespace qorm {
 
 namespace {
-
-/// The text, empty for null.
-std::string Text(char const* text)
-{
-    return text ? text : "";
-}
 
 bool IsSameDigit(char a, char b)
 {
@@ -16,12 +15,12 @@ bool IsSameDigit(char a, char b)
     return (a | 0x20) == (b | 0x20);
 }
 
-/// The same UID in either case, or else the same text.
-bool IsSame(std::string const& a, std::string const& b)
+/// The same UID in either case, or else the same text. The texts are zero-terminated.
+bool IsSame(std::string_view a, std::string_view b)
 {
     if (a == b)
         return true;
-    if (a.size() != b.size() || !DbObjectId::IsUID(a.c_str()) || !DbObjectId::IsUID(b.c_str()))
+    if (a.size() != b.size() || !DbObjectId::IsUID(a.data()) || !DbObjectId::IsUID(b.data()))
         return false;
     for (std::size_t i = 0; i < a.size(); ++i) {
         if (!IsSameDigit(a[i], b[i]))
@@ -33,7 +32,7 @@ bool IsSame(std::string const& a, std::string const& b)
 } // namespace
 
 UID::UID(char const* text)
-    : m_Text(Text(text))
+    : m_Text(text ? text : "")
 {}
 
 char const* UID::GetStr() const
@@ -52,18 +51,14 @@ UID const& UID_Null()
     return null;
 }
 
-DbObjectId::DbObjectId(char const* text)
-    : m_Text(Text(text))
-{}
-
 char const* DbObjectId::GetStr() const
 {
-    return m_Text.c_str();
+    return m_Kept ? m_Kept : m_Text.c_str();
 }
 
 bool DbObjectId::operator==(DbObjectId const& other) const
 {
-    return IsSame(m_Text, other.m_Text);
+    return IsSame(GetStr(), other.GetStr());
 }
 
 CQueryResult::CQueryResult(DbObjectId const& objectId)

@@ -1,7 +1,5 @@
 #include "uidtext.h"
 
-#include <qorm.h>
-
 #include <array>
 
 namespace hostkit {
@@ -53,13 +51,3 @@ bool ParseUid(std::string_view text, UidKey& key)
 }
 
 } // namespace hostkit
-
-namespace qorm {
-
-bool DbObjectId::IsUID(char const* text)
-{
-    hostkit::UidKey key;
-    return text && hostkit::ParseUid(text, key);
-}
-
-} // namespace qorm

@@ -3,6 +3,8 @@
 #include "base/text8.h"
 #include "base/uidmap.h"
 
+#include <qorm.h>
+
 #include <cstring>
 #include <functional>
 #include <memory_resource>
@@ -123,8 +125,14 @@ IdentityTable& GetTable()
     return table;
 }
 
-/// The last identity whose uid was returned: callers usually look the item up with it next.
+/// The last identity whose uid was returned: callers usually look the item up with it next. The
+/// address tells the text, because uids are never freed or changed.
 ItemIdentity const* gLastAsked = nullptr;
+
+bool IsAskedUid(char const* text)
+{
+    return gLastAsked && gLastAsked->uid == text;
+}
 
 } // namespace
 
@@ -135,7 +143,9 @@ ItemIdentity& GetItemIdentity(char const* kind, std::string_view uid)
 
 CLibraryItem* FindItemByUid(char const* uid)
 {
-    if (gLastAsked && gLastAsked->item && std::strcmp(gLastAsked->uid, uid) == 0)
+    bool const isAsked = gLastAsked && gLastAsked->item
+                         && (gLastAsked->uid == uid || std::strcmp(gLastAsked->uid, uid) == 0);
+    if (isAsked)
         return gLastAsked->item;
     return GetTable().FindItem(uid);
 }
@@ -176,3 +186,24 @@ char const* ItemIDUnlock::GetItemIDUID(ItemID const& id)
 
 } // namespace datamodel
 } // namespace tarno
+
+// A uid of an item was parsed when the item was read, and need not be copied.
+
+namespace qorm {
+
+DbObjectId::DbObjectId(char const* text)
+    : m_Kept(embeddedhost::IsAskedUid(text) ? text : nullptr)
+{
+    if (!m_Kept && text)
+        m_Text = text;
+}
+
+bool DbObjectId::IsUID(char const* text)
+{
+    if (embeddedhost::IsAskedUid(text))
+        return embeddedhost::gLastAsked->hasUid;
+    embeddedhost::UidKey key;
+    return text && embeddedhost::ParseUid(text, key);
+}
+
+} // namespace qorm

@@ -82,6 +82,8 @@ public:
     static bool IsUID(char const* text);
 
 private:
+    /// The text given, if the host knows it to be valid for the whole process; null for a copy.
+    char const* m_Kept;
     std::string m_Text;
 };
 

@@ -125,10 +125,15 @@ private Q_SLOTS:
         ItemID const solver = Item(1);
         QVERIFY(solver.IsValid() && solver.GetType() == TarnoType::gSolver);
         QVERIFY(solver.Serialize() != Item(3).Serialize());
-        QCOMPARE(ItemIDUnlock::GetItemIDUID(m_Host->FindItem("any text")), "any text");
+        char const* const text = ItemIDUnlock::GetItemIDUID(m_Host->FindItem("any text"));
+        QCOMPARE(text, "any text");
+        QVERIFY(!DbObjectId::IsUID(text));
         char const* const uid = ItemIDUnlock::GetItemIDUID(solver);
+        DbObjectId const object(uid);
+        QVERIFY(DbObjectId::IsUID(uid) && object == DbObjectId(Uid(1).c_str()));
         m_Host->CloseLibrary();
         QCOMPARE(uid, Uid(1).c_str());
+        QCOMPARE(object.GetStr(), uid);
         QVERIFY(Item(1).IsNull());
     }
 

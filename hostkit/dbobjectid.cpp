@@ -1,0 +1,18 @@
+#include "uidtext.h"
+
+#include <qorm.h>
+
+namespace qorm {
+
+DbObjectId::DbObjectId(char const* text)
+    : m_Kept(nullptr)
+    , m_Text(text ? text : "")
+{}
+
+bool DbObjectId::IsUID(char const* text)
+{
+    hostkit::UidKey key;
+    return text && hostkit::ParseUid(text, key);
+}
+
+} // namespace qorm
