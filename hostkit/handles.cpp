@@ -83,10 +83,10 @@ template <class T>
 template <class U>
 QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
 {
-    *this = QormHandle(other.GetInstance(), other.GetCacheIndex());
-    if (!IsValid())
-        *this = QormHandle();
-    return *this;
+    IQormInstance* const instance = other.m_Instance.Get();
+    bool const isOfKind =
+        other.IsValid() && hostkit::HasObject(instance, other.m_CacheIndex, Seen<T>::kKind);
+    return *this = isOfKind ? QormHandle(other.m_Instance, other.m_CacheIndex) : QormHandle();
 }
 
 template <class T>

@@ -49,8 +49,13 @@ bool Iterator<T>::IsDone() const
 template <class T>
 void Iterator<T>::Next()
 {
-    ++m_State->position;
-    m_State->Bind();
+    State& state = *m_State;
+    ++state.position;
+    // Binding anew counts references, once for each item of a rebuild.
+    if (state.current.m_Context == state.owner.m_Context && !IsDone())
+        state.current.m_Handle = state.handles[state.position];
+    else
+        state.Bind();
 }
 
 template <class T>

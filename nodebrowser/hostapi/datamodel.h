@@ -173,6 +173,8 @@ class AccessorContext;
 typedef std::uintptr_t ItemHandle;
 /// Number of a context; 0 is none.
 typedef std::uintptr_t ContextID;
+template <class T>
+class Iterator;
 
 /// A small value bound to one item, library or table of contents: a counted reference to the
 /// context, the interface it is seen through, and the item's handle (0 is none). The panel keeps
@@ -234,6 +236,9 @@ protected:
     /// @}
 
 private:
+    template <class T>
+    friend class Iterator;
+
     AccessorContext* m_Context;
     eInterfaceID m_InterfaceID;
     ItemHandle m_Handle;

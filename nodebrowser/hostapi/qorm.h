@@ -165,6 +165,9 @@ public:
     bool IsLoaded() const;
 
 private:
+    template <class U>
+    friend class QormHandle;
+
     QormPtr<IQormInstance> m_Instance;
     int m_CacheIndex;
 };

@@ -92,6 +92,9 @@ private Q_SLOTS:
         assigned = items;
         assigned.Next();
         QVERIFY(items.GetCurrent().GetItemID() != assigned.GetCurrent().GetItemID());
+        assigned.GetCurrent() = ItemAccessor();
+        assigned.Next();
+        QVERIFY2(assigned.GetCurrent().Revalidate(), "whatever the last item was bound to");
     }
 
     void itemsTellWhatListsDependOn()
