@@ -25,13 +25,13 @@ namespace Helpers {
 
 bool IsValidGraphItemType(char const* kind, ItemAccessor& item)
 {
-    return kind && item.Revalidate() && item.GetItemID().GetType() == kind;
+    CLibraryItem const* const found = kind ? FindItem(item) : nullptr;
+    return found && found->GetIdentity().kind == kind;
 }
 
 bool IsAbstractFunction(ItemAccessor& item)
 {
-    AccessorContext const* const context = item.GetContext();
-    CLibraryItem const* const found = context ? context->FindItem(item.GetHandle()) : nullptr;
+    CLibraryItem const* const found = FindItem(item);
     return found && found->GetIdentity().kind == TarnoType::gCompound && found->IsSignature();
 }
 

@@ -13,11 +13,6 @@ using namespace embeddedhost;
 
 namespace {
 
-CLibraryItem* FindItem(UnspecifiedAccessor const& accessor)
-{
-    return accessor.GetContext() ? accessor.GetContext()->FindItem(accessor.GetHandle()) : nullptr;
-}
-
 char const* OrEmpty(char const* text)
 {
     return text ? text : "";

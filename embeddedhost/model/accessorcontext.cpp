@@ -5,23 +5,6 @@
 
 #include <hostkit/interfaces.h>
 
-namespace embeddedhost {
-
-using tarno::datamodel::ItemHandle;
-using tarno::datamodel::ItemIdentity;
-
-ItemHandle GetItemHandle(ItemIdentity const& identity)
-{
-    return reinterpret_cast<ItemHandle>(&identity);
-}
-
-ItemIdentity const* GetIdentity(ItemHandle handle)
-{
-    return handle > kTocHandle ? reinterpret_cast<ItemIdentity const*>(handle) : nullptr;
-}
-
-} // namespace embeddedhost
-
 namespace tarno {
 namespace datamodel {
 
@@ -31,17 +14,6 @@ AccessorContext::AccessorContext(CLibrary& library)
     : m_Library(&library)
     , m_Notifier(*this)
 {}
-
-CLibrary* AccessorContext::GetLibrary() const
-{
-    return m_Library;
-}
-
-CLibraryItem* AccessorContext::FindItem(ItemHandle handle) const
-{
-    ItemIdentity const* const identity = GetIdentity(handle);
-    return m_Library && identity ? identity->item : nullptr;
-}
 
 bool AccessorContext::Supports(eInterfaceID interfaceID, ItemHandle handle) const
 {

@@ -15,9 +15,17 @@ class CLibrary;
 constexpr tarno::datamodel::ItemHandle kLibraryHandle = 1;
 constexpr tarno::datamodel::ItemHandle kTocHandle = 2;
 
-tarno::datamodel::ItemHandle GetItemHandle(tarno::datamodel::ItemIdentity const& identity);
+inline tarno::datamodel::ItemHandle GetItemHandle(tarno::datamodel::ItemIdentity const& identity)
+{
+    return reinterpret_cast<tarno::datamodel::ItemHandle>(&identity);
+}
+
 /// Null for the handle of something that is not an item.
-tarno::datamodel::ItemIdentity const* GetIdentity(tarno::datamodel::ItemHandle handle);
+inline tarno::datamodel::ItemIdentity const* GetIdentity(tarno::datamodel::ItemHandle handle)
+{
+    return handle > kTocHandle ? reinterpret_cast<tarno::datamodel::ItemIdentity const*>(handle)
+                               : nullptr;
+}
 } // namespace embeddedhost
 
 namespace tarno {
@@ -31,9 +39,25 @@ public:
     explicit AccessorContext(embeddedhost::CLibrary& library);
 
     /// Null once the library is closed.
-    embeddedhost::CLibrary* GetLibrary() const;
+    embeddedhost::CLibrary* GetLibrary() const
+    {
+        return m_Library;
+    }
+
     /// The living item behind the handle; null for none.
-    embeddedhost::CLibraryItem* FindItem(ItemHandle handle) const;
+    embeddedhost::CLibraryItem* FindItem(ItemHandle handle) const
+    {
+        ItemIdentity const* const identity = embeddedhost::GetIdentity(handle);
+        return identity && m_Library ? identity->item : nullptr;
+    }
+
+    /// The handle is that of a living item, or of the open library or its table of contents.
+    bool Exists(ItemHandle handle) const
+    {
+        return handle > embeddedhost::kTocHandle ? FindItem(handle) != nullptr
+                                                 : handle && m_Library;
+    }
+
     /// Whether the item, library or table of contents supports the interface.
     bool Supports(eInterfaceID interfaceID, ItemHandle handle) const;
 
@@ -51,6 +75,13 @@ private:
 
 /// The library that the accessor may be asked about; null for none.
 embeddedhost::CLibrary* FindLibrary(UnspecifiedAccessor const& accessor);
+
+/// The living item that the accessor is bound to; null for none.
+inline embeddedhost::CLibraryItem* FindItem(UnspecifiedAccessor const& accessor)
+{
+    AccessorContext const* const context = accessor.GetContext();
+    return context ? context->FindItem(accessor.GetHandle()) : nullptr;
+}
 
 } // namespace datamodel
 } // namespace tarno

@@ -19,8 +19,7 @@ void UnspecifiedAccessor::SetFrom(UnspecifiedAccessor const& other)
 
 bool UnspecifiedAccessor::Revalidate() const
 {
-    return m_Context && m_Context->Supports(kUnspecifiedInterface, m_Handle)
-           && (!embeddedhost::GetIdentity(m_Handle) || m_Context->FindItem(m_Handle));
+    return m_Context && m_Context->Exists(m_Handle);
 }
 
 ItemID UnspecifiedAccessor::GetItemID() const
@@ -32,15 +31,15 @@ ItemID UnspecifiedAccessor::GetItemID() const
 
 CSimpleValue ItemAccessor::GetValue(char const* name) const
 {
-    CLibraryItem const* const item = GetContext() ? GetContext()->FindItem(GetHandle()) : nullptr;
+    CLibraryItem const* const item = FindItem(*this);
     char const* const value = item && name ? item->GetNamedValue(name) : nullptr;
     return value ? CSimpleValue(value) : CSimpleValue();
 }
 
 std::string ItemAccessor::GetName(bool, char const*) const
 {
-    CLibraryItem const* const item = GetContext() ? GetContext()->FindItem(GetHandle()) : nullptr;
-    return item ? item->GetName() : std::string();
+    CLibraryItem const* const item = FindItem(*this);
+    return item ? std::string(item->GetNameView()) : std::string();
 }
 
 } // namespace datamodel

@@ -14,8 +14,8 @@ namespace {
 CLibraryItem const* FindItem(UnspecifiedAccessor const& library, ItemID const& id)
 {
     ItemIdentity const* const identity = ItemIDUnlock::GetIdentity(id);
-    bool const isOpen = library.GetContext() && library.GetContext()->GetLibrary();
-    return isOpen && identity ? identity->item : nullptr;
+    AccessorContext const* const context = library.GetContext();
+    return identity && context && context->GetLibrary() ? identity->item : nullptr;
 }
 
 bool IsLibraryRegistration(UnspecifiedAccessor const& library, eInterfaceID interfaceID,
@@ -30,7 +30,7 @@ bool IsLibraryRegistration(UnspecifiedAccessor const& library, eInterfaceID inte
 std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*) const
 {
     CLibraryItem const* const item = FindItem(*this, id);
-    return item ? item->GetName() : std::string();
+    return item ? std::string(item->GetNameView()) : std::string();
 }
 
 bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& id) const

@@ -77,6 +77,7 @@ void CLibraryItem::SetTexts(std::string const& texts, std::pmr::memory_resource&
     }
     m_TextsSize = unsigned(texts.size());
     texts.copy(m_Texts, texts.size());
+    m_NameSize = unsigned(texts.find('\0'));
 }
 
 void CLibraryItem::SetFlags(ListedObject const& listed)
@@ -86,26 +87,6 @@ void CLibraryItem::SetFlags(ListedObject const& listed)
     m_IsLocked = listed.isLocked;
     m_HasParent = !listed.parent.empty();
     m_HasSpecializes = !listed.specializes.empty();
-}
-
-ItemIdentity& CLibraryItem::GetIdentity() const
-{
-    return m_Identity;
-}
-
-LibraryFile& CLibraryItem::GetFile() const
-{
-    return m_File;
-}
-
-DataSourcePtr const& CLibraryItem::GetSource() const
-{
-    return m_File.source;
-}
-
-int CLibraryItem::GetCacheIndex() const
-{
-    return m_CacheIndex;
 }
 
 CLibraryItem::Trees& CLibraryItem::GetTrees() const
@@ -181,14 +162,9 @@ void CLibraryItem::MarkSaved()
         m_Trees->saved.reset();
 }
 
-char const* CLibraryItem::GetName() const
-{
-    return m_Texts;
-}
-
 char const* CLibraryItem::GetFirstCategory() const
 {
-    char const* text = NextText(m_Texts);
+    char const* text = m_Texts + m_NameSize + 1;
     for (bool const isSkipped : {m_HasParent, m_HasSpecializes})
         text = isSkipped ? NextText(text) : text;
     return text;
@@ -204,11 +180,6 @@ char const* CLibraryItem::GetTags(char const* category) const
         text = NextText(tags);
     }
     return "";
-}
-
-bool CLibraryItem::IsSignature() const
-{
-    return m_IsSignature;
 }
 
 bool CLibraryItem::IsLoop() const
@@ -227,7 +198,7 @@ bool CLibraryItem::IsReadOnly() const
            || GetSource()->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
 }
 
-char const* CLibraryItem::GetNamedValue(char const* name) const
+char const* CLibraryItem::FindNamedValue(char const* name) const
 {
     if (m_HasParent && std::strcmp(name, "Parent") == 0)
         return NextText(m_Texts);

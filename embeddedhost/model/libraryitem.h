@@ -10,6 +10,7 @@
 #include <memory>
 #include <memory_resource>
 #include <string>
+#include <string_view>
 
 namespace embeddedhost {
 
@@ -32,11 +33,23 @@ public:
     CLibraryItem(CLibraryItem const&) = delete;
     CLibraryItem& operator=(CLibraryItem const&) = delete;
 
-    tarno::datamodel::ItemIdentity& GetIdentity() const;
+    tarno::datamodel::ItemIdentity& GetIdentity() const
+    {
+        return m_Identity;
+    }
     /// The file that the item is stored in, or will be.
-    LibraryFile& GetFile() const;
-    DataSourcePtr const& GetSource() const;
-    int GetCacheIndex() const;
+    LibraryFile& GetFile() const
+    {
+        return m_File;
+    }
+    DataSourcePtr const& GetSource() const
+    {
+        return m_File.source;
+    }
+    int GetCacheIndex() const
+    {
+        return m_CacheIndex;
+    }
 
     /// The object, which the first call parses and caches: for changes and for the graph.
     ItemObject const& GetObject() const;
@@ -58,17 +71,31 @@ public:
     /// The object is on disk as it is now.
     void MarkSaved();
 
-    char const* GetName() const;
+    char const* GetName() const
+    {
+        return m_Texts;
+    }
+    std::string_view GetNameView() const
+    {
+        return std::string_view(m_Texts, m_NameSize);
+    }
     /// Empty when there are none.
     char const* GetTags(char const* category) const;
-    bool IsSignature() const;
+    bool IsSignature() const
+    {
+        return m_IsSignature;
+    }
     bool IsLoop() const;
     /// The item's own lock.
     bool IsLocked() const;
     /// Locked, or in a read-only file or data source.
     bool IsReadOnly() const;
     /// UTF-8; null unless the item has a text of that name: "Parent" or "Specializes".
-    char const* GetNamedValue(char const* name) const;
+    char const* GetNamedValue(char const* name) const
+    {
+        // Few items have any.
+        return m_HasParent || m_HasSpecializes ? FindNamedValue(name) : nullptr;
+    }
 
 private:
     struct Trees
@@ -81,6 +108,7 @@ private:
     Trees& GetTrees() const;
     void SetTexts(std::string const& texts, std::pmr::memory_resource& memory);
     void SetFlags(ListedObject const& listed);
+    char const* FindNamedValue(char const* name) const;
     char const* GetFirstCategory() const;
 
     tarno::datamodel::ItemIdentity& m_Identity;
@@ -96,6 +124,8 @@ private:
     unsigned m_TextsCapacity = 0;
 
     int const m_CacheIndex;
+    /// kMaxTextLength keeps it far below what fits.
+    unsigned m_NameSize : 27;
     bool m_IsSignature : 1;
     bool m_IsLoop : 1;
     bool m_IsLocked : 1;

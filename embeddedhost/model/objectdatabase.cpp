@@ -80,27 +80,15 @@ int CObjectDatabase::FindFixed(char const* uid) const
     return -1;
 }
 
-CObjectDatabase::FixedObject const* CObjectDatabase::GetFixed(int cacheIndex) const
+CObjectDatabase::Successor const& CObjectDatabase::GetSuccessor(FixedObject const& object)
 {
-    if (cacheIndex < 0 || cacheIndex >= int(m_Fixed.size()))
-        return nullptr;
-    if (m_Library)
-        return &m_Fixed[std::size_t(cacheIndex)];
-    auto const [successor, position] = FindSuccessor(cacheIndex);
-    return successor ? successor->GetFixed(position) : nullptr;
-}
-
-CObjectDatabase::Successor CObjectDatabase::FindSuccessor(int cacheIndex) const
-{
-    bool const isFixed = cacheIndex >= 0 && cacheIndex < int(m_Fixed.size());
-    if (!isFixed || m_Fixed[std::size_t(cacheIndex)].isResource || gOpenDatabases.empty())
-        return Successor();
     // Panels keep the handles of components of the first library, and compare each item's with
     // them.
-    FixedObject const& object = m_Fixed[std::size_t(cacheIndex)];
     if (object.successorVersion != gOpenDatabasesVersion) {
         object.successorVersion = gOpenDatabasesVersion;
-        object.successor = gOpenDatabases.back()->FindComponent(object.uid.c_str());
+        bool const isMoved = !object.isResource && !gOpenDatabases.empty();
+        object.successor =
+            isMoved ? gOpenDatabases.back()->FindComponent(object.uid.c_str()) : Successor();
     }
     return object.successor;
 }
@@ -129,11 +117,6 @@ void CObjectDatabase::Close()
     }
 }
 
-bool CObjectDatabase::Exists(int cacheIndex) const
-{
-    return GetItem(cacheIndex) || GetFixed(cacheIndex);
-}
-
 bool CObjectDatabase::IsTypeAsset(int cacheIndex) const
 {
     CLibraryItem const* const item = GetItem(cacheIndex);
@@ -144,21 +127,6 @@ bool CObjectDatabase::IsResource(int cacheIndex) const
 {
     FixedObject const* const fixed = GetFixed(cacheIndex);
     return fixed && fixed->isResource;
-}
-
-CLibraryItem* CObjectDatabase::GetItem(int cacheIndex) const
-{
-    if (!m_Library || cacheIndex < int(m_Fixed.size()) || cacheIndex >= int(m_Cache.size()))
-        return nullptr;
-    return m_Cache[std::size_t(cacheIndex)].identity->item;
-}
-
-CDataSource* CObjectDatabase::GetHome(int cacheIndex) const
-{
-    if (FixedObject const* const fixed = GetFixed(cacheIndex))
-        return fixed->home.get();
-    CLibraryItem const* const item = GetItem(cacheIndex);
-    return item ? item->GetSource().get() : nullptr;
 }
 
 DbObjectId CObjectDatabase::GetId(int cacheIndex) const
@@ -182,7 +150,7 @@ CDbObject* CObjectDatabase::GetObject(int cacheIndex)
     if (!Exists(cacheIndex))
         return nullptr;
     if (!m_Library) {
-        auto const [successor, position] = FindSuccessor(cacheIndex);
+        auto const [successor, position] = GetSuccessor(m_Fixed[std::size_t(cacheIndex)]);
         return successor->GetObject(position);
     }
     DbObjectPtr& object = m_Cache[std::size_t(cacheIndex)].object;
@@ -212,7 +180,7 @@ bool CObjectDatabase::RunQuery(char const* query, Vector<CQueryResult>& results)
 
 CLibraryItem* CObjectDatabase::FindItem(DbObjectId const& objectId) const
 {
-    return m_Library ? m_Library->FindItem(objectId.GetStr()) : nullptr;
+    return m_Library ? FindItemByUid(objectId.GetStr()) : nullptr;
 }
 
 QormHandle<IDbObject> CObjectDatabase::FindObject(DbObjectId const& objectId)

@@ -3,6 +3,7 @@
 
 #include "model/dbobject.h"
 #include "model/itemidentity.h"
+#include "model/libraryitem.h"
 #include "objects/datasource.h"
 #include "objects/refcounted.h"
 
@@ -43,15 +44,32 @@ public:
     void Close();
 
     // Objects by their index in the cache. All return empty values for a removed object.
-    bool Exists(int cacheIndex) const;
+    bool Exists(int cacheIndex) const
+    {
+        return GetItem(cacheIndex) || GetFixed(cacheIndex);
+    }
     bool IsTypeAsset(int cacheIndex) const;
     bool IsResource(int cacheIndex) const;
     /// Null for an object that is not an item.
-    CLibraryItem* GetItem(int cacheIndex) const;
+    CLibraryItem* GetItem(int cacheIndex) const
+    {
+        // A negative index is larger than any as well.
+        if (!m_Library || std::size_t(cacheIndex) >= m_Cache.size())
+            return nullptr;
+        tarno::datamodel::ItemIdentity const* const identity =
+            m_Cache[std::size_t(cacheIndex)].identity;
+        return identity ? identity->item : nullptr;
+    }
     CLibraryItem* FindItem(qorm::DbObjectId const& objectId) const;
     /// The data source that holds the object, or that a resource represents. Null for a removed
     /// object.
-    CDataSource* GetHome(int cacheIndex) const;
+    CDataSource* GetHome(int cacheIndex) const
+    {
+        if (CLibraryItem const* const item = GetItem(cacheIndex))
+            return item->GetSource().get();
+        FixedObject const* const fixed = GetFixed(cacheIndex);
+        return fixed ? fixed->home.get() : nullptr;
+    }
     qorm::DbObjectId GetId(int cacheIndex) const;
     /// 8-bit; valid as long as the object.
     char const* GetName(int cacheIndex) const;
@@ -93,8 +111,17 @@ private:
     void AddFixed(FixedObject const& object);
     /// -1 when there is none.
     int FindFixed(char const* uid) const;
-    FixedObject const* GetFixed(int cacheIndex) const;
-    Successor FindSuccessor(int cacheIndex) const;
+    FixedObject const* GetFixed(int cacheIndex) const
+    {
+        if (std::size_t(cacheIndex) >= m_Fixed.size())
+            return nullptr;
+        FixedObject const& object = m_Fixed[std::size_t(cacheIndex)];
+        if (m_Library)
+            return &object;
+        auto const [database, index] = GetSuccessor(object);
+        return database ? &database->m_Fixed[std::size_t(index)] : nullptr;
+    }
+    static Successor const& GetSuccessor(FixedObject const& object);
     Successor FindComponent(char const* uid);
 
     CLibrary* m_Library;

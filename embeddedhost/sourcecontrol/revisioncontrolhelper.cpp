@@ -21,6 +21,7 @@ CRevisionControlHelper::CRevisionControlHelper(CMessageChannel& messages,
 void CRevisionControlHelper::SetDatabase(ObjectDatabasePtr const& database)
 {
     m_Database = database;
+    m_Instance = qorm::QormPtr<qorm::IQormInstance>(database.get());
 }
 
 void CRevisionControlHelper::SetFilesHandler(FilesHandler const& handler)
@@ -32,10 +33,13 @@ QormHandle<IDbObject> CRevisionControlHelper::FindObject(DbObjectId const& objec
 {
     if (!m_Database)
         return QormHandle<IDbObject>();
+    CLibraryItem const* const item = m_Database->FindItem(objectId);
+    if (!item)
+        return m_Database->FindObject(objectId);
     // Changes nothing for the caller. A rebuild looks up each item and leaves no other trace.
-    if (CLibraryItem const* const item = m_Database->FindItem(objectId))
-        m_Service.NoteLookUp(&item->GetIdentity());
-    return m_Database->FindObject(objectId);
+    m_Service.NoteLookUp(&item->GetIdentity());
+    int const index = item->GetCacheIndex();
+    return index < 0 ? QormHandle<IDbObject>() : QormHandle<IDbObject>(m_Instance, index);
 }
 
 void CRevisionControlHelper::CheckOut(QormHandle<IDbObject> const& object, bool& checkedOut,

@@ -45,6 +45,8 @@ private:
     CMessageChannel& m_Messages;
     CSourceControlService& m_Service;
     ObjectDatabasePtr m_Database;
+    /// The same, as handles take it.
+    qorm::QormPtr<qorm::IQormInstance> m_Instance;
     FilesHandler m_FilesHandler;
 };
 
