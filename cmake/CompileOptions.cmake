@@ -8,6 +8,11 @@ set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
 
 add_compile_options(-Wall -Wextra)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    # Position-independent code would leave each function open to replacement at run time, and
+    # inline none.
+    add_compile_options(-fno-semantic-interposition)
+endif()
 add_compile_definitions(QT_NO_KEYWORDS)
 
 if(NODEBROWSER_WERROR)
