@@ -1,27 +1,33 @@
 #include "textblock.h"
 
+#include <cstring>
 #include <ctype.h>
 #include <strings.h>
 #include <utility>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace nodebrowser {
 
 namespace {
 
-/// Places that a search looks at in one step.
-std::size_t const kStep = 64;
-
-/// Whether the word's first and last letter stand in the right distance from one of the places.
-/// A compiler makes a few vector instructions of it, many times faster than a search.
-bool MayBegin(std::string const& word, char const* places)
+/// Which of 64 bytes are the character, one bit each.
+std::uint64_t FindCharacter(char const* bytes, char character)
 {
-    char const first = word.front();
-    char const last = word.back();
-    char const* const ends = places + word.size() - 1;
-    unsigned char any = 0;
-    for (std::size_t place = 0; place < kStep; ++place)
-        any |= static_cast<unsigned char>((places[place] == first) & (ends[place] == last));
-    return any != 0;
+    std::uint64_t found = 0;
+#ifdef __SSE2__
+    __m128i const pattern = _mm_set1_epi8(character);
+    for (unsigned begin = 0; begin < 64; begin += sizeof(__m128i)) {
+        __m128i const block = _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes + begin));
+        int const equal = _mm_movemask_epi8(_mm_cmpeq_epi8(block, pattern));
+        found |= static_cast<std::uint64_t>(equal) << begin;
+    }
+#else
+    for (unsigned place = 0; place < 64; ++place)
+        found |= static_cast<std::uint64_t>(bytes[place] == character) << place;
+#endif
+    return found;
 }
 
 /// A text on its way into the order.
@@ -57,18 +63,33 @@ SText MakeText(TextBlock const& block, std::uint32_t entry)
 
 } // namespace
 
-std::size_t TextBlock::Find(std::string const& word, std::size_t begin) const
+/// The places from `begin` on at which the word begins. Few that begin and end like it are others.
+TextBlock::Places TextBlock::FindWord(std::string const& word, std::size_t begin) const
 {
-    std::string_view const text = m_Text;
-    std::size_t const reach = kStep + word.size() - 1;
-    for (; begin + reach <= text.size(); begin += kStep) {
-        if (!MayBegin(word, text.data() + begin))
-            continue;
-        std::size_t const found = text.substr(begin, reach).find(word);
-        if (found != std::string_view::npos)
-            return begin + found;
+    if (m_Text.size() - begin < kPlaceCount + word.size() - 1)
+        return FindWordAtEnd(word, begin);
+    char const* const text = m_Text.data() + begin;
+    std::size_t const last = word.size() - 1;
+    Places found = FindCharacter(text, word[0]);
+    if (found && last > 0)
+        found &= FindCharacter(text + last, word[last]);
+    for (Places left = last > 1 ? found : 0; left; left &= left - 1) {
+        std::size_t const place = FirstOf(left);
+        if (std::memcmp(text + place, word.data(), last) != 0)
+            found &= ~(Places(1) << place);
     }
-    return text.find(word, begin);
+    return found;
+}
+
+/// Not all of the places, or of the bytes that follow them, are in the text.
+TextBlock::Places TextBlock::FindWordAtEnd(std::string const& word, std::size_t begin) const
+{
+    Places found = 0;
+    std::size_t const end = std::min(m_Text.size(), begin + kPlaceCount);
+    for (std::size_t place = begin; place < end; ++place)
+        found |= static_cast<Places>(m_Text.compare(place, word.size(), word) == 0)
+                 << (place - begin);
+    return found;
 }
 
 void CollectedTexts::Begin()

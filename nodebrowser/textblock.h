@@ -71,18 +71,42 @@ public:
     template <class Hit>
     void ForEachEntryWith(std::string const& word, Hit hit) const
     {
-        for (std::size_t entry = 0; entry < m_Begins.size(); ++entry) {
-            std::size_t const found = Find(word, m_Begins[entry]);
-            if (found == std::string::npos)
-                return;
-            while (entry + 1 < m_Begins.size() && m_Begins[entry + 1] <= found)
-                ++entry;
-            hit(entry, found == m_Begins[entry]);
+        std::size_t entry = 0;
+        std::size_t next = 0; // behind the last entry that was hit
+        for (std::size_t begin = 0; begin < m_Text.size(); begin += kPlaceCount) {
+            Places places = FindWord(word, begin);
+            for (; places; places &= places - 1) {
+                std::size_t const place = begin + FirstOf(places);
+                if (place < next)
+                    continue;
+                while (entry + 1 < m_Begins.size() && m_Begins[entry + 1] <= place)
+                    ++entry;
+                hit(entry, place == m_Begins[entry]);
+                next = m_Begins[entry] + GetLength(entry);
+            }
         }
     }
 
 private:
-    std::size_t Find(std::string const& word, std::size_t begin) const;
+    /// Bit n is for the n-th of kPlaceCount places that follow each other in the text.
+    typedef std::uint64_t Places;
+    static constexpr std::size_t kPlaceCount = 64;
+
+    /// `places` are not empty.
+    static std::size_t FirstOf(Places places)
+    {
+#ifdef __GNUC__
+        return static_cast<std::size_t>(__builtin_ctzll(places));
+#else
+        std::size_t first = 0;
+        while (!(places >> first & 1))
+            ++first;
+        return first;
+#endif
+    }
+
+    Places FindWord(std::string const& word, std::size_t begin) const;
+    Places FindWordAtEnd(std::string const& word, std::size_t begin) const;
 
     std::string m_Text;
     std::vector<std::size_t> m_Begins;
