@@ -371,10 +371,4 @@ void ItemList::SetTagsOfSlots(ItemID const& id, std::string const& tagString, ch
     }
 }
 
-void ItemList::ForgetSearch()
-{
-    m_LastWords.clear();
-    m_LastMatches.clear();
-}
-
 } // namespace nodebrowser

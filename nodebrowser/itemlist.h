@@ -11,6 +11,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -145,11 +146,19 @@ private:
                         char const* kindTag);
 
     typedef std::vector<std::vector<char>> TagMatches;
+    /// By row.
+    typedef std::vector<std::uint32_t> Scores;
     bool IsNarrower(std::set<std::string> const& words) const;
-    void SearchAll(std::set<std::string> const& words, TagMatches const& tagMatches,
-                   std::vector<SMatch>& matches) const;
     void SearchLastMatches(std::set<std::string> const& words, TagMatches const& tagMatches,
                            std::vector<SMatch>& matches) const;
+    void SearchOneByOne(std::set<std::string> const& words, TagMatches const& tagMatches,
+                        std::vector<SMatch>& matches) const;
+    void AppendMatch(Row row, std::string_view name, std::set<std::string> const& words,
+                     TagMatches const& tagMatches, std::vector<SMatch>& matches) const;
+    void SearchAll(std::set<std::string> const& words, TagMatches const& tagMatches,
+                   std::vector<SMatch>& matches) const;
+    static std::size_t CountUnmatched(Scores const& scores);
+    void ScoreTags(std::vector<char> const& hasWord, Scores& scores) const;
     void ForgetSearch();
 
     ItemTagsRegistry* m_Registry;

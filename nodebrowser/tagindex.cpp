@@ -210,13 +210,15 @@ std::vector<char> TagIndex::Match(std::string const& word) const
     return anyMatches ? matches : std::vector<char>();
 }
 
-bool TagIndex::HasAny(std::size_t row, std::vector<char> const& matches) const
+std::vector<char> TagIndex::Unite(std::vector<std::vector<char>> const& matches)
 {
-    if (matches.empty())
-        return false;
-    auto const numbers = GetNumbers(row);
-    return std::any_of(numbers.first, numbers.second,
-                       [&](Number tag) { return matches[tag] != 0; });
+    std::vector<char> united;
+    for (std::vector<char> const& some : matches) {
+        united.resize(std::max(united.size(), some.size()), 0);
+        std::transform(some.begin(), some.end(), united.begin(), united.begin(),
+                       [](char left, char right) { return static_cast<char>(left | right); });
+    }
+    return united;
 }
 
 bool TagIndex::Match(std::set<std::string> const& tags, std::string const& word)

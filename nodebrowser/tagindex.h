@@ -46,8 +46,22 @@ public:
     /// For each tag number whether the tag contains the word, whatever the case of either; empty
     /// when none does.
     std::vector<char> Match(std::string const& word) const;
+    /// The tags that Match found for any of several words.
+    static std::vector<char> Unite(std::vector<std::vector<char>> const& matches);
     /// Whether the row has one of the tags that Match found.
-    bool HasAny(std::size_t row, std::vector<char> const& matches) const;
+    bool HasAny(std::size_t row, std::vector<char> const& matches) const
+    {
+        if (matches.empty())
+            return false;
+        SRow const& stretch = m_Rows.rows[row];
+        Number const* const begin = m_Rows.numbers.data() + stretch.begin;
+        // Far shorter than what the algorithms of the library are made for.
+        for (Number const* tag = begin; tag != begin + stretch.count; ++tag) {
+            if (matches[*tag])
+                return true;
+        }
+        return false;
+    }
 
     /// The same for tags that stand alone.
     static bool Match(std::set<std::string> const& tags, std::string const& word);
