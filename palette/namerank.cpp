@@ -7,7 +7,6 @@
 #include <QtAlgorithms>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <locale>
 #include <utility>
@@ -20,8 +19,14 @@ namespace nodepalette {
 namespace {
 
 // Fields of a key, in bits; those that hold a number of words are as wide as it takes.
-unsigned const kFlagBits = 1;
+unsigned const kFlagBits = 3;
 unsigned const kLengthBits = 7;
+std::size_t const kMaximumLength = (1U << kLengthBits) - 1;
+
+// What a name as a whole is not; the higher one decides.
+NameRank::Key const kNotEqual = 4;
+NameRank::Key const kSpelledOtherwise = 2;
+NameRank::Key const kNoPrefix = 1;
 
 /// Bytes of a name that have a bit.
 std::size_t const kPlaceCount = 64;
@@ -83,23 +88,37 @@ LetterMask MaskOf(char character)
     return LetterMask(1) << LetterBit(character);
 }
 
-Places FindCharacter(std::string_view name, char character)
+/// `places` are not empty.
+std::size_t FirstOf(Places places)
 {
-    std::size_t const length = std::min(name.size(), kPlaceCount);
+    return qCountTrailingZeroBits(quint64(places));
+}
+
+/// Where the word's first and last character stand as far from each other as in the word.
+Places FindEnds(std::string_view name, std::string const& word)
+{
+    std::size_t const last = word.size() - 1;
+    std::size_t const end = std::min(name.size(), kPlaceCount);
     Places places = 0;
 #ifdef __SSE2__
-    __m128i const pattern = _mm_set1_epi8(character);
-    for (std::size_t begin = 0; begin < length; begin += SSearchName::kBlockSize) {
-        __m128i const block =
-            _mm_loadu_si128(reinterpret_cast<__m128i const*>(name.data() + begin));
-        int const equal = _mm_movemask_epi8(_mm_cmpeq_epi8(block, pattern));
-        places |= static_cast<Places>(equal) << begin;
+    __m128i const first = _mm_set1_epi8(word.front());
+    __m128i const other = _mm_set1_epi8(word.back());
+    auto const blockAt = [&](std::size_t place) {
+        return _mm_loadu_si128(reinterpret_cast<__m128i const*>(name.data() + place));
+    };
+    for (std::size_t begin = 0; begin + last < end; begin += SSearchName::kBlockSize) {
+        __m128i const equal = _mm_and_si128(_mm_cmpeq_epi8(blockAt(begin), first),
+                                            _mm_cmpeq_epi8(blockAt(begin + last), other));
+        places |= static_cast<Places>(_mm_movemask_epi8(equal)) << begin;
     }
 #else
-    for (std::size_t place = 0; place < length; ++place)
-        places |= static_cast<Places>(name[place] == character) << place;
+    for (std::size_t place = 0; place + last < end; ++place)
+        places |=
+            static_cast<Places>(name[place] == word.front() && name[place + last] == word.back())
+            << place;
 #endif
-    return places;
+    // A word that ends behind the places is none of theirs.
+    return places & (~Places(0) >> last);
 }
 
 /// Where the word begins, as far as it ends within the places.
@@ -107,9 +126,12 @@ Places FindWord(std::string_view name, std::string const& word)
 {
     if (word.size() > kPlaceCount)
         return 0;
-    Places places = FindCharacter(name, word[0]);
-    for (std::size_t i = 1; places && i < word.size(); ++i)
-        places &= FindCharacter(name, word[i]) >> i;
+    Places places = FindEnds(name, word);
+    for (Places left = word.size() > 2 ? places : 0; left; left &= left - 1) {
+        std::size_t const place = FirstOf(left);
+        if (name.compare(place, word.size(), word) != 0)
+            places &= ~(Places(1) << place);
+    }
     return places;
 }
 
@@ -117,18 +139,6 @@ Places FindWord(std::string_view name, std::string const& word)
 bool IsFurtherOn(std::string_view name, std::string const& word)
 {
     return name.size() > kPlaceCount && name.find(word) != std::string_view::npos;
-}
-
-/// `places` are not empty.
-std::size_t FirstOf(Places places)
-{
-    return qCountTrailingZeroBits(quint64(places));
-}
-
-NameRank::Key Append(NameRank::Key key, unsigned bits, std::size_t value)
-{
-    NameRank::Key const maximum = (1U << bits) - 1;
-    return key << bits | static_cast<NameRank::Key>(std::min<std::size_t>(value, maximum));
 }
 
 unsigned BitsFor(std::size_t maximum)
@@ -202,8 +212,11 @@ NameRank::NameRank(std::string const& searchText)
         bool const isLetter = word.size() == 1 && LetterBit(word[0]) < kFirstSharedBit;
         m_WordFacts.push_back(SWordFacts{FindLetters(word), isLetter, CountCharacters(word) == 1});
     }
-    m_CountBits = BitsFor(m_Words.size());
-    m_PairBits = m_Words.empty() ? 0 : BitsFor(m_Words.size() - 1);
+    m_WordCount = static_cast<Key>(m_Words.size());
+    m_PairCount = m_Words.empty() ? 0 : m_WordCount - 1;
+    m_CountBits = BitsFor(m_WordCount);
+    m_PairBits = BitsFor(m_PairCount);
+    m_KeyBits = 3 * m_CountBits + m_PairBits + kFlagBits + kLengthBits;
 }
 
 std::vector<std::string> const& NameRank::GetWords() const
@@ -236,18 +249,30 @@ bool NameRank::IsPrefix(std::string_view name) const
     return BeginsWith(name, m_Joined) || BeginsWith(name, m_Text);
 }
 
+/// Most names are none of it, which their first character and length tell.
+NameRank::Key NameRank::CompareWhole(SSearchName const& name) const
+{
+    Key flags = kNotEqual | kSpelledOtherwise | kNoPrefix;
+    if (!m_Words.empty() && (name.first == m_Joined[0] || name.first == m_Text[0])
+        && IsPrefix(name.text))
+        flags ^= IsEqual(name.text) ? kNotEqual | kNoPrefix : kNoPrefix;
+    if (name.letterCount == m_Letters.size() && IsSpelledAlike(name))
+        flags ^= kSpelledOtherwise;
+    return flags;
+}
+
 NameRank::SMatch NameRank::Match(SSearchName const& name) const
 {
     WordMask found = 0;
-    std::size_t foundCount = 0;
-    std::size_t startCount = 0;
-    std::size_t orderedPairs = 0;
+    Key missing = m_WordCount;
+    Key notStarts = m_WordCount;
+    Key orderedPairs = 0;
     std::size_t end = kPlaceCount; // of the word before, where that was found
     for (std::size_t number = 0; number < m_WordFacts.size(); ++number) {
         SWordFacts const word = m_WordFacts[number];
-        bool isFound = (word.letters & ~name.letters) == 0;
-        bool isStart = word.letters & name.startLetters;
         std::size_t const endBefore = std::exchange(end, kPlaceCount);
+        bool isFound = (word.letters & ~name.letters) == 0;
+        bool isStart = isFound && (word.letters & name.startLetters);
         if (isFound && !word.isLetter) {
             std::string const& text = m_Words[number];
             Places const places = FindWord(name.text, text);
@@ -261,33 +286,29 @@ NameRank::SMatch NameRank::Match(SSearchName const& name) const
                 end = FirstOf(starts ? starts : places) + text.size();
         }
         found |= WordMask(isFound) << number;
-        foundCount += isFound;
-        startCount += isFound && isStart;
+        missing -= isFound;
+        notStarts -= isStart;
     }
 
-    std::size_t const wordCount = m_WordFacts.size();
-    bool const isPrefix = wordCount > 0 && (name.first == m_Joined[0] || name.first == m_Text[0])
-                          && IsPrefix(name.text);
-    Key key = 0;
-    key = Append(key, m_CountBits, wordCount - foundCount);
-    key = Append(key, kFlagBits, !(isPrefix && IsEqual(name.text)));
-    key = Append(key, kFlagBits, name.letterCount != m_Letters.size() || !IsSpelledAlike(name));
-    key = Append(key, kFlagBits, !isPrefix);
-    key = Append(key, m_CountBits, wordCount - startCount);
-    key = Append(key, m_PairBits, wordCount - 1 - orderedPairs);
-    key = Append(key, m_CountBits, 0); // words found in tags alone
-    return {found, Append(key, kLengthBits, name.characterCount)};
+    Key key = missing << kFlagBits | CompareWhole(name);
+    key = key << m_CountBits | notStarts;
+    key = key << m_PairBits | (m_PairCount - orderedPairs);
+    key = key << m_CountBits; // words found in tags alone
+    Key const length = static_cast<Key>(std::min<std::size_t>(name.characterCount, kMaximumLength));
+    return {found, key << kLengthBits | length};
 }
 
 NameRank::Key NameRank::AddTags(SMatch const& match, WordMask tagWords) const
 {
-    Key const onlyTags = qPopulationCount(quint32(tagWords & ~match.words));
-    return match.key - (onlyTags << (GetKeyBits() - m_CountBits)) + (onlyTags << kLengthBits);
+    Key onlyTags = 0;
+    for (WordMask words = tagWords & ~match.words; words; words &= words - 1)
+        ++onlyTags;
+    return match.key - (onlyTags << (m_KeyBits - m_CountBits)) + (onlyTags << kLengthBits);
 }
 
 unsigned NameRank::GetKeyBits() const
 {
-    return 3 * m_CountBits + m_PairBits + 3 * kFlagBits + kLengthBits;
+    return m_KeyBits;
 }
 
 /// Counts instead of comparing, some bits at a time from the lowest up: a search may find a hundred
@@ -299,11 +320,12 @@ void SortByKey(std::vector<SRankedRow>& rows, unsigned keyBits)
     unsigned const digitBits = (keyBits + digitCount - 1) / digitCount;
     NameRank::Key const digitMask = (1U << digitBits) - 1;
     std::vector<SRankedRow> sorted(rows.size());
+    std::vector<std::uint32_t> places;
     for (unsigned shift = 0; shift < keyBits; shift += digitBits) {
         auto const digitOf = [=](SRankedRow const& row) {
             return row.key >> shift & digitMask;
         };
-        std::array<std::uint32_t, 1U << maximumBits> places = {};
+        places.assign(std::size_t(digitMask) + 1, 0);
         for (SRankedRow const& row : rows)
             ++places[digitOf(row)];
         std::uint32_t place = 0;

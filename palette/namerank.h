@@ -24,7 +24,7 @@ struct SSearchName
 {
     static constexpr std::size_t kBlockSize = 16;
 
-    /// In lower case, and followed by zeros up to a multiple of kBlockSize bytes.
+    /// In lower case, and followed by a block of zeros.
     std::string_view text;
     /// What FindWordStarts gives for the name.
     std::uint64_t wordStarts;
@@ -93,6 +93,7 @@ private:
     bool IsEqual(std::string_view name) const;
     bool IsSpelledAlike(SSearchName const& name) const;
     bool IsPrefix(std::string_view name) const;
+    Key CompareWhole(SSearchName const& name) const;
 
     /// As typed, with single blanks between the words, and with nothing but letters and digits.
     std::string m_Text;
@@ -101,9 +102,13 @@ private:
     std::vector<std::string> m_Words;
     /// One for each word.
     std::vector<SWordFacts> m_WordFacts;
+    Key m_WordCount;
+    /// Of neighbouring words.
+    Key m_PairCount;
     /// So many bits hold a number of words, or of pairs of them.
     unsigned m_CountBits;
     unsigned m_PairBits;
+    unsigned m_KeyBits;
 };
 
 /// A row to be sorted: its key, and where its item stands in the item list.

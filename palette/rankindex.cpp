@@ -71,8 +71,7 @@ void RankIndex::AppendName(std::string const& name)
 /// With the zeros that SSearchName wants.
 std::string_view RankIndex::KeepText(std::string const& text)
 {
-    std::size_t const block = SSearchName::kBlockSize;
-    std::size_t const size = (text.size() + block - 1) / block * block;
+    std::size_t const size = text.size() + SSearchName::kBlockSize;
     auto* const kept = static_cast<char*>(m_Texts.allocate(size, 1));
     std::fill(std::copy(text.begin(), text.end(), kept), kept + size, '\0');
     return std::string_view(kept, text.size());
@@ -118,24 +117,25 @@ void RankIndex::PlaceNamesakes(Source const& source, std::uint32_t first)
 }
 
 /// Each tag is searched once, however many items carry it.
-WordMask RankIndex::MatchTag(NameRank const& rank, std::size_t tag)
+void RankIndex::MatchTag(NameRank const& rank, std::size_t tag)
 {
     STagMatch& match = m_TagMatches[tag];
-    if (match.search == m_Search)
-        return match.words;
     match = STagMatch{0, m_Search};
     for (std::size_t number = 0; number < rank.GetWords().size(); ++number) {
         if (m_Tags[tag].find(rank.GetWords()[number]) != std::string::npos)
             match.words |= WordMask(1) << number;
     }
-    return match.words;
 }
 
 WordMask RankIndex::MatchTags(NameRank const& rank, std::size_t item)
 {
     WordMask words = 0;
-    for (std::uint32_t i = item > 0 ? m_TagEnds[item - 1] : 0; i < m_TagEnds[item]; ++i)
-        words |= MatchTag(rank, m_TagsOfItems[i]);
+    for (std::uint32_t i = item > 0 ? m_TagEnds[item - 1] : 0; i < m_TagEnds[item]; ++i) {
+        STagMatch const& match = m_TagMatches[m_TagsOfItems[i]];
+        if (match.search != m_Search)
+            MatchTag(rank, m_TagsOfItems[i]);
+        words |= match.words;
+    }
     return words;
 }
 

@@ -66,7 +66,7 @@ private:
     std::uint32_t FindTag(std::string const& tag);
     void PlaceNamesakes(Source const& source, std::uint32_t first);
     std::string_view KeepText(std::string const& text);
-    WordMask MatchTag(NameRank const& rank, std::size_t tag);
+    void MatchTag(NameRank const& rank, std::size_t tag);
     WordMask MatchTags(NameRank const& rank, std::size_t item);
     void Prefetch(std::size_t item) const;
     void OrderNamesakes(std::vector<unsigned long>& rows) const;
