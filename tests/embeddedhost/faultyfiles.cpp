@@ -23,6 +23,7 @@ struct Plan
 thread_local Plan gPlan;
 /// Destructors of the thread may still write.
 thread_local bool gIsArmed = false;
+thread_local bool gKnowsRenameFlags = true;
 
 /// Counts a call. Whether it has to fail, with errno.
 bool Fails()
@@ -117,9 +118,15 @@ CALL(int, unlink, (char const* path) noexcept, (path))
 CALL(int, unlinkat, (int folder, char const* path, int flags) noexcept, (folder, path, flags))
 CALL(int, rmdir, (char const* path) noexcept, (path))
 CALL(int, rename, (char const* from, char const* to) noexcept, (from, to))
-CALL(int, renameat2,
-     (int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept,
-     (folder, from, toFolder, to, flags))
+int renameat2(int folder, char const* from, int toFolder, char const* to, unsigned flags) noexcept
+{
+    static auto const real = REAL(renameat2);
+    bool const isUnknown = flags != 0 && !gKnowsRenameFlags;
+    bool const fails = Fails();
+    if (isUnknown)
+        errno = EINVAL;
+    return fails || isUnknown ? -1 : real(folder, from, toFolder, to, flags);
+}
 CALL(int, linkat, (int folder, char const* from, int toFolder, char const* to, int flags) noexcept,
      (folder, from, toFolder, to, flags))
 
@@ -137,6 +144,11 @@ void RunAt(int call, std::function<void()> action)
 {
     gPlan = {call, 0, false, false, std::move(action), 0};
     gIsArmed = true;
+}
+
+void SetRenamesWithFlags(bool areKnown)
+{
+    gKnowsRenameFlags = areKnown;
 }
 
 bool Stop()

@@ -14,6 +14,10 @@ void FailAt(int call, int error, bool forGood, bool isHalf = false);
 /// Runs the action before the call with this number. Calls of the action are not counted.
 void RunAt(int call, std::function<void()> action);
 
+/// Whether the file system of this thread exchanges files, and renames without replacing. Not all
+/// of them do.
+void SetRenamesWithFlags(bool areKnown);
+
 /// Ends it. Whether there were as many calls.
 bool Stop();
 

@@ -42,6 +42,7 @@ protected:
     void TearDown() override
     {
         faultyfiles::Stop();
+        faultyfiles::SetRenamesWithFlags(true);
         HostTest::TearDown();
     }
 
@@ -174,6 +175,14 @@ private Q_SLOTS:
             VerifySaved();
         });
         QVERIFY(failures > 10);
+    }
+
+    void savesOnPlainFileSystems()
+    {
+        faultyfiles::SetRenamesWithFlags(false);
+        Prepare();
+        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        VerifySaved();
     }
 
     void movesThatFailLoseNothing_data()
