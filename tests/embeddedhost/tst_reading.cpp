@@ -271,6 +271,11 @@ private Q_SLOTS:
         found.sort();
         CheckMessages(found, faults);
         QCOMPARE(GetAllNames(), QStringList({"Healthy", "In a folder", "On the shelf"}));
+        QString const manifest = m_Folder->GetPath("library.json");
+        QVERIFY(QFile::remove(manifest));
+        QCOMPARE(mkfifo(qPrintable(manifest), 0600), 0);
+        QVERIFY(!OpenLibrary());
+        QVERIFY2(Log().endsWith("library.json: it is not a regular file."), qPrintable(Log()));
     }
 };
 
