@@ -5,6 +5,7 @@
 
 using namespace embeddedhost;
 using namespace embeddedhost::StateBits;
+using namespace tarno::datamodel;
 
 namespace {
 
@@ -72,6 +73,23 @@ private Q_SLOTS:
             QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)), expected);
         }
         QVERIFY(GetStatus().isEmpty() && GetMessages(*m_Library->host).isEmpty());
+    }
+
+    void refusedCheckOutsSayWhy()
+    {
+        CEmbeddedHost& host = *m_Library->host;
+        QDir folder(m_Library->folder.GetPath());
+        auto const refuses = [&](std::string const& uid, QString const& reason) {
+            host.GetMessages().ClearLog();
+            return !CheckOut(FindObject(uid)) && GetMessages(host).join('|').contains(reason);
+        };
+        ItemID const unsaved = LibraryUser(host).Create("new");
+        QVERIFY(refuses(ItemIDUnlock::GetItemIDUID(unsaved), "\"new\" has no file on disk. Save"));
+        QString const refusal = m_File + ": it cannot be checked out: ";
+        QVERIFY(folder.mkpath(".git/checkedout.json"));
+        QVERIFY(refuses(GitLibrary::GetUid(0), refusal + "nothing can be written into "));
+        QVERIFY(folder.rename(".git", "git"));
+        QVERIFY2(refuses(GitLibrary::GetUid(0), refusal), qPrintable(GetMessages(host).join('|')));
     }
 
     /// To another data source and back, undone and redone.

@@ -3,6 +3,7 @@
 
 #include <sourcecontrol.h>
 
+#include <QBitmap>
 #include <QImage>
 #include <QPixmap>
 #include <QTest>
@@ -110,6 +111,10 @@ private Q_SLOTS:
             bool const isNew = std::find(shapes.begin(), shapes.end(), shape) == shapes.end();
             QVERIFY2(isNew && !IsTransparent(strip), QByteArray::number(state));
             shapes.push_back(shape);
+            // Nothing of them is missing at one side.
+            QImage const mark = shape.copy(QRegion(QBitmap::fromImage(shape)).boundingRect());
+            bool const isEven = state != kUnknown && !(state & kCheckedOut);
+            QVERIFY2(!isEven || mark.mirrored(true, false) == mark, QByteArray::number(state));
         }
     }
 };
