@@ -56,7 +56,28 @@ private Q_SLOTS:
 
     void wrongArgumentsAreExplained()
     {
-        QVERIFY(Run("--generate out 0").startsWith("2 nodeeditor: The number of items"));
+        std::pair<char const*, QString> const rows[] = {
+            {"--generate out 0", "The number of items must be between 1 and 10000000; not \"0\""},
+            {"--generate out 10000001", "The number of items"},
+            {"--generate out", "--generate takes a folder and a number"},
+            {"--generate= 5", "--generate needs the name"},
+            {"--generate out 5 --dark", "--dark does not go with --generate"},
+            {"--scale 2", "--scale goes with --render only"},
+            {"--render a.png --size 0x5", "--size takes width x height"},
+            {"--render a.png --size 5x10001", "--size takes"},
+            {"--render a.png --scale 0", "--scale takes a number above 0"},
+            {"--render a.png --scale 8.1", "--scale takes"},
+            {"--render=", "--render needs the name"},
+            {"--new=", "--new needs the name"},
+            {"--new a b", "One library at a time; unexpected argument \"b\""},
+            {"a b", "One library at a time; unexpected argument \"b\""},
+            {"--what", "Unknown option 'what'"}};
+        for (auto const& [arguments, fault] : rows) {
+            QString const said = Run(arguments);
+            QVERIFY2(said.startsWith("2 nodeeditor: " + fault), qPrintable(said));
+        }
+        QVERIFY(Run("nowhere").startsWith("1 nodeeditor: nowhere: there is no library"));
+        QVERIFY(Run("--version").startsWith("0 nodeeditor "));
         QVERIFY(Run("--help").contains("--generate"));
         QVERIFY(QDir(m_Folder.path()).isEmpty());
     }
@@ -94,7 +115,9 @@ private Q_SLOTS:
         StartAndKill(QString(), data + "sample-library");
         QCOMPARE(QDir(data).entryList({"sample*"}), QStringList("sample-library"));
         StartAndKill("--new fresh/.", m_Folder.filePath("fresh"));
-        // What was open last comes without being named.
+        // What was open last comes without being named, whatever it was called then.
+        QSettings(m_Home.filePath(kSettings), QSettings::IniFormat)
+            .setValue("libraries/recent", m_Folder.filePath("fresh/."));
         StartAndKill(QString(), m_Folder.filePath("fresh"));
     }
 };
