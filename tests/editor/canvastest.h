@@ -6,6 +6,7 @@
 #include <canvas.h>
 #include <embeddedhost/embeddedhost.h>
 #include <graphedits.h>
+#include <itempayload.h>
 #include <libraryfolder.h>
 
 #include <QtTest>
@@ -42,7 +43,10 @@ inline QByteArray MakeObjects()
  "connections": [{"from": ["gone", "lost"], "to": ["two", "b"]}]},
 {"uid": "#6", "kind": "compound", "name": "Outer",
  "nodes": [{"id": "main", "item": "#5", "position": [0, 0]}]},
-{"uid": "#7", "kind": "compound", "name": "Locked", "readOnly": true},
+{"uid": "#7", "kind": "compound", "name": "Locked", "readOnly": true,
+ "inputs": [{"name": "value", "type": "#1"}],
+ "nodes": [{"id": "one", "item": "#3", "position": [0, 0]}],
+ "connections": [{"from": ["in", "value"], "to": ["one", "a"]}]},
 {"uid": "#8", "kind": "compound", "name": "Loop", "loop": true},
 {"uid": "#9", "kind": "constant", "name": "Pi"}, {"uid": "#10", "kind": "compound", "name": "Empty"}
 ])";
@@ -189,6 +193,29 @@ protected:
     {
         QTest::mouseDClick(m_Canvas->viewport(), Qt::LeftButton, Qt::NoModifier, point);
         Release(point);
+    }
+
+    /// Whether the item is let in over the canvas and down, whatever the events say before.
+    bool IsDropped(int uid, QPoint const& point = kNowhere,
+                   Qt::DropActions actions = Qt::CopyAction)
+    {
+        QByteArray bytes;
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream << QString::fromStdString(m_Host->FindItem(Uid(uid)).Serialize());
+        QMimeData data;
+        data.setData(QString::fromLatin1(kItemMimeType), bytes);
+        QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        for (QDropEvent* const event :
+             {static_cast<QDropEvent*>(&enter), static_cast<QDropEvent*>(&move), &drop}) {
+            event->setAccepted(event == &enter && actions != Qt::CopyAction);
+            QApplication::sendEvent(m_Canvas->viewport(), event);
+            // A drag that is refused brings no more events.
+            if (!event->isAccepted())
+                return false;
+        }
+        return true;
     }
 
     void TypeKey(Qt::Key key)

@@ -1,7 +1,5 @@
 #include "canvastest.h"
 
-#include <itempayload.h>
-
 using namespace embeddedhost;
 using namespace tarno::datamodel;
 
@@ -17,29 +15,6 @@ class TestCanvas : public CanvasTest
     Q_OBJECT
 
 private:
-    /// Whether the item is let in over the canvas and down, whatever the events say before.
-    bool IsDropped(int uid, QPoint const& point = kNowhere,
-                   Qt::DropActions actions = Qt::CopyAction)
-    {
-        QByteArray bytes;
-        QDataStream stream(&bytes, QIODevice::WriteOnly);
-        stream << QString::fromStdString(m_Host->FindItem(Uid(uid)).Serialize());
-        QMimeData data;
-        data.setData(QString::fromLatin1(kItemMimeType), bytes);
-        QDragEnterEvent enter(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-        QDragMoveEvent move(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-        QDropEvent drop(point, actions, &data, Qt::LeftButton, Qt::NoModifier);
-        for (QDropEvent* const event :
-             {static_cast<QDropEvent*>(&enter), static_cast<QDropEvent*>(&move), &drop}) {
-            event->setAccepted(event == &enter && actions != Qt::CopyAction);
-            QApplication::sendEvent(m_Canvas->viewport(), event);
-            // A drag that is refused brings no more events.
-            if (!event->isAccepted())
-                return false;
-        }
-        return true;
-    }
-
     double Zoom() const
     {
         return m_Canvas->transform().m11();
@@ -182,6 +157,57 @@ private Q_SLOTS:
         Change([](GraphBody& body) { body.nodes[1].position = QPointF(5e30, -5e30); });
         m_Canvas->Fit();
         QVERIFY(View().contains(QPointF(300, 200)));
+        for (double const limit : {4.0, 0.05}) {
+            for (int step = 0; step < 30; ++step)
+                limit > 1 ? m_Canvas->ZoomIn() : m_Canvas->ZoomOut();
+            QCOMPARE(Zoom(), limit);
+        }
+    }
+
+    void viewsAreMoved()
+    {
+        QSignalSpy wanted(m_Canvas.get(), &CCanvas::NodeWanted);
+        QPoint const from(300, 300);
+        for (bool const hasSpace : {false, true}) {
+            QRectF const before = View();
+            if (hasSpace)
+                QTest::keyPress(m_Canvas.get(), Qt::Key_Space);
+            QTest::mousePress(m_Canvas->viewport(), hasSpace ? Qt::LeftButton : Qt::MiddleButton,
+                              {}, from);
+            QCOMPARE(Cursor(), Qt::ClosedHandCursor);
+            for (QPoint const& way : {QPoint(70, 20), QPoint(30, 50)})
+                MoveMouse(from + way);
+            QCOMPARE(View(), before.translated(-30, -50));
+            Release(from);
+            QCOMPARE(Cursor(), hasSpace ? Qt::OpenHandCursor : Qt::ArrowCursor);
+        }
+        // A key that repeats itself, and another one.
+        for (int const key : {int(Qt::Key_Space), int(Qt::Key_A)}) {
+            QKeyEvent event(QEvent::KeyRelease, key, {}, {}, key == Qt::Key_Space);
+            QApplication::sendEvent(m_Canvas.get(), &event);
+            QCOMPARE(Cursor(), Qt::OpenHandCursor);
+        }
+        QTest::keyRelease(m_Canvas.get(), Qt::Key_Space);
+        QCOMPARE(Cursor(), Qt::ArrowCursor);
+        QVERIFY(wanted.isEmpty());
+        // Beyond the nodes there is an end.
+        QTest::mousePress(m_Canvas->viewport(), Qt::MiddleButton, {}, from);
+        MoveMouse(from + QPoint(9000, 9000));
+        QCOMPARE(View().topLeft(), Scene().GetBounds().topLeft() - QPointF(4000, 4000));
+    }
+
+    void placesAreExplained()
+    {
+        std::pair<char const*, QString> const rows[] = {
+            {"one", "Add"},
+            {"gone", "The library has no item " + QString::fromStdString(Uid(99)) + '.'},
+            {"say.text", "text: Text"},
+            {"gone.lost", "lost"}};
+        for (auto const& [place, text] : rows) {
+            QHelpEvent event(QEvent::ToolTip, At(place), QPoint(100, 100));
+            QApplication::sendEvent(m_Canvas->viewport(), &event);
+            QCOMPARE(QToolTip::text(), text);
+        }
     }
 
     void gesturesOutliveTheirGraph()

@@ -146,6 +146,8 @@ private Q_SLOTS:
     {
         QCOMPARE(ColorAt(-4, 52), Colors().ground);
         QVERIFY(qGray(ColorAt(0, 52).rgb()) < qGray(Colors().nodeBody.rgb()) - 20);
+        // The shadow is as wide at both sides.
+        QCOMPARE(ColorAt(-2, 52), ColorAt(161, 52));
         Click(At("one"));
         QColor const blend = MixColors(Colors().ground, Colors().selection, 80 / 255.0);
         std::pair<int, QColor> const colors[] = {{-5, Colors().ground},
@@ -155,6 +157,15 @@ private Q_SLOTS:
                                                  {1, Colors().nodeBody}};
         for (auto const& [x, color] : colors)
             QCOMPARE(ColorAt(x, 52), color);
+    }
+
+    void refusedConnectionsAreLines()
+    {
+        ZoomTo(2.5);
+        m_Canvas->centerOn(80, 142);
+        Press(At("say.said"));
+        MoveMouse(At("one.a"));
+        QCOMPARE(ColorAt(175, 193), Colors().ground);
     }
 
     void detailsComeWithTheZoom()

@@ -41,19 +41,24 @@ private:
         return IsPaintedAt(point) && Scene().FindConnectionAt(m_Canvas->mapToScene(point), 2);
     }
 
-    void Choose(QPoint const& point, char const* text)
+    /// Chooses an entry of the context menu. Returns all of them, in brackets where they cannot be.
+    QString Choose(QPoint const& point, char const* text = "")
     {
-        WhenShown const answer([text] {
+        QStringList entries;
+        WhenShown const answer([&entries, text] {
             auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            for (QAction* const action : menu ? menu->actions() : QList<QAction*>())
+            for (QAction* const action : menu ? menu->actions() : QList<QAction*>()) {
+                if (!action->isSeparator())
+                    entries << QString(action->isEnabled() ? "%1" : "(%1)").arg(action->iconText());
                 if (action->text() == text && action->isEnabled())
                     action->trigger();
+            }
             return menu && menu->close();
         });
         QContextMenuEvent event(QContextMenuEvent::Mouse, point,
                                 m_Canvas->viewport()->mapToGlobal(point));
         QApplication::sendEvent(m_Canvas->viewport(), &event);
-        QVERIFY(answer.IsDone());
+        return entries.join(' ');
     }
 
 private Q_SLOTS:
@@ -61,24 +66,29 @@ private Q_SLOTS:
     {
         QString const first = QStringLiteral("gone.lost>two.b");
         QString const both = first + "|one.sum>two.a";
-        // From a port to another one, and the connections then.
-        std::tuple<char const*, char const*, QString> const rows[] = {
-            {"two.sum", "out.result", both + "|two.sum>out.result"},
-            {"in.value", "one.b", both + "|in.value>one.b"},
+        // From a port to another one, the connections then, and why it is refused.
+        std::tuple<char const*, char const*, QString, QString> const rows[] = {
+            {"two.sum", "out.result", both + "|two.sum>out.result", ""},
+            {"in.value", "one.b", both + "|in.value>one.b", ""},
             // Instead of another one.
-            {"in.value", "two.b", "one.sum>two.a|in.value>two.b"},
+            {"in.value", "two.b", "one.sum>two.a|in.value>two.b", ""},
             // Taken off an input.
-            {"two.a", "no.where", first},
-            {"two.a", "two.b", "one.sum>two.b"},
+            {"two.a", "no.where", first, ""},
+            {"two.a", "two.b", "one.sum>two.b", ""},
             // Refused: other types, sides and circles.
-            {"say.said", "one.a", both},
-            {"one.sum", "two.sum", both},
-            {"two.sum", "one.b", both},
-            {"one.sum", "no.where", both},
-            {"two.a", "two.a", both}};
+            {"say.said", "one.a", both, "Text does not go into Float."},
+            {"one.sum", "two.sum", both, "An output goes to an input."},
+            {"one.b", "one.a", both, "An input takes an output."},
+            {"two.sum", "one.b", both, "The output depends on this node already."},
+            {"one.sum", "no.where", both, ""},
+            {"two.a", "two.a", both, ""}};
         Connect("one.sum", "two.a");
-        for (auto const& [from, to, wires] : rows) {
-            Drag(At(from), At(to));
+        for (auto const& [from, to, wires, reason] : rows) {
+            Press(At(from));
+            MoveMouse(At(to));
+            QCOMPARE(Cursor(), reason.isEmpty() ? Qt::CrossCursor : Qt::ForbiddenCursor);
+            QVERIFY(reason.isEmpty() || QToolTip::text() == reason);
+            Release(At(to));
             m_Canvas->ForgetWantedNode();
             QCOMPARE(Wires(), wires);
             QCOMPARE(Stack().index(), wires == both ? 1 : 2);
@@ -202,6 +212,31 @@ private Q_SLOTS:
         QVERIFY(two->state().selected && !list->child(2)->state().selected);
         m_Canvas->DeleteSelection();
         QVERIFY(!two->isValid() && two->text(QAccessible::Name).isEmpty());
+    }
+
+    void contextMenusOfferWhatCanBeDone()
+    {
+        // An item, a place in its graph, and the entries.
+        std::tuple<int, char const*, QString> const rows[] = {
+            {kMain, "one", "Cut Copy Duplicate Delete"},
+            {kMain, "in.value", "Remove Input"},
+            {kMain, "out.result", "Remove Output"},
+            {kMain, "no.where", "Add Node\tTab (Paste) Select All Add Input Add Output Fit"},
+            {kEmpty, "no.where", "Add Node\tTab (Paste) (Select All) Add Input Add Output Fit"},
+            {kOuter, "main", "Open Cut Copy Duplicate Delete"},
+            {kLocked, "one", "(Cut) Copy (Duplicate) (Delete)"},
+            {kLocked, "in.value", "(Remove Input)"},
+            {kLocked, "wire", "(Delete)"},
+            {kLocked, "no.where",
+             "(Add Node\tTab) (Paste) Select All (Add Input) (Add Output) Fit"}};
+        for (auto const& [item, place, entries] : rows) {
+            Open(item);
+            m_Canvas->ResetZoom();
+            Scene().clearSelection();
+            QCOMPARE(place + Choose(*place == 'w' ? Between("in.value", "one.a") : At(place)),
+                     place + entries);
+            QCOMPARE(m_Canvas->HasSelection(), QString("one main wire").contains(place));
+        }
     }
 
     void contextMenusActOnWhatIsUnderTheMouse()

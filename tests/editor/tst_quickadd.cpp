@@ -1,8 +1,10 @@
 #include "canvastest.h"
+#include "whenshown.h"
 
 #include <mainwindow.h>
 #include <palette/nodepalette.h>
 #include <quickadd.h>
+#include <trailbar.h>
 
 /// Nodes that are added from palettes, over the canvas of a window.
 class TestQuickAdd : public CanvasTest
@@ -45,20 +47,6 @@ private:
         QTest::keyClick(field, Qt::Key_Return);
     }
 
-    void Drop(int uid, QPoint const& point)
-    {
-        QByteArray payload;
-        QDataStream stream(&payload, QIODevice::WriteOnly);
-        stream << QString::fromStdString(m_Host->FindItem(Uid(uid)).Serialize());
-        QMimeData data;
-        data.setData("tarno/toc.key", payload);
-        // Without the first one the other has no target.
-        QDragEnterEvent enter(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QDropEvent drop(point, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(m_Canvas->viewport(), &enter);
-        QApplication::sendEvent(m_Canvas->viewport(), &drop);
-    }
-
     /// In one of the ways that the table below has.
     void PopUp(QString const& how)
     {
@@ -74,9 +62,115 @@ private:
             Drag(At(how), free);
     }
 
+    /// Entries of the window's menus that could be chosen before or can be now: "+Cut-Paste".
+    QString TakeEnabledChanges()
+    {
+        QCoreApplication::processEvents();
+        QString changes;
+        for (QMenu const* const menu : m_Window->menuBar()->findChildren<QMenu*>())
+            for (QAction const* const action : menu->actions()) {
+                if (m_AreDisabled.value(action) == action->isEnabled())
+                    changes += (action->isEnabled() ? '+' : '-') + action->iconText();
+                m_AreDisabled[action] = !action->isEnabled();
+            }
+        return changes;
+    }
+
+    /// Texts of the labels and buttons that are shown.
+    static QString GetTexts(QWidget const& parent)
+    {
+        QCoreApplication::processEvents();
+        QStringList texts;
+        for (QWidget const* const part : parent.findChildren<QWidget*>())
+            if (part->isVisible() && part->property("text").isValid())
+                texts << part->property("text").toString();
+        return texts.join('|');
+    }
+
+    void Trigger(QString const& entry) const
+    {
+        for (QAction* const action : m_Window->findChildren<QAction*>())
+            if (action->iconText() == entry)
+                action->trigger();
+    }
+
     std::unique_ptr<CMainWindow> m_Window;
+    QHash<QAction const*, bool> m_AreDisabled;
 
 private Q_SLOTS:
+    void entriesAreEnabledWhereTheyWork()
+    {
+        std::pair<std::function<void()>, QString> const steps[] = {
+            {[] {}, "-Open Recent-Undo-Redo-Add Connected Node-Cut-Copy-Paste-Duplicate-Delete"
+                    "-Compound Above"},
+            {[&] { Click(At("one")); }, "+Add Connected Node+Cut+Copy+Duplicate+Delete"},
+            {[&] { m_Canvas->Copy(); }, "+Paste"},
+            {[&] { Connect("one.sum", "two.a"), Click(Between("one.sum", "two.a")); },
+             "+Undo-Add Connected Node-Cut-Copy-Duplicate"},
+            {[&] { Stack().undo(); }, "-Undo+Redo-Delete"},
+            {[&] { Open(kLocked); }, "-Add Node-Paste-Input-Output"},
+            {[&] { m_Canvas->SelectAll(); }, "+Copy"},
+            {[&] { m_Host->SetCompoundTarget({}); },
+             "-Copy-Select All-Delete Compound-Zoom In-Zoom Out-Zoom to 100%-Zoom to Fit"},
+            {[&] { m_Host->CloseLibrary(); }, "-Save graph library-Redo-Compound signature-Public "
+                                              "compound-Public looping compound"}};
+        for (auto const& [act, changes] : steps) {
+            act();
+            QCOMPARE(TakeEnabledChanges(), changes);
+        }
+    }
+
+    void trailLeadsBack()
+    {
+        QWidget const& trail = *m_Window->findChild<CTrailBar*>();
+        Open(kLocked);
+        QCOMPARE(GetTexts(trail), QString("Read only|Locked"));
+        Open(kOuter);
+        DoubleClick(At("main"));
+        QCOMPARE(GetTexts(trail), QString("Outer|\u203a|Main"));
+        QCOMPARE(m_Window->windowTitle(), QString("Main - Test[*]"));
+        Trigger("Compound Above");
+        QCOMPARE(GetTexts(trail), QString("Outer"));
+    }
+
+    void compoundsAreDeletedWhenAsked()
+    {
+        SAnswers const answers({"Cancel", "Delete"});
+        Trigger("Delete Compound");
+        QVERIFY(!m_Host->FindItem(Uid(kMain)).IsNull());
+        QVERIFY(answers.said.startsWith("Delete \"Main\"?It is used in Outer, where it will be"));
+        Trigger("Delete Compound");
+        QVERIFY(m_Host->FindItem(Uid(kMain)).IsNull());
+    }
+
+    void hintsSayHowToBegin()
+    {
+        auto const texts = [this] {
+            return GetTexts(*m_Canvas);
+        };
+        QCOMPARE(texts(), QString());
+        Open(kEmpty);
+        QCOMPARE(texts(), QString("Drag nodes here from the node browser, or press Tab."));
+        m_Host->SetCompoundTarget({});
+        QVERIFY(texts().startsWith("Test|2 solvers, 5 compounds, 1 constant, 2 types\n\nDouble-"));
+        QList<QLabel*> const labels = m_Canvas->findChildren<QLabel*>();
+        QVERIFY(labels[0]->font().pointSizeF() > 1.5 * labels[1]->font().pointSizeF());
+        m_Host->CloseLibrary();
+        QCOMPARE(texts(), QString("|Open a library to begin."));
+    }
+
+    void popupStaysOnTheScreen()
+    {
+        QRect const room = m_Window->screen()->availableGeometry();
+        for (QPoint const& point : {room.topLeft() - QPoint(9, 9), room.center() - QPoint(99, 99),
+                                    room.bottomRight() + QPoint(9, 9)}) {
+            Popup().Open(point);
+            QVERIFY(room.contains(Popup().geometry()));
+            QCOMPARE(Popup().geometry().contains(point), room.contains(point));
+        }
+        QCOMPARE(Popup().GetPalette().geometry(), Popup().rect().adjusted(2, 2, -2, -2));
+    }
+
     void popsUp_data()
     {
         QTest::addColumn<QString>("added");
@@ -131,14 +225,14 @@ private Q_SLOTS:
         Connect("one.sum", "two.a");
         QPoint const wire = Between("one.sum", "two.a");
         // Its ports do not fit.
-        Drop(kSay, wire);
+        IsDropped(kSay, wire);
         QCOMPARE(Wires(), other + "one.sum>two.a");
         Stack().undo();
-        Drop(kAdd, wire);
+        IsDropped(kAdd, wire);
         QCOMPARE(Wires(), other + "one.sum>add.a|add.sum>two.a");
         Stack().undo();
         // One that is there already, until it is connected.
-        Drop(kAdd, ViewPoint(160, 300));
+        IsDropped(kAdd, ViewPoint(160, 300));
         for (int drag = 0; drag < 2; ++drag) {
             Drag(At("add"), wire);
             QCOMPARE(Wires(), other + "one.sum>add.a|add.sum>two.a");
