@@ -239,17 +239,26 @@ private Q_SLOTS:
         Open();
         Show(2);
         m_Run->window.findChild<QDockWidget*>("Node Browser")->hide();
-        Action("Dark Palette")->trigger();
+        for (char const* const entry : {"Dark Palette", "Source-Control Marks", "Best Names First"})
+            Action(entry)->trigger();
         m_Run->window.resize(640, 480);
         QVERIFY(m_Run->window.close());
 
         Start();
         QCOMPARE(m_Run->window.size(), QSize(640, 480));
         QVERIFY(Action("Dark Palette")->isChecked());
+        QVERIFY(!Action("Source-Control Marks")->isChecked());
+        QVERIFY(!m_Run->host.IsRevisionControlEnabled());
+        QVERIFY(!Action("Best Names First")->isChecked());
         QVERIFY(m_Run->window.palette().color(QPalette::Window).lightness() < 100);
         QVERIFY(m_Run->window.findChild<QDockWidget*>("Node Browser")->isHidden());
         Action("1  " + m_Folder->GetPath())->trigger();
         QTRY_VERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
+        // The oldest of eight libraries is forgotten, and so is what was open in it.
+        for (int number = 0; number < 8; ++number)
+            m_Run->settings.AddRecentLibrary(QString::number(number));
+        QCOMPARE(m_Run->settings.GetRecentLibraries().join(' '), QString("7 6 5 4 3 2 1 0"));
+        QVERIFY(m_Run->settings.GetCompound(m_Folder->GetPath()).empty());
     }
 
     /// Whatever raises an exception, the program goes on and tells about it.
