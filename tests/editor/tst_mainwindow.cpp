@@ -234,6 +234,32 @@ private Q_SLOTS:
         }
     }
 
+    void messagesAreShown()
+    {
+        CMainWindow& window = m_Run->window;
+        CMessageChannel& messages = m_Run->host.GetMessages();
+        QDockWidget& log = *window.findChild<QDockWidget*>("Messages");
+        QTextDocument const& shown = *log.findChild<QPlainTextEdit*>()->document();
+        messages.Post(eSeverity::kInformation, "one\ntwo");
+        QTRY_COMPARE(window.statusBar()->currentMessage(), QString("one\ntwo"));
+        QCOMPARE(shown.lastBlock().text().mid(8), QString("  one\u2028two"));
+        QVERIFY(log.isHidden());
+        messages.Post(eSeverity::kWarning, QString(2001, 'x'));
+        QTRY_COMPARE(shown.lastBlock().text().mid(8),
+                     "  Warning: " + QString(2000, 'x') + "... (1 more letters)");
+        // It comes by itself once.
+        QVERIFY(log.isVisible() && log.close());
+        for (int const dropped : {3, 1004}) {
+            for (int number = 0; number <= 1000; ++number)
+                messages.Post(eSeverity::kError, QString("%1: %2").arg(dropped).arg(number));
+            QTRY_VERIFY(shown.lastBlock().text().endsWith(QString("%1: 1000").arg(dropped)));
+            QCOMPARE(shown.blockCount(), 1001);
+            QCOMPARE(shown.firstBlock().text(),
+                     QString("%L1 earlier messages are not shown any more.").arg(dropped));
+        }
+        QVERIFY(log.isHidden());
+    }
+
     void isAsItWasLeft()
     {
         Open();

@@ -143,6 +143,18 @@ private Q_SLOTS:
         QVERIFY(m_Host->FindItem(Uid(kMain)).IsNull());
     }
 
+    void shortcutsAreListed()
+    {
+        QString texts;
+        WhenShown const shown(OnDialog<QDialog>([&texts](QDialog& dialog) {
+            texts = GetTexts(dialog);
+            return dialog.close();
+        }));
+        Trigger("Shortcuts");
+        QVERIFY2(texts.contains("|Copy|Ctrl+C|Paste|Ctrl+V|"), qPrintable(texts));
+        QVERIFY(texts.contains("|<b>Canvas</b>|Add a node|Tab, Space, or double click"));
+    }
+
     void hintsSayHowToBegin()
     {
         auto const texts = [this] {
