@@ -91,6 +91,10 @@ private Q_SLOTS:
             QCOMPARE(said, reason);
         }
         GraphBody large;
+        for (int number = 0; number < 200; ++number)
+            AddNode(large, "ITEM", "wide, but not deep", {});
+        std::unique_ptr<QMimeData> const data(MakeClipboardData(large));
+        QCOMPARE(ReadClipboardData(data.get(), nullptr).nodes.size(), large.nodes.size());
         large.nodes = {{std::string(16 << 20, 'a'), "ITEM", {}}};
         QVERIFY(!MakeClipboardData(large) && !HasClipboardNodes(nullptr));
     }

@@ -256,6 +256,7 @@ private Q_SLOTS:
             QCOMPARE(shown.blockCount(), 1001);
             QCOMPARE(shown.firstBlock().text(),
                      QString("%L1 earlier messages are not shown any more.").arg(dropped));
+            QVERIFY(shown.firstBlock().next().text().endsWith(QString(" %1: 1").arg(dropped)));
         }
         QVERIFY(log.isHidden());
     }
@@ -279,7 +280,8 @@ private Q_SLOTS:
         QVERIFY(m_Run->window.palette().color(QPalette::Window).lightness() < 100);
         QVERIFY(m_Run->window.findChild<QDockWidget*>("Node Browser")->isHidden());
         Action("1  " + m_Folder->GetPath())->trigger();
-        QTRY_VERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
+        QTRY_VERIFY(Item(2).IsValid());
+        QVERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
         // The oldest of eight libraries is forgotten, and so is what was open in it.
         for (int number = 0; number < 8; ++number)
             m_Run->settings.AddRecentLibrary(QString::number(number));

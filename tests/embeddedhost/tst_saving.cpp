@@ -38,12 +38,11 @@ private Q_SLOTS:
             AddRow(name, before.replace("...", start), after.replace("...", start));
         };
         QByteArray const tags = R"("tags": {"ApplicationTags":"light"})";
-        row("numbers that no double holds",
-            R"({..., "a": 12345678901234567890123, "name": "Old", "b": [1e-400, )"
-            "\"\\\"\"]}",
-            "{..., " + tags
-                + R"(, "a": 12345678901234567890123, "name": "New", "b": [1e-400, )"
-                  "\"\\\"\"]}");
+        row("numbers that no double holds, and quotes",
+            "{..., \"\\\"\": \"\\\"\", "
+            R"("a": 12345678901234567890123, "name": "Old", "b": [1e-400, 1.50]})",
+            "{..., " + tags + ", \"\\\"\": \"\\\"\", "
+                + R"("a": 12345678901234567890123, "name": "New", "b": [1e-400, 1.50]})");
         QByteArray const odd =
             "\xEF\xBB\xBF[ 7 ,{\"uid\":\"?\",\"n\":1,\"n\":1E5},\r\n\t{...,\n\t\t\"\\u006eame\" : "
             "\"Old\",\n\t\t\"tags\": {\"Other\": \"\\u0061\",  \"ApplicationTags\": \"dark\" }\n"
