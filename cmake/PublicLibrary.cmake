@@ -41,6 +41,9 @@ function(public_library target name)
         if(APPLE)
             # The contract's functions are found when the program is started.
             target_link_options(${target} PRIVATE -undefined dynamic_lookup)
+        elseif(UNIX)
+            target_link_options(${target} PRIVATE
+                -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/private.map)
         endif()
     endif()
 endfunction()
