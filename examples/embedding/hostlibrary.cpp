@@ -37,9 +37,9 @@ std::string ItemLibraryAccessor::GetItemName(ItemID const& id, bool, char const*
     return IsValid() && part ? part->name : std::string();
 }
 
-bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& /*id*/) const
+bool ItemLibraryAccessor::ItemIsReadOnly(ItemID const& id) const
 {
-    return IsValid();
+    return IsValid() && !id.IsNull();
 }
 
 UnspecifiedAccessor ItemLibraryAccessor::GetModel(ItemID const& id, std::string* error) const

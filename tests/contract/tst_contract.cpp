@@ -118,6 +118,9 @@ private Q_SLOTS:
         QCOMPARE(ItemIDUnlock::GetItemIDUID(ItemID()), "");
         QVERIFY(ItemID() < id && !(id < ItemID()) && !(ItemID() < ItemID()));
         QVERIFY(!library.GetModel(ItemID(), nullptr).IsValid());
+        QVERIFY(!library.ItemIsReadOnly(ItemID()) && !library.ItemIsModified(ItemID()));
+        QVERIFY(library.GetItemName(ItemID(), true, nullptr).empty());
+        QVERIFY(library.GetItemTags(ItemID(), "ApplicationTags").empty());
     }
 
     void invalidHandles()
