@@ -85,10 +85,12 @@ public:
     /// first, leaves them unrecorded.
     void SetCommandManager(wek::fwk::ICommandManager* commandManager);
     /// Whether source-control states are shown, which they are not at first; follows the host's
-    /// revision-control properties by itself when the host has that service.
+    /// revision-control properties by itself when the host has that service. Switched on where
+    /// ScsUtils::IsFileVersionControlActive() is false, icons of compounds stand out of line.
     void SetSourceControlEnabled(bool enabled);
 
-    /// The selected item; null when nothing is selected, or the item is gone.
+    /// The selected item; null when nothing is selected. For an item that is gone and still shown,
+    /// null or the identifier that it had.
     tarno::datamodel::ItemID GetSelection();
     /// True when the selected item is a type; false without a selection or a library.
     bool IsSelectionType();
@@ -133,9 +135,9 @@ protected Q_SLOTS:
     void TabChanged(int index);
     /// @{
 
-    /// Asks for the name and category of a new item, and for the signature that it implements, has
-    /// the host make it and the editor work on it. Runs an event loop; the browser may be gone
-    /// after it.
+    /// Asks for the name and category of a new item, and for the signature that a compound is to
+    /// implement; has the host make it and the editor work on it. Runs an event loop; the browser
+    /// may be gone after it.
     void OnNewSignature();
     void OnNewCompound();
     void OnNewLoopCompound();
@@ -368,7 +370,7 @@ public:
     void setScState(int state);
     /// Recomposes the display icon and schedules a repaint of the browser.
     void UpdateIcon();
-    /// Null for an item that is invalid or gone.
+    /// Null for an invalid item; for one that is gone, null or the identifier that it had.
     tarno::datamodel::ItemID GetItemID() const;
 
     /// Whose list it is in.

@@ -161,7 +161,8 @@ private:
                 .translated(m_Pointer));
         painter.end();
         for (int frame = 0; frame < frames; ++frame) {
-            QString const name = QStringLiteral("frame%1.png").arg(m_Frame++, 4, 10, QLatin1Char('0'));
+            QString const name =
+                QStringLiteral("frame%1.png").arg(m_Frame++, 4, 10, QLatin1Char('0'));
             if (!picture.save(m_Folder.filePath(name)))
                 throw std::runtime_error(name.toStdString() + " cannot be written");
         }

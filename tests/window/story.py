@@ -9,6 +9,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import time
 
 from accessibility import GLib, find_application, press, pyatspi, start, wait_for
 
@@ -41,25 +42,27 @@ def print_tree():
         return []
 
 
-def see(pattern, but=None):
+def see(pattern):
     """Waits for a line of the tree, and gives the last such line."""
     def find():
         lines = [line for line in print_tree() if re.search(pattern, line)]
-        return lines[-1] if lines and lines[-1] != but else None
+        return lines[-1] if lines else None
     return wait_for(pattern, find, lambda: "there is\n" + "\n".join(print_tree()))
 
 
 def write(text, *keys):
     subprocess.run(["xdotool", "type", "--delay", "15", text], check=True)
-    press(*keys)
+    if keys:
+        press(*keys)
 
 
 def choose(entry):
-    focused = "menu item: .* focused$"
-    line = see(focused)
+    line = ""
     while entry not in line:
         press("Down")
-        line = see(focused, but=line)
+        # Where the focus is then, not where it was.
+        time.sleep(0.3)
+        line = see("menu item: .* focused$")
     press("Return")
 
 
@@ -75,6 +78,7 @@ def tell():
     choose("Public compound")
     see("dialog: Create compound .*active")
     see("text: Compound name: .*focused")
+    press("ctrl+a")
     write("Story", "Return")
     see(r"frame: Story - Sample Library\* .*active")
     see("list: Graph of Story")
@@ -108,7 +112,7 @@ def tell():
     see(r"list item: Told\* .*selected")
     press("Menu")
     show("menu")
-    choose("Edit tags")
+    choose("Edit Tags")
     see("dialog: Edit Item Tags .*active")
     see("text: Tags: .*focused")
     write("by hand", "Return")
