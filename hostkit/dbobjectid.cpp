@@ -5,8 +5,7 @@
 namespace qorm {
 
 DbObjectId::DbObjectId(char const* text)
-    : m_Kept(nullptr)
-    , m_Text(text ? text : "")
+    : m_Text(text ? text : "")
 {}
 
 bool DbObjectId::IsUID(char const* text)

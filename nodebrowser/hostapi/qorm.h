@@ -83,7 +83,7 @@ public:
 
 private:
     /// The text given, if the host knows it to be valid for the whole process; null for a copy.
-    char const* m_Kept;
+    char const* m_Kept = nullptr;
     std::string m_Text;
 };
 
