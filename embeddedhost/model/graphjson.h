@@ -1,6 +1,7 @@
 #ifndef EMBEDDEDHOST_GRAPHJSON_H
 #define EMBEDDEDHOST_GRAPHJSON_H
 
+#include "../embeddedhost_export.h"
 #include "graphbody.h"
 #include "itemobject.h"
 
@@ -13,7 +14,7 @@ namespace embeddedhost {
 typedef std::function<void(std::string const& key, std::string const& reason)> BodyFault;
 
 /// The ports and graph of an item's object. Malformed entries are left out and reported.
-GraphBody ReadGraphBody(ItemObject const& object, BodyFault const& fault);
+EMBEDDEDHOST_EXPORT GraphBody ReadGraphBody(ItemObject const& object, BodyFault const& fault);
 
 } // namespace embeddedhost
 

@@ -1,6 +1,7 @@
 #ifndef EMBEDDEDHOST_GRAPHWRITER_H
 #define EMBEDDEDHOST_GRAPHWRITER_H
 
+#include "../embeddedhost_export.h"
 #include "graphbody.h"
 #include "itemobject.h"
 
@@ -13,7 +14,7 @@ QString FindBodyFault(GraphBody const& body);
 
 /// Writes the body, which has no fault, into an item's object. Ports, nodes and connections that
 /// the object has already keep their unknown keys.
-void WriteGraphBody(GraphBody const& body, ItemObject& object);
+EMBEDDEDHOST_EXPORT void WriteGraphBody(GraphBody const& body, ItemObject& object);
 
 } // namespace embeddedhost
 
