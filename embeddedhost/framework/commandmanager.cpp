@@ -2,8 +2,8 @@
 
 #include "base/text8.h"
 
+#include <QCoreApplication>
 #include <QString>
-#include <QThread>
 
 #include <list>
 #include <utility>
@@ -29,12 +29,14 @@ public:
 
     ~State()
     {
-        // A listener to the stack may have destroyed the manager. Without an event loop there is
-        // no later, and then it is the program itself that does.
-        if (QThread::currentThread()->loopLevel() > 0)
+        // The stack may be in the middle of undoing, or of telling a listener, that destroyed the
+        // manager. The application deletes it at the latest, where no event loop runs any more.
+        if (QCoreApplication* const application = QCoreApplication::instance()) {
+            m_Stack->setParent(application);
             m_Stack->deleteLater();
-        else
+        } else {
             delete m_Stack;
+        }
     }
 
     QUndoStack& GetStack()
@@ -80,13 +82,14 @@ private:
     std::shared_ptr<State> const m_State;
 };
 
-/// A command on the stack. It has been run already when it is pushed.
+/// A command on the stack. It has been run already when it is pushed. The stack may go on to it
+/// after another command has destroyed the manager; it does nothing then.
 class CCommandManager::State::StackEntry : public QUndoCommand
 {
 public:
     StackEntry(State& state, CommandPtr const& command)
         : QUndoCommand(FromText8(command->GetText()))
-        , m_State(state)
+        , m_State(state.weak_from_this())
         , m_Command(command)
     {}
 
@@ -96,18 +99,22 @@ public:
             m_IsFresh = false;
             return;
         }
-        RunningScope const running(m_State);
-        m_Command->Do();
+        if (auto const state = m_State.lock()) {
+            RunningScope const running(*state);
+            m_Command->Do();
+        }
     }
 
     void undo() override
     {
-        RunningScope const running(m_State);
-        m_Command->Undo();
+        if (auto const state = m_State.lock()) {
+            RunningScope const running(*state);
+            m_Command->Undo();
+        }
     }
 
 private:
-    State& m_State;
+    std::weak_ptr<State> const m_State;
     CommandPtr m_Command;
     bool m_IsFresh = true;
 };
@@ -158,13 +165,19 @@ void CCommandManager::State::Clear()
     if (m_ClearWanted)
         return;
     auto const self = shared_from_this();
-    m_Finished.clear();
-    m_Stack->clear();
+    {
+        RunningScope const running(*this);
+        m_Finished.clear();
+        m_Stack->clear();
+    }
+    // A listener to the stack may have executed others.
+    PushFinished();
 }
 
 void CCommandManager::State::Retire()
 {
-    m_Stack->disconnect();
+    // Views and actions are still told when the stack is deleted.
+    m_Stack->blockSignals(true);
     Clear();
 }
 

@@ -260,9 +260,10 @@ private Q_SLOTS:
             if (std::exchange(isDone, true))
                 destroy();
         });
-        undo();
+        Run("E");
+        Stack().setIndex(0);
         QVERIFY(!m_Manager);
-        QTRY_VERIFY(m_Record.contains("end of D"));
+        QTRY_VERIFY(m_Record.contains("end of E"));
     }
 
     void commandsMayChangeTheStackWhileTheyAreUndone()
