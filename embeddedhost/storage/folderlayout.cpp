@@ -77,6 +77,8 @@ private:
         if (clean.isEmpty() || QDir::isAbsolutePath(clean) || IsWithin("..", clean))
             return QStringLiteral("the path \"%1\" does not lead into the library folder")
                 .arg(path);
+        if (IsWithin(kManifestName, clean))
+            return QStringLiteral("the path \"%1\" is the manifest's").arg(path);
         // The library folder itself may be one, as ".".
         QString const place = QDir::cleanPath('/' + clean);
         for (QString const& other : m_Places) {

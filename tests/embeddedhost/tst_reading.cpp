@@ -174,6 +174,7 @@ private Q_SLOTS:
         QVERIFY(refuses({{kProjectUid, "", "a/../.."}}, "does not lead into"));
         QVERIFY(refuses({{kProjectUid, "", "/tmp"}}, "does not lead into"));
         QVERIFY(refuses({{kProjectUid, "", ""}}, "does not lead into"));
+        QVERIFY(refuses({{kProjectUid, "", "library.json/a"}}, "is the manifest"));
         QVERIFY(refuses({{"7", "", "a"}}, "data source 1: \"7\" is no UID"));
         QVERIFY(
             refuses({{kProjectUid, "", "a"}, {kProjectUid, "", "b"}}, "data source 2: the UID"));
