@@ -61,7 +61,7 @@ build_preset() {
     fi
     local build=(cmake --build --preset "$preset" ${1:+--target "$@"})
     if [ -t 1 ]; then
-        "${build[@]}"
+        "${build[@]}" || return 1
     else
         log=$(mktemp)
         "${build[@]}" >"$log" 2>&1 || { tail -n 60 "$log" >&2; rm "$log"; return 1; }

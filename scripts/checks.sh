@@ -23,7 +23,8 @@ check_tidy() {
 
 # The compiler only reads the sources: there are no libraries for Windows to link them with.
 check_windows() {
-    build_preset windows && echo "The cross compiler for Windows takes all sources."
+    build_preset windows || return 1
+    echo "The cross compiler for Windows takes all sources."
 }
 
 # Lines without blank ones and comments.
