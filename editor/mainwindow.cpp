@@ -166,7 +166,6 @@ void CMainWindow::SetUpPalette(CNodePalette& palette) const
     // The panel paints no background behind its rows. On this colour they look like a list, and
     // the search field above them still stands out.
     palette.setBackgroundRole(QPalette::AlternateBase);
-    palette.setAutoFillBackground(true);
     palette.SetCommandManager(&m_Host.GetCommandManager());
     palette.SetDetailsSource([this](ItemID const& id) { return DescribeItem(m_Host, id); });
 }

@@ -43,6 +43,8 @@ CNodePalette::~CNodePalette()
 
 void CNodePalette::SetUpChildren()
 {
+    // Names that are cut are painted over; what is beneath has to be known for that.
+    setAutoFillBackground(true);
     m_Private->panelHeaderHeight = m_HeaderHeight;
     m_Private->countLabel = new QLabel(m_SearchEdit);
     m_Private->notice = new CEmptyNotice(this);

@@ -104,8 +104,11 @@ QString CNodePalette::GetRowDescription(int row)
     ItemID const id = GetItemAt(row);
     if (id.IsNull())
         return QString();
-    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
-        .ToDescription();
+    QString const facts =
+        AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
+            .ToDescription();
+    bool const isRecent = static_cast<unsigned long>(row) < m_Private->recentRows;
+    return isRecent ? tr("recent, %1").arg(facts) : facts;
 }
 
 QString CNodePalette::GetRowToolTip(int row)

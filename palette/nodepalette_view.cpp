@@ -206,7 +206,7 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
 }
 
 /// Over the name that the panel painted, which runs on to the edge: one that is too long ends with
-/// an ellipsis. A note takes up to half of the room.
+/// an ellipsis. A note takes up to half of the room while the name needs the rest.
 void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect const& room)
 {
     QString const name = GetRowName(static_cast<int>(row));
@@ -232,8 +232,8 @@ void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect cons
         return;
     QRect noteRect = room;
     noteRect.setLeft(nameRect.right() + kNoteGap);
-    painter.setPen(
-        palette().color(isSelected ? QPalette::HighlightedText : QPalette::PlaceholderText));
+    painter.setPen(isSelected ? palette().color(QPalette::Active, QPalette::HighlightedText)
+                              : palette().color(QPalette::PlaceholderText));
     painter.drawText(noteRect, Qt::AlignLeft | Qt::AlignVCenter,
                      // The ends of two UIDs may be what differs.
                      metrics.elidedText(note, Qt::ElideMiddle, noteRect.width()));
