@@ -40,8 +40,8 @@ public:
     void AddItem(tarno::datamodel::ItemID const& id, char const* category);
     /// Adds one tag; an empty one is ignored.
     void AddItemTag(tarno::datamodel::ItemID const& id, char const* tag);
-    /// Takes one tag from the item, and the item out of the index with its last one. Nothing
-    /// happens if it does not carry the tag.
+    /// Takes the tag from the item and the item from the tag's list; an item left without tags
+    /// goes out of the index. An item that is not registered stays so.
     void RemoveItemTag(tarno::datamodel::ItemID const& id, char const* tag);
     /// Takes the item out of the index, with all its tags.
     void RemoveItem(tarno::datamodel::ItemID const& id);

@@ -38,7 +38,7 @@ struct SItemKind;
 /// SelectionChanged. Everything runs on the GUI thread; exceptions of the host's libraries pass
 /// through. Changes of the library only mark what is out of date: the next paint rebuilds.
 /// Lengths are device-independent pixels. A row is a position in the list as it is shown, from 0;
-/// the last paint decides which item stands there.
+/// which item stands there changes with paints, Enter and SetItemLibrary.
 class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
                                         public tarno::datamodel::IItemTOCNotification,
                                         public tarno::datamodel::IItemLibraryNotification,
@@ -169,7 +169,7 @@ protected Q_SLOTS:
     virtual void OnEditItemTags();
     /// Has the host move the compound to another data source. Takes its input from the data of the
     /// action that sent the signal: the identifiers of the compound's database object and of the
-    /// resource, two texts.
+    /// resource, two texts. An object that is gone raises the database's null-pointer error.
     virtual void OnDatasourceChange();
     /// @}
 
@@ -220,7 +220,8 @@ protected:
     /// be past the last one.
     unsigned long GetItemIndexAt(QPoint const& point) const;
 
-    /// The next paint makes the list anew and asks for the source-control states of its items.
+    /// The next paint asks for the source-control states of the items, and makes the list anew
+    /// unless it has just been made.
     bool m_ScStatesStale;
     /// Where commands record their changes; not owned, may be null.
     wek::fwk::ICommandManager* m_CommandManager;
@@ -385,7 +386,8 @@ public:
     int m_ScState;
     /// A compound from a data source that can be written: it takes part in source control.
     bool m_HasScState;
-    /// Lives with one of the application's components: drawn with the factory badge.
+    /// Lives with one of the application's components, or is a locked type asset: drawn with the
+    /// factory badge.
     bool m_IsFactory;
     /// From a data source that is read-only, or a locked type asset.
     bool m_IsReadOnlySource;

@@ -17,7 +17,7 @@ class NODEBROWSER_EXPORT CRenameCompoundDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// Takes copies of both; an invalid compound has an empty name.
+    /// Keeps a copy of the library, and the compound's name; an invalid compound has an empty one.
     CRenameCompoundDialog(tarno::datamodel::ItemLibraryAccessor const& library,
                           tarno::datamodel::CompoundAccessor const& compound);
 

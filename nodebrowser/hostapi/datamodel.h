@@ -210,7 +210,9 @@ public:
     bool IsValid() const;
     /// Whether the handle still names an existing item, library or table of contents; false for an
     /// invalid accessor. The panel calls it before it asks an item for its identifier or a value,
-    /// without looking at the answer, and after each event loop, where false ends the command.
+    /// as a rule without looking at the answer; signatures and items of a menu for which it is
+    /// false are left out. Rename and tags call it before and after their dialog, and false ends
+    /// them.
     bool Revalidate() const;
 
     /// The number of the accessor's class, bound or not.
@@ -357,8 +359,9 @@ public:
     virtual void ItemTagsChanged(ItemLibraryAccessor& library, ItemID const& id,
                                  char const* category) = 0;
     /// The source-control state of an item has changed, or is known now. `state` holds bits, of
-    /// which the panel keeps the lower 32; if they are new, it hands them to
-    /// ScsUtils::getAssetStateIcon at once. It ignores items that it does not list.
+    /// which the panel keeps the lower 32; if they are new, the icon is composed at once, with
+    /// ScsUtils::getAssetStateIcon unless that was asked the same since the list was made. It
+    /// ignores items that it does not list.
     virtual void ItemAccessStateChanged(ItemLibraryAccessor& library, ItemID const& id,
                                         long state) = 0;
     /// Setting `*cancel`, which is false at first, stops the commit. The panel never sets it and
