@@ -163,7 +163,9 @@ void CCanvas::LeaveCompound()
         m_Views.erase(uid);
     else
         m_Views[uid] = View{transform().m11(), GetCenter()};
-    m_Scene.Show({}, {});
+    // Nodes of another compound are others even by the same ids.
+    if (m_Scene.Show({}, {}))
+        AnnounceGraph(*this);
 }
 
 void CCanvas::EnterCompound()

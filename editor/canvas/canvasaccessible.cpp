@@ -34,20 +34,29 @@ QString NameKind(eNodeKind kind)
     return QString();
 }
 
-/// The port with its type and what it is connected with.
-QString DescribePort(CGraphScene const& scene, GraphEnd const& port, QString const& type,
-                     bool isOutput)
+/// The other ends of connections, by the names of the node's ports.
+using OtherEnds = std::map<std::string, QStringList>;
+
+OtherEnds FindOtherEnds(CGraphScene const& scene, std::string const& node, bool isOutput)
 {
-    QString text = QString::fromStdString(port.port);
+    OtherEnds ends;
+    for (GraphConnection const& connection : scene.GetConnections()) {
+        GraphEnd const& own = isOutput ? connection.from : connection.to;
+        GraphEnd const& other = isOutput ? connection.to : connection.from;
+        if (own.node == node)
+            ends[own.port] << QStringLiteral("%1 %2").arg(QString::fromStdString(other.node),
+                                                          QString::fromStdString(other.port));
+    }
+    return ends;
+}
+
+/// The port with its type and what it is connected with.
+QString DescribePort(PortLook const& port, QStringList const& others, bool isOutput)
+{
+    QString text = QString::fromStdString(port.name);
+    QString const type = nodebrowser::ToQString(port.typeName.c_str());
     if (!type.isEmpty())
         text += QStringLiteral(": ") + type;
-    QStringList others;
-    for (GraphConnection const& connection : scene.GetConnections()) {
-        GraphEnd const& other = isOutput ? connection.to : connection.from;
-        if ((isOutput ? connection.from : connection.to) == port)
-            others << QStringLiteral("%1 %2").arg(QString::fromStdString(other.node),
-                                                  QString::fromStdString(other.port));
-    }
     if (others.isEmpty())
         return text;
     return text + (isOutput ? CCanvas::tr(" to ") : CCanvas::tr(" from "))
@@ -56,10 +65,10 @@ QString DescribePort(CGraphScene const& scene, GraphEnd const& port, QString con
 
 QString DescribePorts(CGraphScene const& scene, NodeLook const& node, bool isOutput)
 {
+    OtherEnds ends = FindOtherEnds(scene, node.id, isOutput);
     QStringList texts;
     for (PortLook const& port : isOutput ? node.outputs : node.inputs)
-        texts << DescribePort(scene, {node.id, port.name},
-                              nodebrowser::ToQString(port.typeName.c_str()), isOutput);
+        texts << DescribePort(port, ends[port.name], isOutput);
     return texts.join(QStringLiteral(", "));
 }
 
@@ -246,7 +255,8 @@ public:
 
     ~CAccessibleCanvas() override
     {
-        ForgetNodes();
+        // The canvas is none any more and has no nodes.
+        ForgetGoneNodes();
     }
 
     int childCount() const override
@@ -269,18 +279,13 @@ public:
     int FindNode(std::string const& id) const
     {
         // Ids come in their order.
-        auto const found = std::lower_bound(GetIds().begin(), GetIds().end(), id);
-        return found != m_Ids.end() && *found == id ? static_cast<int>(found - m_Ids.begin()) : -1;
+        std::vector<std::string> const& ids = GetIds();
+        auto const found = std::lower_bound(ids.begin(), ids.end(), id);
+        return found != ids.end() && *found == id ? static_cast<int>(found - ids.begin()) : -1;
     }
 
-    void ForgetNodes()
-    {
-        std::map<std::string, QAccessible::Id> nodes;
-        nodes.swap(m_Nodes);
-        m_Ids.clear();
-        for (auto const& node : nodes)
-            QAccessible::deleteAccessibleInterface(node.second);
-    }
+    /// Readers keep the nodes that stay, with what they know of them.
+    void ForgetGoneNodes();
 
 private:
     CCanvas* GetCanvas() const
@@ -310,6 +315,22 @@ private:
     mutable std::map<std::string, QAccessible::Id> m_Nodes;
 };
 
+void CAccessibleCanvas::ForgetGoneNodes()
+{
+    m_Ids.clear();
+    std::vector<QAccessible::Id> gone;
+    for (auto node = m_Nodes.begin(); node != m_Nodes.end();) {
+        if (FindNode(node->first) >= 0) {
+            ++node;
+            continue;
+        }
+        gone.push_back(node->second);
+        node = m_Nodes.erase(node);
+    }
+    for (QAccessible::Id const id : gone)
+        QAccessible::deleteAccessibleInterface(id);
+}
+
 QAccessibleInterface* CAccessibleCanvas::childAt(int x, int y) const
 {
     CCanvas const* const canvas = GetCanvas();
@@ -317,7 +338,15 @@ QAccessibleInterface* CAccessibleCanvas::childAt(int x, int y) const
         return nullptr;
     QPoint const point = canvas->viewport()->mapFromGlobal(QPoint(x, y));
     auto const node = GetScene(canvas)->FindNodeAt(canvas->mapToScene(point));
-    return node ? GetNode(node->id) : QAccessibleWidget::childAt(x, y);
+    if (node)
+        return GetNode(node->id);
+    // The base class would ask for each node.
+    for (int index = 0; index < QAccessibleWidget::childCount(); ++index) {
+        QAccessibleInterface* const widget = QAccessibleWidget::child(index);
+        if (widget && widget->isValid() && widget->rect().contains(x, y))
+            return widget;
+    }
+    return nullptr;
 }
 
 int CAccessibleCanvas::indexOfChild(QAccessibleInterface const* child) const
@@ -334,12 +363,9 @@ QAccessibleInterface* MakeAccessible(QString const&, QObject* object)
     return canvas ? new CAccessibleCanvas(canvas) : nullptr;
 }
 
-/// Null while no screen reader runs.
 CAccessibleCanvas* FindAccessible(CCanvas& canvas)
 {
-    return QAccessible::isActive()
-               ? dynamic_cast<CAccessibleCanvas*>(QAccessible::queryAccessibleInterface(&canvas))
-               : nullptr;
+    return dynamic_cast<CAccessibleCanvas*>(QAccessible::queryAccessibleInterface(&canvas));
 }
 
 } // namespace
@@ -353,9 +379,11 @@ void InstallCanvasAccessible()
 void AnnounceGraph(CCanvas& canvas)
 {
     CAccessibleCanvas* const list = FindAccessible(canvas);
-    if (!list)
+    // Readers come and go: the next one must not find nodes of a graph that changed in between.
+    if (list)
+        list->ForgetGoneNodes();
+    if (!list || !QAccessible::isActive())
         return;
-    list->ForgetNodes();
     // The bus tells of each child by itself when children are said to have changed.
     bool const areMany = GetScene(&canvas)->GetNodeIds().size() > kMaximumToldNodes;
     QAccessibleEvent event(&canvas,
@@ -365,7 +393,7 @@ void AnnounceGraph(CCanvas& canvas)
 
 void AnnounceSelectedNodes(CCanvas& canvas)
 {
-    CAccessibleCanvas* const list = FindAccessible(canvas);
+    CAccessibleCanvas* const list = QAccessible::isActive() ? FindAccessible(canvas) : nullptr;
     std::set<std::string> const ids =
         list ? GetScene(&canvas)->GetSelectedNodes() : std::set<std::string>();
     if (ids.size() != 1)

@@ -4,7 +4,7 @@
 class CCanvas;
 
 // What screen readers get: the canvas is a list of its nodes, which are made when they are asked
-// for and tell their ports and connections. All of it costs nothing while no screen reader runs.
+// for and tell their ports and connections. While no screen reader runs, it costs next to nothing.
 
 /// Canvases of the process are accessible from now on.
 void InstallCanvasAccessible();
