@@ -27,6 +27,16 @@ public:
         return popup < 0 ? QAccessibleWidget::child(index) : GetPopups().value(popup);
     }
 
+    QAccessibleInterface* childAt(int x, int y) const override
+    {
+        // They lie over the child widgets.
+        for (QAccessibleInterface* const popup : GetPopups()) {
+            if (popup->rect().contains(x, y))
+                return popup;
+        }
+        return QAccessibleWidget::childAt(x, y);
+    }
+
     int indexOfChild(QAccessibleInterface const* child) const override
     {
         auto const popups = GetPopups();

@@ -9,6 +9,7 @@
 #include <mainwindow.h>
 #include <settings.h>
 
+#include <QAccessible>
 #include <QtTest>
 
 #include <memory>
@@ -259,6 +260,18 @@ private Q_SLOTS:
             QVERIFY(shown.firstBlock().next().text().endsWith(QString(" %1: 1").arg(dropped)));
         }
         QVERIFY(log.isHidden());
+    }
+
+    void screenReadersFindPopupsOverTheWindow()
+    {
+        CMainWindow& window = m_Run->window;
+        window.show();
+        QMenu menu(&window);
+        menu.addAction(QStringLiteral("Entry"));
+        menu.popup(window.mapToGlobal(window.rect().center()));
+        QPoint const point = menu.geometry().center();
+        QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&window);
+        QCOMPARE(list->childAt(point.x(), point.y()), QAccessible::queryAccessibleInterface(&menu));
     }
 
     void isAsItWasLeft()
