@@ -5,7 +5,8 @@
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
-set(CMAKE_USER_MAKE_RULES_OVERRIDE ${CMAKE_CURRENT_LIST_DIR}/SyntaxRules.cmake)
+# Once CMake has looked at the compiler, which is when it learns where that finds headers by itself.
+set(CMAKE_PROJECT_INCLUDE ${CMAKE_CURRENT_LIST_DIR}/SyntaxRules.cmake)
 set(NODEBROWSER_SYNTAX_ONLY ON)
 
 # Where the packages of this system lie.
