@@ -85,6 +85,15 @@ bool IsConnection(dom::object const& connection)
            && HasMember(connection, Keys::Connection::kTo, isEnd);
 }
 
+bool IsPortNodes(dom::element value)
+{
+    dom::object nodes;
+    return value.get(nodes) == simdjson::SUCCESS && AllOf(nodes, [](auto const& member) {
+               bool const isKnown = member.key == kInputsNode || member.key == kOutputsNode;
+               return !isKnown || IsPairOf(member.value, IsNumber);
+           });
+}
+
 bool IsListOf(dom::element value, bool (*isEntry)(dom::object const&))
 {
     dom::array list;
@@ -188,6 +197,8 @@ private:
             return IsListOf(value, IsPort);
         if (key == Keys::kNodes)
             return IsListOf(value, IsNode) && ReadNodeIds(value);
+        if (key == Keys::kPortNodes)
+            return IsPortNodes(value);
         return key != Keys::kConnections || IsListOf(value, IsConnection);
     }
 
