@@ -42,8 +42,16 @@ void ItemList::RunStep(Step step)
 
 void ItemList::BeginCollecting()
 {
-    m_Collected.clear();
-    m_Collected.reserve(m_Items.size());
+    m_NewItems.clear();
+    m_NewItems.reserve(m_Items.size());
+    m_NewKinds.clear();
+    m_NewKinds.reserve(m_Items.size());
+    m_Before.clear();
+    m_Before.reserve(m_Items.size());
+    m_Places.clear();
+    m_Places.reserve(m_Items.size());
+    m_KeepsName.clear();
+    m_KeepsName.reserve(m_Items.size());
     m_Names.Begin();
     m_Tags.BeginCollecting();
     m_IsTaken.assign(m_Items.size(), 0);
@@ -78,35 +86,41 @@ ItemList::Slot ItemList::FindUntaken(ItemID const& id) const
 void ItemList::Collect(ItemID const& id, SItemKind const& kind)
 {
     bool const isNew = m_Expected == kNoSlot;
-    Row const place = isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected];
-    m_Collected.push_back(SCollected{SItem{id, false}, &kind, m_Expected, place, false});
+    m_IsShifted = m_IsShifted || m_Expected != m_NewItems.size();
+    RunStep([&] {
+        m_NewItems.push_back(SItem{id, false});
+        m_NewKinds.push_back(&kind);
+        m_Before.push_back(m_Expected);
+        m_Places.push_back(isNew ? static_cast<Row>(GetPlaceCount()) : m_Rows[m_Expected]);
+    });
     m_NewCount += isNew;
-    m_IsShifted = m_IsShifted || m_Expected != m_Collected.size() - 1;
 }
 
 void ItemList::CollectTags(std::string const& tagString)
 {
-    SCollected& collected = m_Collected.back();
-    RunStep([&] { m_Tags.Collect(tagString, collected.kind->tag, collected.before); });
-    collected.item.isRegistered = !tagString.empty() || *collected.kind->tag;
+    char const* const kindTag = m_NewKinds.back()->tag;
+    RunStep([&] { m_Tags.Collect(tagString, kindTag, m_Before.back()); });
+    m_NewItems.back().isRegistered = !tagString.empty() || *kindTag;
 }
 
 void ItemList::CollectName(std::string const& name)
 {
-    SCollected& collected = m_Collected[m_Names.GetCollectedCount()];
-    Slot const before = collected.before;
-    collected.keepsName = before != kNoSlot && HasNames() && m_Names.Get().GetView(before) == name;
-    RunStep([&] { m_Names.Collect(name, collected.keepsName, before); });
+    Slot const before = m_Before[m_KeepsName.size()];
+    bool const keepsName = before != kNoSlot && HasNames() && m_Names.Get().GetView(before) == name;
+    RunStep([&] {
+        m_KeepsName.push_back(keepsName);
+        m_Names.Collect(name, keepsName, before);
+    });
 }
 
 std::size_t ItemList::GetCollectedCount() const
 {
-    return m_Collected.size();
+    return m_NewItems.size();
 }
 
 ItemID const& ItemList::GetCollected(std::size_t position) const
 {
-    return m_Collected[position].item.id;
+    return m_NewItems[position].id;
 }
 
 std::size_t ItemList::GetPlaceCount() const
@@ -118,7 +132,7 @@ std::vector<ItemList::Row> ItemList::Commit()
 {
     std::vector<Row> places;
     RunStep([&] {
-        m_IsShifted = m_IsShifted || m_Collected.size() != m_Items.size();
+        m_IsShifted = m_IsShifted || m_NewItems.size() != m_Items.size();
         bool const isOrderKept = IsOrderKept();
         std::vector<Slot> const order = isOrderKept ? m_Slots : OrderByName();
         if (!isOrderKept)
@@ -133,10 +147,10 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
     std::vector<Row> places;
     RunStep([&] {
         m_IsShifted = true;
-        std::vector<Slot> order(m_Collected.size());
+        std::vector<Slot> order(m_NewItems.size());
         std::iota(order.begin(), order.end(), Slot(0));
         // The tags of the last item may be missing.
-        if (m_Tags.GetCollectedCount() < m_Collected.size())
+        if (m_Tags.GetCollectedCount() < m_NewItems.size())
             m_Tags.CollectUnknown();
         m_Names = CollectedTexts();
         m_SearchNames = TextBlock();
@@ -148,8 +162,7 @@ std::vector<ItemList::Row> ItemList::CommitUnfinished()
 bool ItemList::IsOrderKept() const
 {
     return !m_IsShifted
-           && std::all_of(m_Collected.begin(), m_Collected.end(),
-                          [](SCollected const& collected) { return collected.keepsName; });
+           && std::find(m_KeepsName.begin(), m_KeepsName.end(), 0) == m_KeepsName.end();
 }
 
 /// Items that have kept their name are in order already, unless equal names changed places.
@@ -157,15 +170,14 @@ std::vector<ItemList::Slot> ItemList::OrderByName()
 {
     std::vector<Slot> slotsNow(m_Items.size(), kNoSlot);
     std::vector<Slot> moved;
-    for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
-        SCollected const& collected = m_Collected[slot];
-        if (collected.keepsName && !m_IsReordered)
-            slotsNow[collected.before] = slot;
+    for (Slot slot = 0; slot < m_NewItems.size(); ++slot) {
+        if (m_KeepsName[slot] && !m_IsReordered)
+            slotsNow[m_Before[slot]] = slot;
         else
             moved.push_back(slot);
     }
     std::vector<Slot> kept;
-    kept.reserve(m_Collected.size() - moved.size());
+    kept.reserve(m_NewItems.size() - moved.size());
     for (Slot const before : m_Slots) {
         if (slotsNow[before] != kNoSlot)
             kept.push_back(slotsNow[before]);
@@ -178,36 +190,54 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
 {
     m_Names.Commit();
     m_Tags.Commit();
-    m_Items.resize(order.size());
+    m_Items.swap(m_NewItems);
+    m_Items.shrink_to_fit();
+    m_Kinds.swap(m_NewKinds);
+    m_Kinds.shrink_to_fit();
     m_Rows.resize(order.size());
-    m_Kinds.resize(order.size());
     std::vector<Row> places(order.size());
     for (Row row = 0; row < order.size(); ++row) {
-        SCollected const& collected = m_Collected[order[row]];
-        m_Items[order[row]] = collected.item;
         m_Rows[order[row]] = row;
-        m_Kinds[row] = collected.kind;
-        places[row] = collected.place;
+        places[row] = m_Places[order[row]];
     }
     m_Slots = order;
     TakeIDs();
-    std::vector<SCollected>().swap(m_Collected);
+    ForgetCollected();
     m_Registry->Follow(*this);
     m_RegistryRevision = m_Registry->m_Revision;
     ForgetSearch();
     return places;
 }
 
+void ItemList::ForgetCollected()
+{
+    std::vector<SItem>().swap(m_NewItems);
+    std::vector<SItemKind const*>().swap(m_NewKinds);
+    std::vector<Slot>().swap(m_Before);
+    std::vector<Row>().swap(m_Places);
+    std::vector<char>().swap(m_KeepsName);
+}
+
+/// Neighbours that stay neighbours are copied together.
 void ItemList::TakeSearchNames(std::vector<Slot> const& order)
 {
     TextBlock names;
     names.Reserve(order.size(), m_Names.GetCollected().GetBytes());
+    Row firstKept = 0;
+    Row keptCount = 0;
     for (Slot const slot : order) {
-        if (m_Collected[slot].keepsName)
-            names.Append(m_SearchNames.GetView(m_Collected[slot].place));
-        else
+        Row const place = m_Places[slot];
+        if (m_KeepsName[slot] && place == firstKept + keptCount) {
+            ++keptCount;
+            continue;
+        }
+        names.Append(m_SearchNames, firstKept, keptCount);
+        firstKept = place;
+        keptCount = m_KeepsName[slot] ? 1 : 0;
+        if (!m_KeepsName[slot])
             AppendSearchName(names, m_Names.GetCollected().Get(slot));
     }
+    names.Append(m_SearchNames, firstKept, keptCount);
     m_SearchNames = std::move(names);
 }
 
@@ -224,11 +254,11 @@ void ItemList::TakeIDs()
     }
     std::vector<Slot> slotsNow(m_IsTaken.size(), kNoSlot);
     std::vector<Slot> added;
-    for (Slot slot = 0; slot < m_Collected.size(); ++slot) {
-        if (m_Collected[slot].before == kNoSlot)
+    for (Slot slot = 0; slot < m_Before.size(); ++slot) {
+        if (m_Before[slot] == kNoSlot)
             added.push_back(slot);
         else
-            slotsNow[m_Collected[slot].before] = slot;
+            slotsNow[m_Before[slot]] = slot;
     }
     std::transform(m_SlotsByID.begin(), m_SlotsByID.end(), m_SlotsByID.begin(),
                    [&](Slot before) { return slotsNow[before]; });
@@ -334,7 +364,7 @@ ItemList::Row ItemList::Find(ItemID const& id) const
 
 SItemKind const& ItemList::GetKind(Row row) const
 {
-    return *m_Kinds[row];
+    return *m_Kinds[m_Slots[row]];
 }
 
 ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const

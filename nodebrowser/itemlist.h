@@ -115,17 +115,6 @@ private:
         bool isRegistered;
     };
 
-    struct SCollected
-    {
-        SItem item;
-        SItemKind const* kind;
-        /// The slot that it had before; kNoSlot for a new item.
-        Slot before;
-        /// Where the item list has it.
-        Row place;
-        bool keepsName;
-    };
-
     typedef std::vector<Slot>::const_iterator SlotIterator;
 
     template <class Step>
@@ -135,6 +124,7 @@ private:
     bool IsOrderKept() const;
     std::vector<Slot> OrderByName();
     std::vector<Row> Take(std::vector<Slot> const& order);
+    void ForgetCollected();
     void TakeSearchNames(std::vector<Slot> const& order);
     static void AppendSearchName(TextBlock& names, char const* name);
     void TakeIDs();
@@ -166,6 +156,7 @@ private:
     unsigned long m_RegistryRevision;
     // By slot.
     std::vector<SItem> m_Items;
+    std::vector<SItemKind const*> m_Kinds;
     std::vector<Row> m_Rows;
     /// Empty for an unfinished list.
     CollectedTexts m_Names;
@@ -173,14 +164,21 @@ private:
 
     // By row.
     std::vector<Slot> m_Slots;
-    std::vector<SItemKind const*> m_Kinds;
     /// In this order a search finds its matches as they are shown. Empty for an unfinished list.
     TextBlock m_SearchNames;
     /// Slots by identifier, then in their order; empty until an item is looked for.
     mutable std::vector<Slot> m_SlotsByID;
 
     // By slot, while the list is made anew.
-    std::vector<SCollected> m_Collected;
+    std::vector<SItem> m_NewItems;
+    std::vector<SItemKind const*> m_NewKinds;
+    /// The slot that an item had before; kNoSlot for a new one.
+    std::vector<Slot> m_Before;
+    /// Where the item list has the item.
+    std::vector<Row> m_Places;
+    std::vector<char> m_KeepsName;
+
+    // By the slots of the last list, while it is made anew.
     /// Slots whose items were expected.
     std::vector<char> m_IsTaken;
     /// The slot of the item that was expected last, and of the one that probably comes next.

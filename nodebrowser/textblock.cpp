@@ -92,56 +92,73 @@ TextBlock::Places TextBlock::FindWordAtEnd(std::string const& word, std::size_t 
     return found;
 }
 
+void TextBlock::Append(TextBlock const& other, std::size_t first, std::size_t count)
+{
+    if (count == 0)
+        return;
+    std::size_t const from = other.m_Begins[first];
+    std::size_t const to = m_Text.size();
+    for (std::size_t entry = first; entry < first + count; ++entry)
+        m_Begins.push_back(other.m_Begins[entry] - from + to);
+    m_Text.append(other.m_Text, from, other.GetEnd(first + count - 1) - from);
+}
+
 void CollectedTexts::Begin()
 {
     m_NewTexts = TextBlock();
+    m_FirstKept = 0;
     m_KeptCount = 0;
-    m_AreKept = true;
 }
 
 void CollectedTexts::Collect(std::string const& text, bool isSame, std::size_t before)
 {
-    if (m_AreKept && isSame && before == m_KeptCount) {
+    if (isSame && before == m_FirstKept + m_KeptCount) {
         ++m_KeptCount;
         return;
     }
-    StopKeeping();
-    m_NewTexts.Append(text);
+    AppendKept();
+    if (isSame) {
+        m_FirstKept = before;
+        m_KeptCount = 1;
+    } else {
+        // What comes next is probably what came next before.
+        m_FirstKept = before + 1;
+        m_NewTexts.Append(text);
+    }
 }
 
 std::size_t CollectedTexts::GetCollectedCount() const
 {
-    return m_AreKept ? m_KeptCount : m_NewTexts.GetCount();
+    return m_NewTexts.GetCount() + m_KeptCount;
 }
 
 bool CollectedTexts::AreKept() const
 {
-    return m_AreKept;
+    return m_FirstKept == 0 && m_NewTexts.GetCount() == 0;
 }
 
 TextBlock const& CollectedTexts::GetCollected()
 {
-    if (m_KeptCount < m_Texts.GetCount())
-        StopKeeping();
-    return m_AreKept ? m_Texts : m_NewTexts;
+    if (AreKept() && m_KeptCount == m_Texts.GetCount())
+        return m_Texts;
+    AppendKept();
+    return m_NewTexts;
 }
 
 void CollectedTexts::Commit()
 {
-    GetCollected();
-    if (!m_AreKept)
+    if (&GetCollected() == &m_NewTexts)
         m_Texts = std::move(m_NewTexts);
     Begin();
 }
 
-void CollectedTexts::StopKeeping()
+void CollectedTexts::AppendKept()
 {
-    if (!m_AreKept)
-        return;
-    m_AreKept = false;
-    m_NewTexts.Reserve(m_Texts.GetCount(), m_Texts.GetBytes());
-    for (std::size_t entry = 0; entry < m_KeptCount; ++entry)
-        m_NewTexts.Append(m_Texts.GetView(entry));
+    if (m_NewTexts.GetCount() == 0)
+        m_NewTexts.Reserve(m_Texts.GetCount(), m_Texts.GetBytes());
+    m_NewTexts.Append(m_Texts, m_FirstKept, m_KeptCount);
+    m_FirstKept = 0;
+    m_KeptCount = 0;
 }
 
 std::vector<std::uint32_t> MergeByText(TextBlock const& block,

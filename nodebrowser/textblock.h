@@ -39,6 +39,9 @@ public:
         std::transform(begin, m_Text.end() - 1, begin, change);
     }
 
+    /// `count` entries of another block, from `first` on.
+    void Append(TextBlock const& other, std::size_t first, std::size_t count);
+
     std::size_t GetCount() const
     {
         return m_Begins.size();
@@ -57,8 +60,7 @@ public:
 
     std::size_t GetLength(std::size_t entry) const
     {
-        std::size_t const end = entry + 1 < m_Begins.size() ? m_Begins[entry + 1] : m_Text.size();
-        return end - m_Begins[entry] - 1;
+        return GetEnd(entry) - m_Begins[entry] - 1;
     }
 
     std::string_view GetView(std::size_t entry) const
@@ -105,6 +107,12 @@ private:
 #endif
     }
 
+    /// Behind the zero of the entry.
+    std::size_t GetEnd(std::size_t entry) const
+    {
+        return entry + 1 < m_Begins.size() ? m_Begins[entry + 1] : m_Text.size();
+    }
+
     Places FindWord(std::string const& word, std::size_t begin) const;
     Places FindWordAtEnd(std::string const& word, std::size_t begin) const;
 
@@ -133,14 +141,14 @@ public:
     void Commit();
 
 private:
-    void StopKeeping();
+    void AppendKept();
 
     TextBlock m_Texts;
     TextBlock m_NewTexts;
-    /// So many were collected as they were.
+    /// Entries of m_Texts that come behind the new texts. They are copied together, and not before
+    /// there is a need to.
+    std::size_t m_FirstKept = 0;
     std::size_t m_KeptCount = 0;
-    /// All of them so far; the new texts are empty then.
-    bool m_AreKept = true;
 };
 
 /// Merges entries of the block into others that are in order already. The order is that of
