@@ -7,35 +7,59 @@
 
 namespace nodebrowser {
 
-ItemIcons::ItemIcons()
-    : m_Last(m_DisplayIcons.end())
-{}
+namespace {
 
-void ItemIcons::Clear()
+bool LooksAlike(QPixmap const& left, QPixmap const& right)
+{
+    return qtcompat::LogicalSize(left) == qtcompat::LogicalSize(right)
+           && left.toImage() == right.toImage();
+}
+
+} // namespace
+
+ItemIcons::ItemIcons()
+{
+    Begin();
+}
+
+void ItemIcons::Begin()
 {
     m_Resources.clear();
+    m_OldDisplayIcons.swap(m_DisplayIcons);
     m_DisplayIcons.clear();
-    m_Last = m_DisplayIcons.end();
+    m_LastResource = m_Resources.end();
+    m_LastDisplayIcon = m_DisplayIcons.end();
 }
 
-QPixmap const& ItemIcons::GetResource(char const* name)
+ItemIcons::SharedPixmap const& ItemIcons::GetResource(char const* name)
 {
-    auto const known = m_Resources.find(name);
-    if (known != m_Resources.end())
-        return known->second;
-    return m_Resources[name] = qtcompat::LoadPixmap(QLatin1String(name));
-}
-
-QPixmap const& ItemIcons::GetDisplayIcon(QPixmap const& base, Marks const& marks)
-{
-    Key const key(base.cacheKey(), marks.isFactory, marks.isReadOnlySource, marks.scState,
-                  marks.isStateShown);
-    if (m_Last == m_DisplayIcons.end() || m_Last->first != key) {
-        m_Last = m_DisplayIcons.find(key);
-        if (m_Last == m_DisplayIcons.end())
-            m_Last = m_DisplayIcons.insert(std::make_pair(key, Compose(base, marks))).first;
+    if (m_LastResource == m_Resources.end() || m_LastResource->first != name) {
+        m_LastResource = m_Resources.find(name);
+        if (m_LastResource == m_Resources.end()) {
+            SharedPixmap const loaded(qtcompat::LoadPixmap(QLatin1String(name)));
+            m_LastResource = m_Resources.insert(std::make_pair(name, loaded)).first;
+        }
     }
-    return m_Last->second;
+    return m_LastResource->second;
+}
+
+ItemIcons::SharedPixmap const& ItemIcons::GetDisplayIcon(QPixmap const& base, qint64 baseKey,
+                                                         Marks const& marks)
+{
+    Key const key(baseKey, marks.isFactory, marks.isReadOnlySource, marks.scState,
+                  marks.isStateShown);
+    if (m_LastDisplayIcon == m_DisplayIcons.end() || m_LastDisplayIcon->first != key) {
+        m_LastDisplayIcon = m_DisplayIcons.find(key);
+        if (m_LastDisplayIcon == m_DisplayIcons.end()) {
+            SharedPixmap const composed(Compose(base, marks));
+            auto const old = m_OldDisplayIcons.find(key);
+            bool const isOld =
+                old != m_OldDisplayIcons.end() && LooksAlike(old->second.pixmap, composed.pixmap);
+            m_LastDisplayIcon =
+                m_DisplayIcons.insert(std::make_pair(key, isOld ? old->second : composed)).first;
+        }
+    }
+    return m_LastDisplayIcon->second;
 }
 
 QPixmap ItemIcons::Compose(QPixmap const& base, Marks const& marks)
@@ -54,7 +78,7 @@ QPixmap ItemIcons::AddBadge(QPixmap const& base)
         QSize(size.width() + ScsUtils::kStateStripWidth, size.height()), base);
     if (composite.isNull()) // the host supplies no images
         return composite;
-    QPixmap const& badge = GetResource(":./res/projectbrowser/PB_Factory.png");
+    QPixmap const badge = GetResource(":./res/projectbrowser/PB_Factory.png").pixmap;
 
     QPainter painter(&composite);
     painter.drawPixmap(ScsUtils::kStateStripWidth, 0, base);

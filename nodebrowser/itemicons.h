@@ -27,10 +27,23 @@ public:
         bool isStateShown;
     };
 
-    void Clear();
+    /// A pixmap with its cache key, which is compared for each row.
+    struct SharedPixmap
+    {
+        explicit SharedPixmap(QPixmap const& shared = QPixmap())
+            : pixmap(shared)
+            , key(shared.cacheKey())
+        {}
+
+        QPixmap pixmap;
+        qint64 key;
+    };
+
+    /// Another list is made: everything is loaded and composed anew.
+    void Begin();
     /// Null when there is no such resource. The name is a literal, and known by its address.
-    QPixmap const& GetResource(char const* name);
-    QPixmap const& GetDisplayIcon(QPixmap const& base, Marks const& marks);
+    SharedPixmap const& GetResource(char const* name);
+    SharedPixmap const& GetDisplayIcon(QPixmap const& base, qint64 baseKey, Marks const& marks);
 
 private:
     typedef std::tuple<qint64, bool, bool, int, bool> Key;
@@ -38,10 +51,13 @@ private:
     QPixmap Compose(QPixmap const& base, Marks const& marks);
     QPixmap AddBadge(QPixmap const& base);
 
-    std::map<char const*, QPixmap> m_Resources;
-    std::map<Key, QPixmap> m_DisplayIcons;
-    /// The one that was asked for last: most rows look like the row before.
-    std::map<Key, QPixmap>::const_iterator m_Last;
+    std::map<char const*, SharedPixmap> m_Resources;
+    std::map<Key, SharedPixmap> m_DisplayIcons;
+    /// Of the list before. What comes out the same stays the same pixmap, which the rows have.
+    std::map<Key, SharedPixmap> m_OldDisplayIcons;
+    /// Those that were asked for last: most rows look like the row before.
+    std::map<char const*, SharedPixmap>::const_iterator m_LastResource;
+    std::map<Key, SharedPixmap>::const_iterator m_LastDisplayIcon;
 };
 
 } // namespace nodebrowser

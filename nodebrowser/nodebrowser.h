@@ -30,7 +30,8 @@ class QTabBar;
 
 namespace nodebrowser {
 struct SItemKind;
-}
+struct SSourceFlags;
+} // namespace nodebrowser
 
 /// The node browser: lists, searches and manages the items of an item library.
 ///
@@ -285,7 +286,8 @@ private:
     void BeginCollecting();
     void CollectItems(StateRequests* stateRequests);
     Item& CollectItem(tarno::datamodel::ItemAccessor& accessor,
-                      qorm::IRevisionControlUIHelper* helper);
+                      qorm::IRevisionControlUIHelper* helper,
+                      std::vector<nodebrowser::SSourceFlags>& asked);
     void CollectNames();
     void TakeItems(std::vector<std::uint32_t> places);
     bool CanRequestStates() const;
@@ -401,11 +403,12 @@ private:
     Item(CNodeBrowser* browser, tarno::datamodel::ItemAccessor& item,
          tarno::datamodel::ItemID const& extraID);
     nodebrowser::SItemKind const& Describe(tarno::datamodel::ItemID const& id, int scState,
-                                           qorm::IRevisionControlUIHelper* helper);
-    void ReadSourceFlags(tarno::datamodel::ItemID const& id,
-                         qorm::IRevisionControlUIHelper* helper);
+                                           qorm::IRevisionControlUIHelper* helper,
+                                           std::vector<nodebrowser::SSourceFlags>& asked);
+    void ReadSourceFlags(tarno::datamodel::ItemID const& id, qorm::IRevisionControlUIHelper* helper,
+                         std::vector<nodebrowser::SSourceFlags>& asked);
     void ReadTypeAssetFlags(qorm::QormHandle<qorm::IDbObject> const& object);
-    void ComposeIcon();
+    void ComposeIcon(qint64 iconKey);
 };
 
 #endif

@@ -6,10 +6,25 @@
 
 #include <utility>
 
+namespace nodebrowser {
+
+/// What an item takes from its data source.
+struct SSourceFlags
+{
+    qorm::QormPtr<qorm::IDataSource> source;
+    bool isReadOnly;
+    /// One of the application's components lives there.
+    bool isFactory;
+};
+
+} // namespace nodebrowser
+
 using namespace nodebrowser;
 using namespace tarno::datamodel;
 
 namespace {
+
+std::size_t const kSourcesKept = 8;
 
 /// The application's two components; what lives in their data sources comes with the application.
 struct SComponents
@@ -36,6 +51,24 @@ SComponents const& GetComponents(qorm::IRevisionControlUIHelper& helper)
     return components;
 }
 
+/// What an item takes from its data source. The host is asked about few of them: most items live
+/// where others do. `asked` keeps the answers; a null source raises.
+SSourceFlags const& AskSource(qorm::QormPtr<qorm::IDataSource> const& source,
+                              SComponents const& components, std::vector<SSourceFlags>& asked)
+{
+    for (SSourceFlags const& flags : asked) {
+        if (flags.source == source)
+            return flags;
+    }
+    bool const isReadOnly = source->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
+    SSourceFlags const flags = {source, isReadOnly, components.Own(source)};
+    // Comparing with more of them would take longer than asking.
+    if (asked.size() == kSourcesKept)
+        asked.clear();
+    asked.push_back(flags);
+    return asked.back();
+}
+
 /// Appends the numbers below `count` that are not among the places.
 void AppendOthers(std::vector<ItemList::Row>& places, std::size_t count)
 {
@@ -57,10 +90,10 @@ bool HasValue(ItemAccessor& item, char const* name)
 }
 
 /// Most items have the pixmap already from the last rebuild, which saves counting its users.
-void Share(QPixmap const& pixmap, QPixmap& user)
+void Share(ItemIcons::SharedPixmap const& shared, QPixmap& user)
 {
-    if (user.cacheKey() != pixmap.cacheKey())
-        user = pixmap;
+    if (user.cacheKey() != shared.key)
+        user = shared.pixmap;
 }
 
 /// Nested items and specialisations are not listed.
@@ -76,7 +109,8 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, int scState,
                          ItemID const& extraID)
     : Item(browser, item, extraID)
 {
-    if (Describe(GetItemID(), scState, FindRevisionControlHelper()).icon)
+    std::vector<SSourceFlags> asked;
+    if (Describe(GetItemID(), scState, FindRevisionControlHelper(), asked).icon)
         m_Browser->update();
 }
 
@@ -90,21 +124,24 @@ CNodeBrowser::Item::Item(CNodeBrowser* browser, ItemAccessor& item, ItemID const
     , m_ExtraID(extraID)
 {}
 
-/// Asks the host what the row shows. Returns the item's kind.
+/// Asks the host what the row shows. `asked` keeps what it told of data sources. Returns the
+/// item's kind.
 SItemKind const& CNodeBrowser::Item::Describe(ItemID const& id, int scState,
-                                              qorm::IRevisionControlUIHelper* helper)
+                                              qorm::IRevisionControlUIHelper* helper,
+                                              std::vector<SSourceFlags>& asked)
 {
     m_HasScState = false;
     m_IsFactory = false;
     m_IsReadOnlySource = false;
-    ReadSourceFlags(id, helper);
+    ReadSourceFlags(id, helper, asked);
     bool const isCompound = id.GetType() == TarnoType::gCompound;
     SItemKind const& kind =
         FindItemKind(id.GetType(), isCompound && Helpers::IsAbstractFunction(m_Accessor));
     m_ScState = isCompound ? scState : 0;
     if (kind.icon) {
-        Share(m_Browser->m_Private->icons.GetResource(kind.icon), m_Icon);
-        ComposeIcon();
+        ItemIcons::SharedPixmap const& icon = m_Browser->m_Private->icons.GetResource(kind.icon);
+        Share(icon, m_Icon);
+        ComposeIcon(icon.key);
     } else {
         m_Icon = QPixmap();
         m_DisplayIcon = QPixmap();
@@ -113,7 +150,8 @@ SItemKind const& CNodeBrowser::Item::Describe(ItemID const& id, int scState,
     return kind;
 }
 
-void CNodeBrowser::Item::ReadSourceFlags(ItemID const& id, qorm::IRevisionControlUIHelper* helper)
+void CNodeBrowser::Item::ReadSourceFlags(ItemID const& id, qorm::IRevisionControlUIHelper* helper,
+                                         std::vector<SSourceFlags>& asked)
 {
     char const* const uid = ItemIDUnlock::GetItemIDUID(id);
     if (!helper || !qorm::DbObjectId::IsUID(uid))
@@ -123,9 +161,9 @@ void CNodeBrowser::Item::ReadSourceFlags(ItemID const& id, qorm::IRevisionContro
     if (!object.IsValid())
         return;
 
-    qorm::QormPtr<qorm::IDataSource> const source = object.GetDataSource();
-    m_IsReadOnlySource = source->GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
-    m_IsFactory = components.Own(source);
+    SSourceFlags const& flags = AskSource(object.GetDataSource(), components, asked);
+    m_IsReadOnlySource = flags.isReadOnly;
+    m_IsFactory = flags.isFactory;
     if (!m_IsFactory || !m_IsReadOnlySource)
         ReadTypeAssetFlags(object);
 }
@@ -158,11 +196,12 @@ void CNodeBrowser::Item::setScState(int state)
 
 void CNodeBrowser::Item::UpdateIcon()
 {
-    ComposeIcon();
+    ComposeIcon(m_Icon.cacheKey());
     m_Browser->update();
 }
 
-void CNodeBrowser::Item::ComposeIcon()
+/// `iconKey` is the cache key of the icon.
+void CNodeBrowser::Item::ComposeIcon(qint64 iconKey)
 {
     ItemIcons::Marks marks;
     marks.isFactory = m_IsFactory;
@@ -170,7 +209,7 @@ void CNodeBrowser::Item::ComposeIcon()
     marks.scState = m_ScState;
     marks.isStateShown =
         m_Browser->m_SourceControlEnabled && ScsUtils::IsFileVersionControlActive();
-    Share(m_Browser->m_Private->icons.GetDisplayIcon(m_Icon, marks), m_DisplayIcon);
+    Share(m_Browser->m_Private->icons.GetDisplayIcon(m_Icon, iconKey, marks), m_DisplayIcon);
 }
 
 ItemID CNodeBrowser::Item::GetItemID() const
@@ -188,7 +227,7 @@ void CNodeBrowser::BuildAllItemList(StateRequests* stateRequests)
     QScopedValueRollback<bool> const use(m_Private->isListInUse);
     m_Private->isListInUse = true;
     m_Private->isFresh = false;
-    m_Private->icons.Clear();
+    m_Private->icons.Begin();
     BeginCollecting();
     if (!m_ItemTOC.IsValid()) {
         TakeItems(m_Private->list.Commit());
@@ -226,6 +265,7 @@ void CNodeBrowser::CollectItems(StateRequests* stateRequests)
 {
     qorm::IRevisionControlUIHelper* const helper = FindRevisionControlHelper();
     m_Private->builtWith = helper;
+    std::vector<SSourceFlags> asked;
     for (SItemKind const& kind : GetItemKinds()) {
         if (kind.isSignature) // listed with the other compounds
             continue;
@@ -233,7 +273,7 @@ void CNodeBrowser::CollectItems(StateRequests* stateRequests)
         for (; !items.IsDone(); items.Next()) {
             if (!IsListed(kind.type, items.GetCurrent()))
                 continue;
-            Item& item = CollectItem(items.GetCurrent(), helper);
+            Item& item = CollectItem(items.GetCurrent(), helper, asked);
             if (helper && stateRequests && item.m_HasScState)
                 RequestState(item, helper, *stateRequests);
         }
@@ -242,7 +282,8 @@ void CNodeBrowser::CollectItems(StateRequests* stateRequests)
 
 /// An item of the last list is kept where it is, and becomes what a new one would be.
 CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
-                                              qorm::IRevisionControlUIHelper* helper)
+                                              qorm::IRevisionControlUIHelper* helper,
+                                              std::vector<SSourceFlags>& asked)
 {
     ItemList& list = m_Private->list;
     std::vector<Item>& items = m_Private->items;
@@ -256,7 +297,7 @@ CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
         items[place].m_ExtraID = ItemID();
     }
     Item& item = items[place];
-    SItemKind const& kind = item.Describe(id, 0, helper);
+    SItemKind const& kind = item.Describe(id, 0, helper, asked);
     list.Collect(id, kind);
     list.CollectTags(m_ItemLibrary.GetItemTags(id, kAppTagsCategory));
     return item;
