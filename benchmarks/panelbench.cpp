@@ -16,9 +16,11 @@
 #include <QLoggingCategory>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <malloc.h>
 #include <sys/resource.h>
 
@@ -230,7 +232,7 @@ std::vector<unsigned long> ReadArguments(int argc, char** argv)
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
     char minTime[] = "--benchmark_min_time=0.05";
     std::vector<char*> arguments = {argv[0], repetitions, interleaving, minTime};
-    arguments.insert(arguments.end(), argv + 1, argv + argc);
+    std::copy(argv + 1, argv + argc, std::back_inserter(arguments));
     int count = int(arguments.size());
     arguments.push_back(nullptr);
     benchmark::Initialize(&count, arguments.data());

@@ -41,8 +41,10 @@ if(NODEBROWSER_FUZZERS)
     add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Links all programs of the tree in a quarter of the time of the default linker, but for ELF only.
-if(UNIX AND NOT APPLE AND PROJECT_IS_TOP_LEVEL)
+# Links all programs of the tree in a quarter of the time of the default linker, but for ELF only,
+# and does not read what the GNU compiler leaves for the optimization of whole programs.
+if(UNIX AND NOT APPLE AND PROJECT_IS_TOP_LEVEL
+   AND NOT (CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU"))
     find_program(NODEBROWSER_LLD ld.lld)
     if(NODEBROWSER_LLD)
         add_link_options(-fuse-ld=lld)
