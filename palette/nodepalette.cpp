@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QToolTip>
 
 using namespace nodepalette;
 using namespace tarno::datamodel;
@@ -77,6 +78,8 @@ void CNodePalette::SetUpChildren()
     disconnect(m_SearchEdit, SIGNAL(returnPressed()), this, SLOT(EnterPressed()));
     connect(m_SearchEdit, &QLineEdit::returnPressed, this, &CNodePalette::ConfirmRow);
     connect(m_SearchEdit, &QLineEdit::textEdited, this, [this] { m_Private->isTyped = true; });
+    // The row of a tip stands elsewhere then, if at all.
+    connect(m_SearchEdit, &QLineEdit::textChanged, this, [] { QToolTip::hideText(); });
 }
 
 void CNodePalette::SetRanking(eRanking ranking)

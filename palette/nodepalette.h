@@ -173,7 +173,7 @@ private:
     unsigned long FindRow(SPlace const& place) const;
     bool HasSelection() const;
     bool HasRowMenus() const;
-    void RestoreSelection(bool isTextNew);
+    void RestoreSelection(bool isTextNew, bool isFilterNew);
     void RestoreScrolling(bool isTextNew, bool isFilterNew);
     void RememberRows();
     void ScheduleRowNews();
@@ -207,7 +207,7 @@ private:
     void PaintSelection(QPainter& painter);
     void PaintRowNotes(QPainter& painter);
     void PaintRowText(QPainter& painter, unsigned long row, QRect const& room);
-    QString GetRowNote(unsigned long row);
+    QString GetRowNote(unsigned long row, int room);
     QString TellApart(unsigned long item);
     QString GetTagNote(unsigned long row) const;
     SItemDetails AskDetails(tarno::datamodel::ItemID const& id) const;

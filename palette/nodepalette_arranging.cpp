@@ -150,7 +150,7 @@ void CNodePalette::FilterAndOrderRows()
                               m_VisibleItems);
     if (m_Private->ranking == eNameRanking)
         m_Private->fillTimer.start();
-    RestoreSelection(isTextNew);
+    RestoreSelection(isTextNew, isFilterNew);
     RestoreScrolling(isTextNew, isFilterNew);
 }
 

@@ -24,12 +24,14 @@ bool CNodePalette::HasSelection() const
     return m_SelectedIndex < m_VisibleItems.size();
 }
 
-void CNodePalette::RestoreSelection(bool isTextNew)
+/// What Enter would take of a search is what is marked.
+void CNodePalette::RestoreSelection(bool isTextNew, bool isFilterNew)
 {
-    if (isTextNew && HasWords(m_SearchText))
-        m_SelectedIndex = m_VisibleItems.empty() ? kNoRow : 0;
-    else
-        m_SelectedIndex = FindRow(m_Private->selected);
+    bool const isSearch = HasWords(m_SearchText);
+    m_SelectedIndex = isSearch && isTextNew ? kNoRow : FindRow(m_Private->selected);
+    bool const isBestMeant = isSearch && (isTextNew || isFilterNew);
+    if (isBestMeant && m_SelectedIndex == kNoRow && !m_VisibleItems.empty())
+        m_SelectedIndex = 0;
 }
 
 void CNodePalette::RestoreScrolling(bool isTextNew, bool isFilterNew)

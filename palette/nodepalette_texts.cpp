@@ -20,8 +20,9 @@ unsigned long const kMaximumNamesakes = 16;
 
 } // namespace
 
-/// What tells the row from others, or says why it is listed there; empty for most rows.
-QString CNodePalette::GetRowNote(unsigned long row)
+/// What tells the row from others, and then why it is listed there unless there is no room, in
+/// pixels, for that; empty for most rows.
+QString CNodePalette::GetRowNote(unsigned long row, int room)
 {
     if (!ItemAt(row))
         return QString();
@@ -30,11 +31,13 @@ QString CNodePalette::GetRowNote(unsigned long row)
         if (!note.isEmpty())
             notes << note;
     };
-    add(row < m_Private->recentRows ? tr("recent") : QString());
     add(TellApart(m_VisibleItems[row]));
+    add(row < m_Private->recentRows ? tr("recent") : QString());
     QString const tag = GetTagNote(row);
     add(tag.isEmpty() ? QString() : tr("tag: %1").arg(tag));
-    return notes.join(QStringLiteral(" · "));
+    QString const all = notes.join(QStringLiteral(" · "));
+    bool const isTooLong = notes.size() > 1 && fontMetrics().horizontalAdvance(all) > room;
+    return isTooLong ? notes.first() : all;
 }
 
 /// Words in which the item differs from others of its name; empty when it is the only one. Items

@@ -210,9 +210,10 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
 void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect const& room)
 {
     QString const name = GetRowName(static_cast<int>(row));
-    QString const note = GetRowNote(row);
     QFontMetrics const metrics = fontMetrics();
     int const nameWidth = metrics.horizontalAdvance(name);
+    QString const note =
+        GetRowNote(row, std::max(room.width() / 2, room.width() - nameWidth) - kNoteGap);
     int const noteWidth =
         note.isEmpty() ? 0 : std::min(kNoteGap + metrics.horizontalAdvance(note), room.width() / 2);
     QRect nameRect = room;

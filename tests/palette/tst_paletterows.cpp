@@ -1,6 +1,8 @@
 #include "palettetest.h"
 
 #include <QScrollBar>
+#include <QTabBar>
+#include <QToolTip>
 
 using namespace tarno::datamodel;
 
@@ -74,6 +76,13 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->GetSelected(), best);
         QVERIFY(m_Palette->GetRowArea().contains(
             m_Palette->GetRowRect(m_Palette->GetSelectedRow()).center()));
+        Press(Qt::Key_Return, Qt::AltModifier);
+        QVERIFY(QToolTip::isVisible());
+        Type("blur");
+        QTRY_VERIFY(!QToolTip::isVisible());
+        m_Palette->findChild<QTabBar*>()->setCurrentIndex(CNodeBrowser::eConfigTypes);
+        Settle();
+        QCOMPARE(m_Palette->GetSelected(), QString("Float"));
     }
 
     void cutsLongNames()
