@@ -29,10 +29,13 @@ public:
 
     QAccessibleInterface* childAt(int x, int y) const override
     {
-        // They lie over the child widgets.
-        for (QAccessibleInterface* const popup : GetPopups()) {
-            if (popup->rect().contains(x, y))
-                return popup;
+        // They lie over the child widgets, those of menus and fields, too. The last one that was
+        // opened lies over the others.
+        QList<QWidget*> popups = FindOpenPopups();
+        popups.prepend(QApplication::activePopupWidget());
+        for (QWidget* const popup : popups) {
+            if (popup && popup->geometry().contains(x, y))
+                return QAccessible::queryAccessibleInterface(popup);
         }
         return QAccessibleWidget::childAt(x, y);
     }
@@ -48,12 +51,21 @@ public:
     }
 
 private:
+    static QList<QWidget*> FindOpenPopups()
+    {
+        QList<QWidget*> popups;
+        for (QWidget* const widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible() && widget->windowType() == Qt::Popup)
+                popups << widget;
+        }
+        return popups;
+    }
+
     QList<QAccessibleInterface*> GetPopups() const
     {
         QList<QAccessibleInterface*> popups;
-        for (QWidget* const widget : QApplication::topLevelWidgets()) {
-            bool const isPopup = widget->isVisible() && widget->windowType() == Qt::Popup;
-            auto* const popup = isPopup ? QAccessible::queryAccessibleInterface(widget) : nullptr;
+        for (QWidget* const widget : FindOpenPopups()) {
+            auto* const popup = QAccessible::queryAccessibleInterface(widget);
             QAccessibleInterface const* const parent = popup ? popup->parent() : nullptr;
             // The others belong to menus and to fields.
             if (parent && (parent == this || parent->role() == QAccessible::Application))

@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 using namespace embeddedhost;
 
@@ -286,6 +287,8 @@ public:
 
     /// Readers keep the nodes that stay, with what they know of them.
     void ForgetGoneNodes();
+    /// Tells readers of nodes that they know by other names.
+    void TellNewNames();
 
 private:
     CCanvas* GetCanvas() const
@@ -305,14 +308,23 @@ private:
     {
         auto const known = m_Nodes.find(id);
         if (known != m_Nodes.end())
-            return QAccessible::accessibleInterface(known->second);
+            return QAccessible::accessibleInterface(known->second.id);
         auto* const made = new CAccessibleNode(GetCanvas(), id);
-        m_Nodes[id] = QAccessible::registerAccessibleInterface(made);
+        m_Nodes[id] = {QAccessible::registerAccessibleInterface(made),
+                       made->text(QAccessible::Name)};
         return made;
     }
 
+    /// A node that readers have asked for.
+    struct KnownNode
+    {
+        QAccessible::Id id;
+        /// As they were told last.
+        QString name;
+    };
+
     mutable std::vector<std::string> m_Ids;
-    mutable std::map<std::string, QAccessible::Id> m_Nodes;
+    mutable std::map<std::string, KnownNode> m_Nodes;
 };
 
 void CAccessibleCanvas::ForgetGoneNodes()
@@ -324,11 +336,29 @@ void CAccessibleCanvas::ForgetGoneNodes()
             ++node;
             continue;
         }
-        gone.push_back(node->second);
+        gone.push_back(node->second.id);
         node = m_Nodes.erase(node);
     }
     for (QAccessible::Id const id : gone)
         QAccessible::deleteAccessibleInterface(id);
+}
+
+void CAccessibleCanvas::TellNewNames()
+{
+    std::vector<QAccessible::Id> renamed;
+    for (auto& [id, node] : m_Nodes) {
+        NodeLook const* const look = GetScene(GetCanvas())->FindLook(id);
+        if (look && std::exchange(node.name, look->title) != look->title)
+            renamed.push_back(node.id);
+    }
+    // Whoever listens may ask for other nodes.
+    for (QAccessible::Id const id : renamed) {
+        QAccessibleInterface* const node = QAccessible::accessibleInterface(id);
+        if (!node)
+            continue;
+        QAccessibleEvent event(node, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 QAccessibleInterface* CAccessibleCanvas::childAt(int x, int y) const
@@ -389,6 +419,7 @@ void AnnounceGraph(CCanvas& canvas)
     QAccessibleEvent event(&canvas,
                            areMany ? QAccessible::VisibleDataChanged : QAccessible::ObjectReorder);
     QAccessible::updateAccessibility(&event);
+    list->TellNewNames();
 }
 
 void AnnounceSelectedNodes(CCanvas& canvas)
