@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
+#include <QStyleOption>
+#include <QWidget>
 
 namespace {
 
@@ -74,6 +76,24 @@ CEditorStyle::CEditorStyle()
     : QProxyStyle(QStringLiteral("Fusion"))
 {}
 
+void CEditorStyle::drawPrimitive(PrimitiveElement element, QStyleOption const* option,
+                                 QPainter* painter, QWidget const* widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    bool const isPopup = element == PE_PanelMenu || element == PE_FrameMenu
+                         || (element == PE_Frame && widget && widget->isWindow());
+    QPalette const& palette = option->palette;
+    if (!isPopup
+        || palette.color(QPalette::Window).lightness()
+               > palette.color(QPalette::WindowText).lightness())
+        return;
+    // The style's own border is darker than the window, as are canvas and lists below it.
+    painter->save();
+    painter->setPen(palette.color(QPalette::Light));
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    painter->restore();
+}
+
 int CEditorStyle::pixelMetric(PixelMetric metric, QStyleOption const* option,
                               QWidget const* widget) const
 {
@@ -103,7 +123,7 @@ int CEditorStyle::styleHint(StyleHint hint, QStyleOption const* option, QWidget 
 QIcon CEditorStyle::standardIcon(StandardPixmap standardIcon, QStyleOption const* option,
                                  QWidget const* widget) const
 {
-    if (standardIcon == SP_TitleBarCloseButton)
+    if (standardIcon == SP_TitleBarCloseButton || standardIcon == SP_DialogCloseButton)
         return QIcon(new LineIconEngine(CrossPath()));
     if (standardIcon == SP_TitleBarNormalButton)
         return QIcon(new LineIconEngine(WindowsPath()));

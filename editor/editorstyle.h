@@ -3,9 +3,9 @@
 
 #include <QProxyStyle>
 
-/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, plain
-/// icons in message boxes, and icons of title bars in the palette's colours, whichever they are
-/// when an icon is painted.
+/// Fusion, with tabs that fit into the panel's header, disabled text without a shadow, borders of
+/// popups that are seen on dark windows, plain icons in message boxes, and icons of title bars and
+/// for closing in the palette's colours, whichever they are when an icon is painted.
 class CEditorStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -13,6 +13,8 @@ class CEditorStyle : public QProxyStyle
 public:
     CEditorStyle();
 
+    void drawPrimitive(PrimitiveElement element, QStyleOption const* option, QPainter* painter,
+                       QWidget const* widget = nullptr) const override;
     int pixelMetric(PixelMetric metric, QStyleOption const* option = nullptr,
                     QWidget const* widget = nullptr) const override;
     QSize sizeFromContents(ContentsType type, QStyleOption const* option, QSize const& size,

@@ -18,6 +18,7 @@ int const kNameMargin = 11;
 int const kNameGap = 14;
 
 double const kCornerRadius = 7;
+/// In pixels of the screen when nodes are shown smaller than they are.
 double const kSelectionWidth = 2;
 int const kGlowWidth = 4;
 int const kGlowAlpha = 80;
@@ -108,7 +109,8 @@ NodePainter::NodePainter(CanvasColors const& colors)
 
 void NodePainter::PaintFrame(QPainter& painter, NodeLook const& look, bool isSelected) const
 {
-    if (GetZoom(painter) < kFrameFrom) {
+    double const zoom = GetZoom(painter);
+    if (zoom < kFrameFrom) {
         PaintPlainFrame(painter, look, isSelected);
         return;
     }
@@ -116,7 +118,7 @@ void NodePainter::PaintFrame(QPainter& painter, NodeLook const& look, bool isSel
     PaintShadow(painter, rect);
     if (isSelected)
         PaintGlow(painter, rect);
-    painter.setPen(GetBorder(look, isSelected));
+    painter.setPen(GetBorder(look, isSelected, zoom));
     painter.setBrush(m_Colors.nodeBody);
     painter.drawRoundedRect(rect, kCornerRadius, kCornerRadius);
     painter.setPen(Qt::NoPen);
@@ -152,10 +154,10 @@ void NodePainter::PaintGlow(QPainter& painter, QRectF const& rect) const
                             kCornerRadius + kGlowWidth, kCornerRadius + kGlowWidth);
 }
 
-QPen NodePainter::GetBorder(NodeLook const& look, bool isSelected) const
+QPen NodePainter::GetBorder(NodeLook const& look, bool isSelected, double zoom) const
 {
     if (isSelected)
-        return QPen(m_Colors.selection, kSelectionWidth);
+        return QPen(m_Colors.selection, kSelectionWidth / std::min(1.0, zoom));
     if (look.kind == eNodeKind::kMissing)
         return QPen(m_Colors.refusal, 1, Qt::DashLine);
     return QPen(m_Colors.nodeBorder, 1);

@@ -36,7 +36,7 @@ private:
     void PaintPlainFrame(QPainter& painter, NodeLook const& look, bool isSelected) const;
     void PaintShadow(QPainter& painter, QRectF const& rect) const;
     void PaintGlow(QPainter& painter, QRectF const& rect) const;
-    QPen GetBorder(NodeLook const& look, bool isSelected) const;
+    QPen GetBorder(NodeLook const& look, bool isSelected, double zoom) const;
     void PaintHeader(QPainter& painter, NodeLook const& look);
     void PaintLargeTitle(QPainter& painter, NodeLook const& look, double scale);
     /// A port's name. Those of a row that is too narrow for both share it.
