@@ -20,6 +20,7 @@
 #include <QDesktopServices>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QScreen>
@@ -113,6 +114,7 @@ CMainWindow::CMainWindow(CEmbeddedHost& host)
     CreateCanvas();
     CreatePanel();
     CreateLog();
+    CreateStatusBar();
     CreateQuickAdd();
     CreateMenus();
     SetRankedByName(true);
@@ -175,12 +177,20 @@ void CMainWindow::CreateLog()
     connect(m_Log, &CMessageLog::Shown, this, [this](QString const& text) {
         statusBar()->showMessage(ShortenText(text), kMessageMilliseconds);
     });
-    connect(statusBar(), &QStatusBar::messageChanged, statusBar(), &QWidget::setAccessibleName);
     m_LogDock = AddDock(tr("Messages"), m_Log, Qt::BottomDockWidgetArea);
     resizeDocks({m_LogDock}, {kLogHeight}, Qt::Vertical);
     m_LogDock->hide();
     // The panel keeps the whole height.
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+}
+
+void CMainWindow::CreateStatusBar()
+{
+    connect(statusBar(), &QStatusBar::messageChanged, statusBar(), &QWidget::setAccessibleName);
+    m_ViewLabel = new QLabel(this);
+    m_ViewLabel->setForegroundRole(QPalette::PlaceholderText);
+    statusBar()->addPermanentWidget(m_ViewLabel);
+    connect(m_Canvas, &CCanvas::ZoomChanged, this, &CMainWindow::ShowView);
 }
 
 QDockWidget* CMainWindow::AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area)
@@ -312,6 +322,11 @@ void CMainWindow::ShowTitle()
 void CMainWindow::ShowSummary()
 {
     m_Canvas->SetSummary(m_Host.GetLibraryName(), SummarizeItems(m_Host.GetLibrary()));
+}
+
+void CMainWindow::ShowView()
+{
+    m_ViewLabel->setText(m_Canvas->DescribeView());
 }
 
 void CMainWindow::ShowFiles(QStringList const& paths)

@@ -17,6 +17,7 @@ class CRecentMenu;
 class CSettings;
 class CTrailBar;
 class QDockWidget;
+class QLabel;
 class QUndoStack;
 
 namespace embeddedhost {
@@ -57,6 +58,7 @@ private:
     void SetUpPalette(CNodePalette& palette) const;
     void CreateQuickAdd();
     void CreateLog();
+    void CreateStatusBar();
     QDockWidget* AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area);
     void ConnectHost();
 
@@ -96,6 +98,8 @@ private:
     /// The compound that is selected in the palette, otherwise the current one; null for none.
     tarno::datamodel::ItemID FindMeantCompound() const;
     void DeleteCompound();
+    /// The compound that is selected where the focus is.
+    void OpenSelectedCompound();
     void RememberLibrary();
     void RecoverChanges();
     /// The compound that was worked on last in the library.
@@ -110,6 +114,7 @@ private:
 
     void ShowTitle();
     void ShowSummary();
+    void ShowView();
     void ShowFiles(QStringList const& paths);
     void ShowMessage(embeddedhost::eSeverity severity, QString const& text);
     void ChooseDark(bool isDark);
@@ -126,6 +131,8 @@ private:
     CMessageLog* const m_Log;
     QDockWidget* m_PanelDock = nullptr;
     QDockWidget* m_LogDock = nullptr;
+    /// In the status bar, beside the messages.
+    QLabel* m_ViewLabel = nullptr;
     /// Null if no settings are kept, as for pictures and tests.
     CSettings* m_Settings = nullptr;
     embeddedhost::CJournal* m_Journal = nullptr;

@@ -173,6 +173,21 @@ void CMainWindow::DeleteCompound()
         m_Host.DeleteItem(id);
 }
 
+void CMainWindow::OpenSelectedCompound()
+{
+    ItemID const id =
+        m_Canvas->hasFocus() ? m_Canvas->FindSelectedCompound() : m_Panel->GetSelection();
+    CompoundAccessor compound;
+    if (id.GetType() == TarnoType::gCompound)
+        compound.SetFrom(m_Host.GetLibrary().GetModel(id, nullptr));
+    if (compound.IsValid())
+        m_Host.SetCompoundTarget(compound);
+    else
+        m_Host.GetMessages().Post(
+            embeddedhost::eSeverity::kInformation,
+            tr("Select a compound first, in the node browser or in the graph."));
+}
+
 void CMainWindow::RememberLibrary()
 {
     if (!m_Settings)

@@ -116,7 +116,7 @@ void CMainWindow::CreateEditMenu()
     m_NodeActions << AddCanvasEdit(menu, tr("Cu&t"), QKeySequence::Cut, &CCanvas::Cut);
     m_CopyAction = AddCanvasEdit(menu, tr("&Copy"), QKeySequence::Copy, &CCanvas::Copy);
     m_PasteAction = AddCanvasEdit(menu, tr("&Paste"), QKeySequence::Paste, &CCanvas::Paste);
-    m_NodeActions << AddCanvasEdit(menu, tr("D&uplicate"), QKeySequence(Qt::CTRL | Qt::Key_D),
+    m_NodeActions << AddCanvasEdit(menu, tr("Dup&licate"), QKeySequence(Qt::CTRL | Qt::Key_D),
                                    &CCanvas::Duplicate);
     m_SelectionActions << AddCanvasEdit(menu, tr("&Delete"), QKeySequence::Delete,
                                         &CCanvas::DeleteSelection);
@@ -124,7 +124,7 @@ void CMainWindow::CreateEditMenu()
     m_CompoundActions << AddCanvasEdit(menu, tr("Select &All"), QKeySequence::SelectAll,
                                        &CCanvas::SelectAll);
     m_DeleteCompoundAction =
-        AddAction(menu, tr("Delete Compoun&d..."), QKeySequence(), &CMainWindow::DeleteCompound);
+        AddAction(menu, tr("Delete Co&mpound..."), QKeySequence(), &CMainWindow::DeleteCompound);
     menu->addSeparator();
     AddAction(menu, tr("&Find in Node Browser"), QKeySequence::Find, &CMainWindow::FocusSearch);
 }
@@ -160,6 +160,8 @@ void CMainWindow::CreateViewMenu()
     m_UpAction = menu->addAction(tr("Compound &Above"));
     m_UpAction->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Up));
     connect(m_UpAction, &QAction::triggered, m_TrailBar, &CTrailBar::GoUp);
+    m_LibraryActions << AddAction(menu, tr("Open &Compound"), QKeySequence(Qt::ALT | Qt::Key_Down),
+                                  &CMainWindow::OpenSelectedCompound);
     menu->addSeparator();
     QAction* const zoomIn =
         AddCanvasAction(menu, tr("Zoom &In"), QKeySequence::ZoomIn, &CCanvas::ZoomIn);
@@ -200,6 +202,7 @@ void CMainWindow::UpdateActions()
     m_PasteAction->setEnabled(m_Canvas->CanPaste());
     m_DeleteCompoundAction->setEnabled(!FindMeantCompound().IsNull());
     m_UpAction->setEnabled(m_TrailBar->CanGoUp());
+    ShowView();
 }
 
 void CMainWindow::ShowShortcuts()

@@ -72,7 +72,7 @@ CShortcutList::Lines CShortcutList::GetPanelLines()
 {
     return {{tr("Search names and tags"), tr("Type words")},
             {tr("Add an item to the graph"), tr("Enter, or drag its row")},
-            {tr("Open a compound"), tr("Double click")},
+            {tr("Open a compound"), tr("Alt+Down, or double click")},
             {tr("Rename"), tr("F2")},
             {tr("Tag, move, show files"), tr("Right click, or the Menu key")},
             {tr("Back to the canvas"), tr("Esc")}};
@@ -86,7 +86,7 @@ CShortcutList::Lines CShortcutList::GetCanvasLines()
             {tr("Connect"), tr("Drag from an output to an input")},
             {tr("Move or remove a connection"), tr("Drag it off its input")},
             {tr("Move nodes"), tr("Drag them, or press the arrow keys")},
-            {tr("Open a compound"), tr("Double click its node")},
+            {tr("Open a compound"), tr("Alt+Down, or double click its node")},
             {tr("Add inputs and outputs"), tr("Right click")},
             {tr("Select several"), tr("Drag around them, or click with Shift")},
             {tr("Zoom"), tr("Wheel")},

@@ -132,6 +132,26 @@ bool CCanvas::HasSelection() const
     return !m_Scene.selectedItems().isEmpty();
 }
 
+tarno::datamodel::ItemID CCanvas::FindSelectedCompound() const
+{
+    std::set<std::string> const ids = m_Scene.GetSelectedNodes();
+    NodeLook const* const look = ids.size() == 1 ? m_Scene.FindLook(*ids.begin()) : nullptr;
+    return look && look->kind == eNodeKind::kCompound ? m_Host.FindItem(look->item)
+                                                      : tarno::datamodel::ItemID();
+}
+
+QString CCanvas::DescribeView() const
+{
+    if (m_Compound.IsNull())
+        return tr("No compound is open");
+    auto const count = m_Body.nodes.size();
+    QStringList parts(count == 1 ? tr("1 node") : tr("%L1 nodes").arg(count));
+    if (std::size_t const selected = m_Scene.GetSelectedNodes().size())
+        parts << tr("%L1 selected").arg(selected);
+    parts << tr("%1%").arg(qRound(100 * transform().m11()));
+    return parts.join(QStringLiteral(" · "));
+}
+
 void CCanvas::Refresh()
 {
     tarno::datamodel::CompoundAccessor const compound = m_Host.GetCompoundTarget();
@@ -192,12 +212,13 @@ void CCanvas::UpdateHint()
     m_NameLabel->setText(hasCompound ? QString()
                          : isReading ? QDir(m_ReadingFolder).dirName()
                                      : m_LibraryName);
-    QString const next = hasCompound ? tr("Drag nodes here from the node browser, or press Tab.")
-                         : isReading ? tr("Reading the library...")
-                         : m_LibraryName.isEmpty()
-                             ? tr("Open a library to begin.")
-                             : tr("Double-click a compound in the node browser to work on it, or "
-                                  "make a new one with the Create menu.");
+    QString const next =
+        hasCompound ? tr("Drag nodes here from the node browser, or press Tab.")
+        : isReading ? tr("Reading the library...")
+        : m_LibraryName.isEmpty()
+            ? tr("Open a library to begin.")
+            : tr("Double-click a compound in the node browser, or press Alt+Down on "
+                 "it, to work on it. The Create menu makes a new one.");
     m_CountsLabel->setText(hasCompound || isReading || m_ItemCounts.isEmpty()
                                ? next
                                : m_ItemCounts + QStringLiteral("\n\n") + next);
@@ -211,6 +232,7 @@ void CCanvas::ScaleTo(double zoom)
     double const factor = std::clamp(zoom, kSmallestZoom, kLargestZoom) / transform().m11();
     m_IsFitted = false;
     scale(factor, factor);
+    Q_EMIT ZoomChanged();
 }
 
 QPointF CCanvas::GetCenter() const

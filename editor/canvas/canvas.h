@@ -44,6 +44,10 @@ public:
     bool CanPaste() const;
     /// There is one node selected, and it has outputs.
     bool CanContinue() const;
+    /// Null unless one node is selected, and it is a compound.
+    tarno::datamodel::ItemID FindSelectedCompound() const;
+    /// The number of nodes and the zoom, in words.
+    QString DescribeView() const;
 
 public Q_SLOTS:
     void Cut();
@@ -80,6 +84,7 @@ Q_SIGNALS:
     /// that was being drawn is shown until ForgetWantedNode.
     void NodeWanted(QPoint const& globalPos);
     void NodeAdded(tarno::datamodel::ItemID const& item);
+    void ZoomChanged();
 
 protected:
     void changeEvent(QEvent* event) override;
@@ -238,6 +243,8 @@ private:
     void OpenNode(NodeLook const& node);
 
     // canvas_menu.cpp
+    /// In the viewport: under the mouse, or for the Menu key on a selected node.
+    QPoint FindMenuPoint(QContextMenuEvent const& event);
     void FillNodeMenu(QMenu& menu, NodeLook const& node);
     void FillGraphMenu(QMenu& menu, QPointF const& scenePoint);
 

@@ -54,7 +54,7 @@ bool CCanvas::CheckItem(ItemID const& id)
 {
     QString reason;
     if (m_Compound.IsNull())
-        reason = tr("Open a compound first: nodes are added to it.");
+        reason = tr("Open a compound first, by Alt+Down or a double click: nodes are added to it.");
     else if (id.IsNull() || id.GetType() == LibType::gType)
         reason = tr("\"%1\" cannot become a node.").arg(GetItemName(id));
     else

@@ -9,7 +9,8 @@ void CCanvas::contextMenuEvent(QContextMenuEvent* event)
 {
     if (m_Compound.IsNull() || m_Gesture != eGesture::kNone)
         return;
-    QPointF const scenePoint = mapToScene(event->pos());
+    QPoint const point = FindMenuPoint(*event);
+    QPointF const scenePoint = mapToScene(point);
     QMenu menu;
     auto const port = m_Scene.FindPortAt(scenePoint);
     auto const node = m_Scene.FindNodeAt(scenePoint);
@@ -26,7 +27,18 @@ void CCanvas::contextMenuEvent(QContextMenuEvent* event)
     } else {
         FillGraphMenu(menu, scenePoint);
     }
-    menu.exec(event->globalPos());
+    menu.exec(viewport()->mapToGlobal(point));
+}
+
+QPoint CCanvas::FindMenuPoint(QContextMenuEvent const& event)
+{
+    std::set<std::string> const selected = m_Scene.GetSelectedNodes();
+    if (event.reason() != QContextMenuEvent::Keyboard || selected.empty())
+        return event.pos();
+    QRectF const header(m_Scene.FindNodePosition(*selected.begin()).value_or(QPointF()),
+                        QSizeF(kSmallestNodeWidth, kHeaderHeight));
+    BringIntoView(header);
+    return mapFromScene(header.center());
 }
 
 void CCanvas::FillNodeMenu(QMenu& menu, NodeLook const& node)

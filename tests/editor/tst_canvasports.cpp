@@ -42,7 +42,8 @@ private:
     }
 
     /// Chooses an entry of the context menu. Returns all of them, in brackets where they cannot be.
-    QString Choose(QPoint const& point, char const* text = "")
+    QString Choose(QPoint const& point, char const* text = "",
+                   QContextMenuEvent::Reason reason = QContextMenuEvent::Mouse)
     {
         QStringList entries;
         WhenShown const answer([&entries, text] {
@@ -55,8 +56,7 @@ private:
             }
             return menu && menu->close();
         });
-        QContextMenuEvent event(QContextMenuEvent::Mouse, point,
-                                m_Canvas->viewport()->mapToGlobal(point));
+        QContextMenuEvent event(reason, point, m_Canvas->viewport()->mapToGlobal(point));
         QApplication::sendEvent(m_Canvas->viewport(), &event);
         return entries.join(' ');
     }
@@ -255,6 +255,11 @@ private Q_SLOTS:
         QVERIFY(Nodes().endsWith(QStringLiteral("|one-2 220,140")));
         Choose(Between("one.sum", "two.a"), "Delete");
         QCOMPARE(Wires(), QStringLiteral("gone.lost>two.b"));
+        Open(kOuter);
+        // The Menu key, wherever the mouse is.
+        Scene().SelectNodes({"main"});
+        Choose(kNowhere, "Open", QContextMenuEvent::Keyboard);
+        QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));
         Open(kOuter);
         DoubleClick(At("main"));
         QVERIFY(m_Host->GetCompoundTarget().GetItemID() == m_Host->FindItem(Uid(kMain)));

@@ -7,6 +7,7 @@
 #include <libraryfolder.h>
 #include <libraryuser.h>
 #include <mainwindow.h>
+#include <palette/nodepalette.h>
 #include <settings.h>
 
 #include <QAccessible>
@@ -269,9 +270,28 @@ private Q_SLOTS:
         QMenu menu(&window);
         menu.addAction(QStringLiteral("Entry"));
         menu.popup(window.mapToGlobal(window.rect().center()));
-        QPoint const point = menu.geometry().center();
-        QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(&window);
-        QCOMPARE(list->childAt(point.x(), point.y()), QAccessible::queryAccessibleInterface(&menu));
+        QMenu* const submenu = menu.addMenu(QStringLiteral("More"));
+        submenu->addAction(QStringLiteral("Other"));
+        submenu->popup(menu.geometry().topRight());
+        for (QMenu* const found : {&menu, submenu}) {
+            QPoint const point = found->geometry().center();
+            QCOMPARE(QAccessible::queryAccessibleInterface(&window)->childAt(point.x(), point.y()),
+                     QAccessible::queryAccessibleInterface(found));
+        }
+    }
+
+    void theStatusBarTellsOfTheGraph()
+    {
+        Open();
+        auto const& label = *m_Run->window.statusBar()->findChild<QLabel*>();
+        QCOMPARE(label.text(), QString("No compound is open"));
+        auto const& dock = *m_Run->window.findChild<QDockWidget*>("Node Browser");
+        QVERIFY(dock.findChild<CNodePalette*>()->SelectItem(Item(2)));
+        Action("Open Compound")->trigger();
+        QVERIFY(m_Run->host.GetCompoundTarget().GetItemID() == Item(2));
+        QCOMPARE(label.text(), QString("0 nodes · 100%"));
+        Action("Zoom Out")->trigger();
+        QCOMPARE(label.text(), QString("0 nodes · 80%"));
     }
 
     void isAsItWasLeft()

@@ -113,7 +113,7 @@ private Q_SLOTS:
             {[&] { m_Host->SetCompoundTarget({}); },
              "-Copy-Select All-Delete Compound-Zoom In-Zoom Out-Zoom to 100%-Zoom to Fit"},
             {[&] { m_Host->CloseLibrary(); }, "-Save graph library-Redo-Compound signature-Public "
-                                              "compound-Public looping compound"}};
+                                              "compound-Public looping compound-Open Compound"}};
         for (auto const& [act, changes] : steps) {
             act();
             QCOMPARE(TakeEnabledChanges(), changes);
