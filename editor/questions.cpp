@@ -21,6 +21,7 @@ eSaveAnswer AskToSave(QWidget* parent, QString const& library)
     QMessageBox box(QMessageBox::Warning, Translate("Unsaved Changes"),
                     Translate("Save the changes in \"%1\"?").arg(library),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
+    box.setTextFormat(Qt::PlainText);
     box.setInformativeText(Translate("Changes that are discarded cannot be brought back."));
     // Not every style gives each its key.
     box.button(QMessageBox::Save)->setText(Translate("&Save"));
@@ -70,6 +71,7 @@ eConflictAnswer AskAboutConflicts(QWidget* parent, QStringList const& files)
                   .arg(files.size());
     QMessageBox box(QMessageBox::Warning, Translate("Files Changed on Disk"), text,
                     QMessageBox::Cancel, parent);
+    box.setTextFormat(Qt::PlainText);
     box.setInformativeText(Translate("Take what is on disk, or overwrite it with what is here? "
                                      "Taking it can be undone. What is not on disk any more goes "
                                      "from the library, too."));
