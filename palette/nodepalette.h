@@ -10,6 +10,8 @@
 
 #include <functional>
 #include <memory>
+#include <set>
+#include <string>
 #include <vector>
 
 /// The node browser for daily use: the panel, and what people expect of a list that they search all
@@ -210,6 +212,7 @@ private:
     QString GetRowNote(unsigned long row, int room);
     QString TellApart(unsigned long item);
     QString GetTagNote(unsigned long row) const;
+    std::set<std::string> AskTags(tarno::datamodel::ItemID const& id) const;
     SItemDetails AskDetails(tarno::datamodel::ItemID const& id) const;
     void ShowTip(QPoint const& globalPos, int row);
     void UpdateCount();

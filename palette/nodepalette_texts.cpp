@@ -5,6 +5,7 @@
 #include "itemfacts.h"
 #include "palettetext.h"
 
+#include <nodebrowser/stringutils.h>
 #include <nodebrowser/textencoding.h>
 
 #include <algorithm>
@@ -84,9 +85,17 @@ QString CNodePalette::GetTagNote(unsigned long row) const
     };
     if (hasWord(m_ItemLibrary.GetItemName(id, true, nullptr)))
         return QString();
-    std::set<std::string> const tags = m_TagsRegistry.GetItemTags(id);
+    std::set<std::string> const tags = AskTags(id);
     auto const tag = std::find_if(tags.begin(), tags.end(), hasWord);
     return tag != tags.end() ? FromHost(*tag) : QString();
+}
+
+/// Of this item alone: the panel's registry would collect those of all items first.
+std::set<std::string> CNodePalette::AskTags(ItemID const& id) const
+{
+    std::set<std::string> tags = {KindTag(id)};
+    SplitString(m_ItemLibrary.GetItemTags(id, kAppTagsCategory), ";", tags);
+    return tags;
 }
 
 CNodePalette::SItemDetails CNodePalette::AskDetails(ItemID const& id) const
@@ -108,8 +117,7 @@ QString CNodePalette::GetRowDescription(int row)
     if (id.IsNull())
         return QString();
     QString const facts =
-        AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
-            .ToDescription();
+        AskItemFacts(m_ItemLibrary, item, AskTags(id), AskDetails(id)).ToDescription();
     bool const isRecent = static_cast<unsigned long>(row) < m_Private->recentRows;
     return isRecent ? tr("recent, %1").arg(facts) : facts;
 }
@@ -121,6 +129,6 @@ QString CNodePalette::GetRowToolTip(int row)
     if (id.IsNull())
         return QString();
     QString const tag = GetTagNote(static_cast<unsigned long>(row));
-    return AskItemFacts(m_ItemLibrary, item, m_TagsRegistry.GetItemTags(id), AskDetails(id))
+    return AskItemFacts(m_ItemLibrary, item, AskTags(id), AskDetails(id))
         .ToToolTip(tag.isEmpty() ? QString() : tr("Listed for its tag “%1”").arg(tag));
 }
