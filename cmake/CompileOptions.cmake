@@ -19,9 +19,14 @@ if(NODEBROWSER_WERROR)
     add_compile_options(-Werror)
 endif()
 
-if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The warning takes a unit's sources for headers.
-    add_compile_options(-Wno-subobject-linkage)
+if(CMAKE_UNITY_BUILD)
+    # One unit for each target: what most time goes to are the headers.
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 0)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # The warning takes a unit's sources for headers. Below that many KiB the compiler does not
+        # look for memory that it no longer needs, which takes a sixth of its time.
+        add_compile_options(-Wno-subobject-linkage --param=ggc-min-heapsize=786432)
+    endif()
 endif()
 
 if(NODEBROWSER_SANITIZE)

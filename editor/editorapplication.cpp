@@ -71,3 +71,5 @@ bool CEditorApplication::notify(QObject* receiver, QEvent* event)
     event->ignore();
     return false;
 }
+
+#include "moc_editorapplication.cpp"

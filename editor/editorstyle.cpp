@@ -130,3 +130,5 @@ QIcon CEditorStyle::standardIcon(StandardPixmap standardIcon, QStyleOption const
     QIcon const message = MakeMessageIcon(standardIcon);
     return message.isNull() ? QProxyStyle::standardIcon(standardIcon, option, widget) : message;
 }
+
+#include "moc_editorstyle.cpp"

@@ -348,3 +348,5 @@ void CMainWindow::ShowMessage(eSeverity severity, QString const& text)
     m_IsLogOffered = true;
     m_LogDock->show();
 }
+
+#include "moc_mainwindow.cpp"

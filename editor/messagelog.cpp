@@ -86,3 +86,5 @@ void CMessageLog::DropOldest()
     cursor.endEditBlock();
     m_HasNotice = true;
 }
+
+#include "moc_messagelog.cpp"

@@ -129,3 +129,5 @@ void CQuickAdd::hideEvent(QHideEvent* event)
     QFrame::hideEvent(event);
     Q_EMIT Closed();
 }
+
+#include "moc_quickadd.cpp"

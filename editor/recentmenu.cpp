@@ -34,3 +34,5 @@ void CRecentMenu::SetFolders(QStringList const& folders)
     }
     setEnabled(!folders.isEmpty());
 }
+
+#include "moc_recentmenu.cpp"

@@ -106,3 +106,5 @@ void CShortcutList::AddSection(QGridLayout& grid, QString const& title, Lines co
         grid.addWidget(new QLabel(how), row, 1);
     }
 }
+
+#include "moc_shortcutlist.cpp"

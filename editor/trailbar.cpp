@@ -134,3 +134,5 @@ void CTrailBar::AddStep(std::size_t step)
     connect(button, &QToolButton::clicked, this, [this, step] { GoTo(step); });
     add(button);
 }
+
+#include "moc_trailbar.cpp"

@@ -118,3 +118,5 @@ void CEmbeddedHost::SetCompoundTarget(CompoundAccessor const& compound)
     m_Private->compoundTarget.SetFrom(compound);
     Q_EMIT CompoundTargetChanged();
 }
+
+#include "moc_embeddedhost.cpp"

@@ -202,3 +202,5 @@ void CJournal::Discard(Leftover const& leftover)
 }
 
 } // namespace embeddedhost
+
+#include "moc_journal.cpp"

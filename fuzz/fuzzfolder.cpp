@@ -17,7 +17,7 @@ namespace {
 char const* const kOutside =
     R"({"uid": "outside", "kind": "compound", "name": "Outside", "tags": {}})";
 
-char const* const kManifest = R"({
+char const* const kFuzzManifest = R"({
   "format": 1,
   "name": "Library",
   "dataSources": [
@@ -31,14 +31,14 @@ char const* const kManifest = R"({
 }
 )";
 
-QByteArray ReadFile(QString const& path)
+QByteArray MustRead(QString const& path)
 {
     QFile file(path);
     Require(file.open(QIODevice::ReadOnly), "a file of the library can be read");
     return file.readAll();
 }
 
-void WriteFile(QString const& path, QByteArray const& content)
+void MustWrite(QString const& path, QByteArray const& content)
 {
     QFile file(path);
     Require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
@@ -66,7 +66,7 @@ bool AreSame(FuzzFolder::Files const& left, FuzzFolder::Files const& right, IsSa
 FuzzFolder::FuzzFolder()
 {
     Require(m_Folder.isValid(), "there is a place for the library");
-    WriteFile(m_Folder.filePath(QStringLiteral("outside.json")), kOutside);
+    MustWrite(m_Folder.filePath(QStringLiteral("outside.json")), kOutside);
 }
 
 QString FuzzFolder::GetPath() const
@@ -84,13 +84,13 @@ void FuzzFolder::Clear()
     QDir(GetPath()).removeRecursively();
     for (char const* const folder : {"project/below", "shared", "factory"})
         QDir().mkpath(GetPath(QLatin1String(folder)));
-    Write(QStringLiteral("library.json"), kManifest);
+    Write(QStringLiteral("library.json"), kFuzzManifest);
 }
 
 void FuzzFolder::Write(QString const& file, QByteArray const& content)
 {
     Remove(file);
-    WriteFile(GetPath(file), content);
+    MustWrite(GetPath(file), content);
     QFile written(GetPath(file));
     written.open(QIODevice::ReadWrite);
     written.setFileTime(QDateTime::fromSecsSinceEpoch(++m_Time), QFileDevice::FileModificationTime);
@@ -119,14 +119,14 @@ FuzzFolder::Files FuzzFolder::Read() const
     QDirIterator all(GetPath(), QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
     while (all.hasNext()) {
         QString const path = all.next();
-        files[path.mid(GetPath().size() + 1)] = {ReadFile(path), GetVersion(path)};
+        files[path.mid(GetPath().size() + 1)] = {MustRead(path), GetVersion(path)};
     }
     return files;
 }
 
 bool FuzzFolder::IsOutsideKept() const
 {
-    return ReadFile(m_Folder.filePath(QStringLiteral("outside.json"))) == kOutside;
+    return MustRead(m_Folder.filePath(QStringLiteral("outside.json"))) == kOutside;
 }
 
 bool AreSameContents(FuzzFolder::Files const& left, FuzzFolder::Files const& right)

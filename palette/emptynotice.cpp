@@ -68,3 +68,5 @@ QString CEmptyNotice::GetText() const
 }
 
 } // namespace nodepalette
+
+#include "moc_emptynotice.cpp"

@@ -144,3 +144,5 @@ void CNodePalette::ItemTagsChanged(ItemLibraryAccessor& library, ItemID const& i
     CNodeBrowser::ItemTagsChanged(library, id, category);
     m_Private->index.ForgetTags();
 }
+
+#include "moc_nodepalette.cpp"

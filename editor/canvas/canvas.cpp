@@ -303,3 +303,5 @@ void CCanvas::drawBackground(QPainter* painter, QRectF const& rect)
 {
     PaintGrid(*painter, rect, m_Scene.GetColors());
 }
+
+#include "moc_canvas.cpp"

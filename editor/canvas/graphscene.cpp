@@ -284,3 +284,5 @@ void CGraphScene::UnmarkPort()
         node->UnmarkPort();
     m_MarkedNode.clear();
 }
+
+#include "moc_graphscene.cpp"

@@ -10,7 +10,7 @@
 namespace {
 
 /// Selection rings, shadows and port marks reach no further beyond the node.
-double const kMargin = 11;
+double const kNodeMargin = 11;
 
 /// Above connections; selected nodes lie above those they are moved across.
 double const kLayer = 1;
@@ -136,7 +136,7 @@ void CNodeItem::UnmarkPort()
 
 QRectF CNodeItem::boundingRect() const
 {
-    return GetNodeRect(m_Look).adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    return GetNodeRect(m_Look).adjusted(-kNodeMargin, -kNodeMargin, kNodeMargin, kNodeMargin);
 }
 
 QPainterPath CNodeItem::shape() const

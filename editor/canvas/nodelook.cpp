@@ -10,7 +10,7 @@ namespace {
 int const kTopMargin = 4;
 int const kBottomMargin = 8;
 
-bool IsSamePort(PortLook const& left, PortLook const& right)
+bool IsSameLook(PortLook const& left, PortLook const& right)
 {
     return std::tie(left.name, left.type, left.typeName, left.isConnected, left.isFaded)
            == std::tie(right.name, right.type, right.typeName, right.isConnected, right.isFaded);
@@ -18,7 +18,7 @@ bool IsSamePort(PortLook const& left, PortLook const& right)
 
 bool AreSamePorts(std::vector<PortLook> const& left, std::vector<PortLook> const& right)
 {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(), IsSamePort);
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(), IsSameLook);
 }
 
 } // namespace

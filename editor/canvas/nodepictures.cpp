@@ -10,11 +10,11 @@
 namespace {
 
 int const kBytesPerPixel = 4;
-int const kMostBytes = 96 << 20;
+int const kMostPictureBytes = 96 << 20;
 /// For making pictures in a frame, which has 16 ms in all.
 qint64 const kBudgetNanoseconds = 2500000;
 /// Beyond this zoom few nodes are in view, and their pictures would be large.
-double const kLargestZoom = 2;
+double const kLargestPictureZoom = 2;
 /// In pixels. Of a taller node, which has very many ports, most is out of view.
 double const kTallestPicture = 4096;
 
@@ -37,7 +37,7 @@ bool IsPaintedFromPicture(QPainter const& painter, NodeLook const& look)
     double const zoom = painter.worldTransform().m11();
     double const height =
         GetPictureRect(look).height() * zoom * painter.device()->devicePixelRatioF();
-    return zoom >= kFrameFrom && zoom <= kLargestZoom && height <= kTallestPicture;
+    return zoom >= kFrameFrom && zoom <= kLargestPictureZoom && height <= kTallestPicture;
 }
 
 /// Puts the picture onto whole pixels, where it is copied and not resampled.
@@ -68,7 +68,7 @@ QByteArray MakeFace(NodeLook const& look)
 NodePictures::NodePictures(CanvasColors const& colors)
     : m_Colors(colors)
     , m_Painter(colors)
-    , m_Pictures(kMostBytes)
+    , m_Pictures(kMostPictureBytes)
 {}
 
 void NodePictures::SetColors(CanvasColors const& colors)

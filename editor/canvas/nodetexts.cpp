@@ -8,7 +8,7 @@ namespace {
 
 int const kFontPixels = 12;
 /// Widths are fractions, and added up in another order they differ a little.
-double const kTolerance = 0.5;
+double const kWidthTolerance = 0.5;
 
 } // namespace
 
@@ -50,7 +50,7 @@ double NodeTexts::GetWidth(QString const& text)
 
 void NodeTexts::Paint(QPainter& painter, QRectF const& rect, QString const& text, bool isAtRight)
 {
-    if (GetWidth(text) > rect.width() + kTolerance) {
+    if (GetWidth(text) > rect.width() + kWidthTolerance) {
         QString const cut = QFontMetricsF(m_Font).elidedText(text, Qt::ElideRight, rect.width());
         if (cut != text)
             Paint(painter, rect, cut, isAtRight);

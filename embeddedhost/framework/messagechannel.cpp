@@ -33,3 +33,5 @@ void CMessageChannel::ClearLog()
 }
 
 } // namespace embeddedhost
+
+#include "moc_messagechannel.cpp"

@@ -6,7 +6,7 @@ namespace embeddedhost {
 
 namespace {
 
-std::string_view GetText(ItemObject const& object, char const* key)
+std::string_view FindText(ItemObject const& object, char const* key)
 {
     auto const found = object.find(key);
     bool const isText = found != object.end() && found->is_string();
@@ -24,9 +24,9 @@ bool IsSet(ItemObject const& object, char const* key)
 ListedObject ListObject(ItemObject const& object)
 {
     ListedObject listed;
-    listed.kind = FindItemKind(GetText(object, Keys::kKind));
+    listed.kind = FindItemKind(FindText(object, Keys::kKind));
     for (auto const& [key, text] : kTextMembers)
-        listed.*text = GetText(object, key.data());
+        listed.*text = FindText(object, key.data());
     for (auto const& [key, flag] : kFlagMembers)
         listed.*flag = IsSet(object, key.data());
     auto const tags = object.find(Keys::kTags);

@@ -55,3 +55,5 @@ void CGitActions::FollowMove(QString const& from, QString const& to)
 }
 
 } // namespace embeddedhost
+
+#include "moc_gitactions.cpp"

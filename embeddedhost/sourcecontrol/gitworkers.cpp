@@ -105,3 +105,5 @@ void CGitWorkers::LookForLife()
 }
 
 } // namespace embeddedhost
+
+#include "moc_gitworkers.cpp"

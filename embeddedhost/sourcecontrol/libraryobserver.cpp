@@ -61,3 +61,5 @@ void CLibraryObserver::ItemAccessStateChanged(ItemLibraryAccessor& /*library*/,
 void CLibraryObserver::OnPreCommit(ItemLibraryAccessor& /*library*/, bool* /*cancel*/) {}
 
 } // namespace embeddedhost
+
+#include "moc_libraryobserver.cpp"

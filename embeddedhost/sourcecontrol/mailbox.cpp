@@ -60,3 +60,5 @@ void CMailbox::Deliver()
 }
 
 } // namespace embeddedhost
+
+#include "moc_mailbox.cpp"

@@ -187,3 +187,5 @@ void CSourceControlService::Guard(std::function<void()> const& call)
 }
 
 } // namespace embeddedhost
+
+#include "moc_sourcecontrolservice.cpp"

@@ -70,3 +70,5 @@ void CStateAnnouncer::SendDue()
 }
 
 } // namespace embeddedhost
+
+#include "moc_stateannouncer.cpp"

@@ -52,3 +52,5 @@ void CStateDelivery::DeliverBatch()
 }
 
 } // namespace embeddedhost
+
+#include "moc_statedelivery.cpp"

@@ -54,3 +54,5 @@ void CStateReader::Finish(Pass const& pass)
 }
 
 } // namespace embeddedhost
+
+#include "moc_statereader.cpp"

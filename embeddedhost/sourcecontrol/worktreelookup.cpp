@@ -77,3 +77,5 @@ void CWorkTreeLookUp::WatchGitFolder()
 }
 
 } // namespace embeddedhost
+
+#include "moc_worktreelookup.cpp"

@@ -18,7 +18,7 @@ bool IsReadOnly(CDataSource const& source)
     return source.GetAccessMode() == qorm::IDataSource::kReadOnlyAccess;
 }
 
-QString GetName(CDataSource const& source)
+QString GetSourceName(CDataSource const& source)
 {
     return FromText8(source.GetDescription().name.c_str());
 }
@@ -127,7 +127,7 @@ QString FindObstacle(CLibrary const& library, CLibraryItem const& item, CDataSou
     if (!target)
         return QStringLiteral("there is no data source to move it to");
     if (IsReadOnly(*target))
-        return QStringLiteral("the data source \"%1\" is read-only").arg(GetName(*target));
+        return QStringLiteral("the data source \"%1\" is read-only").arg(GetSourceName(*target));
     if (item.IsReadOnly())
         return QStringLiteral("it is read-only where it is");
     if (target == item.GetSource().get())

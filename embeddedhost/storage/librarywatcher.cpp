@@ -301,3 +301,5 @@ void CLibraryWatcher::Report(QString const& path, QString const& text) const
 }
 
 } // namespace embeddedhost
+
+#include "moc_librarywatcher.cpp"

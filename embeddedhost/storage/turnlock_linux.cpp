@@ -17,7 +17,7 @@ namespace embeddedhost {
 namespace {
 
 /// How often to look whether the lock is free, in milliseconds.
-constexpr int kPause = 20;
+constexpr int kRetryPause = 20;
 
 /// This process, as the holder of the lock is described to processes that wait.
 QString DescribeProcess()
@@ -90,7 +90,7 @@ bool CTurnLock::Lock(int patience, QString* fault)
     while ((result == Private::eTry::kHeld && time.elapsed() < patience)
            || result == Private::eTry::kGone) {
         if (result == Private::eTry::kHeld)
-            QThread::msleep(kPause);
+            QThread::msleep(kRetryPause);
         result = m_Private->Try();
     }
     m_Private->m_IsLocked = result == Private::eTry::kLocked;
