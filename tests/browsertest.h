@@ -5,7 +5,6 @@
 #include "testbrowser.h"
 #include "testhost.h"
 
-#include <QtTest>
 #include <QtWidgets>
 
 /// Base of tests of the panel and its dialogs: each test function has a fresh host and an empty

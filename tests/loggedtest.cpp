@@ -3,9 +3,6 @@
 #include <QApplication>
 #include <QProxyStyle>
 #include <QStyleFactory>
-#include <QTest>
-
-#include <memory>
 
 namespace {
 
@@ -70,18 +67,12 @@ void LoggedTest::Receive(QtMsgType type, QMessageLogContext const& context, QStr
     current->m_PreviousHandler(type, context, message);
 }
 
-QApplication* MakeApplication(int& argc, char** argv)
+void StandStill()
 {
-    QApplication* const application = new QApplication(argc, argv);
     QApplication::setStyle(new StillStyle);
     QApplication::setEffectEnabled(Qt::UI_AnimateMenu, false);
     QApplication::setEffectEnabled(Qt::UI_AnimateTooltip, false);
     QApplication::setEffectEnabled(Qt::UI_FadeTooltip, false);
-    return application;
 }
 
-int RunTest(LoggedTest& test, int argc, char** argv)
-{
-    std::unique_ptr<QApplication> const application(MakeApplication(argc, argv));
-    return QTest::qExec(&test, argc, argv);
-}
+#include "moc_loggedtest.cpp"

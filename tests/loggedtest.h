@@ -1,8 +1,7 @@
 #ifndef NODEBROWSER_TESTS_LOGGEDTEST_H
 #define NODEBROWSER_TESTS_LOGGEDTEST_H
 
-#include <QObject>
-#include <QStringList>
+#include <QtTest>
 
 class QApplication;
 
@@ -36,10 +35,8 @@ private:
     QtMessageHandler m_PreviousHandler;
 };
 
-/// An application that looks the same everywhere and moves nothing by itself.
-QApplication* MakeApplication(int& argc, char** argv);
-/// Runs the tests of the object in such an application.
-int RunTest(LoggedTest& test, int argc, char** argv);
+/// From now on the application looks the same everywhere and moves nothing by itself.
+void StandStill();
 
 typedef LoggedTest* (*MakeTest)();
 /// For NODEBROWSER_TEST; the value means nothing.
@@ -50,16 +47,27 @@ typedef int (*RunChild)(QStringList const& arguments);
 /// the name, and ends with what it returns.
 bool AddChild(char const* name, RunChild run);
 
-/// Adds the class to a program of several, of which the first argument may name one. Their main
-/// function is in testmain.cpp.
+typedef QApplication* (*NewApplication)(int& argc, char** argv);
+/// The tests of the program run in this kind of application.
+bool UseApplication(NewApplication newApplication);
+
+/// Adds the class to the program, of which the first argument may name one.
 #define NODEBROWSER_TEST(Test)                                                                     \
     static bool const is##Test##Added = AddTest([]() -> LoggedTest* { return new Test; });
 
-#define NODEBROWSER_TEST_MAIN(Test)                                                                \
-    int main(int argc, char** argv)                                                                \
-    {                                                                                              \
-        Test test;                                                                                 \
-        return RunTest(test, argc, argv);                                                          \
-    }
+/// The columns of a data function: AddColumns<int, QString>("count", "text").
+template <class... Types, class... Names>
+void AddColumns(Names... names)
+{
+    (QTest::addColumn<Types>(names), ...);
+}
+
+/// A row with one value for each column; texts may be given as literals.
+template <class... Values>
+void AddRow(char const* name, Values const&... values)
+{
+    QTestData& row = QTest::newRow(name);
+    (row << ... << values);
+}
 
 #endif

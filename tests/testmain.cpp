@@ -1,8 +1,6 @@
 #include "loggedtest.h"
 
 #include <QApplication>
-#include <QMap>
-#include <QTest>
 
 #include <memory>
 #include <vector>
@@ -13,6 +11,10 @@ static std::vector<MakeTest>& AddedTests()
     static std::vector<MakeTest> tests;
     return tests;
 }
+
+static NewApplication newTestApplication = [](int& argc, char** argv) {
+    return new QApplication(argc, argv);
+};
 
 static QMap<QByteArray, RunChild>& AddedChildren()
 {
@@ -32,9 +34,16 @@ bool AddChild(char const* name, RunChild run)
     return true;
 }
 
+bool UseApplication(NewApplication newApplication)
+{
+    newTestApplication = newApplication;
+    return true;
+}
+
 int main(int argc, char** argv)
 {
-    std::unique_ptr<QApplication> const application(MakeApplication(argc, argv));
+    std::unique_ptr<QApplication> const application(newTestApplication(argc, argv));
+    StandStill();
     QByteArray const first(argv[argc > 1]);
     if (RunChild const run = AddedChildren().value(first))
         return run(QCoreApplication::arguments().mid(2));

@@ -1,8 +1,5 @@
 #include "contractlibrary.h"
 #include "loggedtest.h"
-#include "testtable.h"
-
-#include <QTest>
 
 using namespace tarno::datamodel;
 

@@ -9,7 +9,6 @@
 #include <itempayload.h>
 #include <libraryfolder.h>
 
-#include <QtTest>
 #include <QtWidgets>
 
 #include <functional>

@@ -1,7 +1,6 @@
 #include "../dialogs/dialoguser.h"
 #include "../embeddedhost/libraryuser.h"
 #include "../testbrowser.h"
-#include "../testtable.h"
 #include "loggedtest.h"
 
 #include <itempayload.h>
@@ -12,7 +11,6 @@
 
 #include <QDrag>
 #include <QLineEdit>
-#include <QMimeData>
 
 #include <memory>
 
@@ -148,6 +146,6 @@ private:
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestLanguages)
+NODEBROWSER_TEST(TestLanguages)
 
 #include "tst_languages.moc"

@@ -11,7 +11,6 @@
 #include <settings.h>
 
 #include <QAccessible>
-#include <QtTest>
 
 #include <memory>
 #include <stdexcept>
@@ -354,11 +353,9 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
-    CEditorApplication application(argc, argv);
-    TestMainWindow test;
-    return QTest::qExec(&test, argc, argv);
-}
+NODEBROWSER_TEST(TestMainWindow)
+
+static bool const isApplicationSet = UseApplication(
+    [](int& argc, char** argv) -> QApplication* { return new CEditorApplication(argc, argv); });
 
 #include "tst_mainwindow.moc"

@@ -1,7 +1,6 @@
 #include "loggedtest.h"
 
 #include <QImage>
-#include <QtTest>
 
 /// The program as a user runs it.
 class TestNodeEditor : public LoggedTest
@@ -122,6 +121,6 @@ private Q_SLOTS:
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestNodeEditor)
+NODEBROWSER_TEST(TestNodeEditor)
 
 #include "tst_nodeeditor.moc"

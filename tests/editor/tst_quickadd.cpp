@@ -285,6 +285,6 @@ private Q_SLOTS:
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestQuickAdd)
+NODEBROWSER_TEST(TestQuickAdd)
 
 #include "tst_quickadd.moc"

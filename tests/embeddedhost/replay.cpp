@@ -1,22 +1,44 @@
 #include "libraryfolder.h"
 
 #include <QDir>
+#include <QMap>
 
 #include <cstdint>
 #include <cstdio>
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
+// Each of them defines a function of this name.
+#define LLVMFuzzerTestOneInput RunBody
+#include "bodyfuzzer.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput RunLibrary
+#include "libraryfuzzer.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput RunLister
+#include "listerfuzzer.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput RunQuery
+#include "queryfuzzer.cpp"
+#undef LLVMFuzzerTestOneInput
+#define LLVMFuzzerTestOneInput RunUnsavedChanges
+#include "unsavedchangesfuzzer.cpp"
 
-/// Runs a fuzzer's function over the files of a folder. A broken property ends it with an abort.
+/// Runs the named fuzzer's function over the files of a folder. A broken property ends it with an
+/// abort.
 int main(int, char** arguments)
 {
-    QFileInfoList const inputs = QDir(arguments[1]).entryInfoList(QDir::Files);
+    QMap<QByteArray, decltype(&RunBody)> const fuzzers = {{"body", RunBody},
+                                                          {"library", RunLibrary},
+                                                          {"lister", RunLister},
+                                                          {"query", RunQuery},
+                                                          {"unsavedchanges", RunUnsavedChanges}};
+    auto const run = fuzzers[arguments[1]];
+    QFileInfoList const inputs = QDir(arguments[2]).entryInfoList(QDir::Files);
     for (QFileInfo const& input : inputs) {
         std::puts(qPrintable(input.fileName()));
         std::fflush(stdout);
         QByteArray const content = ReadFile(input.filePath());
-        LLVMFuzzerTestOneInput(reinterpret_cast<std::uint8_t const*>(content.constData()),
-                               std::size_t(content.size()));
+        run(reinterpret_cast<std::uint8_t const*>(content.constData()),
+            std::size_t(content.size()));
     }
     return inputs.isEmpty() ? 1 : 0;
 }

@@ -1,6 +1,5 @@
 #include "changerecorder.h"
 #include "hosttest.h"
-#include "testtable.h"
 
 #include <nlohmann/json.hpp>
 

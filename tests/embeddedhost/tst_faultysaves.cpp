@@ -1,12 +1,7 @@
 #include "faultyfiles.h"
 #include "hosttest.h"
-#include "testtable.h"
 
 #include <nlohmann/json.hpp>
-
-#include <QDir>
-#include <QFile>
-#include <QTest>
 
 #include <cerrno>
 #include <csignal>

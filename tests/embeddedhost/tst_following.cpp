@@ -1,10 +1,5 @@
 #include "changerecorder.h"
 #include "hosttest.h"
-#include "testtable.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTest>
 
 using namespace tarno::datamodel;
 

@@ -4,11 +4,6 @@
 
 #include <sourcecontrol.h>
 
-#include <QEventLoop>
-#include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
-
 #include <functional>
 #include <stdexcept>
 #include <utility>

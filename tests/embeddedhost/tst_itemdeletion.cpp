@@ -1,7 +1,5 @@
 #include "hosttest.h"
 
-#include <QtTest>
-
 /// Items that are deleted, and brought back.
 class TestItemDeletion : public HostTest
 {

@@ -1,7 +1,5 @@
 #include "hosttest.h"
 
-#include <QTest>
-
 using namespace qorm;
 using namespace tarno::datamodel;
 

@@ -2,11 +2,6 @@
 
 #include <embeddedhost/journal.h>
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
-#include <QTest>
-
 using namespace embeddedhost;
 using namespace tarno::datamodel;
 

@@ -1,8 +1,6 @@
 #include "hosttest.h"
 #include "model/graphwriter.h"
 
-#include <QTest>
-
 #include <nlohmann/json.hpp>
 
 #include <stdexcept>

@@ -1,9 +1,5 @@
 #include "hosttest.h"
 
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTest>
-
 #include <cstdio>
 
 using namespace tarno::datamodel;

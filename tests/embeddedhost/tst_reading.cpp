@@ -4,10 +4,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <QDir>
-#include <QFile>
-#include <QTest>
-
 #include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>

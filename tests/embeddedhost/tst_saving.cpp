@@ -1,9 +1,5 @@
 #include "hosttest.h"
 #include "storage/filedigest.h"
-#include "testtable.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <limits>
 

@@ -14,7 +14,7 @@ endfunction()
 function(configure name source)
     file(REMOVE_RECURSE ${WORK_DIR}/${name})
     run(${CMAKE_COMMAND} -G Ninja -S ${source} -B ${WORK_DIR}/${name}
-        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG= -DCMAKE_CXX_COMPILER=${COMPILER}
         -DCMAKE_CXX_COMPILER_LAUNCHER=${COMPILER_LAUNCHER}
         -DCMAKE_PREFIX_PATH=${prefix} -DNODEBROWSER_QT=${NODEBROWSER_QT} ${ARGN})
 endfunction()

@@ -5,11 +5,7 @@
 #include "testhost.h"
 #include <palette/nodepalette.h>
 
-#include <QCoreApplication>
-#include <QLineEdit>
-#include <QSignalSpy>
-#include <QStringList>
-#include <QTest>
+#include <QtWidgets>
 
 #include <memory>
 

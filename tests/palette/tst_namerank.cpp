@@ -3,9 +3,6 @@
 #include "palettetext.h"
 #include "rankindex.h"
 
-#include <QRegularExpression>
-#include <QTest>
-
 #include <algorithm>
 #include <map>
 #include <random>

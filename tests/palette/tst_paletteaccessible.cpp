@@ -1,7 +1,5 @@
 #include "palettetest.h"
 
-#include <QAccessible>
-
 using namespace tarno::datamodel;
 
 /// The palette as a screen reader of the same process would see it.

@@ -1,14 +1,5 @@
 #include "palettetest.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QDataStream>
-#include <QInputMethodEvent>
-#include <QMimeData>
-#include <QScrollBar>
-
 #include <tuple>
 
 using namespace tarno::datamodel;

@@ -1,9 +1,5 @@
 #include "palettetest.h"
 
-#include <QScrollBar>
-#include <QTabBar>
-#include <QToolTip>
-
 using namespace tarno::datamodel;
 
 /// What the palette shows, and what stays while the library and the search change.

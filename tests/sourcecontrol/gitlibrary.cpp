@@ -1,7 +1,5 @@
 #include "gitlibrary.h"
 
-#include <QTest>
-
 using namespace tarno::datamodel;
 
 GitLibrary::GitLibrary(int count)

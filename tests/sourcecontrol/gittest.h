@@ -4,8 +4,6 @@
 #include "gitlibrary.h"
 #include "sourcecontrol/statebits.h"
 
-#include <QTest>
-
 /// Base of tests with work trees that the git command makes, without the user's settings.
 class GitTest : public LoggedTest
 {

@@ -3,8 +3,6 @@
 #include "sourcecontrol/gitworktree.h"
 #include "sourcecontrol/statepass.h"
 
-#include <QTest>
-
 using namespace embeddedhost;
 using namespace embeddedhost::StateBits;
 

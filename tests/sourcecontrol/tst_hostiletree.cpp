@@ -1,10 +1,4 @@
 #include "gittest.h"
-#include "testtable.h"
-
-#include <QDir>
-#include <QElapsedTimer>
-#include <QProcess>
-#include <QTest>
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,8 +1,6 @@
 #include "loggedtest.h"
 #include "sourcecontrol/revisioncontrolproperties.h"
 
-#include <QTest>
-
 using embeddedhost::CRevisionControlProperties;
 
 namespace {

@@ -1,7 +1,5 @@
 #include "gittest.h"
 
-#include <QTest>
-
 #include <stdexcept>
 
 using namespace embeddedhost::StateBits;

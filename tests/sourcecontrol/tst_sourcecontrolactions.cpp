@@ -1,6 +1,5 @@
 #include "gittest.h"
 
-#include <QTest>
 #include <QTextDocument>
 
 using namespace embeddedhost;

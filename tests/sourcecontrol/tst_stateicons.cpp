@@ -6,7 +6,6 @@
 #include <QBitmap>
 #include <QImage>
 #include <QPixmap>
-#include <QTest>
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,5 @@
 #include "loggedtest.h"
 
-#include <QtTest>
-
 namespace {
 
 /// In the editor's window, whose size the story sets; pixels.
@@ -107,6 +105,6 @@ private Q_SLOTS:
     }
 };
 
-NODEBROWSER_TEST_MAIN(TestWindow)
+NODEBROWSER_TEST(TestWindow)
 
 #include "tst_window.moc"

@@ -2,11 +2,9 @@
 """Reads a palette as a screen reader does: from another process, over the accessibility bus.
 
     screenreader.py PALETTEWINDOW"""
-import os
 import subprocess
 import sys
 
-sys.path.append(os.path.join(os.path.dirname(__file__), "../window"))
 from accessibility import find_application, press, pyatspi, start, wait_for
 
 heard = []
