@@ -7,7 +7,7 @@ using namespace tarno::datamodel;
 
 namespace {
 
-QString TextOf(wek::fwk::ICommandManager* manager)
+QString NameOf(wek::fwk::ICommandManager* manager)
 {
     if (manager == &TestHost::Get().m_CommandManager)
         return "manager";
@@ -42,7 +42,7 @@ bool ItemLibraryModifierAccessor::SetItemTags(ItemID const& id, char const* cate
                                               wek::fwk::ICommandManager* commandManager)
 {
     TestItem* const item = ItemOf(*this, id);
-    Record("SetItemTags", {TextOf(item), Quoted(category), Quoted(tags), TextOf(commandManager)});
+    Record("SetItemTags", {TextOf(item), Quoted(category), Quoted(tags), NameOf(commandManager)});
     if (!item || TestHost::Get().m_RefusesChanges)
         return false;
     item->tags[category] = tags;
@@ -66,7 +66,7 @@ ItemID CompoundModifierAccessor::CreateAndSetFromNewCompound(
 {
     Record("CreateAndSetFromNewCompound",
            {TextOf(LibraryOf(library)), Quoted(name), TextOf(isSignature), Quoted(signatureUid),
-            Quoted(category), TextOf(commandManager)});
+            Quoted(category), NameOf(commandManager)});
     return Create(*this, library, name, &TestItem::isAbstract, isSignature);
 }
 
@@ -86,7 +86,7 @@ bool CompoundModifierAccessor::RenameCompound(char const* newName,
                                               wek::fwk::ICommandManager* commandManager)
 {
     TestItem* const item = ItemOf(*this);
-    Record("RenameCompound", {TextOf(item), Quoted(newName), TextOf(commandManager)});
+    Record("RenameCompound", {TextOf(item), Quoted(newName), NameOf(commandManager)});
     if (!item || TestHost::Get().m_RefusesChanges)
         return false;
     item->name = newName;
@@ -101,7 +101,7 @@ ItemID LoopCompoundModifierAccessor::CreateAndSetFromNewLoopCompound(
 {
     Record("CreateAndSetFromNewLoopCompound",
            {TextOf(LibraryOf(library)), Quoted(name), Quoted(signatureUid), Quoted(category),
-            TextOf(commandManager)});
+            NameOf(commandManager)});
     return Create(*this, library, name, &TestItem::isLoop, true);
 }
 
