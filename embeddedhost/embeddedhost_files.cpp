@@ -5,9 +5,8 @@
 #include "storage/fileconflict.h"
 #include "storage/filedigest.h"
 #include "storage/folderlayout.h"
+#include "storage/manifest.h"
 #include "storage/unsavedchanges.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -23,7 +22,7 @@ bool CEmbeddedHost::Private::RequireFolder()
 
 bool CEmbeddedHost::IsLibrary(QString const& folder)
 {
-    return QFileInfo::exists(GetManifestPath(folder));
+    return HasManifest(folder);
 }
 
 QString CEmbeddedHost::GetManifestName()
@@ -52,14 +51,9 @@ bool CEmbeddedHost::IsModified() const
 
 QByteArray CEmbeddedHost::GetUnsavedChanges() const
 {
-    auto const document = m_Private->library && !m_Private->library->IsInMemory()
-                              ? CollectUnsavedChanges(*m_Private->library)
-                              : nlohmann::ordered_json();
-    if (document.is_null())
+    if (!m_Private->library || m_Private->library->IsInMemory())
         return QByteArray();
-    // Replaces invalid UTF-8, as a save does.
-    return QByteArray::fromStdString(
-        document.dump(1, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
+    return CollectUnsavedChanges(*m_Private->library);
 }
 
 bool CEmbeddedHost::RestoreUnsavedChanges(QByteArray const& changes)

@@ -1,8 +1,6 @@
 #include "require.h"
 
-#include "storage/filetext.h"
-#include "storage/jsonparser.h"
-#include "storage/objectlister.h"
+#include "storage/jsonformat.h"
 #include "storage/objectreader.h"
 
 #include <cstddef>
@@ -36,7 +34,7 @@ void RequireSame(ListedObject const& listed, ListedObject const& expected)
 }
 
 /// The object that the parser has made a tree of, and its place in the text.
-void RequireListed(ListedObject const& listed, ordered_json const& tree, CFileText const& text,
+void RequireListed(ListedObject const& listed, ordered_json const& tree, ObjectSource const& text,
                    ObjectPlace const& place)
 {
     Require(tree.is_object(), "an object is listed");
@@ -51,21 +49,22 @@ void RequireListed(ListedObject const& listed, ordered_json const& tree, CFileTe
 /// nothing.
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
-    static CObjectLister lister;
+    static ObjectFormat const& format = GetJsonFormat();
+    static std::unique_ptr<ObjectLister> const lister = format.MakeLister();
     QByteArray const content(reinterpret_cast<char const*>(data), int(size));
-    if (!lister.Read(content))
+    if (!lister->Read(content))
         return 0;
-    ParsedJson const parsed = ParseJson(content);
+    ParsedText const parsed = format.Parse(content);
     Require(parsed.fault.isEmpty() && parsed.repeatedKeys.empty(), "the parser has no fault");
-    Require(parsed.content.is_array() == lister.IsArray(), "both find an array, or both do not");
+    bool const isArray = lister->IsArray();
+    Require(parsed.content.is_array() == isArray, "both find an array, or both do not");
 
-    CFileText const text(content);
-    auto const places = text.FindPlaces(lister.IsArray());
-    auto const& listed = lister.GetObjects();
-    std::size_t const count = lister.IsArray() ? parsed.content.size() : 1;
-    Require(listed.size() == count && places.size() == count, "all objects are listed");
+    KeptText const text = format.Keep(content);
+    auto const& listed = lister->GetObjects();
+    std::size_t const count = isArray ? parsed.content.size() : 1;
+    Require(listed.size() == count && text.places.size() == count, "all objects are listed");
     for (std::size_t i = 0; i < count; ++i)
-        RequireListed(listed[i], lister.IsArray() ? parsed.content[i] : parsed.content, text,
-                      places[i]);
+        RequireListed(listed[i], isArray ? parsed.content[i] : parsed.content, *text.source,
+                      text.places[i]);
     return 0;
 }

@@ -166,11 +166,11 @@ bool TakeFileFromDisk(std::shared_ptr<CLibrary> const library, QString const& pa
     if (!file)
         return Refuse(*library, path, QStringLiteral("the library has no such file."));
     DataSourcePtr const source = file->source;
-    JsonFile const json = ReadObjectFile(*library, *source, path);
-    if (!json.fault.isEmpty())
-        return Refuse(*library, path, json.fault);
+    ParsedFile const parsed = ReadObjectFile(*library, *source, path);
+    if (!parsed.fault.isEmpty())
+        return Refuse(*library, path, parsed.fault);
 
-    FileObjects const onDisk(*library, path, json.content);
+    FileObjects const onDisk(*library, path, parsed.content);
     FileTaker const taker(*library, *file, onDisk);
     taker.Run("Take from disk " + ToText8(QFileInfo(path).fileName()), manager);
     if (!library->GetAccessor().Revalidate())
@@ -200,11 +200,11 @@ bool OverwriteFileOnDisk(CLibrary& library, QString const& path)
     // Without changes of ours there is no conflict: the file is read as after any change of it.
     if (!file->IsModified())
         return true;
-    JsonFile const json = ReadObjectFile(library, *file->source, path);
-    bool const isRead = json.fault.isEmpty();
-    ordered_json const content = isRead ? json.content : ordered_json::array();
+    ParsedFile const parsed = ReadObjectFile(library, *file->source, path);
+    bool const isRead = parsed.fault.isEmpty();
+    ordered_json const content = isRead ? parsed.content : ordered_json::array();
     SetOnDisk(*file, FileObjects(library, path, content));
-    file->digest = isRead ? json.digest : GetDigestOnDisk(path, library.GetFolder());
+    file->digest = isRead ? parsed.digest : GetDigestOnDisk(path, library.GetFolder());
     return true;
 }
 

@@ -164,19 +164,19 @@ bool IsRemovalPending(LibraryFile const& file)
 
 } // namespace
 
-JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path)
+ParsedFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path)
 {
-    JsonFile json;
+    ParsedFile onDisk;
     if (IsThere(path)) {
-        json = ReadJsonFile(path, library.GetFolder());
-        if (json.fault.isEmpty() && json.content.is_primitive())
-            json.fault = QStringLiteral("the file must hold an object or an array of objects.");
-        return json;
+        onDisk = ParseFile(path, library.GetFolder(), GetFormat(path));
+        if (onDisk.fault.isEmpty() && onDisk.content.is_primitive())
+            onDisk.fault = QStringLiteral("the file must hold an object or an array of objects.");
+        return onDisk;
     }
-    json.content = ordered_json::array();
+    onDisk.content = ordered_json::array();
     if (!CanMiss(source, path))
-        json.fault = QStringLiteral("its folder is gone, is a link, or may not be read.");
-    return json;
+        onDisk.fault = QStringLiteral("its folder is gone, is a link, or may not be read.");
+    return onDisk;
 }
 
 eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePtr const& source,
@@ -191,20 +191,20 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         && GetDigestOnDisk(path, library->GetFolder()) == (file ? file->digest : QByteArray()))
         return eReconciled::kUpToDate;
 
-    JsonFile const json = ReadObjectFile(*library, *source, path);
-    if (!json.fault.isEmpty()) {
-        *fault = json.fault;
+    ParsedFile const onDisk = ReadObjectFile(*library, *source, path);
+    if (!onDisk.fault.isEmpty()) {
+        *fault = onDisk.fault;
         return eReconciled::kUnreadable;
     }
     // Accepting another program's change of a file with a pending removal would undo the removal.
-    if (file && IsRemovalPending(*file) && !json.digest.isEmpty())
+    if (file && IsRemovalPending(*file) && !onDisk.digest.isEmpty())
         return eReconciled::kConflict;
     if (!file)
         file =
-            &library->AddFile({path, source, json.content.is_array(), {}, {}, false, isReadOnly});
+            &library->AddFile({path, source, onDisk.content.is_array(), {}, {}, false, isReadOnly});
 
     bool const hadOtherEntries = file->hasOtherEntries;
-    FileReconciler reconciler(*library, *file, json.content);
+    FileReconciler reconciler(*library, *file, onDisk.content);
     reconciler.Apply();
     if (!reconciler.IsOpen())
         return eReconciled::kClosed;
@@ -215,9 +215,9 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
         return eReconciled::kConflict;
     }
     reconciler.Reorder();
-    if (!json.digest.isEmpty())
-        file->isArray = json.content.is_array();
-    file->digest = json.digest;
+    if (!onDisk.digest.isEmpty())
+        file->isArray = onDisk.content.is_array();
+    file->digest = onDisk.digest;
     return eReconciled::kUpToDate;
 }
 

@@ -2,7 +2,7 @@
 #define EMBEDDEDHOST_FILERECONCILER_H
 
 #include "model/library.h"
-#include "storage/jsonfile.h"
+#include "storage/parsedfile.h"
 
 #include <QString>
 
@@ -22,7 +22,7 @@ enum class eReconciled
 
 /// The file as it is now; an empty array when it is not there. A file that holds no objects is
 /// unreadable, and so is one of which it cannot be known whether it is there.
-JsonFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path);
+ParsedFile ReadObjectFile(CLibrary const& library, CDataSource const& source, QString const& path);
 
 /// Brings items up to the file on disk, with notifications: added, removed, renamed and tagged.
 /// `fault`, which is not null, says why a file is unreadable.

@@ -117,14 +117,6 @@ bool WriteFile(QString const& path, QByteArray const& content, QString* fault)
 
 } // namespace
 
-QString const kManifestName = QStringLiteral("library.json");
-QString const kObjectFileSuffix = QStringLiteral(".json");
-
-QString GetManifestPath(QString const& folder)
-{
-    return folder + QLatin1Char('/') + kManifestName;
-}
-
 bool MakeLibraryFolder(QString const& folder, NewLibrary const& library, QString* fault)
 {
     if (!CheckSources(folder, library, fault) || !MakeEmptyFolder(folder, fault))

@@ -7,13 +7,6 @@
 
 namespace embeddedhost {
 
-/// The names of the files that make a folder a library.
-extern QString const kManifestName;
-/// The ending of the files of objects.
-extern QString const kObjectFileSuffix;
-
-QString GetManifestPath(QString const& folder);
-
 /// Makes the library in the folder, which is missing or empty. False, with the path and the reason
 /// as a sentence without the full stop, when that fails; some of it may be there then, but nothing
 /// when the reason is a data source that could not be opened.

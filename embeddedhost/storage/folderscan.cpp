@@ -1,6 +1,7 @@
 #include "storage/folderscan.h"
 
-#include "storage/folderlayout.h"
+#include "storage/manifest.h"
+#include "storage/objectformat.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,7 +49,7 @@ public:
         for (QFileInfo const& entry : entries) {
             if (entry.isDir())
                 VisitFolder(entry);
-            else if (entry.fileName().endsWith(kObjectFileSuffix))
+            else if (IsObjectFile(entry.fileName()))
                 VisitFile(entry);
         }
     }
@@ -71,7 +72,7 @@ private:
         for (std::filesystem::directory_entry const& entry : entries) {
             QByteArray const name = QByteArray::fromStdString(entry.path().filename().string());
             bool const isWanted =
-                name.endsWith(kObjectFileSuffix.toLatin1()) || entry.is_directory(error);
+                IsObjectFile(QString::fromLatin1(name)) || entry.is_directory(error);
             if (isWanted && QFile::encodeName(QFile::decodeName(name)) != name)
                 Report(folder + QLatin1Char('/') + Escape(name),
                        QStringLiteral("the name is not UTF-8; what it names is left out. Give it "

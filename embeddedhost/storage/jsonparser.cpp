@@ -22,14 +22,14 @@ QString GetPlace(std::string_view text, std::size_t position)
     return QStringLiteral("line %1, column %2").arg(line).arg(column);
 }
 
-ParsedJson MakeFault(std::string_view text, std::size_t position, QString const& reason)
+ParsedText MakeFault(std::string_view text, std::size_t position, QString const& reason)
 {
     return {ordered_json(), GetPlace(text, position), reason, {}};
 }
 
 } // namespace
 
-ParsedJson ParseJson(QByteArray const& bytes, int levelsAround)
+ParsedText ParseJson(QByteArray const& bytes, int levelsAround)
 {
     std::string_view const text(bytes.constData(), std::size_t(bytes.size()));
     // The parser would silently stop there.

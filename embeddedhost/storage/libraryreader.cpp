@@ -4,15 +4,15 @@
 #include "model/libraryitem.h"
 #include "storage/filedigest.h"
 #include "storage/fileobjects.h"
-#include "storage/filetext.h"
 #include "storage/folderscan.h"
-#include "storage/jsonfile.h"
 #include "storage/manifest.h"
-#include "storage/objectlister.h"
+#include "storage/objectformat.h"
+#include "storage/parsedfile.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
+#include <map>
 
 namespace embeddedhost {
 
@@ -100,17 +100,28 @@ private:
         QString const fault = DescribeFault(content);
         if (!fault.isEmpty())
             m_Faults.Report(GetShownPath(), fault);
-        else if (m_Lister.Read(content.bytes))
-            ReadListed(file, content);
+        else if (ObjectLister& lister = GetLister(file.path); lister.Read(content.bytes))
+            ReadListed(file, content, lister);
         else
             ReadTrees(file, content);
     }
 
-    /// Makes items of the lister's objects.
-    void ReadListed(SourceFile const& source, FileContent const& content)
+    /// The same for all files of a format: it reuses its memory.
+    ObjectLister& GetLister(QString const& path)
     {
-        LibraryFile& file = AddFile(source, content, m_Lister.IsArray());
-        for (ListedObject const& listed : m_Lister.GetObjects()) {
+        ObjectFormat const& format = GetFormat(path);
+        std::unique_ptr<ObjectLister>& lister = m_Listers[&format];
+        if (!lister)
+            lister = format.MakeLister();
+        return *lister;
+    }
+
+    /// Makes items of the lister's objects.
+    void ReadListed(SourceFile const& source, FileContent const& content,
+                    ObjectLister const& lister)
+    {
+        LibraryFile& file = AddFile(source, content, lister.IsArray());
+        for (ListedObject const& listed : lister.GetObjects()) {
             ObjectPlace const& place = BeginObject(file);
             bool const isFree = IsUidFree(std::string(listed.uid).c_str(), m_IsTaken, m_Report);
             if (isFree)
@@ -123,14 +134,14 @@ private:
     /// Parses the whole file, to find and report its faults.
     void ReadTrees(SourceFile const& source, FileContent const& content)
     {
-        ParsedJson json = ParseJson(content.bytes);
-        if (!json.fault.isEmpty()) {
-            m_Faults.Report(JoinPlace(GetShownPath(), json.faultPlace), json.fault);
+        ParsedText parsed = GetFormat(source.path).Parse(content.bytes);
+        if (!parsed.fault.isEmpty()) {
+            m_Faults.Report(JoinPlace(GetShownPath(), parsed.faultPlace), parsed.fault);
             return;
         }
-        ReportRepeatedKeys(json.repeatedKeys);
-        bool const isArray = json.content.is_array();
-        if (!isArray && !json.content.is_object()) {
+        ReportRepeatedKeys(parsed.repeatedKeys);
+        bool const isArray = parsed.content.is_array();
+        if (!isArray && !parsed.content.is_object()) {
             m_Faults.Report(GetShownPath(),
                             QStringLiteral("the file must hold an object or an array "
                                            "of objects; it is left out."));
@@ -138,9 +149,9 @@ private:
         }
         LibraryFile& file = AddFile(source, content, isArray);
         if (!isArray)
-            ReadTree(file, json.content);
-        for (std::size_t i = 0; isArray && i < json.content.size(); ++i)
-            ReadTree(file, json.content[i]);
+            ReadTree(file, parsed.content);
+        for (std::size_t i = 0; isArray && i < parsed.content.size(); ++i)
+            ReadTree(file, parsed.content[i]);
     }
 
     void ReadTree(LibraryFile& file, ordered_json& object)
@@ -157,9 +168,9 @@ private:
         LibraryFile& file =
             m_Library.AddFile({source.path, source.source, isArray, {}, GetDigest(content.bytes)});
         CheckRealPlace(file, content.realPath);
-        auto text = std::make_unique<CFileText>(content.bytes);
-        m_Places = text->FindPlaces(isArray);
-        file.objects = std::move(text);
+        KeptText text = GetFormat(source.path).Keep(content.bytes);
+        m_Places = std::move(text.places);
+        file.objects = std::move(text.source);
         file.entries.reserve(m_Places.size());
         return file;
     }
@@ -240,7 +251,7 @@ private:
     CLibrary& m_Library;
     FaultReporter const& m_Faults;
     std::vector<SourceFile> m_Files;
-    CObjectLister m_Lister;
+    std::map<ObjectFormat const*, std::unique_ptr<ObjectLister>> m_Listers;
     std::vector<Reference> m_References;
     /// The places of the objects in the current file.
     std::vector<ObjectPlace> m_Places;

@@ -1,7 +1,6 @@
 #include "storage/librarywriter.h"
 
-#include "storage/folderlayout.h"
-#include "storage/folderscan.h"
+#include "storage/manifest.h"
 #include "storage/pendingfile.h"
 #include "storage/stagingfolders.h"
 
@@ -40,7 +39,7 @@ QString FindObstacle(QString const& folder)
         return QStringLiteral("Nothing was saved: the library folder %1 is gone. Put it back and "
                               "save again.")
             .arg(folder);
-    if (!QFileInfo::exists(GetManifestPath(folder)))
+    if (!HasManifest(folder))
         return QStringLiteral("Nothing was saved: the library folder %1 has no %2 any more. Put it "
                               "back and save again.")
             .arg(folder, kManifestName);

@@ -1,9 +1,9 @@
 #include "storage/manifest.h"
 
 #include "base/text8.h"
-#include "storage/folderlayout.h"
 #include "storage/folderscan.h"
-#include "storage/jsonfile.h"
+#include "storage/jsonformat.h"
+#include "storage/parsedfile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -59,7 +59,7 @@ public:
             return;
         }
         CDataSource::Description description;
-        description.fileSuffix = kObjectFileSuffix;
+        description.fileSuffix = GetFormatOfNewFiles().GetSuffix();
         if (!ReadUid(source, description) || !ReadFolder(source, description))
             return;
         ReadName(source, description);
@@ -215,9 +215,21 @@ QString FindFatalFault(ordered_json const& manifest)
 
 } // namespace
 
+QString const kManifestName = QStringLiteral("library.json");
+
+QString GetManifestPath(QString const& folder)
+{
+    return folder + QLatin1Char('/') + kManifestName;
+}
+
+bool HasManifest(QString const& folder)
+{
+    return QFileInfo::exists(GetManifestPath(folder));
+}
+
 std::optional<Manifest> ReadManifest(QString const& folder, FaultReporter const& faults)
 {
-    JsonFile const file = ReadJsonFile(GetManifestPath(folder), folder);
+    ParsedFile const file = ParseFile(GetManifestPath(folder), folder, GetJsonFormat());
     QString const fault = file.fault.isEmpty() ? FindFatalFault(file.content) : file.fault;
     if (!fault.isEmpty()) {
         faults.ReportFatal(JoinPlace(GetManifestPath(folder), file.faultPlace), fault);

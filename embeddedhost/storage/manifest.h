@@ -6,11 +6,18 @@
 #include "storage/faults.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <optional>
 #include <vector>
 
 namespace embeddedhost {
+
+/// The name of the file that makes a folder a library.
+extern QString const kManifestName;
+
+QString GetManifestPath(QString const& folder);
+bool HasManifest(QString const& folder);
 
 /// The content of a library folder's manifest.
 struct Manifest

@@ -5,7 +5,7 @@
 #include "model/graphwriter.h"
 #include "model/library.h"
 #include "storage/faults.h"
-#include "storage/folderlayout.h"
+#include "storage/objectformat.h"
 
 #include <QScopedValueRollback>
 
@@ -246,8 +246,8 @@ std::shared_ptr<CLibrary> MakeMemoryLibrary(QString const& name, MemoryObjects o
 {
     auto library = std::make_shared<CLibrary>(QString(), name, messages);
     library->SetMemoryStore(std::make_shared<MemoryStore>(store));
-    DataSourcePtr const source(new CDataSource(
-        {std::string(), ToText8(name), QString(), false, std::string(), kObjectFileSuffix}));
+    DataSourcePtr const source(new CDataSource({std::string(), ToText8(name), QString(), false,
+                                                std::string(), GetFormatOfNewFiles().GetSuffix()}));
     library->AddSource(source);
     for (ordered_json& object : objects) {
         QString const path = QString::fromStdString(GetUid(object));

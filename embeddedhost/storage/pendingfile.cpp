@@ -2,10 +2,10 @@
 
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
-#include "storage/filecontent.h"
 #include "storage/filedigest.h"
 #include "storage/fileplacer.h"
 #include "storage/folderscan.h"
+#include "storage/objectformat.h"
 #include "storage/stagingfolders.h"
 
 #include <QFileInfo>
@@ -77,7 +77,7 @@ bool CPendingFile::FindPlace(CStagingFolders& stagings)
 
 bool CPendingFile::WriteNewVersion()
 {
-    QByteArray const content = MakeFileContent(m_File, m_OldContent);
+    QByteArray const content = GetFormat(m_File.path).Write(m_File, m_OldContent);
     m_Digest = GetDigest(content);
     m_NewName = m_Staging->MakeNewName();
     QString const like = m_File.digest.isEmpty() ? QString() : m_RealPath;

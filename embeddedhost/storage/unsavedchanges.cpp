@@ -51,7 +51,7 @@ bool IsListOf(ordered_json const& document, char const* key, bool (*isEntry)(ord
 
 } // namespace
 
-ordered_json CollectUnsavedChanges(CLibrary const& library)
+QByteArray CollectUnsavedChanges(CLibrary const& library)
 {
     ordered_json objects = ordered_json::array();
     ordered_json removed = ordered_json::array();
@@ -72,11 +72,14 @@ ordered_json CollectUnsavedChanges(CLibrary const& library)
         }
     }
     if (objects.empty() && removed.empty())
-        return ordered_json();
-    return {{"format", kFormat},
-            {"library", library.GetFolder().toStdString()},
-            {"objects", std::move(objects)},
-            {"removedFiles", std::move(removed)}};
+        return QByteArray();
+    ordered_json const document = {{"format", kFormat},
+                                   {"library", library.GetFolder().toStdString()},
+                                   {"objects", std::move(objects)},
+                                   {"removedFiles", std::move(removed)}};
+    // Replaces invalid UTF-8, as a save does.
+    return QByteArray::fromStdString(
+        document.dump(1, ' ', false, ordered_json::error_handler_t::replace));
 }
 
 ordered_json ParseUnsavedChanges(QByteArray const& text, QString const& libraryFolder,

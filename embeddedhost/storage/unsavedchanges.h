@@ -24,8 +24,8 @@ namespace embeddedhost {
 //                   object  the object as a save would write it
 //   removedFiles  for each file that a save would remove: file, digest
 
-/// Null when there are none.
-nlohmann::ordered_json CollectUnsavedChanges(CLibrary const& library);
+/// The text of the document; empty when there are none.
+QByteArray CollectUnsavedChanges(CLibrary const& library);
 
 /// The document in the text. Null, and the reason, unless it is one of the library.
 nlohmann::ordered_json ParseUnsavedChanges(QByteArray const& text, QString const& libraryFolder,

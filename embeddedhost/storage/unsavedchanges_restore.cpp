@@ -5,6 +5,7 @@
 #include "model/libraryedits.h"
 #include "model/libraryitem.h"
 #include "storage/folderscan.h"
+#include "storage/objectformat.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -165,8 +166,8 @@ private:
     QString ChoosePath(DataSourcePtr const& source, ordered_json const& entry) const
     {
         QString const path = GetPath(entry);
-        bool const isInSource = IsWithin(source->GetDescription().folder, path)
-                                && path.endsWith(source->GetDescription().fileSuffix);
+        bool const isInSource =
+            IsWithin(source->GetDescription().folder, path) && IsObjectFile(path);
         if (isInSource && !m_Library.FindFile(path) && !QFileInfo::exists(path))
             return path;
         ordered_json const& object = entry["object"];

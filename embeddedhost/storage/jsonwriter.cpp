@@ -1,4 +1,4 @@
-#include "storage/filecontent.h"
+#include "storage/jsonwriter.h"
 
 #include "model/libraryitem.h"
 #include "storage/jsonchildren.h"
@@ -142,7 +142,7 @@ struct OldText
 OldText ReadOldText(QByteArray const& bytes, bool isArray)
 {
     OldText old;
-    if (ParsedJson parsed = ParseJson(bytes); parsed.fault.isEmpty()) {
+    if (ParsedText parsed = ParseJson(bytes); parsed.fault.isEmpty()) {
         std::string_view const whole(bytes.constData(), std::size_t(bytes.size()));
         std::string_view const text = TrimJson(whole);
         std::size_t const begin = std::size_t(text.data() - whole.data());
@@ -171,7 +171,7 @@ std::vector<ordered_json> CopyObjects(LibraryFile const& file)
 
 } // namespace
 
-QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes)
+QByteArray WriteJson(LibraryFile const& file, QByteArray const& oldBytes)
 {
     std::vector<ordered_json> const copies = CopyObjects(file);
     JsonChildren objects;

@@ -1,5 +1,5 @@
-#ifndef EMBEDDEDHOST_FILECONTENT_H
-#define EMBEDDEDHOST_FILECONTENT_H
+#ifndef EMBEDDEDHOST_JSONWRITER_H
+#define EMBEDDEDHOST_JSONWRITER_H
 
 #include "model/libraryfile.h"
 
@@ -10,7 +10,7 @@ namespace embeddedhost {
 /// The bytes that a save writes: the file's entries, indented by two blanks a level, with one
 /// newline at the end. Values that `oldBytes`, the file on disk, already has are copied byte for
 /// byte, since they may be laid out in another way, or be numbers that no double can hold.
-QByteArray MakeFileContent(LibraryFile const& file, QByteArray const& oldBytes);
+QByteArray WriteJson(LibraryFile const& file, QByteArray const& oldBytes);
 
 } // namespace embeddedhost
 

@@ -1,4 +1,4 @@
-#include "storage/objectlister.h"
+#include "storage/jsonlister.h"
 
 #include "base/text8.h"
 #include "model/itemkinds.h"
@@ -255,62 +255,62 @@ private:
     std::vector<std::string_view> m_NodeIds;
 };
 
-} // namespace
-
-class CObjectLister::Private
+class JsonLister final : public ObjectLister
 {
 public:
-    bool Read(dom::element root)
+    bool Read(QByteArray const& text) override
+    {
+        // The two parsers may differ on escaped surrogates, and escaped zeros need a report.
+        if (text.contains("\\u"))
+            return false;
+        dom::element root;
+        auto const parsed = m_Parser.parse(text.constData(), std::size_t(text.size()));
+        return parsed.get(root) == simdjson::SUCCESS && ReadRoot(root);
+    }
+
+    bool IsArray() const override
+    {
+        return m_IsArray;
+    }
+
+    std::vector<ListedObject> const& GetObjects() const override
+    {
+        return m_Listed;
+    }
+
+private:
+    bool ReadRoot(dom::element root)
     {
         dom::object single;
-        isArray = root.is_array();
-        if (!isArray) {
-            listed.resize(1);
+        m_IsArray = root.is_array();
+        if (!m_IsArray) {
+            m_Listed.resize(1);
             return root.get(single) == simdjson::SUCCESS
-                   && ObjectListing(listed.front()).Read(single);
+                   && ObjectListing(m_Listed.front()).Read(single);
         }
         dom::array const entries = root.get_array();
         std::size_t count = 0;
         for (dom::element const entry : entries) {
-            if (count == listed.size())
-                listed.emplace_back();
+            if (count == m_Listed.size())
+                m_Listed.emplace_back();
             if (entry.get(single) != simdjson::SUCCESS
-                || !ObjectListing(listed[count++]).Read(single))
+                || !ObjectListing(m_Listed[count++]).Read(single))
                 return false;
         }
-        listed.resize(count);
+        m_Listed.resize(count);
         return true;
     }
 
-    simdjson::dom::parser parser;
-    bool isArray = false;
-    std::vector<ListedObject> listed;
+    simdjson::dom::parser m_Parser;
+    bool m_IsArray = false;
+    std::vector<ListedObject> m_Listed;
 };
 
-CObjectLister::CObjectLister()
-    : m_Private(new Private)
-{}
+} // namespace
 
-CObjectLister::~CObjectLister() = default;
-
-bool CObjectLister::Read(QByteArray const& text)
+std::unique_ptr<ObjectLister> MakeJsonLister()
 {
-    // The two parsers may differ on escaped surrogates, and escaped zeros need a report.
-    if (text.contains("\\u"))
-        return false;
-    dom::element root;
-    auto const parsed = m_Private->parser.parse(text.constData(), std::size_t(text.size()));
-    return parsed.get(root) == simdjson::SUCCESS && m_Private->Read(root);
-}
-
-bool CObjectLister::IsArray() const
-{
-    return m_Private->isArray;
-}
-
-std::vector<ListedObject> const& CObjectLister::GetObjects() const
-{
-    return m_Private->listed;
+    return std::make_unique<JsonLister>();
 }
 
 } // namespace embeddedhost
