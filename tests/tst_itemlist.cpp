@@ -133,9 +133,10 @@ private Q_SLOTS:
     {
         for (char const* name : {"first", "second", "0"})
             m_Library->Add(TarnoType::gSolver, name);
-        (*m_Library)["0"].id = ItemID();
         m_Library->m_Listed.push_back(&(*m_Library)["first"]);
         MakeBrowser();
+        // It is gone, which nobody has told.
+        (*m_Library)["0"].id = ItemID();
         ItemID const unlisted = m_Library->Add(TarnoType::gSolver, "unlisted").id;
         TellState(ItemID(), 7);
         TellState((*m_Library)["first"].id, 5);

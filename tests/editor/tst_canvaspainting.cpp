@@ -126,6 +126,11 @@ private Q_SLOTS:
         QVERIFY(qAbs(output.right() - 149) <= 2);
         QVERIFY(qAbs(output.left() - 149 + Width(GetNodeNameFont(), "sum")) <= 2);
         QVERIFY(qAbs(output.center().y() - 43) <= 3);
+        // As much of a long name as there is room for, of a port that its item has lost.
+        Change([](GraphBody& body) {
+            body.connections.push_back({{"one", std::string(99, 'w')}, {"two", "a"}});
+        });
+        QVERIFY(Ink(QRectF(90, 53, 60, 18), Colors().nodeBody).width() > 40);
     }
 
     void portsShowTypeAndConnection()

@@ -40,13 +40,13 @@ public:
         return modifier.SetItemTags(id, "ApplicationTags", tags, &m_Host.GetCommandManager());
     }
 
-    bool Save()
+    bool Save(std::string const& uid = qorm::UID_Null().GetStr())
     {
         tarno::datamodel::ItemLibraryModifierAccessor modifier;
         modifier.SetFrom(m_Host.GetLibrary());
         bool succeeded = false;
         m_Messages.clear();
-        modifier.CommitToDisk(succeeded, &m_Messages, false, qorm::UID_Null());
+        modifier.CommitToDisk(succeeded, &m_Messages, false, qorm::UID(uid.c_str()));
         return succeeded;
     }
 

@@ -166,7 +166,14 @@ private Q_SLOTS:
         QVERIFY(recorder.Take().contains("added New"));
         QCOMPARE(NameOf(1), QString("Shine"));
         QCOMPARE(TagsOf(2), QString("x"));
+        QVERIFY(QDir(m_Folder->GetPath("project/below")).removeRecursively());
+        QTRY_VERIFY(!Item(1).IsValid());
         QVERIFY2(!m_Host->IsModified() && Log().isEmpty(), qPrintable(Log()));
+
+        m_Folder->Write(kTwoFile, "half of");
+        for (int look = 1; look < 8; ++look)
+            m_Host->CheckFolder();
+        QCOMPARE(Log().count("cannot be read"), 1);
     }
 
     /// Though no look at the folder has seen the file.

@@ -128,7 +128,7 @@ private Q_SLOTS:
         QVERIFY(solver.Serialize() != Item(3).Serialize());
         char const* const text = ItemIDUnlock::GetItemIDUID(m_Host->FindItem("any text"));
         QCOMPARE(text, "any text");
-        QVERIFY(!DbObjectId::IsUID(text));
+        QVERIFY(!DbObjectId::IsUID(text) && !(DbObjectId(text) == DbObjectId("any next")));
         char const* const uid = ItemIDUnlock::GetItemIDUID(solver);
         DbObjectId const object(uid);
         QVERIFY(DbObjectId::IsUID(uid) && object == DbObjectId(Uid(1).c_str()));

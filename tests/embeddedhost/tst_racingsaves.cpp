@@ -83,6 +83,10 @@ private Q_SLOTS:
             QVERIFY2(tags[words[1].toInt()].split(';').contains(words[2]), qPrintable(line));
         }
         QVERIFY(!said.filter("saved ").isEmpty() && !said.filter("conflict ").isEmpty());
+
+        QFile writer(m_Folder->GetPath(FileOf(1)));
+        QVERIFY(writer.open(QIODevice::Append) && m_User->Rename(Item(1), "Ours"));
+        QVERIFY(!m_User->Save() && Log().contains("another program is writing it"));
     }
 };
 

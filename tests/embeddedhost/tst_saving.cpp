@@ -64,7 +64,8 @@ private Q_SLOTS:
         Open();
         m_User->Rename(Item(9), "New");
         m_User->Tag(Item(9), "light");
-        QVERIFY2(m_User->Save(), qPrintable(Log()));
+        QVERIFY(m_User->Save(Uid(99)) && m_User->IsModified(Item(9)));
+        QVERIFY2(m_User->Save(Uid(9)), qPrintable(Log()));
         QCOMPARE(m_Folder->Read(), contents);
         QVERIFY(!m_User->IsModified(Item(9)) && !m_Host->IsModified());
     }

@@ -98,11 +98,14 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->m_Menus, QStringList("0 at its row"));
 
         m_Palette->m_SearchEdit->deselect();
-        Press(Qt::Key_C, Qt::ControlModifier);
-        QMimeData const* const copied = QApplication::clipboard()->mimeData();
-        QDataStream stream(copied->data("tarno/toc.key"));
         QString text;
-        stream >> text;
+        // Who is told of it reads it at once.
+        connect(QApplication::clipboard(), &QClipboard::dataChanged, m_Palette, [&text] {
+            QDataStream stream(QApplication::clipboard()->mimeData()->data("tarno/toc.key"));
+            stream >> text;
+        });
+        Press(Qt::Key_C, Qt::ControlModifier);
+        QApplication::clipboard()->disconnect(m_Palette);
         QCOMPARE(text.toStdString(), (*m_Library)["Alpha Blur"].id.Serialize());
         (*m_Library)["Alpha Blur"].canModify = false;
         Press(Qt::Key_F2);

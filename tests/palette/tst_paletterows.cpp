@@ -81,8 +81,11 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->GetSelected(), QString("Float"));
     }
 
-    void cutsLongNames()
+    void fitsNamesAndNotes()
     {
+        for (char const* const kind :
+             {TarnoType::gSolver, TarnoType::gPolymorphicSolver, TarnoType::gCompound})
+            m_Library->Add(kind, "Twin");
         m_Library->Add(TarnoType::gSolver, std::string(99, 'W'));
         m_Library->Add(TarnoType::gSolver, std::string(99, 'W'));
         TellOfChanges();
@@ -96,6 +99,14 @@ private Q_SLOTS:
                 for (int x = 1; x < 4; ++x)
                     QCOMPARE(picture.pixel(row.width() - x, y), picture.pixel(row.width() - 1, 1));
         }
+
+        // Short ones of one name are told apart behind it.
+        Type("twin");
+        QCOMPARE(m_Palette->GetRowCount(), 3);
+        auto const getNote = [this](int row) {
+            return m_Palette->grab(m_Palette->GetRowRect(row).adjusted(60, 2, 0, -2)).toImage();
+        };
+        QVERIFY(getNote(1) != getNote(2));
     }
 
     void ordersRowsAsChosen()
