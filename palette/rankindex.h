@@ -1,10 +1,10 @@
 #ifndef PALETTE_RANKINDEX_H
 #define PALETTE_RANKINDEX_H
 
+#include "itemkeys.h"
 #include "namerank.h"
 
 #include <cstdint>
-#include <memory_resource>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -54,39 +54,29 @@ private:
         std::uint32_t place;
     };
 
-    /// Which words of a search a tag has.
-    struct STagMatch
+    struct STag
     {
-        WordMask words;
-        std::uint32_t search;
+        /// In lower case.
+        std::string text;
+        /// Those that carry it, in their order.
+        std::vector<std::uint32_t> items;
     };
 
     void AppendName(std::string const& name);
     void AppendTags(std::string const& tags);
     std::uint32_t FindTag(std::string const& tag);
     void PlaceNamesakes(Source const& source, std::uint32_t first);
-    std::string_view KeepText(std::string const& text);
-    void MatchTag(NameRank const& rank, std::size_t tag);
-    WordMask MatchTags(NameRank const& rank, std::size_t item);
-    void Prefetch(std::size_t item) const;
+    void AddTagged(std::string const& word, ItemKeys& keys) const;
     void OrderNamesakes(std::vector<unsigned long>& rows) const;
 
-    /// The texts of the names.
-    std::pmr::monotonic_buffer_resource m_Texts;
-    std::vector<SSearchName> m_Names;
+    NameTable m_Names;
     std::vector<SNamesake> m_Namesakes;
     bool m_HasNamesakes = false;
 
-    /// In lower case.
-    std::vector<std::string> m_Tags;
-    /// For each tag, of the search in which it was looked at last.
-    std::vector<STagMatch> m_TagMatches;
+    std::vector<STag> m_Tags;
     std::unordered_map<std::string, std::uint32_t> m_TagPositions;
-    /// Positions in m_Tags, item by item, and where those of each item end.
-    std::vector<std::uint32_t> m_TagsOfItems;
-    std::vector<std::uint32_t> m_TagEnds;
-    /// Numbers the searches.
-    std::uint32_t m_Search = 0;
+    /// How many items have been asked for their tags.
+    std::uint32_t m_TaggedCount = 0;
 };
 
 } // namespace nodepalette
