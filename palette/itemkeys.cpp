@@ -15,24 +15,25 @@ template <class Visit>
 void ItemKeys::ForEachItem(Visit visit) const
 {
     if (m_AreMany) {
-        for (std::size_t item = 0; item < m_Names.GetCount(); ++item)
+        for (std::size_t item = 0; item < m_Names->GetCount(); ++item)
             visit(item);
     } else {
-        for (unsigned long const item : m_Items)
+        for (unsigned long const item : *m_Items)
             visit(item);
     }
 }
 
-ItemKeys::ItemKeys(NameTable const& names, NameRank const& rank, Items const& items)
-    : m_Names(names)
-    , m_Rank(rank)
-    , m_Items(items)
-    , m_AreMany(items.size() > names.GetCount() / 3)
-    , m_Keys(names.GetCount())
-    , m_Found(names.GetCount())
-    , m_Ends(names.GetCount(), kNowhere)
-    , m_EndsBefore(names.GetCount())
+void ItemKeys::Begin(NameTable const& names, NameRank const& rank, Items const& items)
 {
+    m_Names = &names;
+    m_Rank = &rank;
+    m_Items = &items;
+    m_AreMany = items.size() > names.GetCount() / 3;
+    m_IsLastSingle = false;
+    m_Keys.resize(names.GetCount());
+    m_Found.resize(names.GetCount());
+    m_Ends.assign(names.GetCount(), kNowhere);
+    m_EndsBefore.resize(names.GetCount());
     ForEachItem([&](std::size_t item) {
         m_Keys[item] = rank.RankWhole(names.GetShape(item), [&] { return names.GetText(item); });
     });
@@ -52,21 +53,21 @@ void ItemKeys::FindInNames(SSearchWord const& word)
     if (word.isLetter)
         FindLetter(word);
     else if (m_AreMany)
-        m_Names.ForEachPlaceOf(word, 0, m_Names.GetCount(), note);
+        m_Names->ForEachPlaceOf(word, 0, m_Names->GetCount(), note);
     else
         ForEachItem([&](std::size_t item) {
-            if ((word.letters & ~m_Names.GetLetters(item)) == 0)
-                m_Names.ForEachPlaceOf(word, item, item + 1, note);
+            if ((word.letters & ~m_Names->GetLetters(item)) == 0)
+                m_Names->ForEachPlaceOf(word, item, item + 1, note);
         });
 }
 
 void ItemKeys::FindLetter(SSearchWord const& word)
 {
-    NameRank::SGains const gains = m_Rank.GetGains();
+    NameRank::SGains const gains = m_Rank->GetGains();
     NameRank::Key* const keys = m_Keys.data();
     std::uint8_t* const found = m_Found.data();
     LetterMask const letter = word.letters;
-    ForEachItem([=, names = &m_Names](std::size_t item) {
+    ForEachItem([=, names = m_Names](std::size_t item) {
         bool const isFound = (names->GetLetters(item) & letter) != 0;
         bool const isStart = (names->GetStartLetters(item) & letter) != 0;
         keys[item] -= isFound * gains.inName + isStart * gains.atStart;
@@ -84,12 +85,12 @@ void ItemKeys::NoteHit(SSearchWord const& word, std::size_t item, std::size_t pl
     unsigned isStart = 0;
     unsigned isInOrder = 0;
     if (end <= kPlaceCount) {
-        isStart = (m_Names.GetWordStarts(item) >> place & 1) & ((found & eAtStart) == 0);
+        isStart = (m_Names->GetWordStarts(item) >> place & 1) & ((found & eAtStart) == 0);
         isInOrder = (place >= m_EndsBefore[item]) & ((found & eInOrder) == 0);
         // Of the first place at a start, or of the first one.
         m_Ends[item] = isNew | isStart ? static_cast<std::uint8_t>(end) : m_Ends[item];
     }
-    NameRank::SGains const& gains = m_Rank.GetGains();
+    NameRank::SGains const& gains = m_Rank->GetGains();
     m_Keys[item] -= isNew * gains.inName + isStart * gains.atStart + isInOrder * gains.inOrder;
     m_Found[item] =
         static_cast<std::uint8_t>(found | eAnywhere | isStart * eAtStart | isInOrder * eInOrder);
@@ -98,7 +99,7 @@ void ItemKeys::NoteHit(SSearchWord const& word, std::size_t item, std::size_t pl
 /// Items whose name has the word gain nothing.
 void ItemKeys::AddTagged(std::vector<std::uint32_t> const& items)
 {
-    NameRank::Key const gain = m_Rank.GetGains().inTag;
+    NameRank::Key const gain = m_Rank->GetGains().inTag;
     NameRank::Key* const keys = m_Keys.data();
     std::uint8_t* const found = m_Found.data();
     for (std::uint32_t const item : items) {

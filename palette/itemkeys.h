@@ -10,15 +10,16 @@
 
 namespace nodepalette {
 
-/// Finds the keys of many items for one search, word by word over all of them.
+/// Finds the keys of many items for one search, word by word over all of them. Used for one search
+/// after the other, it asks for memory once.
 class ItemKeys
 {
 public:
     /// Positions in the table.
     typedef std::vector<unsigned long> Items;
 
-    /// All are kept by reference. Only these items get keys.
-    ItemKeys(NameTable const& names, NameRank const& rank, Items const& items);
+    /// Begins a search. All are kept by reference until it ends. Only these items get keys.
+    void Begin(NameTable const& names, NameRank const& rank, Items const& items);
 
     /// The words in the order typed.
     void FindInNames(SSearchWord const& word);
@@ -45,15 +46,15 @@ private:
     void FindLetter(SSearchWord const& word);
     void NoteHit(SSearchWord const& word, std::size_t item, std::size_t place);
 
-    NameTable const& m_Names;
-    NameRank const& m_Rank;
-    Items const& m_Items;
+    NameTable const* m_Names = nullptr;
+    NameRank const* m_Rank = nullptr;
+    Items const* m_Items = nullptr;
     /// Sweeping over all names is faster than looking at many of them one by one.
-    bool const m_AreMany;
+    bool m_AreMany = false;
     /// The last word is a single character, which has no order: it stands nearly anywhere.
     bool m_IsLastSingle = false;
 
-    // By position in the table.
+    // By position in the table. What belongs to other items is left over from other searches.
     std::vector<NameRank::Key> m_Keys;
     /// How the last word was found, from eFound.
     std::vector<std::uint8_t> m_Found;

@@ -99,21 +99,21 @@ void RankIndex::Rank(Source const& source, std::string const& searchText,
         return;
 
     OrderNamesakes(rows);
-    ItemKeys keys(m_Names, rank, rows);
+    m_Keys.Begin(m_Names, rank, rows);
     for (std::string const& word : rank.GetWords()) {
-        keys.FindInNames(SSearchWord(word));
+        m_Keys.FindInNames(SSearchWord(word));
         if (rank.GetGains().inTag)
-            AddTagged(word, keys);
+            AddTagged(word);
     }
-    SortByKey(rows, keys.Get(), rank.GetKeyBits());
+    SortByKey(rows, m_Keys.Get(), rank.GetKeyBits());
 }
 
 /// Each tag is searched once, however many items carry it.
-void RankIndex::AddTagged(std::string const& word, ItemKeys& keys) const
+void RankIndex::AddTagged(std::string const& word)
 {
     for (STag const& tag : m_Tags) {
         if (tag.text.find(word) != std::string::npos)
-            keys.AddTagged(tag.items);
+            m_Keys.AddTagged(tag.items);
     }
 }
 

@@ -66,10 +66,11 @@ private:
     void AppendTags(std::string const& tags);
     std::uint32_t FindTag(std::string const& tag);
     void PlaceNamesakes(Source const& source, std::uint32_t first);
-    void AddTagged(std::string const& word, ItemKeys& keys) const;
+    void AddTagged(std::string const& word);
     void OrderNamesakes(std::vector<unsigned long>& rows) const;
 
     NameTable m_Names;
+    ItemKeys m_Keys;
     std::vector<SNamesake> m_Namesakes;
     bool m_HasNamesakes = false;
 
