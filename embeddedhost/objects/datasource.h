@@ -28,7 +28,7 @@ public:
         bool isReadOnly;
         /// The application component that lives in the data source; empty for none.
         std::string component;
-        /// The ending of the names of its files.
+        /// How the names of new files end.
         QString fileSuffix;
     };
 

@@ -16,7 +16,7 @@ namespace dom = simdjson::dom;
 
 namespace {
 
-/// Far below the limit of the slow reader, see kMaxJsonDepth.
+/// Far below the limit of the slow reader, see kMaxObjectDepth.
 constexpr int kMaxPlainDepth = 32;
 constexpr std::size_t kMaxPlainMembers = 32;
 

@@ -35,13 +35,13 @@ ParsedText ParseJson(QByteArray const& bytes, int levelsAround)
     // The parser would silently stop there.
     if (std::size_t const zero = text.find('\0'); zero != text.npos)
         return MakeFault(text, zero, QStringLiteral("this is not JSON: there is a zero byte."));
-    JsonTreeBuilder builder(kMaxJsonDepth + levelsAround);
+    JsonTreeBuilder builder(kMaxObjectDepth + levelsAround);
     if (ordered_json::sax_parse(text.begin(), text.end(), &builder))
         return {builder.TakeTree(), QString(), QString(), builder.GetRepeatedKeys()};
     if (builder.IsTooDeep()) {
         return MakeFault(text, FindJsonDepth(text, builder.GetMaxDepth()),
                          QStringLiteral("it nests deeper than %1 levels; the file is left out.")
-                             .arg(kMaxJsonDepth));
+                             .arg(kMaxObjectDepth));
     }
     return MakeFault(text, builder.GetFaultPosition(), builder.GetFault());
 }

@@ -5,7 +5,7 @@
 
 namespace embeddedhost {
 
-/// Keeps valid JSON: an object, or an array of them.
+/// Keeps valid JSON: an object, or an array.
 KeptText KeepJson(QByteArray const& text);
 
 } // namespace embeddedhost

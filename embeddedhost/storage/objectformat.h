@@ -3,6 +3,7 @@
 
 #include "model/libraryfile.h"
 #include "model/listedobject.h"
+#include "storage/parsedtext.h"
 
 #include <QByteArray>
 #include <QString>
@@ -12,25 +13,11 @@
 
 namespace embeddedhost {
 
-/// The text of a file as a tree, or why it is not one.
-struct ParsedText
-{
-    /// Whoever parses the text checks that it is an object, or an array of them.
-    ItemObject content;
-    /// The place of the fault, "line 3, column 7".
-    QString faultPlace;
-    /// A sentence; empty when the text was read.
-    QString fault;
-    /// Keys that an object has more than once, as `object 3, key "tags.colour"`, the first
-    /// hundred of them. The last value counts.
-    std::vector<QString> repeatedKeys;
-};
-
 /// The text of a file, kept so that its objects can be read later, one by one.
 struct KeptText
 {
     std::unique_ptr<ObjectSource const> source;
-    /// The place of each object.
+    /// Of the single object, or of each entry of an array, also of those that are no objects.
     std::vector<ObjectPlace> places;
 };
 
@@ -60,19 +47,22 @@ public:
     /// How the names of the files end, with the dot; ASCII.
     virtual QString GetSuffix() const = 0;
 
+    /// Never null; a format without a fast way has a lister that rejects each text.
     virtual std::unique_ptr<ObjectLister> MakeLister() const = 0;
+    /// Has a fault for an object that nests deeper than kMaxObjectDepth. Texts are in UTF-8.
     virtual ParsedText Parse(QByteArray const& text) const = 0;
-    /// Takes a text that a lister has accepted, or in which Parse has found objects.
+    /// Takes a text that a lister has accepted, or Parse without a fault.
     virtual KeptText Keep(QByteArray const& text) const = 0;
-    /// The text of the file's entries. What `oldText`, the file on disk, already has is copied byte
-    /// for byte.
+    /// The text of the file's entries: an array if the file is one or has not exactly one entry.
+    /// What `oldText`, the file on disk, already has is copied byte for byte; it is empty for a new
+    /// file, and may be a text that Parse does not read. Raises if an entry cannot be read.
     virtual QByteArray Write(LibraryFile const& file, QByteArray const& oldText) const = 0;
 };
 
-/// Whether files of this name, or path, hold objects.
+/// Whether the name, or path, has the suffix of a format.
 bool IsObjectFile(QString const& name);
 
-/// The format of a file of objects.
+/// The format of a file of objects; that of new files for a name without the suffix of any.
 ObjectFormat const& GetFormat(QString const& path);
 
 /// The format of files that the program makes.
