@@ -98,8 +98,8 @@ private Q_SLOTS:
                  QStringLiteral("0 "));
         QImage const picture(m_Folder.filePath("made.png"));
         QCOMPARE(picture.size(), QSize(1000, 600));
-        // The canvas, near the right edge, is dark.
-        QVERIFY(picture.pixelColor(950, 400).lightness() < 100);
+        // The canvas, near its lower right corner, is dark.
+        QVERIFY(picture.pixelColor(950, 540).lightness() < 100);
         QCOMPARE(Run("--new empty --render empty.png"), QStringLiteral("0 "));
         QCOMPARE(QImage(m_Folder.filePath("empty.png")).size(), QSize(1100, 700));
         // Nothing of pictures is left, of the sample library's neither.
