@@ -93,8 +93,8 @@ QString CNodePalette::GetTagNote(unsigned long row) const
 /// Of this item alone: the panel's registry would collect those of all items first.
 std::set<std::string> CNodePalette::AskTags(ItemID const& id) const
 {
-    std::set<std::string> tags = {KindTag(id)};
-    SplitString(m_ItemLibrary.GetItemTags(id, kAppTagsCategory), ";", tags);
+    std::set<std::string> tags;
+    SplitString(m_ItemLibrary.GetItemTags(id, kAppTagsCategory) + ';' + KindTag(id), ";", tags);
     return tags;
 }
 
