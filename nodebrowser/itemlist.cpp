@@ -74,6 +74,11 @@ ItemList::Row ItemList::Expect(ItemID const& id)
     return m_Rows[m_Expected];
 }
 
+ItemList::Row ItemList::Foresee(std::uint32_t count) const
+{
+    return count < m_Rows.size() - m_Next ? m_Rows[m_Next + count] : kNoRow;
+}
+
 /// An identifier may stand in the table of contents more than once.
 ItemList::Slot ItemList::FindUntaken(ItemID const& id) const
 {

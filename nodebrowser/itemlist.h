@@ -61,6 +61,9 @@ public:
     /// Where the item list has the item that is about to be collected: at its row, or at the end,
     /// behind those that were added before, if it is new.
     Row Expect(tarno::datamodel::ItemID const& id);
+    /// The row of the item that is expected `count` items later if they come as they did the last
+    /// time; kNoRow for none.
+    Row Foresee(std::uint32_t count) const;
     /// The item that was expected last; its tags are not known yet.
     void Collect(tarno::datamodel::ItemID const& id, SItemKind const& kind);
     /// The stored tags of the item that was collected last.

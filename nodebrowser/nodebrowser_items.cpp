@@ -25,6 +25,9 @@ using namespace tarno::datamodel;
 namespace {
 
 std::size_t const kSourcesKept = 8;
+/// The host's order is not that of the rows. Memory is there by the time that so many other items
+/// are done.
+std::uint32_t const kItemsAhead = 8;
 
 /// The application's two components; what lives in their data sources comes with the application.
 struct SComponents
@@ -289,6 +292,9 @@ CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
     std::vector<Item>& items = m_Private->items;
     ItemID const id = AskItemID(accessor);
     ItemList::Row const place = list.Expect(id);
+    ItemList::Row const soon = list.Foresee(kItemsAhead);
+    if (soon < items.size())
+        Prefetch(&items[soon], sizeof(Item));
     if (place == items.size()) {
         items.push_back(Item(this, accessor, ItemID()));
     } else {
