@@ -11,6 +11,14 @@ using tarno::datamodel::ItemID;
 
 namespace nodebrowser {
 
+namespace {
+
+/// The order of slots is not that of rows. Memory is there by the time that so many other rows are
+/// done.
+std::uint32_t const kRowsAhead = 8;
+
+} // namespace
+
 ItemList::ItemList(ItemTagsRegistry& registry)
     : m_Registry(&registry)
     , m_RegistryRevision(registry.m_Revision)
@@ -197,12 +205,12 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
     m_Tags.Commit();
     m_Items.swap(m_NewItems);
     m_Items.shrink_to_fit();
-    m_Kinds.swap(m_NewKinds);
-    m_Kinds.shrink_to_fit();
     m_Rows.resize(order.size());
+    m_Kinds.resize(order.size());
     std::vector<Row> places(order.size());
     for (Row row = 0; row < order.size(); ++row) {
         m_Rows[order[row]] = row;
+        m_Kinds[row] = m_NewKinds[order[row]];
         places[row] = m_Places[order[row]];
     }
     m_Slots = order;
@@ -226,11 +234,15 @@ void ItemList::ForgetCollected()
 /// Neighbours that stay neighbours are copied together.
 void ItemList::TakeSearchNames(std::vector<Slot> const& order)
 {
+    TextBlock const& collected = m_Names.GetCollected();
     TextBlock names;
-    names.Reserve(order.size(), m_Names.GetCollected().GetBytes());
+    names.Reserve(order.size(), collected.GetBytes());
     Row firstKept = 0;
     Row keptCount = 0;
-    for (Slot const slot : order) {
+    for (Row row = 0; row < order.size(); ++row) {
+        if (row + kRowsAhead < order.size())
+            collected.Prefetch(order[row + kRowsAhead]);
+        Slot const slot = order[row];
         Row const place = m_Places[slot];
         if (m_KeepsName[slot] && place == firstKept + keptCount) {
             ++keptCount;
@@ -240,7 +252,7 @@ void ItemList::TakeSearchNames(std::vector<Slot> const& order)
         firstKept = place;
         keptCount = m_KeepsName[slot] ? 1 : 0;
         if (!m_KeepsName[slot])
-            AppendSearchName(names, m_Names.GetCollected().Get(slot));
+            AppendSearchName(names, collected.Get(slot));
     }
     names.Append(m_SearchNames, firstKept, keptCount);
     m_SearchNames = std::move(names);
@@ -369,7 +381,7 @@ ItemList::Row ItemList::Find(ItemID const& id) const
 
 SItemKind const& ItemList::GetKind(Row row) const
 {
-    return *m_Kinds[m_Slots[row]];
+    return *m_Kinds[row];
 }
 
 ItemList::Row ItemList::GetRowOfCollected(std::size_t position) const

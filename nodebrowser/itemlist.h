@@ -159,7 +159,6 @@ private:
     unsigned long m_RegistryRevision;
     // By slot.
     std::vector<SItem> m_Items;
-    std::vector<SItemKind const*> m_Kinds;
     std::vector<Row> m_Rows;
     /// Empty for an unfinished list.
     CollectedTexts m_Names;
@@ -167,6 +166,7 @@ private:
 
     // By row.
     std::vector<Slot> m_Slots;
+    std::vector<SItemKind const*> m_Kinds;
     /// In this order a search finds its matches as they are shown. Empty for an unfinished list.
     TextBlock m_SearchNames;
     /// Slots by identifier, then in their order; empty until an item is looked for.

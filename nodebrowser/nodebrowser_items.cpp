@@ -296,6 +296,9 @@ CNodeBrowser::Item& CNodeBrowser::CollectItem(ItemAccessor& accessor,
     if (soon < items.size())
         Prefetch(&items[soon], sizeof(Item));
     if (place == items.size()) {
+        // Moving an item costs as much as making it: the first list grows in large steps.
+        if (list.GetCount() == 0 && items.size() == items.capacity())
+            items.reserve(4 * items.size() + 256);
         items.push_back(Item(this, accessor, ItemID()));
     } else {
         items[place].m_Browser = this;
@@ -327,9 +330,15 @@ void CNodeBrowser::TakeItems(std::vector<ItemList::Row> places)
         if (places[first] == first)
             continue;
         Item last = std::move(items[first]);
+        ItemList::Row soon = first;
+        for (std::uint32_t step = 0; step < kItemsAhead; ++step)
+            soon = places[soon];
         ItemList::Row row = first;
-        for (; places[row] != first; std::swap(row, places[row]))
+        for (; places[row] != first; std::swap(row, places[row])) {
+            Prefetch(&items[soon], sizeof(Item));
+            soon = places[soon];
             items[row] = std::move(items[places[row]]);
+        }
         items[row] = std::move(last);
         places[row] = row;
     }

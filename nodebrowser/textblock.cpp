@@ -33,8 +33,9 @@ std::uint64_t FindCharacter(char const* bytes, char character)
 /// A text on its way into the order.
 struct SText
 {
-    /// The first letters as a number that orders as strcasecmp orders the texts.
+    /// The first letters as numbers that order as strcasecmp orders the texts.
     std::uint64_t prefix;
+    std::uint64_t nextPrefix;
     char const* text;
     std::uint32_t entry;
 
@@ -42,22 +43,33 @@ struct SText
     {
         if (prefix != other.prefix)
             return prefix < other.prefix;
+        if (nextPrefix != other.nextPrefix)
+            return nextPrefix < other.nextPrefix;
         int const order = strcasecmp(text, other.text);
         return order != 0 ? order < 0 : entry < other.entry;
     }
 };
 
-SText MakeText(TextBlock const& block, std::uint32_t entry)
+/// The number of the next letters, which the pointer is moved behind.
+std::uint64_t TakePrefix(char const*& letter)
 {
-    SText made = {0, block.Get(entry), entry};
-    char const* letter = made.text;
-    for (std::size_t count = 0; count < sizeof(made.prefix); ++count) {
+    std::uint64_t prefix = 0;
+    for (std::size_t count = 0; count < sizeof(prefix); ++count) {
         unsigned char const lower =
             static_cast<unsigned char>(tolower(static_cast<unsigned char>(*letter)));
-        made.prefix = made.prefix << 8 | lower;
+        prefix = prefix << 8 | lower;
         if (*letter)
             ++letter;
     }
+    return prefix;
+}
+
+SText MakeText(TextBlock const& block, std::uint32_t entry)
+{
+    SText made = {0, 0, block.Get(entry), entry};
+    char const* letter = made.text;
+    made.prefix = TakePrefix(letter);
+    made.nextPrefix = TakePrefix(letter);
     return made;
 }
 

@@ -71,6 +71,11 @@ public:
         return m_Text.data() + m_Begins[entry];
     }
 
+    void Prefetch(std::size_t entry) const
+    {
+        nodebrowser::Prefetch(Get(entry), 1);
+    }
+
     std::size_t GetLength(std::size_t entry) const
     {
         return GetEnd(entry) - m_Begins[entry] - 1;
