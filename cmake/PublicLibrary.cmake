@@ -24,20 +24,30 @@ function(public_headers target folder)
     endforeach()
 endfunction()
 
+# hide_private(target name): what is not marked as public is hidden in the objects of the target, as
+# the shared library of that name wants it.
+function(hide_private target name)
+    string(TOUPPER ${name} upper)
+    target_compile_definitions(${target} PRIVATE ${upper}_SHARED ${name}_EXPORTS)
+    set_target_properties(${target} PROPERTIES
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+endfunction()
+
 # public_library(target name): a library's file name, and for a shared one the version that is part
-# of it. What is not marked as public is hidden in a shared one.
+# of it.
 function(public_library target name)
     set_target_properties(${target} PROPERTIES
         OUTPUT_NAME ${name}
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
     get_target_property(type ${target} TYPE)
+    if(type STREQUAL SHARED_LIBRARY OR NODEBROWSER_SHARED_OBJECTS)
+        hide_private(${target} ${target})
+    endif()
     if(type STREQUAL SHARED_LIBRARY)
         string(TOUPPER ${target} upper)
-        target_compile_definitions(${target} PUBLIC ${upper}_SHARED)
-        set_target_properties(${target} PROPERTIES
-            CXX_VISIBILITY_PRESET hidden
-            VISIBILITY_INLINES_HIDDEN ON)
+        target_compile_definitions(${target} INTERFACE ${upper}_SHARED)
         if(APPLE)
             # The contract's functions are found when the program is started.
             target_link_options(${target} PRIVATE -undefined dynamic_lookup)

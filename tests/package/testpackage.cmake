@@ -39,8 +39,11 @@ function(compile name)
         COMMAND pkg-config --print-errors --cflags --libs ${program_PKGCONFIG} ${program_PACKAGES}
         OUTPUT_VARIABLE found COMMAND_ERROR_IS_FATAL ANY)
     separate_arguments(found UNIX_COMMAND ${found})
-    file(MAKE_DIRECTORY ${WORK_DIR}/${name})
-    run(${COMPILER} -std=c++17 -fPIC ${program_FLAGS} ${program_SOURCES} ${found}
+    # One unit, which takes less time.
+    set(unit ${WORK_DIR}/${name}/unit.cpp)
+    list(TRANSFORM program_SOURCES REPLACE "(.+)" "#include \"\\1\"\n")
+    file(WRITE ${unit} ${program_SOURCES})
+    run(${COMPILER} -std=c++17 -fPIC ${program_FLAGS} ${unit} ${found}
         -Wl,-rpath,${prefix}/${LIBRARIES_DIR} -o ${WORK_DIR}/${name}/${name})
 endfunction()
 
@@ -105,11 +108,11 @@ foreach(generation IN LISTS generations)
     run_example(${name} ${name})
 endforeach()
 
-# Shared libraries, built among a host's own sources. Its host is a library, too, under a shared
-# panel, which leaves the contract to it.
+# Shared libraries, built among a host's own sources, of the objects of the static ones where these
+# are fit for it. Its host is a library, too, under a shared panel, which leaves the contract to it.
 if(SHARED_PANEL)
     build(subdirectory ${SOURCE_DIR}/subdirectory -DNODEBROWSER_SOURCE=${root}
-        -DBUILD_SHARED_LIBS=ON -DCMAKE_UNITY_BUILD=ON)
+        -DBUILD_SHARED_LIBS=ON -DCMAKE_UNITY_BUILD=ON -DOBJECTS_FROM=${SHARED_OBJECTS})
     run_example(embedding subdirectory)
     install_to(${WORK_DIR}/subdirectory shared-prefix)
     build(shared-consumer ${SOURCE_DIR}/consumer)
