@@ -53,6 +53,7 @@ bool CommitLibrary(CLibrary& library, char const* uid, std::list<std::string>* m
             QStringLiteral("Another part of the program does not allow a save "
                            "now. Nothing was written; try again later."));
     } else if (kept.Revalidate()) {
+        // Collected after PreCommit, in which listeners may still change items.
         result = library.IsInMemory() ? SaveMemoryLibrary(library)
                                       : SaveFiles(library, FindModifiedFiles(library, uid));
     }
@@ -60,6 +61,7 @@ bool CommitLibrary(CLibrary& library, char const* uid, std::list<std::string>* m
     if (!kept.Revalidate())
         return false;
     Report(library.GetMessages(), result, messages);
+    // Checked again: listeners to these messages may close the library, too.
     if (kept.Revalidate())
         kept.GetContext()->GetNotifier().PostCommit();
     return result.failures.empty();

@@ -76,7 +76,7 @@ QString GetSystemError();
 
 /// The name under which an open file can be opened once more.
 QByteArray GetDescriptorPath(Descriptor const& file);
-/// Where an open file lies; empty when the system does not tell.
+/// The path of an open file; empty if the system does not provide it.
 QString GetRealPath(Descriptor const& file);
 
 /// Reads up to the end of the file, or up to one byte beyond the limit. Null, with errno, when it

@@ -7,7 +7,7 @@
 
 namespace embeddedhost {
 
-/// "place, part"; only the place when there is no part.
+/// "place, part", or just the place if the part is empty.
 QString JoinPlace(QString const& place, QString const& part);
 
 /// A part of a message, cut to a readable length: files may hold texts of any length.

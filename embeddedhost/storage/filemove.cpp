@@ -61,6 +61,7 @@ QString MoveOnDisk(CDataSource const& source, QString const& from, CDataSource c
     auto const toFolder = fromFolder ? OpenFolder(target, to, true, &fault) : nullptr;
     if (!toFolder)
         return fault;
+    // Rename refuses this, too, but with a text of the system.
     if (QFileInfo::exists(to))
         return QStringLiteral("there is such a file already");
     FileResult const moved =

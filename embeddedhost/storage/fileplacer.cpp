@@ -53,7 +53,8 @@ PlacingResult CFilePlacer::Replace(QString const& staged, QByteArray const& oldD
     return PutBack(staged, newDigest, FindReason(removal));
 }
 
-/// The weaker way, for file systems that cannot exchange files.
+/// The weaker way, for file systems that cannot exchange files: a version that another program
+/// writes between the look and the replacement is lost.
 PlacingResult CFilePlacer::ReplaceAfterLook(QString const& staged,
                                             QByteArray const& oldDigest) const
 {
@@ -72,6 +73,8 @@ PlacingResult CFilePlacer::Remove(QString const& staged, QByteArray const& oldDi
     eRemoval const removal = m_Staging.RemoveUnchanged(staged, {oldDigest}, m_Patience);
     if (removal == eRemoval::kRemoved)
         return {ePlacing::kDone};
+    // Fails if a new file has taken the name meanwhile; the old one is then kept in the staging
+    // folder.
     m_Staging.Rename(staged, m_Folder, m_Name);
     return {FindReason(removal)};
 }
@@ -99,6 +102,8 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         }
         if (!back.IsDone())
             return {ePlacing::kFailed, back};
+        // The staged file is now the one that was in place: ours in the first round, theirs in
+        // later ones.
         bool const wasOurs = placedDigest == newDigest;
         if (wasOurs
             && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience) == eRemoval::kRemoved)

@@ -32,6 +32,7 @@ public:
     void Apply()
     {
         MoveRemovedToEnd();
+        // By uid, looked up each time: listeners to one change may add and remove items.
         for (std::string const& uid : GetUids()) {
             CLibraryItem* const item = IsOpen() ? FindItem(uid.c_str()) : nullptr;
             if (item)
@@ -185,8 +186,10 @@ eReconciled ReconcileFile(std::shared_ptr<CLibrary> const& library, DataSourcePt
     LibraryFile* file = library->FindFile(path);
     bool const isExpected = file || !IsThere(path);
     bool const isReadOnly = LeadsToReadOnlySource(*library, path);
+    // Before the digests are compared: a link may lead to another file with the same content.
     if (file && !library->SetReadOnly(*file, isReadOnly))
         return eReconciled::kClosed;
+    // Both digests are empty for a file that is neither on disk nor in the library.
     if (isExpected
         && GetDigestOnDisk(path, library->GetFolder()) == (file ? file->digest : QByteArray()))
         return eReconciled::kUpToDate;

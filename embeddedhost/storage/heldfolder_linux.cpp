@@ -26,6 +26,8 @@ FileResult Failed()
         return {eFileError::kExists, reason};
     case ENOENT:
         return {eFileError::kMissing, reason};
+    // renameat2 answers EINVAL where the file system lacks the flag, and ENOSYS where the kernel
+    // lacks the call.
     case ENOSYS:
     case EINVAL:
     case EOPNOTSUPP:
@@ -82,9 +84,10 @@ bool TakeAttributes(Descriptor const& file, QString const& like)
     return fchmod(file.Get(), model.st_mode & 07777) == 0;
 }
 
-/// Tells whether another program has the file open for writing, and as long as it lives makes
-/// one that opens it so wait: a lease for reading is given only when there is no writer. Where
-/// there are no leases, or the file is another user's, writers go unnoticed.
+/// Detects programs that have the file open for writing. It takes a read lease, which the system
+/// grants only if there is no writer, and which blocks programs that open the file for writing
+/// until this object is destroyed. Without leases, as for files of other users, writers go
+/// unnoticed.
 class WriterWatch
 {
 public:
@@ -107,9 +110,13 @@ public:
 
     bool AreGone()
     {
+        // While a program waits to open the file for writing, the lease is no longer reported as
+        // F_RDLCK.
         if (m_HasLease)
             return fcntl(m_File.Get(), F_GETLEASE) == F_RDLCK;
         m_HasLease = fcntl(m_File.Get(), F_SETLEASE, F_RDLCK) == 0;
+        // Only these two errors mean that there is a writer; the others mean that there are no
+        // leases.
         return m_HasLease || (errno != EAGAIN && errno != EBUSY);
     }
 
@@ -146,10 +153,12 @@ std::unique_ptr<CHeldFolder> CHeldFolder::Open(QString const& root, QString cons
         *fault = DescribeFolder(root);
         return nullptr;
     }
+    // The path of the descriptor: one of the parents may have been replaced by a link.
     if (GetRealPath(*folder) != root) {
         *fault = QStringLiteral("the folder %1 is somewhere else now").arg(root);
         return nullptr;
     }
+    // One folder at a time: O_NOFOLLOW refuses a link only in the last part of a path.
     QStringList const names = path.mid(root.size()).split(QLatin1Char('/'), Qt::SkipEmptyParts);
     for (QString const& name : names) {
         if (makesPath && mkdirat(folder->Get(), Encode(name), 0777) != 0 && errno != EEXIST) {
@@ -207,6 +216,7 @@ FileResult CHeldFolder::Create(QString const& name, QByteArray const& content,
     // Unnamed until it is complete, where the file system supports that.
     Descriptor unnamed(openat(m_Descriptor, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666));
     if (unnamed.IsOpen()) {
+        // By its path in /proc, since linkat needs a capability to link a bare descriptor.
         bool const isMade = WriteAll(unnamed, content) && TakeAttributes(unnamed, like)
                             && linkat(AT_FDCWD, GetDescriptorPath(unnamed).constData(),
                                       m_Descriptor, Encode(name), AT_SYMLINK_FOLLOW)
@@ -246,6 +256,8 @@ FileResult CHeldFolder::Remove(QString const& name) const
 eRemoval CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> const& digests,
                                       int* patience) const
 {
+    // As a path only, until it is known to be a regular file: opening a pipe or a device has
+    // effects.
     Descriptor const place(openat(m_Descriptor, Encode(name), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status;
     if (!place.IsOpen() || fstat(place.Get(), &status) != 0 || !S_ISREG(status.st_mode)
@@ -264,6 +276,7 @@ eRemoval CHeldFolder::RemoveUnchanged(QString const& name, QList<QByteArray> con
     QByteArray const bytes = ReadAll(file, status.st_size);
     if (bytes.isNull() || !digests.contains(GetDigest(bytes)))
         return eRemoval::kKept;
+    // Another program may have begun to write while the file was read.
     if (!writers.AreGone())
         return eRemoval::kBeingWritten;
     return unlinkat(m_Descriptor, Encode(name), 0) == 0 ? eRemoval::kRemoved : eRemoval::kKept;

@@ -15,7 +15,7 @@
 #include <unistd.h>
 #endif
 
-// A folder is not held: it is a path, which is looked at when the folder is opened.
+// The folder is not held open here: it is only a path, which is checked in Open.
 namespace embeddedhost {
 
 namespace {
@@ -36,7 +36,7 @@ bool IsLink(QString const& path)
 }
 
 #ifdef Q_OS_WIN
-// What was opened for reading only cannot be flushed there.
+// Windows cannot flush a file that was opened for reading only.
 constexpr QIODevice::OpenMode kSyncMode = QIODevice::ReadWrite | QIODevice::ExistingOnly;
 
 bool SyncFile(QFile const& file)

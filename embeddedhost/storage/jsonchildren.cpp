@@ -93,6 +93,7 @@ void OldChildren::IndexMembers(JsonChildren const& members)
 
 void OldChildren::IndexEntries(JsonChildren const& entries)
 {
+    // Backwards, so that of entries with the same id the first one heads the list.
     for (std::size_t part = entries.size(); part-- > 0;) {
         m_Values[part] = entries[part].value;
         auto const [first, isNew] = m_First.emplace(entries[part].id, part);

@@ -85,6 +85,7 @@ ordered_json JsonContainer::CloseObject()
     for (auto& [key, value] : m_Members)
         members.emplace_back(std::move(key), std::move(value));
     m_Members.clear();
+    // Not cleared: clear() takes time for all buckets that the largest object has left behind.
     if (!m_Positions.empty())
         m_Positions = {};
     return ordered_json(std::move(members));

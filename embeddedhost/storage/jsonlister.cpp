@@ -207,6 +207,8 @@ private:
         dom::array const list = nodes.get_array();
         for (dom::element const node : list)
             m_NodeIds.push_back(node[Keys::Node::kId].get_string().value());
+        // Reserved for the compound's own ports: a node with one of these ids is found as a
+        // duplicate.
         m_NodeIds.insert(m_NodeIds.end(), {kInputsNode, kOutputsNode});
         return true;
     }
@@ -291,6 +293,7 @@ private:
         dom::array const entries = root.get_array();
         std::size_t count = 0;
         for (dom::element const entry : entries) {
+            // Entries of the file before are used again, since their vectors have memory already.
             if (count == m_Listed.size())
                 m_Listed.emplace_back();
             if (entry.get(single) != simdjson::SUCCESS

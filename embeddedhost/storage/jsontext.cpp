@@ -116,6 +116,7 @@ JsonParts SplitJson(std::string_view text)
 {
     JsonParts parts;
     bool const isObject = text.substr(0, 1) == "{";
+    // Without the closing bracket, so that the walk ends after the last child.
     JsonWalk walk(text.substr(0, text.size() - 1));
     walk.TakeToken();
     while (true) {

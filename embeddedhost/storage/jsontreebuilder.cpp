@@ -69,6 +69,7 @@ bool JsonTreeBuilder::start_object(std::size_t /*size*/)
 bool JsonTreeBuilder::key(std::string const& key)
 {
     bool const isNew = GetInnermost().OpenMember(key);
+    // Further ones would not be reported, and a crafted file could fill the memory with them.
     if (!isNew && m_RepeatedKeys.size() < kMaxReportedFaults)
         m_RepeatedKeys.push_back(GetPath());
     return true;

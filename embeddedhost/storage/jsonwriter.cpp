@@ -76,6 +76,8 @@ public:
         for (JsonChild const& child : children) {
             std::size_t const part = oldChildren.Take(child.id);
             bool const isOld = part != OldChildren::kNone;
+            // An old child keeps the blanks before it, except the first one: its separator has no
+            // comma.
             if (&child == &children.front())
                 m_Content += layout.beforeFirst;
             else
@@ -91,6 +93,7 @@ public:
         if (!children.empty())
             m_Content += layout.atEnd;
         else if (parts.all.empty())
+            // It was empty before; the blanks between its brackets stay.
             m_Content += parts.end;
         m_Content += text.back();
     }

@@ -100,6 +100,8 @@ private:
         QString const fault = DescribeFault(content);
         if (!fault.isEmpty())
             m_Faults.Report(GetShownPath(), fault);
+        // The lister is fast but accepts files without faults only; building trees finds the
+        // faults.
         else if (ObjectLister& lister = GetLister(file.path); lister.Read(content.bytes))
             ReadListed(file, content, lister);
         else
@@ -127,6 +129,8 @@ private:
             if (isFree)
                 AddItem(file, listed, place);
             else
+                // Kept as a raw entry: saves must not drop it, and it becomes an item once the uid
+                // is free.
                 file.entries.push_back({nullptr, file.objects->Read(place)});
         }
     }
@@ -309,6 +313,7 @@ std::shared_ptr<CLibrary> ReadLibrary(QString const& folder, CMessageChannel& me
     reader.ListFiles();
     if (!reader.ReadFiles(progress))
         return nullptr;
+    // After all files: references may lead to items of files that are read later.
     reader.CheckReferences();
     faults.ReportRest(library->GetFolder());
     return library;

@@ -70,6 +70,7 @@ void CLibraryWatcher::OnDirectoryChanged()
 
 void CLibraryWatcher::OnApplicationStateChanged(Qt::ApplicationState state)
 {
+    // Folder watches miss files that are written in place, and all changes on most network drives.
     if (state == Qt::ApplicationActive)
         m_Pause.start();
 }
@@ -149,6 +150,7 @@ void CLibraryWatcher::WatchFolders()
         if (!wanted.remove(folder))
             unwanted << folder;
     }
+    // QFileSystemWatcher warns about empty lists.
     if (!unwanted.isEmpty())
         m_Watcher.removePaths(unwanted);
     if (!wanted.isEmpty())
@@ -216,6 +218,7 @@ void CLibraryWatcher::ReportMissingFolders()
         if (!folder.isEmpty() && !m_MissingFolders.contains(folder))
             m_MissingFolders << folder;
     }
+    // A copy, because a listener to the first message may delete this watcher.
     QStringList const missing = m_MissingFolders;
     for (QString const& folder : missing) {
         if (self && !before.contains(folder))

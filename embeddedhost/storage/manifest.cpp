@@ -121,6 +121,7 @@ private:
         QString const given = QString::fromStdString(*path);
         QFileInfo const folder(QDir(m_LibraryFolder), given);
         QString const canonical = folder.canonicalFilePath();
+        // The path as it is written, and the real one: a link may lead out of the library folder.
         if (QDir::isAbsolutePath(given) || !IsWithin(m_LibraryFolder, WithoutDots(folder))
             || !(canonical.isEmpty() || IsWithin(m_LibraryFolder, canonical))) {
             ReportPath(given, "leads out of the library folder");

@@ -186,6 +186,7 @@ public:
         }
         for (auto const& [file, hadItem] : m_Files) {
             file->digest = hadItem ? GetSavedDigest() : QByteArray();
+            // Modified only if its item was added or removed during the save.
             file->hasOtherEntries = file->entries.empty() == hadItem;
         }
     }
@@ -277,6 +278,7 @@ SaveResult SaveMemoryLibrary(CLibrary& library)
     if (std::none_of(files.begin(), files.end(),
                      [](auto const& file) { return file->IsModified(); }))
         return result;
+    // Taken before the call, in which the library may be closed.
     tarno::datamodel::ItemLibraryAccessor const kept = library.GetAccessor();
     std::shared_ptr<MemoryStore> const store = library.GetMemoryStore();
     QString const name = library.GetName();

@@ -17,7 +17,7 @@ namespace embeddedhost {
 struct KeptText
 {
     std::unique_ptr<ObjectSource const> source;
-    /// Of the single object, or of each entry of an array, also of those that are no objects.
+    /// The place of the single object, or of each entry of an array, whether an object or not.
     std::vector<ObjectPlace> places;
 };
 
@@ -37,8 +37,7 @@ public:
     virtual std::vector<ListedObject> const& GetObjects() const = 0;
 };
 
-/// What the files of objects look like. Everything else that reads and writes them asks their
-/// format.
+/// A file format of objects. All code that reads or writes the files goes through this interface.
 class ObjectFormat
 {
 public:
@@ -54,8 +53,9 @@ public:
     /// Takes a text that a lister has accepted, or Parse without a fault.
     virtual KeptText Keep(QByteArray const& text) const = 0;
     /// The text of the file's entries: an array if the file is one or has not exactly one entry.
-    /// What `oldText`, the file on disk, already has is copied byte for byte; it is empty for a new
-    /// file, and may be a text that Parse does not read. Raises if an entry cannot be read.
+    /// Values that `oldText`, the file on disk, already has are copied byte for byte; it is empty
+    /// for a new file, and may be a text that Parse does not read. Raises if an entry cannot be
+    /// read.
     virtual QByteArray Write(LibraryFile const& file, QByteArray const& oldText) const = 0;
 };
 

@@ -49,6 +49,8 @@ bool CPendingFile::Prepare(CStagingFolders& stagings)
     // Another program has removed it already.
     if (m_IsRemoval && !onDisk.exists)
         return true;
+    // An early look, before anything is written; the placer compares again when it exchanges the
+    // files.
     if ((onDisk.exists ? GetDigest(onDisk.bytes) : QByteArray()) != m_File.digest)
         return Fail(kOvertaken);
     m_OldContent = onDisk.bytes;
@@ -150,6 +152,8 @@ PlacingResult CPendingFile::PlaceNew(CHeldFolder const& folder, int* patience)
     if (placed.failure.error != eFileError::kBadName)
         return placed;
 
+    // The name was made from the item's, and this file system takes fewer characters: use a plain
+    // one.
     QString const path = FindFreePath(m_Library, m_File.source, "item");
     QString fault;
     std::unique_ptr<CHeldFolder> const other =
@@ -171,6 +175,8 @@ PlacingResult CPendingFile::Replace(CHeldFolder const& folder, int* patience)
     CFilePlacer const placer(staging, folder, name, patience);
     if (m_IsRemoval)
         return placer.Remove(staged, m_File.digest);
+    // The staged name has both digests. If this process is killed during the exchange, the next
+    // save can tell from it whether the file belongs to another program.
     FileResult const renamed = staging.Rename(m_NewName, staging, staged);
     if (!renamed.IsDone())
         return {ePlacing::kFailed, renamed};

@@ -66,6 +66,8 @@ CStagingFolder::~CStagingFolder()
     if (!m_Lock.IsLocked())
         return;
     m_Lock.Unlock();
+    // Another process may enter meanwhile. It makes the mark or the folder again if it finds them
+    // missing, and rmdir fails if its lock is in the folder already.
     if (m_Folder->GetNames() == QStringList{kMarkName} && m_Folder->Remove(kMarkName).IsDone())
         QDir(m_Parent).rmdir(kFolderName);
 }
@@ -169,7 +171,10 @@ void CStagingFolder::TidyUp()
         auto const staged = GetStagedPattern().match(name);
         if (!staged.hasMatch())
             continue;
+        // Files that are kept must not get the names of new ones.
         m_LastNumber = qMax(m_LastNumber, quint64(staged.captured(1).toULongLong()));
+        // A file with one of these digests is the old or the new version of an interrupted save.
+        // Any other content was written by another program, and stays.
         int patience = 0;
         m_Folder->RemoveUnchanged(name, {FromHex(staged.captured(2)), FromHex(staged.captured(3))},
                                   &patience);

@@ -53,7 +53,7 @@ private:
     QString const m_Parent;
     std::unique_ptr<CHeldFolder> const m_Folder;
     CTurnLock m_Lock;
-    /// Begins again after the last number there is: names tell files apart by digests, too.
+    /// Starts after the highest number left in the folder; names differ by their digests, too.
     quint64 m_LastNumber = 0;
 };
 

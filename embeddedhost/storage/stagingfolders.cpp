@@ -13,6 +13,8 @@ CStagingFolders::CStagingFolders(CLibrary const& library, int patience)
 
 QString CStagingFolders::FindRoot(QString const& realPath, QString* fault) const
 {
+    // Files are staged in the folder of their data source, because a rename works within one file
+    // system only, and a data source may be mounted.
     for (DataSourcePtr const& source : m_Library.GetSources()) {
         CDataSource::Description const& description = source->GetDescription();
         if (!IsWithin(description.folder, realPath))
@@ -68,7 +70,7 @@ void TidyUpStagingFolders(CLibrary const& library)
     }
     CStagingFolders staging(library, 0);
     for (QString const& root : roots) {
-        // When it cannot be had another save is at work, or the next one will say why.
+        // On failure, another save is running, or the next save will report the reason.
         QString unsaid;
         if (CStagingFolder::IsIn(root))
             staging.Get(root, &unsaid);

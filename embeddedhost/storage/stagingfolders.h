@@ -18,8 +18,8 @@ public:
     /// The folder that the place of a file, a canonical path, is reached from: that of its data
     /// source, or the library's. Empty, with the reason, when nothing may be written there.
     QString FindRoot(QString const& realPath, QString* fault) const;
-    /// The staging folder in it; null, with the reason, when it cannot be had. It is waited for
-    /// the first time only.
+    /// The staging folder in it; null, with the reason, if it cannot be made or locked. Only the
+    /// first call for a root waits for the lock.
     CStagingFolder* Get(QString const& root, QString* fault);
 
     /// The files kept in the opened folders: a sentence for each of the first ones and one for

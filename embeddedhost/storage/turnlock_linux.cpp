@@ -118,6 +118,7 @@ void CTurnLock::Unlock()
 {
     if (!m_Private->m_IsLocked)
         return;
+    // Removed while it is locked; afterwards it could be the lock of another process already.
     unlinkat(m_Private->m_Folder.GetDescriptor(), Encode(m_Private->m_Name), 0);
     m_Private->m_File.reset();
     m_Private->m_IsLocked = false;

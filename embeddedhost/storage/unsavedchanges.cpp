@@ -31,6 +31,7 @@ bool HasText(ordered_json const& object, char const* key)
     return object.is_object() && object.contains(key) && object[key].is_string();
 }
 
+/// Checks the object as strictly as one of a library file: the document may have been edited.
 bool IsChange(ordered_json const& entry)
 {
     return HasText(entry, "source") && HasText(entry, "file") && HasText(entry, "digest")
