@@ -14,6 +14,7 @@ constexpr std::chrono::milliseconds kAttemptPause(50);
 /// Moves the entry of `from` to `to` with all its fields. Returns a result of the git library.
 int MoveEntryOnce(git_index* index, std::string const& from, std::string const& to)
 {
+    // Read again in each attempt: the command that held the lock has changed the index.
     int result = git_index_read(index, true);
     git_index_entry const* const entry = git_index_get_bypath(index, from.c_str(), 0);
     if (result != 0 || !entry)

@@ -13,6 +13,8 @@ int StopWhenCancelled(git_diff const*, char const*, char const*, void* cancel)
 /// A pass over the parts of the work tree, over all of it for none.
 git_diff_options MakeOptions(git_strarray const& parts, CancelFlag const& cancel)
 {
+    // Paths are matched literally, since file names may contain wildcards. Unmodified and ignored
+    // files are included because each file asked about needs a state.
     git_diff_options options = GIT_DIFF_OPTIONS_INIT;
     options.flags = GIT_DIFF_INCLUDE_UNMODIFIED | GIT_DIFF_INCLUDE_UNTRACKED
                     | GIT_DIFF_RECURSE_UNTRACKED_DIRS | GIT_DIFF_INCLUDE_IGNORED
@@ -87,6 +89,7 @@ bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
 
     git_tree* tree = nullptr;
     GitCommitPtr const head = m_Private->GetHeadCommit();
+    // Before the first commit there is no tree, and all files in the index count as added.
     if ((head && git_commit_tree(&tree, head.get()) != 0)
         || (!head && git_repository_head_unborn(repository) != 1))
         return false;
@@ -95,6 +98,7 @@ bool CGitWorkTree::ReadStates(std::string const& part, CancelFlag const& cancel,
         return false;
     GitDiffPtr const staged(diff);
 
+    // First the work tree: AddStagedState builds on its states.
     for (std::size_t i = 0; i < git_diff_num_deltas(unstaged.get()); ++i) {
         git_diff_delta const& delta = *git_diff_get_delta(unstaged.get(), i);
         states[GetPath(delta)] = GetUnstagedState(delta.status);

@@ -66,6 +66,7 @@ void CGitThread::WaitForAll(milliseconds patience)
 void CGitThread::Run(CancelFlagPtr const& cancel, Work const& work)
 {
     std::lock_guard<std::mutex> const lock(GetRegistry().mutex);
+    // Otherwise cancelled jobs would pile up behind one that hangs.
     m_Waiting.erase(std::remove_if(m_Waiting.begin(), m_Waiting.end(),
                                    [](Job const& job) { return job.cancel->IsSet(); }),
                     m_Waiting.end());
@@ -76,6 +77,7 @@ void CGitThread::Run(CancelFlagPtr const& cancel, Work const& work)
 
 std::optional<QString> CGitThread::Ask(Question const& question, milliseconds patience)
 {
+    // Shared, because the question may still run after this wait has timed out.
     auto const cancel = std::make_shared<CancelFlag>();
     auto const answer = std::make_shared<std::promise<QString>>();
     std::future<QString> result = answer->get_future();

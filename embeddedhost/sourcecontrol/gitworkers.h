@@ -35,7 +35,7 @@ public:
     void Open(QString const& folder);
     /// Nothing is delivered any more. Jobs that are not cancelled are done nevertheless.
     void Close();
-    /// As the destructor does, for a process that ends without it.
+    /// Waits like the destructor, for a process that ends without calling it.
     void Finish();
 
     /// Runs `work` on the thread of the task, then, even when it has raised something, `deliver`

@@ -95,6 +95,7 @@ void StartGitLibrary()
 CGitWorkTree::CGitWorkTree(QString const& folder)
     : m_Private(new Private)
 {
+    // First of all, because the git library would block when it opens a pipe.
     QString const special = FindSpecialGitFile(folder);
     if (special.isEmpty()) {
         m_Private->Open(folder);
@@ -117,6 +118,7 @@ void CGitWorkTree::Private::Open(QString const& folder)
     git_error const* const failure = result == 0 ? nullptr : git_error_last();
     QString const reason = failure ? QString::fromUtf8(failure->message) : QString();
     access = GetAccessAfter(result, folder);
+    // A bare repository has no files whose states could be shown.
     if (opened && git_repository_is_bare(opened))
         access = kNoWorkTree;
     error = DescribeAccess(access, folder, reason);

@@ -38,7 +38,7 @@ public:
 
 private:
     CLibraryItem const* FindItem(qorm::QormHandle<qorm::IDbObject> const& object) const;
-    /// Empty, and the user is told, when the item has no file on disk.
+    /// Empty, with a message to the user, when the item has no file on disk.
     QString FindFile(CLibraryItem const* item);
     void Refuse(QString const& file, QString const& reason);
 

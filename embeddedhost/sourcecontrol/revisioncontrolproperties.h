@@ -8,12 +8,12 @@
 namespace embeddedhost {
 
 /// The service "RevisionControlPropertiesMgr". Slots may come and go, and the manager may be
-/// destroyed, while they are told.
+/// destroyed, while they are notified.
 class CRevisionControlProperties : public IRevisionControlPropertiesMgr, private IKvTrackedSignal
 {
 public:
     CRevisionControlProperties();
-    /// Tells the slots that the manager is gone.
+    /// Notifies the slots that the manager is gone.
     ~CRevisionControlProperties() override;
 
     /// There is a work tree to show states of.

@@ -145,6 +145,7 @@ void CSourceControlService::LookUpWorkTree()
 
 void CSourceControlService::OnLookedUp()
 {
+    // Listeners to the warning and to the properties may delete this service.
     QPointer<CSourceControlService> const self(this);
     if (!IsActive())
         Stop();

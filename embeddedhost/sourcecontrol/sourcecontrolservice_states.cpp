@@ -72,6 +72,7 @@ void CSourceControlService::OnItemAppeared(ItemID const& id)
 
 void CSourceControlService::StartWithin(int milliseconds)
 {
+    // Only ever brought forward: a delayed refresh must not hold up a request.
     if (!m_StartTimer.isActive() || m_StartTimer.remainingTime() > milliseconds)
         m_StartTimer.start(milliseconds);
 }

@@ -47,6 +47,7 @@ void CStateAnnouncer::NoteStructureChange()
     if (m_States.empty())
         return;
     m_IsAllDue = true;
+    // Otherwise the timer is running with a shorter interval, and SendDue sends all.
     if (m_LookedUp.empty())
         m_Timer.start(kBurstPause);
 }

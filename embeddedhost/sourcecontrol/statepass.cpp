@@ -54,6 +54,7 @@ private:
     {
         QString const& file = m_Files[position];
         QString const path = file.left(file.lastIndexOf('/'));
+        // Looking for the git folder reads every parent, so it is done once for each folder.
         auto const known = m_Folders.constFind(path);
         if (known != m_Folders.constEnd())
             return *known;
@@ -89,7 +90,7 @@ private:
         return GetFolder(position).canonicalPath + file.mid(file.lastIndexOf('/'));
     }
 
-    /// Git says nothing of a file that was not written yet.
+    /// Git has no entry for a file that was not written yet.
     unsigned GetStateWithoutEntry(std::size_t position) const
     {
         return QFileInfo::exists(m_Files[position]) ? StateBits::kUnknown : StateBits::kUntracked;

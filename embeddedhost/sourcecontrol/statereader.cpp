@@ -27,7 +27,7 @@ void CStateReader::Start(std::vector<ItemFile> const& files)
         m_Pass->items.push_back(file.item);
         m_Pass->paths.push_back(file.path);
     }
-    // In case that reading them raises something.
+    // The states that are delivered if reading them throws.
     m_Pass->states.assign(files.size(), StateBits::kUnknown);
     m_Workers.Run(
         CGitWorkers::kStates, m_Pass->cancel,

@@ -70,6 +70,8 @@ void CStateRequests::Clear()
 
 CStateRequests::Requests CStateRequests::GetRequests() const
 {
+    // Weak pointers, because a task may be deleted before its answer comes; expired ones are
+    // dropped.
     Requests alive;
     for (auto const& request : m_Requests) {
         if (RequestPtr const locked = request.lock())

@@ -28,6 +28,7 @@ void CWorkTreeLookUp::Start(QString const& folder)
     if (m_Cancel)
         m_Cancel->Cancel();
     m_Cancel = std::make_shared<CancelFlag>();
+    // Written by the worker before its delivery is posted, and read in the delivery only.
     auto const facts = std::make_shared<Facts>();
     m_Workers.Run(
         CGitWorkers::kActions, m_Cancel, [folder, facts] { *facts = AskGit(folder); },
