@@ -33,6 +33,7 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
         return;
     }
     gInstance = this;
+    // One ContentChanged for a burst: a group of commands sends a notification for each item.
     m_Private->contentTimer.setSingleShot(true);
     m_Private->contentTimer.setInterval(0);
     connect(&m_Private->contentTimer, &QTimer::timeout, this, [this] {
@@ -53,6 +54,7 @@ CEmbeddedHost::CEmbeddedHost(QObject* parent)
 
 CEmbeddedHost::~CEmbeddedHost()
 {
+    // Listeners may throw while the library is closed, which a destructor must not.
     RunGuarded(&m_Private->messages, QStringLiteral("The library was closed"),
                [this] { CloseLibrary(); });
     GetServices().RemoveService(kRevisionControlService, &m_Private->revisionControlHelper);

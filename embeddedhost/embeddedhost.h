@@ -20,7 +20,7 @@
 #include <memory>
 #include <vector>
 
-/// What the embedded host gives to programs beside CEmbeddedHost.
+/// The classes that the embedded host offers to programs in addition to CEmbeddedHost.
 namespace embeddedhost {
 class CLibrary;
 }
@@ -49,7 +49,7 @@ public:
     /// loop; changes made meanwhile stay unsaved.
     typedef std::function<QString(std::vector<embeddedhost::MemoryItem> const& items)> SaveItems;
 
-    /// Of the 8-bit texts of the contract.
+    /// The encoding of the contract's 8-bit texts.
     enum eTextEncoding
     {
         /// With '?' for letters that Latin-1 lacks. Files keep them.
@@ -166,7 +166,7 @@ public:
 
     /// For the panel, and for undo and redo; lives as long as the host.
     embeddedhost::CCommandManager& GetCommandManager();
-    /// What there is to tell the user; lives as long as the host.
+    /// The messages for the user; lives as long as the host.
     embeddedhost::CMessageChannel& GetMessages();
     /// The services of the process, which outlive the host.
     embeddedhost::CServiceRegistry& GetServices();

@@ -17,6 +17,8 @@ using namespace tarno::datamodel;
 void CEmbeddedHost::Private::Release(CLibrary& closed)
 {
     QScopedValueRollback<bool> const closing(isClosing, true);
+    // First everything that refers to the library, so that no listener, timer or worker reaches it
+    // when it is closed.
     commandManager.Clear();
     contentTimer.stop();
     observer.Detach(closed.GetNotifier());
@@ -43,6 +45,7 @@ bool CEmbeddedHost::OpenLibrary(QString const& folder, Progress const& progress)
         return ReadLibrary(folder, *messages, [&](int done, int total) {
             if (progress)
                 progress(done, total);
+            // The call may run an event loop, in which the user cancels or the host is deleted.
             return self && !m_Private->isOpeningCancelled;
         });
     });

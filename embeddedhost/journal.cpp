@@ -70,6 +70,7 @@ void CJournal::FollowChanges()
 {
     if (!m_Host.IsModified())
         Drop();
+    // Not started again for each change, or the journal would never be written during steady work.
     else if (!m_Pause.isActive())
         m_Pause.start();
 }
@@ -102,6 +103,7 @@ bool CJournal::Write()
         return true;
     }
     m_Pause.start();
+    // Tried again after each pause, but reported once.
     if (!m_HasFailed) {
         m_HasFailed = true;
         m_Host.GetMessages().Post(
@@ -148,6 +150,7 @@ std::vector<CJournal::Leftover> CJournal::FindLeftovers()
     for (QFileInfo const& info : files) {
         QString const file = m_Folder + QLatin1Char('/') + info.fileName();
         std::unique_ptr<QLockFile> lock = Lock(file);
+        // The process that writes it is still running, so these are its current changes.
         if (!lock)
             continue;
         QString fault;
@@ -172,6 +175,7 @@ QByteArray CJournal::ReadLeftover(QString const& file, QString* fault) const
 
 void CJournal::SetAside(QString const& file, QString const& reason)
 {
+    // Renamed and not removed: the text may still be of use to the user.
     QString aside = file + QStringLiteral(".aside");
     for (int number = 2; QFileInfo::exists(aside); ++number)
         aside = QStringLiteral("%1.aside-%2").arg(file).arg(number);

@@ -22,8 +22,8 @@ class CCommandManager::State : public std::enable_shared_from_this<State>
 public:
     State()
     {
-        // The stack is in order again once it tells its new index: commands that were executed
-        // during an undo or a redo can be put on it.
+        // When the stack signals its new index it is consistent again, so commands that were
+        // executed during an undo or a redo can be pushed.
         QObject::connect(m_Stack, &QUndoStack::indexChanged, m_Stack, [this] { PushFinished(); });
     }
 
@@ -176,7 +176,7 @@ void CCommandManager::State::Clear()
 
 void CCommandManager::State::Retire()
 {
-    // Views and actions are still told when the stack is deleted.
+    // Does not block destroyed(), by which views and actions learn that the stack is gone.
     m_Stack->blockSignals(true);
     Clear();
 }

@@ -14,7 +14,7 @@ public:
     void AddListener(wek::fwk::IQormDBProxy_Signal* listener) override;
     void RemoveListener(wek::fwk::IQormDBProxy_Signal* listener) override;
 
-    /// Shows another library, or with an invalid accessor none, and tells the listeners.
+    /// Shows another library, or with an invalid accessor none, and notifies the listeners.
     void SetItemLibrary(tarno::datamodel::ItemLibraryAccessor const& library);
 
 private:

@@ -22,6 +22,7 @@ void Tell(CMessageChannel* messages, QString const& text)
 
 bool RunGuarded(CMessageChannel* messages, QString const& what, std::function<void()> const& call)
 {
+    // The call may destroy the channel.
     QPointer<CMessageChannel> const channel(messages);
     try {
         call();

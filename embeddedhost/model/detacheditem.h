@@ -41,7 +41,7 @@ private:
     DataSourcePtr m_Source;
     QString m_Path;
     ItemObject m_Object;
-    /// What was on disk of the item; null for a new one.
+    /// The saved version of the item; null for a new one.
     ItemObject m_SavedObject;
     /// The file's when the item was taken out; empty for a file that is not there yet.
     QByteArray m_Digest;

@@ -191,7 +191,7 @@ bool HasText(GraphBody const& body, IsLike isLike)
            || std::any_of(body.connections.begin(), body.connections.end(), hasConnection);
 }
 
-/// What is empty is left out where the object has none.
+/// Writes an empty part only if the object has the key already.
 void SetPart(ordered_json& object, char const* key, ordered_json part)
 {
     if (!part.empty() || object.contains(key))

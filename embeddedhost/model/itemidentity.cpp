@@ -126,7 +126,7 @@ IdentityTable& GetTable()
 }
 
 /// The last identity whose uid was returned: callers usually look the item up with it next. The
-/// address tells the text, because uids are never freed or changed.
+/// address identifies the text, because uids are never freed or changed.
 ItemIdentity const* gLastAsked = nullptr;
 
 bool IsAskedUid(char const* text)

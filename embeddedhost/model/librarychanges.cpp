@@ -62,6 +62,7 @@ public:
     {
         GetNotifier().BeginChanges();
     }
+    // Announced even if a listener has closed the library in between: each beginning has an end.
     ~ChangeScope()
     {
         GetNotifier().EndChanges();
@@ -196,6 +197,7 @@ bool CLibrary::SetReadOnly(LibraryFile& file, bool isReadOnly)
         return true;
     ItemLibraryAccessor const kept = GetAccessor();
     {
+        // In a block, because listeners to its end may close the library, too.
         ChangeScope const change(*this);
         if (change.IsLibraryOpen()) {
             file.isReadOnly = isReadOnly;

@@ -55,6 +55,8 @@ void CChangeObjectCommand::Change(ordered_json const& from, ordered_json const& 
 {
     CLibrary* const library = GetLibrary();
     CLibraryItem* const item = library ? library->FindItem(m_Uid.c_str()) : nullptr;
+    // Only the difference is applied, since other changes may have been made meanwhile, on disk
+    // too.
     if (item)
         library->ChangeObject(*item, ApplyChange(item->GetObject(), from, to));
 }
@@ -121,6 +123,7 @@ void CCommandGroup::Undo()
 
 void RunCommand(CLibraryCommand* command, wek::fwk::ICommandManager* manager)
 {
+    // The first reference. Without a manager it is the only one, and the command ends here.
     wek::fwk::RefCountedAutoPtr<wek::fwk::ICommand> const kept(command);
     if (manager)
         manager->Execute(kept);

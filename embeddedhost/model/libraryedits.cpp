@@ -219,6 +219,7 @@ bool RenameItem(CLibrary& library, CLibraryItem& item, char const* name,
 {
     if (!CheckWritable(library, item, QStringLiteral("rename")) || !CheckName(library, &item, name))
         return false;
+    // An equal name makes no command: undoing it would change nothing.
     if (item.GetName() == ToKeptText8(name))
         return true;
     ordered_json changed = item.GetObject();
@@ -237,6 +238,7 @@ bool SetItemTags(CLibrary& library, CLibraryItem& item, char const* category, ch
         return true;
     ordered_json changed = item.GetObject();
     ordered_json all = changed.value(Keys::kTags, ordered_json::object());
+    // A library file may have any value there; the reader has reported it.
     if (!all.is_object())
         all = ordered_json::object();
     std::string const key = FindCategory(all, category);

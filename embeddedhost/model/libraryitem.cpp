@@ -71,6 +71,7 @@ CLibraryItem::~CLibraryItem() = default;
 
 void CLibraryItem::SetTexts(std::string const& texts, std::pmr::memory_resource& memory)
 {
+    // The arena cannot free single blocks, so the old one is used again if the texts fit.
     if (texts.size() > m_TextsCapacity) {
         m_Texts = static_cast<char*>(memory.allocate(texts.size(), 1));
         m_TextsCapacity = unsigned(texts.size());

@@ -83,6 +83,7 @@ bool CLibraryNotifier::PreCommit()
 {
     bool isCancelled = false;
     TellLibrary([&](IItemLibraryNotification& listener, ItemLibraryAccessor& library) {
+        // One flag for each listener, so that none can take back what another has refused.
         bool cancel = false;
         listener.OnPreCommit(library, &cancel);
         isCancelled = isCancelled || cancel;

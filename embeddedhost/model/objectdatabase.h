@@ -86,11 +86,12 @@ private:
     {
         /// The item; null for a fixed object.
         tarno::datamodel::ItemIdentity const* identity;
-        /// Made when it is asked for first.
+        /// Created on first use.
         DbObjectPtr object;
     };
 
-    /// Where a component of a closed library is now; null when the open library has none.
+    /// The place of a closed library's component in the open library; null if that does not have
+    /// it.
     struct Successor
     {
         CObjectDatabase* database = nullptr;

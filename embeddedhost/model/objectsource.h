@@ -21,7 +21,7 @@ class ObjectSource
 public:
     virtual ~ObjectSource() = default;
 
-    /// Raises when there is no object at the place.
+    /// Raises if the text at the place is not an object.
     virtual ItemObject Read(ObjectPlace const& place) const = 0;
 };
 
