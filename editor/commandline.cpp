@@ -48,7 +48,7 @@ void AddOptions(QCommandLineParser& parser)
     });
 }
 
-/// Of the options named, those that are there must be allowed to be.
+/// Raises a fault if one of the named options is set.
 void RefuseOptions(QCommandLineParser const& parser, QStringList const& names,
                    QString const& reason)
 {

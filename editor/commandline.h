@@ -17,8 +17,7 @@ enum class eAction
 /// The command line, parsed.
 struct CommandLine
 {
-    /// A sentence for the user about what is wrong; the other members are valid only if this is
-    /// empty.
+    /// The error as a sentence for the user; the other members are valid only if this is empty.
     QString fault;
     eAction action = eAction::kEdit;
 

@@ -67,7 +67,7 @@ bool CEditorApplication::notify(QObject* receiver, QEvent* event)
     } catch (...) {
         Report(this, type, receiverClass, "unknown reason");
     }
-    // Else a window would close although it failed to save, say.
+    // Otherwise a window would close although saving failed, for example.
     event->ignore();
     return false;
 }

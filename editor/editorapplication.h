@@ -7,7 +7,7 @@ namespace embeddedhost {
 class CMessageChannel;
 }
 
-/// An application that outlives exceptions out of event handlers: each is logged, told, and
+/// An application that outlives exceptions out of event handlers: each is logged, reported, and
 /// counts as an event that was not handled.
 class CEditorApplication : public QApplication
 {

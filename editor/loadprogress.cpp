@@ -51,7 +51,7 @@ CLoadProgress::CLoadProgress(QStatusBar& statusBar)
 
 void CLoadProgress::Update(int done, int total)
 {
-    // The first one at once: windows say that they are reading.
+    // The first call processes events at once, so that windows can show the hint about reading.
     if (m_SinceUpdate.isValid() && m_SinceUpdate.elapsed() < kUpdateInterval)
         return;
     m_SinceUpdate.start();
@@ -65,7 +65,7 @@ void CLoadProgress::Update(int done, int total)
     QCoreApplication::processEvents();
 }
 
-/// A dialog that somebody has opened meanwhile has to be answered.
+/// Discards input, unless a modal dialog was opened meanwhile: that has to be answered.
 bool CLoadProgress::eventFilter(QObject* watched, QEvent* event)
 {
     return (IsInput(event->type()) && !QApplication::activeModalWidget())

@@ -10,7 +10,7 @@
 class QStatusBar;
 
 /// Shows the progress of a long operation in a status bar; short operations show nothing. Windows
-/// are painted meanwhile, and can be closed, but take no input: what is typed and clicked is lost.
+/// are painted meanwhile, and can be closed, but take no input: keys and clicks are discarded.
 class CLoadProgress : public QObject
 {
 public:

@@ -39,6 +39,8 @@ void Print(FILE* stream, QString const& text)
 
 CommandLine ReadCommandLine(int& argc, char** argv)
 {
+    // An application for the parser alone: scale and platform have to be set before the real one is
+    // made, and depend on the arguments.
     QCoreApplication const application(argc, argv);
     CommandLine const line = ParseCommandLine(QCoreApplication::arguments());
     if (line.action == eAction::kShowHelp)
@@ -126,6 +128,7 @@ void OpenAtStart(CommandLine const& line, CSettings const& settings, CMainWindow
 
 int Edit(CommandLine const& line, CEmbeddedHost& host)
 {
+    // Declared before the window, which uses both until it is destroyed.
     CSettings settings;
     CJournal journal(host, GetDataFolder() + QStringLiteral("/journal"));
     CMainWindow window(host);

@@ -42,13 +42,15 @@ int const kLogHeight = 140;
 /// Time enough to read a message; the log keeps it.
 int const kMessageMilliseconds = 15000;
 
-/// A right click takes the keys for as long as its menu and what was chosen there take.
+/// The node browser as a dock. After a right click it gives the focus back once its menu and the
+/// chosen command are done.
 class CDockedPalette final : public CNodePalette
 {
 public:
     CDockedPalette()
         : CNodePalette(eConfigNodes)
     {
+        // A press moves the focus here before the menu opens, so the widget that had it is noted.
         connect(qApp, &QApplication::focusChanged, this, [this](QWidget* before, QWidget* now) {
             if (now && isAncestorOf(now) && !isAncestorOf(before))
                 m_FocusBefore = IsRightPressed() ? before : nullptr;
@@ -56,6 +58,7 @@ public:
     }
     ~CDockedPalette() override
     {
+        // Deleting the children moves the focus when the members of this class are gone already.
         disconnect(qApp, nullptr, this, nullptr);
     }
 
@@ -196,6 +199,7 @@ void CMainWindow::CreateStatusBar()
 QDockWidget* CMainWindow::AddDock(QString const& title, QWidget* widget, Qt::DockWidgetArea area)
 {
     QDockWidget* const dock = new QDockWidget(title, this);
+    // QMainWindow::saveState identifies docks by their object names.
     dock->setObjectName(title);
     dock->setWidget(widget);
     addDockWidget(area, dock);
@@ -227,7 +231,7 @@ void CMainWindow::UseSettings(CSettings& settings)
 {
     m_Settings = &settings;
     settings.RestoreWindow(*this);
-    // Whatever the screen was then.
+    // The window may have been on a larger screen when its geometry was kept.
     resize(size().boundedTo(screen()->availableSize()));
     SetDark(settings.IsDark().value_or(m_Theme.IsDesktopDark()));
     SetRankedByName(settings.IsRankedByName());
@@ -300,6 +304,7 @@ void CMainWindow::closeEvent(QCloseEvent* event)
     if (m_Settings)
         m_Settings->KeepWindow(*this);
     event->accept();
+    // This event was handled within OpenLibrary, which has to stop reading and return.
     if (m_Host.IsOpening()) {
         m_IsClosedWhileReading = true;
         m_Host.CancelOpening();
@@ -336,7 +341,7 @@ void CMainWindow::ShowFiles(QStringList const& paths)
         folders.insert(QFileInfo(path).absolutePath());
     for (QString const& folder : folders)
         QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
-    // Also for where there is no file manager.
+    // The paths are logged as well, for systems without a file manager.
     m_Host.GetMessages().Post(eSeverity::kInformation, paths.join(QStringLiteral(", ")));
 }
 

@@ -44,7 +44,7 @@ public:
     /// stays open, and the reason is among the host's messages. The user may close the window
     /// meanwhile: reading stops then, no library is open, and true is returned.
     bool OpenLibrary(QString const& folder);
-    /// As if typed into the panel.
+    /// Puts the text into the panel's search field.
     void Search(QString const& text);
     void SetDark(bool isDark);
 
@@ -54,7 +54,7 @@ protected:
 private:
     void CreateCanvas();
     void CreatePanel();
-    /// What every palette of the editor has.
+    /// The settings that all palettes of the editor share.
     void SetUpPalette(CNodePalette& palette) const;
     void CreateQuickAdd();
     void CreateLog();
@@ -90,7 +90,7 @@ private:
     // mainwindow_library.cpp
     void ChooseLibrary();
     void CreateLibrary();
-    /// As the user asks for it: unsaved changes are asked about, and a failure is told.
+    /// Opens a library for the user: asks about unsaved changes, and shows a message on failure.
     void SwitchLibrary(QString const& folder);
     /// False as for OpenLibrary, and when the user has closed the window.
     bool ReadLibrary(QString const& folder);

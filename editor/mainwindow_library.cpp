@@ -72,6 +72,7 @@ QString GetLastMessage(CEmbeddedHost& host)
 
 bool CMainWindow::OpenLibrary(QString const& folder)
 {
+    // Set by closeEvent, which may run while the library is read.
     m_IsClosedWhileReading = false;
     bool const isOpen = ReadLibrary(folder);
     if (!isOpen || m_IsClosedWhileReading)
@@ -167,7 +168,8 @@ void CMainWindow::DeleteCompound()
     QStringList users;
     for (ItemID const& user : m_Host.FindUsers(id))
         users << nameOf(user);
-    // Anything may happen while the question is open; what is gone then is not deleted.
+    // The question runs an event loop, in which the item or this window may be deleted. DeleteItem
+    // ignores an item that is gone.
     QPointer<CMainWindow> const guard(this);
     if (AskToDelete(this, nameOf(id), users) && guard)
         m_Host.DeleteItem(id);
@@ -249,6 +251,7 @@ bool CMainWindow::SaveOrDiscard()
 {
     switch (AskToSave(this, m_Host.GetLibraryName())) {
     case eSaveAnswer::kSave:
+        // By the menu's action, so that conflicts are resolved as after any other save.
         m_SaveAction->trigger();
         return !m_Host.IsModified();
     case eSaveAnswer::kDiscard:

@@ -86,6 +86,7 @@ QAction* CMainWindow::AddStackAction(QMenu* menu, QString const& text, void (QUn
 {
     QUndoStack& stack = m_Host.GetCommandManager().GetUndoStack();
     QAction* const action = menu->addAction(text, &stack, slot);
+    // For the list of shortcuts: without the mnemonic, and without the name of the command.
     action->setIconText(text.mid(1));
     action->setEnabled(false);
     // The stack's own actions would take an "&" in a name for a mnemonic.

@@ -41,6 +41,7 @@ CMessageLog::CMessageLog(QWidget* parent)
     setReadOnly(true);
     setAccessibleName(tr("Messages"));
     setUndoRedoEnabled(false);
+    // Messages come in bursts, and appending them one by one would lay out the text each time.
     m_Timer.setSingleShot(true);
     m_Timer.setInterval(0);
     connect(&m_Timer, &QTimer::timeout, this, &CMessageLog::ShowPending);
@@ -73,6 +74,7 @@ void CMessageLog::ShowPending()
 
 void CMessageLog::DropOldest()
 {
+    // QPlainTextEdit::setMaximumBlockCount is of no use here: it would drop the notice first.
     int const noticeCount = m_HasNotice ? 1 : 0;
     int const over = std::max(0, blockCount() - noticeCount - kMostMessages);
     m_DroppedCount += over;

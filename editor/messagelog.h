@@ -41,7 +41,7 @@ private:
 
     QTimer m_Timer;
     std::deque<Message> m_Pending;
-    /// Of all times, and whether the first line tells of them already.
+    /// The number of messages dropped so far, and whether the first line is the notice about them.
     int m_DroppedCount = 0;
     bool m_HasNotice = false;
 };

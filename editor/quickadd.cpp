@@ -47,6 +47,7 @@ protected:
         CNodePalette::mousePressEvent(event);
     }
 
+    // The panel would make the compound the current one.
     void mouseDoubleClickEvent(QMouseEvent* event) override
     {
         mousePressEvent(event);
@@ -120,6 +121,7 @@ void CQuickAdd::Open(QPoint const& globalPos)
 
 void CQuickAdd::Choose(ItemID const& id)
 {
+    // Before hide(), because the canvas forgets on Closed() where it wanted the node.
     Q_EMIT ItemChosen(id);
     hide();
 }

@@ -22,7 +22,8 @@ public:
     /// Listed from the next opening on: a large library takes its time.
     void SetLibrary(tarno::datamodel::ItemLibraryAccessor const& library);
     void AddRecent(tarno::datamodel::ItemID const& id);
-    /// With its top left at the point of the screen, or as near as the whole can be seen.
+    /// Opens the popup with its top left at the point of the screen, or as near to it as the popup
+    /// fits on the screen.
     void Open(QPoint const& globalPos);
 
 Q_SIGNALS:

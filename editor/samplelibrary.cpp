@@ -43,6 +43,7 @@ void PrepareSampleLibrary(QString const& source, QString const& copy, QString* f
     if (CEmbeddedHost::IsLibrary(copy))
         return;
     MakeFolder(QFileInfo(copy).path());
+    // Made beside its place and then renamed, so that no half of a copy is ever found there.
     QTemporaryDir folder(copy + QStringLiteral("-XXXXXX"));
     if (!folder.isValid())
         throw std::runtime_error(
@@ -51,6 +52,7 @@ void PrepareSampleLibrary(QString const& source, QString const& copy, QString* f
     CEmbeddedHost::MakeWorkTree(folder.path(), fault);
     if (QDir().rename(folder.path(), copy))
         folder.setAutoRemove(false);
+    // If there is a library now, another process was quicker.
     else if (!CEmbeddedHost::IsLibrary(copy))
         throw std::runtime_error(
             QStringLiteral("%1: something else is in the way").arg(copy).toStdString());

@@ -17,7 +17,8 @@ QString const kMarks = QStringLiteral("view/sourceControlMarks");
 QString const kRanking = QStringLiteral("view/rankedByName");
 QString const kLibraries = QStringLiteral("libraries/recent");
 
-/// Of the compound that was worked on last in the library. A slash would part groups of keys.
+/// The key for the last compound of the library. Slashes are encoded, since QSettings takes them
+/// for separators of groups.
 QString GetCompoundKey(QString const& library)
 {
     return QStringLiteral("compounds/") + QString::fromLatin1(QUrl::toPercentEncoding(library));

@@ -11,7 +11,7 @@ QString ShortenText(QString const& text);
 /// Up to 200 lines, and how many more there are.
 QString ListSome(QStringList const& lines);
 
-/// For menus and buttons: no letter of the text, a name say, is a mnemonic.
+/// Escapes a text such as a name for menus and buttons, so that no letter of it becomes a mnemonic.
 QString EscapeMnemonics(QString text);
 
 #endif

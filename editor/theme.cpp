@@ -66,6 +66,7 @@ bool CTheme::IsDesktopDark() const
 
 void CTheme::SetDark(bool isDark)
 {
+    // The desktop's own palette is preferred, since it follows the user's settings.
     if (isDark == IsDesktopDark())
         QApplication::setPalette(m_DesktopPalette);
     else

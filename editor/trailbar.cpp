@@ -79,6 +79,8 @@ void CTrailBar::Follow()
         m_Trail.clear();
     } else {
         ItemID const id = compound.GetItemID();
+        // Back to a compound of the trail, a step deeper into a node of its last one, or a new
+        // trail.
         auto const known = std::find(m_Trail.begin(), m_Trail.end(), id);
         if (known != m_Trail.end())
             m_Trail.erase(known + 1, m_Trail.end());

@@ -1,8 +1,8 @@
 #ifndef EDITOR_WINDOWACCESSIBLE_H
 #define EDITOR_WINDOWACCESSIBLE_H
 
-/// Main windows of the process tell screen readers of what pops up over them. The toolkit has only
-/// menus of other menus in its tree.
+/// From now on, main windows of the process expose their popups to screen readers. The toolkit's
+/// own tree has only submenus.
 void InstallWindowAccessible();
 
 #endif

@@ -101,7 +101,7 @@ void CCanvas::ConnectHost()
 
 void CCanvas::AnnounceSelection()
 {
-    // The scene tells of each item.
+    // The scene sends a signal for each item.
     if (m_IsSelectionAnnounced)
         return;
     m_IsSelectionAnnounced = true;
@@ -162,6 +162,7 @@ void CCanvas::Refresh()
         LeaveCompound();
     m_Compound = id;
     m_Body = m_Host.GetBody(id);
+    // Any change may concern the items behind the nodes: their names, ports or kinds.
     m_Looks.Forget();
     if (m_Scene.Show(m_Looks.Make(m_Body), m_Body.connections))
         AnnounceGraph(*this);
@@ -179,6 +180,7 @@ void CCanvas::LeaveCompound()
     CancelGesture();
     ForgetWantedNode();
     std::string const uid = tarno::datamodel::ItemIDUnlock::GetItemIDUID(m_Compound);
+    // A fitted view is fitted again on return, to the size that the window has then.
     if (m_IsFitted)
         m_Views.erase(uid);
     else
@@ -201,6 +203,7 @@ void CCanvas::EnterCompound()
 
 void CCanvas::UpdateReach()
 {
+    // The view scrolls within the scene rectangle only.
     setSceneRect(m_Scene.GetBounds().adjusted(-kReach, -kReach, kReach, kReach));
 }
 

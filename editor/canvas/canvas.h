@@ -65,23 +65,24 @@ public Q_SLOTS:
     /// Asks for type and name of another input or output of the compound.
     void AddInput();
     void AddOutput();
-    /// Adds a node of the item in the middle of the view, where there is room. Refusals are told on
-    /// the message channel.
+    /// Adds a node of the item in the middle of the view, where there is room. Refusals are posted
+    /// on the message channel.
     void AddItem(tarno::datamodel::ItemID const& id);
     /// Sends NodeWanted for the place under the mouse if it is over the canvas, otherwise for the
     /// middle of the view.
     void WantNode();
     /// The same to the right of the only node that is selected, for a node to be connected with it.
     void WantConnectedNode();
-    /// Where NodeWanted was sent for, and connected with the port, if there is one that fits.
+    /// Adds a node at the place that NodeWanted was sent for, and connects it with the port there
+    /// if one of its own ports fits.
     void AddWantedNode(tarno::datamodel::ItemID const& id);
     void ForgetWantedNode();
 
 Q_SIGNALS:
     /// Sent from the event loop, once for a burst of changes.
     void SelectionChanged();
-    /// The user wants another node there: what it is can be told to AddWantedNode. A connection
-    /// that was being drawn is shown until ForgetWantedNode.
+    /// The user wants to add a node at the point. The receiver passes the item to AddWantedNode. A
+    /// connection that was being drawn is shown until ForgetWantedNode.
     void NodeWanted(QPoint const& globalPos);
     void NodeAdded(tarno::datamodel::ItemID const& item);
     void ZoomChanged();
@@ -113,7 +114,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    /// What the mouse is doing between press and release.
+    /// The mouse gesture between press and release.
     enum class eGesture
     {
         kNone,
@@ -201,9 +202,11 @@ private:
     NewNode MakeNode(tarno::datamodel::ItemID const& id);
     void CommitNode(NewNode node, QPointF const& topLeft);
     void WantNodeAt(WantedNode const& wanted);
-    /// With its header under the point and, where its ports fit, in the connection there.
+    /// Adds a node with its header under the point, and inserts it into the connection there if its
+    /// ports fit.
     void AddNodeAt(tarno::datamodel::ItemID const& id, QPointF const& point);
-    /// With the port that is connected at the point.
+    /// Adds a node and connects it with the first of the ports that fits; its own port for that is
+    /// at the point.
     void AddConnectedNode(tarno::datamodel::ItemID const& id, std::vector<PortPick> const& ports,
                           QPointF const& point);
     std::vector<PortPick> GetOutputsOfSelection() const;
@@ -215,7 +218,7 @@ private:
                          QPointF const& point);
     /// The point, or the next one below it where a node of the look covers no other.
     QPointF FindRoom(NodeLook const& look, QPointF const& topLeft) const;
-    /// As little as it takes.
+    /// Scrolls as little as possible.
     void BringIntoView(QRectF const& sceneRect);
     QString GetItemName(tarno::datamodel::ItemID const& id) const;
     /// Posts a message and answers false when one of the items has the current compound in it.
@@ -263,7 +266,7 @@ private:
 
     tarno::datamodel::ItemID m_Compound;
     embeddedhost::GraphBody m_Body;
-    /// What is shown is up to date with the last change made here, so Refresh need not read it.
+    /// Refresh has run since the last commit began, so the commit need not call it.
     bool m_IsFresh = false;
     /// The clipboard holds nodes.
     bool m_IsNodeCopied = false;
@@ -275,13 +278,14 @@ private:
     eGesture m_Gesture = eGesture::kNone;
     QPoint m_PressPoint;
     QPointF m_PressScenePoint;
-    /// Where the nodes that are being moved were.
+    /// The positions of the moved nodes at the press.
     std::map<std::string, QPointF> m_MovedFrom;
     std::set<std::string> m_SelectedBefore;
     std::optional<PortPick> m_PressedPort;
     /// The connection whose end is being moved.
     std::optional<embeddedhost::GraphConnection> m_TakenOff;
-    /// Where a connection of that port would let a node's output flow back into itself.
+    /// Nodes that must not be connected with the pressed port, because the connection would close a
+    /// cycle.
     std::set<std::string> m_LoopNodes;
     QRubberBand* m_RubberBand;
     bool m_IsSpaceHeld = false;

@@ -18,11 +18,11 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// Between the side of the view and what is brought into it, in pixels.
+/// The margin between a rectangle that is brought into view and the edge of the view, in pixels.
 int const kViewMargin = 20;
-/// Between nodes that are connected, in the scene.
+/// The distance between an output and a node that is added to continue it, in scene units.
 int const kNodeGap = 4 * kGridPitch;
-/// Of a node, where it is held.
+/// The point of a new node, from its top left, that is put at the wanted position.
 QPointF const kHeaderMiddle(kSmallestNodeWidth / 2.0, kHeaderHeight / 2.0);
 
 } // namespace
@@ -186,6 +186,7 @@ void CCanvas::ForgetWantedNode()
 
 void CCanvas::AddWantedNode(ItemID const& id)
 {
+    // A copy, since the wanted node is forgotten whether or not the item can be added.
     std::optional<WantedNode> const wanted = m_WantedNode;
     ForgetWantedNode();
     if (!wanted || !CheckItem(id))

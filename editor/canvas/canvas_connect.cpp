@@ -26,6 +26,7 @@ bool IsSamePort(PortPick const& left, PortPick const& right)
 void CCanvas::StartConnection(PortPick const& port)
 {
     m_PressedPort = port;
+    // An input takes a single connection, so dragging from it moves the one that is there.
     if (!port.isOutput)
         TakeOffConnection({port.node, port.port.name});
     StartGesture(eGesture::kConnect);
@@ -69,6 +70,7 @@ void CCanvas::FadeUnsuitablePorts()
 
 void CCanvas::FollowPressedPort()
 {
+    // The graph has changed: the port may have another place or type, or be gone.
     m_PressedPort =
         m_Scene.GetPort({m_PressedPort->node, m_PressedPort->port.name}, m_PressedPort->isOutput);
     if (m_PressedPort)
@@ -146,10 +148,13 @@ void CCanvas::FinishConnection(QPointF const& scenePoint)
     QString reason;
     auto const end = m_Scene.FindPortAt(scenePoint);
     auto const connection = end && m_PressedPort ? MakeConnection(*end, &reason) : std::nullopt;
+    // Copies, because ending the gesture resets both.
     auto const takenOff = m_TakenOff;
     auto const pressed = m_PressedPort;
     CancelGesture();
     bool const isRefused = end && !connection;
+    // Nothing changes. If a new connection was dropped on the background, an item is asked for
+    // whose node it can end in.
     if (isRefused || connection == takenOff) {
         if (!end && pressed && CanChange() && !m_Scene.FindNodeAt(scenePoint))
             WantNodeAt({scenePoint, {*pressed}});

@@ -29,7 +29,7 @@ ItemID CCanvas::FindDraggedItem(QMimeData const* data) const
 {
     std::string const serialized = ReadItemPayload(data);
     ItemID const id = m_Host.FindItem(GetPayloadUid(serialized));
-    // Of another kind than the library's item of that uid: from another library.
+    // An item of another library may have the same uid but another kind.
     if (id.IsNull() || id.Serialize() != serialized || id.GetType() == LibType::gType)
         return ItemID();
     return id;
@@ -71,7 +71,7 @@ void CCanvas::dropEvent(QDropEvent* event)
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    // The next keys, undo above all, are meant for the graph.
+    // The next keys, such as undo, should reach the graph.
     setFocus(Qt::MouseFocusReason);
     if (CheckItem(id))
         AddNodeAt(id, mapToScene(PositionOf(event)));

@@ -22,11 +22,12 @@ namespace {
 
 /// How far beside the originals copies are put.
 QPointF const kPasteShift(2 * kGridPitch, 2 * kGridPitch);
-/// What is seen around a new port, its name above all.
+/// The area around a new port that is brought into view, so that its name can be read.
 QMarginsF const kPortMargins(kSmallestNodeWidth, kPortRowHeight, kSmallestNodeWidth,
                              kPortRowHeight);
 
-/// How far from the point, in steps of the shift, there is no node.
+/// The first multiple of kPasteShift, from 0, by which the point can be moved without meeting the
+/// position of a node.
 QPointF FindFreeShift(GraphBody const& body, QPointF const& point)
 {
     double const count = static_cast<double>(body.nodes.size());
@@ -97,6 +98,7 @@ bool CCanvas::PutOnClipboard()
 
 void CCanvas::Cut()
 {
+    // Before the clipboard is changed, which notifies listeners.
     std::set<std::string> const ids = m_Scene.GetSelectedNodes();
     if (!PutOnClipboard())
         return;

@@ -61,6 +61,7 @@ void CCanvas::mousePressEvent(QMouseEvent* event)
 void CCanvas::PressLeft(QMouseEvent* event)
 {
     m_Scene.UnmarkPort();
+    // Ports first: their reach goes beyond the frame of their node, and connections end in them.
     if (auto const port = m_Scene.FindPortAt(m_PressScenePoint)) {
         StartConnection(*port);
     } else if (auto const node = m_Scene.FindNodeAt(m_PressScenePoint)) {
@@ -93,6 +94,7 @@ void CCanvas::PressNode(NodeLook const& node, bool isAdded)
     for (std::string const& id : m_Scene.GetSelectedNodes())
         if (auto const position = m_Scene.FindNodePosition(id))
             m_MovedFrom[id] = *position;
+    // Not for a node that this press has just deselected.
     if (m_Scene.IsNodeSelected(node.id))
         StartGesture(eGesture::kMoveNodes);
 }
@@ -105,6 +107,7 @@ double CCanvas::GetConnectionReach() const
 void CCanvas::StartGesture(eGesture gesture)
 {
     m_Gesture = gesture;
+    // Releasing the space key after a gesture must not add a node.
     m_IsSpaceUsed = true;
     if (gesture == eGesture::kPan)
         viewport()->setCursor(Qt::ClosedHandCursor);
@@ -204,6 +207,7 @@ void CCanvas::FinishMove(QPointF const& scenePoint)
         move(node.id, node.position);
     move(kInputsNode, body.inputsPosition);
     move(kOutputsNode, body.outputsPosition);
+    // Before the commit: a listener to it may open another compound, which cancels a gesture.
     m_Gesture = eGesture::kNone;
     if (isMoved && m_MovedFrom.size() == 1)
         InsertMovedNode(body, m_MovedFrom.begin()->first, scenePoint);
@@ -224,6 +228,7 @@ bool CCanvas::viewportEvent(QEvent* event)
         text = node->kind == eNodeKind::kMissing
                    ? tr("The library has no item %1.").arg(QString::fromStdString(node->item))
                    : node->title;
+    // An empty text hides the tool tip.
     QToolTip::showText(help->globalPos(), text, viewport());
     return true;
 }
@@ -240,6 +245,7 @@ void CCanvas::mouseDoubleClickEvent(QMouseEvent* event)
              && !m_Scene.FindConnectionAt(scenePoint, GetConnectionReach()))
         WantNodeAt({scenePoint});
     else
+        // The toolkit sends the second of two quick presses as a double click only.
         mousePressEvent(event);
 }
 
@@ -310,6 +316,7 @@ void CCanvas::keyReleaseEvent(QKeyEvent* event)
 
 void CCanvas::focusOutEvent(QFocusEvent* event)
 {
+    // The key's release goes to the widget that has the focus now.
     m_IsSpaceHeld = false;
     CancelGesture();
     QGraphicsView::focusOutEvent(event);

@@ -11,6 +11,7 @@ void CCanvas::contextMenuEvent(QContextMenuEvent* event)
         return;
     QPoint const point = FindMenuPoint(*event);
     QPointF const scenePoint = mapToScene(point);
+    // The menu runs an event loop in which the graph may change, so its actions hold copies.
     QMenu menu;
     auto const port = m_Scene.FindPortAt(scenePoint);
     auto const node = m_Scene.FindNodeAt(scenePoint);

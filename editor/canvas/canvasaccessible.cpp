@@ -15,7 +15,7 @@ using namespace embeddedhost;
 
 namespace {
 
-/// Screen readers are told of nodes one by one up to so many.
+/// In a graph with more nodes, changes are not announced to screen readers one by one.
 std::size_t const kMaximumToldNodes = 200;
 
 QString NameKind(eNodeKind kind)
@@ -256,7 +256,7 @@ public:
 
     ~CAccessibleCanvas() override
     {
-        // The canvas is none any more and has no nodes.
+        // The object is no longer a CCanvas at this point, so all nodes count as gone.
         ForgetGoneNodes();
     }
 
@@ -319,7 +319,7 @@ private:
     struct KnownNode
     {
         QAccessible::Id id;
-        /// As they were told last.
+        /// The name that readers were given last.
         QString name;
     };
 
@@ -414,7 +414,7 @@ void AnnounceGraph(CCanvas& canvas)
         list->ForgetGoneNodes();
     if (!list || !QAccessible::isActive())
         return;
-    // The bus tells of each child by itself when children are said to have changed.
+    // The bus announces each child itself if children are reported as changed.
     bool const areMany = GetScene(&canvas)->GetNodeIds().size() > kMaximumToldNodes;
     QAccessibleEvent event(&canvas,
                            areMany ? QAccessible::VisibleDataChanged : QAccessible::ObjectReorder);

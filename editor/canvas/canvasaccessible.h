@@ -3,8 +3,8 @@
 
 class CCanvas;
 
-// What screen readers get: the canvas is a list of its nodes, which are made when they are asked
-// for and tell their ports and connections. While no screen reader runs, it costs next to nothing.
+// The canvas for screen readers: a list of its nodes, which are made on demand and describe their
+// ports and connections. While no screen reader runs, it costs next to nothing.
 
 /// Canvases of the process are accessible from now on.
 void InstallCanvasAccessible();

@@ -18,7 +18,7 @@ double const kMargin = 4;
 /// How far the curve goes on in its first direction, at least and at most.
 double const kSmallestReach = 30;
 double const kLargestReach = 160;
-/// Of a connection that leads back: how wide it turns, and how far it goes past the nodes.
+/// For a connection that leads back: the width of its turns, and its distance from the nodes.
 double const kTurnReach = 50;
 double const kLaneDistance = 70;
 /// Below this zoom curves are thin, and drawn without smooth edges, which is much quicker.
@@ -120,6 +120,7 @@ embeddedhost::GraphConnection const& CConnectionItem::GetConnection() const
 
 void CConnectionItem::SetEnds(QPointF const& from, QPointF const& to)
 {
+    // A new item has both ends at (0, 0), and no curves yet.
     if (from == m_From && to == m_To && !m_Curves.empty())
         return;
     prepareGeometryChange();

@@ -46,7 +46,7 @@ public:
     void paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget* widget) override;
 
 private:
-    /// Straight lines that cannot be told from the curve at the zoom, as far as it can be seen in
+    /// Straight lines that look like the curve at the zoom, as far as it can be seen in
     /// the rectangle.
     QVector<QLineF> GetLines(QRectF const& rect, double zoom) const;
 

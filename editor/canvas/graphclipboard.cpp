@@ -73,6 +73,7 @@ QMimeData* MakeClipboardData(GraphBody const& nodes)
         return nullptr;
     QMimeData* const data = new QMimeData;
     data->setData(kNodesMimeType, text);
+    // For text editors and mails; pasting here goes by the other format alone.
     data->setText(QString::fromUtf8(text));
     return data;
 }

@@ -168,6 +168,7 @@ std::set<std::string> FindFlow(GraphBody const& body, std::string const& id, boo
         else
             next.emplace(connection.to.node, connection.from.node);
     std::set<std::string> reached;
+    // A stack of its own: recursion along a chain of many nodes could overflow the call stack.
     std::vector<std::string> open{id};
     while (!open.empty()) {
         std::string const node = open.back();

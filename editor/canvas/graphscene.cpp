@@ -54,6 +54,7 @@ bool CGraphScene::Show(std::vector<NodeLook> const& looks,
 bool CGraphScene::ShowNodes(std::vector<NodeLook> const& looks)
 {
     std::map<std::string, CNodeItem*> previous;
+    // A diff against the items that are shown: those that stay keep their selection.
     previous.swap(m_Nodes);
     bool isChanged = false;
     for (NodeLook const& look : looks)
@@ -113,6 +114,7 @@ void CGraphScene::UpdateEnds(CConnectionItem& item)
         return;
     item.SetEnds(FindNode(connection.from.node)->GetPortPoint(*from, true),
                  FindNode(connection.to.node)->GetPortPoint(*to, false));
+    // The more definite type of the two gives the colour.
     PortLook const& typed = from->typeName.empty() || from->typeName == "Any" ? *to : *from;
     item.SetColor(GetTypeColor(typed.type, typed.typeName, GetColors().isDark));
 }
@@ -166,6 +168,7 @@ QList<CNodeItem*> CGraphScene::GetNodesNear(QPointF const& point) const
     QRectF const around =
         QRectF(point, point).adjusted(-kPortReach, -kPortReach, kPortReach, kPortReach);
     QList<CNodeItem*> nodes;
+    // By bounding rectangle, which is quick, topmost item first; callers do the exact hit test.
     for (QGraphicsItem* const item : items(around, Qt::IntersectsItemBoundingRect))
         if (CNodeItem* const node = qgraphicsitem_cast<CNodeItem*>(item))
             nodes.append(node);

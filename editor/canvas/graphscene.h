@@ -30,7 +30,7 @@ public:
 
     void SetColors(CanvasColors const& colors);
     CanvasColors const& GetColors() const;
-    /// Of the pictures that nodes are painted from.
+    /// The cache of pictures that nodes are painted from.
     NodePictures& GetPictures();
 
     /// Shows another graph. Items that are in both stay, and stay selected. False when it is shown
@@ -38,7 +38,7 @@ public:
     bool Show(std::vector<NodeLook> const& looks,
               std::vector<embeddedhost::GraphConnection> const& connections);
     QRectF GetBounds() const;
-    /// In their order.
+    /// Sorted.
     std::vector<std::string> GetNodeIds() const;
     /// Null for an unknown node.
     NodeLook const* FindLook(std::string const& id) const;
@@ -51,7 +51,7 @@ public:
     std::optional<NodeLook> FindNodeAt(QPointF const& point) const;
     /// Some node reaches into the rectangle.
     bool IsNodeIn(QRectF const& rect) const;
-    /// Where the node is on the screen; null for an unknown one.
+    /// The position at which the node is shown; null for an unknown one.
     std::optional<QPointF> FindNodePosition(std::string const& id) const;
     std::optional<PortPick> FindPortAt(QPointF const& point) const;
     std::optional<embeddedhost::GraphConnection> FindConnectionAt(QPointF const& point,

@@ -66,6 +66,7 @@ void CGraphScene::SelectNodesIn(QRectF const& rect, std::set<std::string> const&
     for (auto const& node : m_Nodes)
         if (rect.intersects(GetNodeRect(node.second->GetLook()).translated(node.second->pos())))
             ids.insert(node.first);
+    // Called for each move of the mouse; an unchanged selection must not be announced again.
     if (ids != GetSelectedNodes())
         SelectNodes(ids);
 }

@@ -43,6 +43,7 @@ NodeLook const& CNodeItem::GetLook() const
 
 void CNodeItem::SetLook(NodeLook const& look)
 {
+    // Before the look changes, since the scene's index still holds the old bounding rectangle.
     prepareGeometryChange();
     m_Look = look;
     SortPorts(false);
@@ -56,9 +57,10 @@ void CNodeItem::SortPorts(bool isOutput)
 {
     std::vector<PortLook> const& ports = GetPorts(isOutput);
     std::vector<std::size_t>& sorted = isOutput ? m_SortedOutputs : m_SortedInputs;
+    // Indexes, because the ports themselves keep the order in which they are painted.
     sorted.resize(ports.size());
     std::iota(sorted.begin(), sorted.end(), std::size_t(0));
-    // Of ports with the same name the first one is meant.
+    // Stable, because FindPort returns the first of several ports with the same name.
     std::stable_sort(sorted.begin(), sorted.end(), [&ports](std::size_t left, std::size_t right) {
         return ports[left].name < ports[right].name;
     });
@@ -108,6 +110,7 @@ PortLook const* CNodeItem::FindPort(std::string const& name, bool isOutput) cons
 
 QPointF CNodeItem::GetPortPoint(PortLook const& port, bool isOutput) const
 {
+    // The port is an element of the list, so its address gives the row.
     std::size_t const row = static_cast<std::size_t>(&port - GetPorts(isOutput).data());
     return pos() + GetPortPosition(m_Look, row, isOutput);
 }

@@ -51,7 +51,7 @@ public:
     /// Null for a port that is not there.
     std::optional<PortPick> GetPort(std::string const& name, bool isOutput) const;
     PortLook const* FindPort(std::string const& name, bool isOutput) const;
-    /// Where connections of a port that is there end, in the scene.
+    /// The end point of the port's connections, in the scene. The port belongs to this node.
     QPointF GetPortPoint(PortLook const& port, bool isOutput) const;
     void MarkPort(std::string const& name, bool isOutput, ePortMark mark);
     void UnmarkPort();
@@ -77,7 +77,7 @@ private:
     void PaintMark(QPainter& painter) const;
 
     NodeLook m_Look;
-    /// Where ports are in the look, by their names, for nodes that have very many.
+    /// Indexes of the look's ports, sorted by name: a fast search for nodes with very many ports.
     std::vector<std::size_t> m_SortedInputs;
     std::vector<std::size_t> m_SortedOutputs;
     QByteArray m_Face;

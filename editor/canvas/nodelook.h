@@ -62,7 +62,7 @@ bool operator==(NodeLook const& left, NodeLook const& right);
 
 QPointF SnapToGrid(QPointF const& point);
 
-// Where things lie in a node whose top left is (0, 0).
+// The geometry of a node whose top left is (0, 0).
 
 QRectF GetNodeRect(NodeLook const& look);
 QRectF GetHeaderRect(NodeLook const& look);

@@ -83,6 +83,7 @@ void MarkConnections(std::vector<GraphConnection> const& connections, std::vecto
         std::vector<std::string_view> inputs;
         std::vector<std::string_view> outputs;
     };
+    // Views into ids and connections, neither of which changes here.
     std::unordered_map<std::string_view, Names> byId;
     for (NodeLook const& look : looks)
         byId[look.id];

@@ -30,7 +30,7 @@ public:
     /// Empty for an unknown type.
     std::string const& GetTypeName(std::string const& type);
 
-    /// Of a node of the item, in the middle of nowhere.
+    /// The look of the item's nodes, without id and position.
     NodeLook const& GetItemLook(std::string const& item);
 
 private:

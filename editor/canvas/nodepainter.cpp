@@ -18,7 +18,7 @@ int const kNameMargin = 11;
 int const kNameGap = 14;
 
 double const kCornerRadius = 7;
-/// In pixels of the screen when nodes are shown smaller than they are.
+/// In pixels of the screen at zooms below 1, in scene units above.
 double const kSelectionWidth = 2;
 int const kGlowWidth = 4;
 int const kGlowAlpha = 80;
@@ -27,8 +27,9 @@ double const kDotWidth = 2;
 /// How much of a faded port is seen.
 double const kFadedShare = 0.22;
 
-// Below these zooms texts are too small to be read, and left out. A title is as large then as it is
-// at the readable zoom, and has the place of the ports, until there is no room for that either.
+// Below these zooms texts are too small to be read, and left out. Below kTitleFrom the title is
+// painted across the ports instead, as large as at kReadableZoom; below kLargeTitleFrom it has no
+// room there either.
 double const kPortNamesFrom = 0.6;
 double const kTitleFrom = 0.45;
 double const kLargeTitleFrom = 0.29;

@@ -12,7 +12,7 @@ class QPainter;
 /// How far shadow, glow and ports reach beyond a node's rectangle at most.
 int const kNodePaintMargin = 6;
 
-/// Below this zoom a frame is no more than two rectangles, which need no picture.
+/// Below this zoom a frame is painted as two plain rectangles, which need no cached picture.
 double const kFrameFrom = 0.25;
 
 /// How wide a node has to be for its texts: whole steps of the grid, within the limits.

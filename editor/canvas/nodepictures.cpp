@@ -15,7 +15,7 @@ int const kMostPictureBytes = 96 << 20;
 qint64 const kBudgetNanoseconds = 2500000;
 /// Beyond this zoom few nodes are in view, and their pictures would be large.
 double const kLargestPictureZoom = 2;
-/// In pixels. Of a taller node, which has very many ports, most is out of view.
+/// In pixels. A taller node has very many ports, most of which are out of view.
 double const kTallestPicture = 4096;
 
 void WritePorts(QDataStream& stream, std::vector<PortLook> const& ports)
@@ -97,6 +97,7 @@ bool NodePictures::IsFrameCoarse() const
 
 void NodePictures::UseScale(double zoom, double sharpness)
 {
+    // Pictures for another zoom are kept, to be stretched until there is time for new ones.
     if (sharpness != m_Sharpness)
         m_Pictures.clear();
     if (zoom != m_Zoom || sharpness != m_Sharpness)
@@ -136,6 +137,7 @@ void NodePictures::PaintNew(QPainter& painter, NodeLook const& look, bool isSele
     timer.start();
     QPixmap const pixmap = MakePicture(look, isSelected);
     m_SpentNanoseconds += timer.nsecsElapsed();
+    // Painted from the local copy: insert() deletes a picture that is too large for the cache.
     PaintPicture(painter, pixmap, GetPictureRect(look).topLeft());
     m_Pictures.insert(key, new Picture{pixmap, m_Zoom},
                       kBytesPerPixel * pixmap.width() * pixmap.height());
@@ -143,6 +145,7 @@ void NodePictures::PaintNew(QPainter& painter, NodeLook const& look, bool isSele
 
 QPixmap NodePictures::MakePicture(NodeLook const& look, bool isSelected)
 {
+    // A shared copy, which detaches from the cached frame when it is painted on.
     QPixmap picture = GetFrame(look, isSelected);
     QPainter painter(&picture);
     PrepareWithin(painter);

@@ -52,14 +52,14 @@ private:
 
     CanvasColors m_Colors;
     NodePainter m_Painter;
-    /// Of scene units to the view's, and of these to pixels.
+    /// The scale from scene units to the view's, and the pixel ratio of the screen.
     double m_Zoom = 0;
     double m_Sharpness = 0;
     /// By face and selection.
     QCache<QByteArray, Picture> m_Pictures;
     /// By kind, width, height and selection, for the zoom.
     std::map<std::tuple<eNodeKind, int, int, bool>, QPixmap> m_Frames;
-    /// What pictures of this frame took.
+    /// The time spent on making pictures for this frame.
     qint64 m_SpentNanoseconds = 0;
     bool m_IsFrameCoarse = false;
 };

@@ -52,6 +52,7 @@ void NodeTexts::Paint(QPainter& painter, QRectF const& rect, QString const& text
 {
     if (GetWidth(text) > rect.width() + kWidthTolerance) {
         QString const cut = QFontMetricsF(m_Font).elidedText(text, Qt::ElideRight, rect.width());
+        // If nothing could be cut, this would recurse without end.
         if (cut != text)
             Paint(painter, rect, cut, isAtRight);
         return;

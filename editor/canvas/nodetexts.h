@@ -21,8 +21,8 @@ public:
 
     /// In scene units.
     double GetWidth(QString const& text);
-    /// In the middle of the height, at the left or the right. The text is cut where it is wider
-    /// than the rectangle.
+    /// Paints the text vertically centred, at the left or the right of the rectangle, and elided if
+    /// it is wider.
     void Paint(QPainter& painter, QRectF const& rect, QString const& text, bool isAtRight);
 
 private:
