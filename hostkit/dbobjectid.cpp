@@ -1,3 +1,6 @@
+// A host may define these two itself. The linker leaves this file out then, so it must hold nothing
+// else.
+
 #include "uidtext.h"
 
 #include <qorm.h>

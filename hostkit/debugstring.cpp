@@ -1,3 +1,5 @@
+// In a file of its own: a host that writes debug texts elsewhere defines the function itself.
+
 #include <qorm.h>
 
 #include <QtGlobal>

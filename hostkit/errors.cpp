@@ -6,6 +6,7 @@ namespace qorm {
 
 namespace {
 
+// A count, because guards may be nested.
 int gDisabledReporting = 0;
 
 } // namespace

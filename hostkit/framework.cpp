@@ -34,6 +34,7 @@ RefCountedAutoPtr<T>::RefCountedAutoPtr(RefCountedAutoPtr const& other)
 template <class T>
 RefCountedAutoPtr<T>& RefCountedAutoPtr<T>::operator=(RefCountedAutoPtr const& other)
 {
+    // The previous object is released last: its destructor may use this pointer.
     RefCountedAutoPtr copy(other);
     std::swap(m_Object, copy.m_Object);
     return *this;
@@ -58,6 +59,7 @@ T* RefCountedAutoPtr<T>::operator->() const
     return m_Object;
 }
 
+// The contract's headers declare the members only, so they are instantiated here.
 template class RefCountedAutoPtr<ICommand>;
 
 } // namespace fwk

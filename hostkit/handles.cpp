@@ -34,8 +34,8 @@ struct Seen<IValueAsset>
     static constexpr auto Get = hostkit::GetValueAsset;
 };
 
-/// Whether the database may be asked about the object. It answers with nothing when there is no
-/// object, so only kinds are tested.
+/// Whether the database may be asked about the object. Only the kind has to be tested: for an
+/// object that does not exist the database returns empty values anyway.
 template <class T>
 bool CanAsk(IQormInstance* instance, int cacheIndex)
 {
@@ -84,6 +84,7 @@ template <class U>
 QormHandle<T>& QormHandle<T>::AssignCast(QormHandle<U> const& other)
 {
     IQormInstance* const instance = other.m_Instance.Get();
+    // Tested here, because handles keep the index alone and any kind of object may be behind it.
     bool const isOfKind =
         other.IsValid() && hostkit::HasObject(instance, other.m_CacheIndex, Seen<T>::kKind);
     return *this = isOfKind ? QormHandle(other.m_Instance, other.m_CacheIndex) : QormHandle();
@@ -132,6 +133,7 @@ bool QormHandle<T>::IsLoaded() const
     return CanAsk<T>(instance, m_CacheIndex) && hostkit::IsAssetLoaded(instance, m_CacheIndex);
 }
 
+// All types that the contract names; its headers declare the members only.
 template class QormHandle<IDbObject>;
 template class QormHandle<ITypeAsset>;
 template class QormHandle<IValueAsset>;

@@ -1,5 +1,5 @@
-// Identifiers as values. How a DbObjectId is made and what is a UID is in dbobjectid.cpp, because a
-// host with a database may know it of its own texts.
+// Identifiers as values. The constructor of DbObjectId and IsUID are in dbobjectid.cpp, because a
+// host with a database may replace them: its own texts need not be copied or parsed again.
 
 #include <qorm.h>
 

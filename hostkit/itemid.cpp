@@ -35,6 +35,7 @@ bool ItemID::operator<(ItemID const& other) const
 {
     if (!m_Identity || !other.m_Identity)
         return !m_Identity && other.m_Identity;
+    // Unlike the operator, std::less is defined for pointers to unrelated objects.
     return std::less<ItemIdentity const*>()(m_Identity, other.m_Identity);
 }
 

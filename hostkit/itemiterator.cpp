@@ -15,6 +15,7 @@ struct Iterator<ItemAccessor>::State
 
     void Bind()
     {
+        // At the end the last item stays bound: GetCurrent returns a reference.
         if (position < handles.size())
             current = ItemAccessor(owner.GetContext(), handles[position]);
     }

@@ -21,7 +21,7 @@ constexpr int kKindCount = 5;
 /// In the order in which a table of contents may list them.
 std::array<Kind, kKindCount> const& GetKinds();
 
-/// Null for null and for a pointer that is no kind constant.
+/// The kind with the constant; null if the pointer is not one of the kind constants.
 Kind const* FindKind(char const* constant);
 
 } // namespace hostkit

@@ -29,6 +29,7 @@ QormPtr<T>::QormPtr(QormPtr const& other)
 template <class T>
 QormPtr<T>& QormPtr<T>::operator=(QormPtr const& other)
 {
+    // The previous object is released last: its destructor may use this pointer.
     QormPtr copy(other);
     std::swap(m_Object, copy.m_Object);
     return *this;
@@ -67,6 +68,7 @@ bool QormPtr<T>::operator==(QormPtr const& other) const
     return m_Object == other.m_Object;
 }
 
+// All types that the contract names; its headers declare the members only.
 template class QormPtr<IDataSource>;
 template class QormPtr<IValueAsset>;
 template class QormPtr<IDbObject>;

@@ -8,6 +8,7 @@ namespace {
 
 ContextID MakeContextID()
 {
+    // Begins with 1: accessors without a context answer 0.
     static std::atomic<ContextID> last(0);
     return ++last;
 }

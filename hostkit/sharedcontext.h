@@ -2,7 +2,7 @@
 #define HOSTKIT_SHAREDCONTEXT_H
 
 /// @file
-/// What the kit needs to know of the host's context of accessors.
+/// The part of the host's accessor context that the kit uses.
 
 #include <nodebrowser/hostapi/datamodel.h>
 

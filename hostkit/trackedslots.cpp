@@ -17,6 +17,7 @@ void KvTrackedSlot::Connect(IKvTrackedSignal* signal)
 {
     if (signal == m_Signal)
         return;
+    // A slot listens to one signal at a time; the previous one must not keep its address.
     if (m_Signal)
         m_Signal->Disconnect(this);
     m_Signal = signal;
