@@ -15,7 +15,7 @@ class ItemIcons
 public:
     ItemIcons();
 
-    /// What a display icon shows besides its base.
+    /// The marks that a display icon adds to its base.
     struct Marks
     {
         /// Drawn with the factory badge over a strip at the left.
@@ -41,7 +41,7 @@ public:
 
     /// Another list is made: everything is loaded and composed anew.
     void Begin();
-    /// Null when there is no such resource. The name is a literal, and known by its address.
+    /// A null pixmap for a missing resource. The name must be a literal: its address is the key.
     SharedPixmap const& GetResource(char const* name);
     SharedPixmap const& GetDisplayIcon(QPixmap const& base, qint64 baseKey, Marks const& marks);
 
@@ -53,7 +53,7 @@ private:
 
     std::map<char const*, SharedPixmap> m_Resources;
     std::map<Key, SharedPixmap> m_DisplayIcons;
-    /// Of the list before. What comes out the same stays the same pixmap, which the rows have.
+    /// The composites of the previous list. Equal ones are reused, since rows share their pixmaps.
     std::map<Key, SharedPixmap> m_OldDisplayIcons;
     /// Those that were asked for last: most rows look like the row before.
     std::map<char const*, SharedPixmap>::const_iterator m_LastResource;

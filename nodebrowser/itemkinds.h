@@ -5,7 +5,7 @@
 
 namespace nodebrowser {
 
-/// What the panel knows of one kind of item.
+/// The properties of one kind of item.
 struct SItemKind
 {
     /// The host's kind constant, compared by identity; null for a kind that is not known.

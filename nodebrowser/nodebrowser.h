@@ -37,7 +37,7 @@ struct SSourceFlags;
 ///
 /// A host makes one, calls SetCommandManager and SetItemLibrary, and listens to
 /// SelectionChanged. Everything runs on the GUI thread; exceptions of the host's libraries pass
-/// through. Changes of the library only mark what is out of date: the next paint rebuilds.
+/// through. Changes of the library only set dirty flags: the next paint rebuilds.
 /// Lengths are device-independent pixels. A row is a position in the list as it is shown, from 0;
 /// which item stands there changes with paints, Enter and SetItemLibrary.
 class NODEBROWSER_EXPORT CNodeBrowser : public QWidget,
@@ -61,7 +61,7 @@ public:
         eConfigConstants = 4   ///< global constants
     };
 
-    /// What CreateMenuCommand can add.
+    /// The commands that CreateMenuCommand can add.
     enum eMenuCommand : int
     {
         eMenuNewSignature = 0,    ///< "Compound signature"
@@ -175,11 +175,11 @@ protected Q_SLOTS:
     /// @}
 
 protected:
-    /// What GetItemIndexAt answers where there is no row.
+    /// The result of GetItemIndexAt where there is no row.
     static constexpr unsigned long kNoRow = 0xFFFFFFFFUL;
     /// Pitch of the rows, in pixels.
     static constexpr int kRowHeight = 24;
-    /// Of the button beside the search field, in pixels.
+    /// The size of the button beside the search field, in pixels.
     static QSize const kClearButtonSize;
     /// The category under which the library stores the tags that users edit.
     static char const kAppTagsCategory[];
@@ -241,7 +241,7 @@ protected:
 
     /// The kinds of item that are shown.
     eConfigType m_ConfigType;
-    /// Of what is above the rows, in pixels: 43 with tabs, otherwise 23.
+    /// Height of the area above the rows, in pixels: 43 with tabs, otherwise 23.
     int m_HeaderHeight;
     /// Asks for source-control states; freed with ScsTask::DeleteMe().
     ScsTask* m_ScsTask;
@@ -259,7 +259,7 @@ protected:
     QPoint m_PressPos;
     /// Position in m_VisibleItems; anything not below its size means that nothing is selected.
     unsigned long m_SelectedIndex;
-    /// Of all rows, in pixels.
+    /// The height of all rows, in pixels.
     int m_ContentHeight;
     /// How far the rows are scrolled up, in pixels.
     int m_ScrollOffset;
@@ -269,7 +269,7 @@ protected:
     std::vector<Item> m_Items;
     /// The tags of these items.
     ItemTagsRegistry m_TagsRegistry;
-    /// What the constructor was given.
+    /// The configuration passed to the constructor.
     eConfigType m_BrowserConfig;
 
 private:
@@ -341,7 +341,7 @@ private:
     void RebuildItemList();
     /// The widget below its header.
     QRect GetRowArea() const;
-    /// Of the whole row, in sight or not.
+    /// The rectangle of the whole row, in sight or not.
     QRect GetRowRect(int row) const;
     void PaintRows(QPainter& painter);
     void PaintRow(QPainter& painter, int row, Item const& item);
@@ -376,7 +376,7 @@ public:
     /// Null for an invalid item; for one that is gone, null or the identifier that it had.
     tarno::datamodel::ItemID GetItemID() const;
 
-    /// Whose list it is in.
+    /// The browser whose list holds the item.
     CNodeBrowser* m_Browser;
     /// The item itself, which may be gone.
     tarno::datamodel::ItemAccessor m_Accessor;

@@ -16,7 +16,7 @@
 using namespace nodebrowser;
 using namespace tarno::datamodel;
 
-/// What the create dialog asks for, in the form the data model takes, and where it goes.
+/// The input of the create dialog, in the form of the data model, and the library it is for.
 struct CNodeBrowser::SNewItem
 {
     std::string name;
@@ -40,14 +40,14 @@ public:
         , m_ItemID(AskItemID(m_Item))
     {}
 
-    /// False when no row is selected, and when what the menu names is gone.
+    /// False when no row is selected, and when the item of the menu is gone.
     bool HasItem() const
     {
         return m_Item.IsValid();
     }
 
-    /// The item is alive, and the panel is and still shows the item's library. Nothing may be
-    /// asked of the host between this and what it is to protect.
+    /// The item and the panel still exist, and the panel still shows the item's library. The host
+    /// must not be called between this check and the code that relies on it.
     bool IsStillDue() const
     {
         // The host is asked first: it may delete the panel even then.

@@ -92,7 +92,7 @@ std::vector<unsigned long> CNodeBrowser::MatchItems()
     return OrderByScore(matches);
 }
 
-/// The same for all items at once, with names, kinds and tags as the host told them last.
+/// The same rows as MatchItems, found in the cached names, kinds and tags of all items at once.
 std::vector<unsigned long> CNodeBrowser::MatchList()
 {
     ItemList& list = m_Private->list;

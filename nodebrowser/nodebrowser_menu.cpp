@@ -101,7 +101,7 @@ bool CanModifyCompound(ItemLibraryAccessor const& library, ItemID const& id)
 
 } // namespace
 
-/// What the host says about the item of a context menu.
+/// The host's answers about the item of a context menu.
 struct CNodeBrowser::SMenuFacts
 {
     SMenuFacts(ItemLibraryAccessor const& library, ItemID const& id);

@@ -87,7 +87,8 @@ CNodeBrowser::Item* CNodeBrowser::FindItem(ItemID const& id)
     return found == items.end() ? nullptr : &*found;
 }
 
-// The four sides of a transaction say nothing new: rebuilding waits for the next paint anyway.
+// The four notifications of transactions need no reaction: a rebuild waits for the next paint
+// anyway.
 
 void CNodeBrowser::OnBeginChanges(ItemLibraryAccessor& /*library*/) {}
 

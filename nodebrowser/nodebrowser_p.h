@@ -25,8 +25,8 @@ struct CNodeBrowser::Private
     }
 
     nodebrowser::ItemList list;
-    /// The items while the list is made anew: the rows of the last time, then those that are new.
-    /// Out of the way of whoever is called meanwhile; empty at other times.
+    /// The items during a rebuild: first those of the previous list, then the new ones. Kept here
+    /// so that code that is called meanwhile does not see them; empty at other times.
     std::vector<Item> items;
     nodebrowser::ItemIcons icons;
     /// The source-control service that the item list was made with; only compared.

@@ -32,8 +32,8 @@
 
 namespace qtcompat {
 
-/// Whether 8-bit texts are UTF-8. The oldest generation keeps this choice for the whole process;
-/// the others are told what was `chosen`.
+/// Whether 8-bit texts are UTF-8. The oldest generation of the toolkit keeps this choice itself,
+/// for the whole process; with the others the answer is `chosen`.
 inline bool AreCStringsUtf8(bool chosen)
 {
 #if QT_VERSION >= 0x050000

@@ -24,7 +24,7 @@ namespace {
 int const kNameFieldMinimumWidth = 120;
 int const kMargin = 5;
 
-/// But for case: of all letters in UTF-8, of those of the toolkit's choice otherwise.
+/// Compares ignoring case: that of all letters if texts are UTF-8, otherwise as qstricmp does.
 bool IsSameName(QString const& left, QString const& right)
 {
     if (GetTextEncoding() == eUtf8Texts)
@@ -46,7 +46,7 @@ CRenameCompoundDialog::CRenameCompoundDialog(ItemLibraryAccessor const& library,
     compound.Revalidate();
     m_CurrentName =
         ToQString(m_ItemLibrary.GetItemName(compound.GetItemID(), true, nullptr).c_str());
-    // Taken away, not toggled: the newest generation does not give the button to begin with.
+    // Cleared, not toggled: the newest toolkit does not set the flag by default.
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     setWindowTitle(QString(QLatin1String("Rename %1")).arg(m_CurrentName));
     CreateWidgets();

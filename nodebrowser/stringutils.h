@@ -11,7 +11,7 @@
 
 class QString;
 
-/// Adds the words of the text, cut at white space, to the set. What is in the set stays.
+/// Adds the words of the text, cut at white space, to the set, which keeps its previous words.
 /// White space is what the default std::locale says at the time of the call; with UTF-8 texts
 /// (textencoding.h) it is that of ASCII.
 NODEBROWSER_EXPORT void SplitString(std::string const& text, std::set<std::string>& words);

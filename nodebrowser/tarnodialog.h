@@ -30,8 +30,9 @@ class NODEBROWSER_EXPORT CTarnoCompoundCreateDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// `kind` is what the texts call the new item, `defaultName` what is filled in; neither is
-    /// null. With `showSignature` the signatures of the library, as they are now, can be chosen.
+    /// `kind` is the word for the new item in the dialog's texts, `defaultName` the initial name;
+    /// neither is null. With `showSignature` the signatures of the library, as they are now, can be
+    /// chosen.
     CTarnoCompoundCreateDialog(tarno::datamodel::ItemLibraryAccessor library, char const* kind,
                                char const* defaultName, bool showSignature);
 
@@ -83,7 +84,7 @@ public:
     std::string const& GetTags() const;
 
 protected Q_SLOTS:
-    /// Brings what was typed into normal form, and accepts.
+    /// Brings the tags typed into normal form, and accepts.
     void OnOk();
     /// Rejects.
     void OnCancel();

@@ -28,7 +28,7 @@ public:
 public Q_SLOTS:
     /// An acceptance without a usable type ends as a rejection.
     virtual void done(int r);
-    /// Accepts what is selected in the browser.
+    /// Accepts the item selected in the browser.
     void SelectionChanged();
 
 private:
