@@ -8,7 +8,7 @@ class QToolButton;
 
 namespace nodepalette {
 
-/// Stands where the rows would be when there are none: says why, and offers what to do about it.
+/// Is shown in place of the rows if there are none: says why, and offers remedies.
 class CEmptyNotice : public QWidget
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     /// `searchText` may be empty. `otherRows` are the rows that there would be under "All"; with
     /// none, that is not offered.
     void Describe(QString const& searchText, std::size_t otherRows);
-    /// What it says, in one line.
+    /// Its text, in one line.
     QString GetText() const;
 
 Q_SIGNALS:

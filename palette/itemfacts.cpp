@@ -152,7 +152,7 @@ SItemFacts AskItemFacts(ItemLibraryAccessor const& library, ItemAccessor const& 
     if (!object.IsValid())
         return facts;
     facts.source = NameOfSource(object);
-    // The panel asks for compounds only, so that is what hosts expect.
+    // The panel asks for compounds only, so hosts may expect no other kinds.
     if (id.GetType() == TarnoType::gCompound)
         facts.hostText = ScsUtils::GetToolTip(object, QLatin1String(":compound.png"));
     return facts;

@@ -9,7 +9,7 @@
 
 namespace nodepalette {
 
-/// What can be said of an item, in words.
+/// The facts about an item that texts mention.
 struct SItemFacts
 {
     Q_DECLARE_TR_FUNCTIONS(SItemFacts)
@@ -23,8 +23,8 @@ public:
     /// Name of the data source; empty where the host does not know.
     QString source;
     CNodePalette::SItemDetails details;
-    /// What the host says of the object behind the item, its source-control state among it; plain
-    /// or rich text.
+    /// The host's text about the object behind the item, with its source-control state; plain or
+    /// rich text.
     QString hostText;
 
     /// Rich text of a tool tip. `tagNote` says why the item is listed, and may be empty.
@@ -45,8 +45,8 @@ SItemFacts AskItemFacts(tarno::datamodel::ItemLibraryAccessor const& library,
 /// The tag that the panel gives every item of the kind; empty for none.
 std::string KindTag(tarno::datamodel::ItemID const& id);
 
-/// `facts` are rows of a table about items of one name: facts for users, the most telling first,
-/// and last what tells any two items apart. Picks those of the row that set it apart.
+/// `facts` has a row for each item of one name: facts for users, the most telling first, and last
+/// an identifier that differs for any two items. Picks the facts that set the row apart.
 QString PickDifferences(std::vector<QStringList> const& facts, std::size_t row);
 
 /// The name of the data source that the item's object lives in; empty where that is not known.

@@ -6,7 +6,7 @@ namespace nodepalette {
 
 namespace {
 
-/// Behind all places.
+/// A position behind all places.
 std::uint8_t const kNowhere = kPlaceCount;
 
 } // namespace
@@ -75,8 +75,8 @@ void ItemKeys::FindLetter(SSearchWord const& word)
     });
 }
 
-/// Nearly without branches: no processor foretells what is found where. Any place behind the word
-/// before will do: "rgb noise" is in order in "noise rgb noise".
+/// Nearly without branches, which could not be predicted here. A word is in order at any place
+/// behind the previous word: "rgb noise" is in order in "noise rgb noise".
 void ItemKeys::NoteHit(SSearchWord const& word, std::size_t item, std::size_t place)
 {
     unsigned const found = m_Found[item];
@@ -87,7 +87,7 @@ void ItemKeys::NoteHit(SSearchWord const& word, std::size_t item, std::size_t pl
     if (end <= kPlaceCount) {
         isStart = (m_Names->GetWordStarts(item) >> place & 1) & ((found & eAtStart) == 0);
         isInOrder = (place >= m_EndsBefore[item]) & ((found & eInOrder) == 0);
-        // Of the first place at a start, or of the first one.
+        // The end at the first word start, or else at the first place.
         m_Ends[item] = isNew | isStart ? static_cast<std::uint8_t>(end) : m_Ends[item];
     }
     NameRank::SGains const& gains = m_Rank->GetGains();
@@ -96,7 +96,7 @@ void ItemKeys::NoteHit(SSearchWord const& word, std::size_t item, std::size_t pl
         static_cast<std::uint8_t>(found | eAnywhere | isStart * eAtStart | isInOrder * eInOrder);
 }
 
-/// Items whose name has the word gain nothing.
+/// Skips items whose name has the word.
 void ItemKeys::AddTagged(std::vector<std::uint32_t> const& items)
 {
     NameRank::Key const gain = m_Rank->GetGains().inTag;

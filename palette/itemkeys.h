@@ -51,10 +51,10 @@ private:
     Items const* m_Items = nullptr;
     /// Sweeping over all names is faster than looking at many of them one by one.
     bool m_AreMany = false;
-    /// The last word is a single character, which has no order: it stands nearly anywhere.
+    /// The last word is a single character. Its order is ignored: it is found nearly anywhere.
     bool m_IsLastSingle = false;
 
-    // By position in the table. What belongs to other items is left over from other searches.
+    // By position in the table. Values of items that are not searched are left from other searches.
     std::vector<NameRank::Key> m_Keys;
     /// How the last word was found, from eFound.
     std::vector<std::uint8_t> m_Found;

@@ -13,7 +13,7 @@ namespace nodepalette {
 
 namespace {
 
-// What a name as a whole is not, in three bits; the higher one decides.
+// How far the whole name is from the text, as three flags; higher ones weigh more.
 unsigned const kWholeBits = 3;
 NameRank::Key const kNotEqual = 4;
 NameRank::Key const kSpelledOtherwise = 2;
@@ -60,9 +60,9 @@ NameRank::NameRank(std::string const& searchText)
     LayOutKey();
 }
 
-/// From the highest bits down: words that are missing, what the whole name is not, words at no
-/// start, neighbours out of order, words in tags alone, the length. An item that is listed for the
-/// only word, and not for its name, has it in its tags.
+/// The fields from the highest bits down: missing words, the flags for the whole name, words not at
+/// a word start, neighbours out of order, words in tags only, the length. With a single word, an
+/// item that is listed without it in its name must have it in its tags.
 void NameRank::LayOutKey()
 {
     Key const wordCount = static_cast<Key>(m_Words.size());
@@ -112,7 +112,7 @@ bool NameRank::IsPrefix(std::string_view name) const
     return BeginsWith(name, m_Joined) || BeginsWith(name, m_Text);
 }
 
-/// What the name as a whole gains.
+/// The amount by which the whole name lowers the key.
 NameRank::Key NameRank::CompareWhole(std::string_view name) const
 {
     Key flags = 0;
@@ -128,8 +128,8 @@ unsigned NameRank::GetKeyBits() const
     return m_KeyBits;
 }
 
-/// Counts instead of comparing: a search may find a hundred thousand rows. It takes so many bits at
-/// a time, from the lowest up, that there are few times as many counters as items.
+/// A radix sort from the lowest digit up, since a search may find a hundred thousand rows. Digits
+/// are so wide that there are at most a few times as many counters as items.
 void SortByKey(std::vector<unsigned long>& items, std::vector<NameRank::Key> const& keys,
                unsigned keyBits)
 {

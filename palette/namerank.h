@@ -19,8 +19,8 @@ class NameRank
 {
 public:
     typedef std::uint32_t Key;
-    /// What the key of an item loses for each word that is found: in its name, at a start of a word
-    /// of it, behind the word before; or in its tags alone.
+    /// The amounts by which a key is lowered for each word that is found: in the name, at the start
+    /// of a word in it, behind the previous word; or in the tags only.
     struct SGains
     {
         Key inName;
@@ -28,7 +28,7 @@ public:
         Key inOrder;
         Key inTag;
     };
-    /// Words beyond these are left out of account.
+    /// Further words are ignored.
     static constexpr std::size_t kMaximumWords = 31;
 
     /// `searchText` is in lower case. Words are cut at white space, as the panel cuts them.
@@ -37,8 +37,8 @@ public:
     /// Distinct, in the order typed.
     std::vector<std::string> const& GetWords() const;
 
-    /// The key of an item before words are looked for; `getText` gives its name, which is asked for
-    /// only where the shape leaves it open whether the name as a whole is like the text.
+    /// The key of an item before words are searched. `getText` returns its name, and is called only
+    /// if the shape does not rule out that the whole name resembles the text.
     template <class GetText>
     Key RankWhole(SNameShape const& shape, GetText getText) const
     {
@@ -53,7 +53,7 @@ public:
         return m_Gains;
     }
 
-    /// Keys are below 2 to this power: few for few words.
+    /// The number of bits that keys use, which is small for few words.
     unsigned GetKeyBits() const;
 
 private:
@@ -71,11 +71,11 @@ private:
     std::string m_Joined;
     std::string m_Letters;
     std::vector<std::string> m_Words;
-    /// Of the two texts that a name may begin with.
+    /// The first bytes of the two texts that a name may begin with.
     char m_Firsts[2];
     /// As in SNameShape.
     std::uint8_t m_LetterCount;
-    /// Of an item of which nothing is found.
+    /// The key of an item in which no word is found.
     Key m_WorstKey;
     SGains m_Gains;
     /// Where the bits for the name as a whole are.

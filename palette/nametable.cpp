@@ -12,8 +12,8 @@ namespace nodepalette {
 
 namespace {
 
-/// Zeros behind the last text: a word is looked for at places that it has not, and read up to as
-/// far behind each.
+/// Zeros behind the last text: words are searched at kPlaceCount places even in shorter names, and
+/// read up to as far behind each place.
 std::size_t const kTextMargin = 2 * kPlaceCount;
 
 bool IsDigit(char character)
@@ -66,7 +66,7 @@ Places FindWordStarts(std::string_view name)
     return starts | 1;
 }
 
-/// Bits below are for one character each.
+/// Bits below this one stand for a single character each.
 unsigned const kFirstSharedBit = 36;
 
 unsigned LetterBit(char character)
@@ -101,7 +101,7 @@ std::uint8_t Limit(std::size_t count)
     return static_cast<std::uint8_t>(std::min(count, kMaximumCount));
 }
 
-/// Where one character is, and another one `distance` behind it.
+/// The places of `character` that have `other` at `distance` behind them.
 Places FindPair(char const* text, char character, std::size_t distance, char other)
 {
     Places places = 0;
@@ -177,7 +177,8 @@ std::string_view NameTable::GetText(std::size_t item) const
     return std::string_view(m_Texts.data() + begin, m_Begins[item + 1] - begin - 1);
 }
 
-/// The places from `begin` on at which the word begins. Few that begin and end like it are others.
+/// The places from `begin` on at which the word begins. Candidates match in their first and last
+/// bytes, which leaves few to be compared in full.
 Places NameTable::FindWord(SSearchWord const& word, std::size_t begin) const
 {
     char const* const text = m_Texts.data() + begin;

@@ -25,26 +25,25 @@ struct SSearchWord
     explicit SSearchWord(std::string const& word);
 
     std::string text;
-    /// Its first bytes, and which of them there are.
+    /// Its first bytes as a number, and the mask of those that exist.
     std::uint64_t head;
     std::uint64_t headMask;
     LetterMask letters;
     /// It is a letter or digit that has a bit of its own.
     bool isLetter;
-    /// It is one character as people see it, which stands nearly anywhere.
+    /// It is a single visible character, which is found nearly anywhere.
     bool isSingle;
 };
 
 /// In an SNameShape.
 constexpr std::size_t kMaximumCount = 255;
 
-/// What tells most names from a text as a whole.
+/// A summary of a name, by which most names can be told from a text without comparing them.
 struct SNameShape
 {
     /// The first byte; zero for an empty name.
     char first;
-    /// How many letters and digits there are, and characters as people see them; kMaximumCount for
-    /// more than that.
+    /// The numbers of letters and digits, and of visible characters, limited to kMaximumCount.
     std::uint8_t letterCount;
     std::uint8_t characterCount;
 };

@@ -23,7 +23,7 @@ CNodePalette::CNodePalette(eConfigType config, QWidget* parent)
     qRegisterMetaType<eActivation>();
     InstallPaletteAccessible();
     SetUpChildren();
-    // Whoever asks for the selection when it changes finds the palette knowing of it, too.
+    // Connected first, so that later listeners find the palette up to date.
     connect(this, &CNodeBrowser::SelectionChanged, this, [this] {
         RememberRows();
         m_Private->toldSelection = m_Private->selected.id;
@@ -44,7 +44,7 @@ CNodePalette::~CNodePalette()
 
 void CNodePalette::SetUpChildren()
 {
-    // Names that are cut are painted over; what is beneath has to be known for that.
+    // Elided names are painted over the panel's, which takes a known background.
     setAutoFillBackground(true);
     m_Private->panelHeaderHeight = m_HeaderHeight;
     m_Private->countLabel = new QLabel(m_SearchEdit);
@@ -78,7 +78,7 @@ void CNodePalette::SetUpChildren()
     disconnect(m_SearchEdit, SIGNAL(returnPressed()), this, SLOT(EnterPressed()));
     connect(m_SearchEdit, &QLineEdit::returnPressed, this, &CNodePalette::ConfirmRow);
     connect(m_SearchEdit, &QLineEdit::textEdited, this, [this] { m_Private->isTyped = true; });
-    // The row of a tip stands elsewhere then, if at all.
+    // The tip's row may have moved or gone.
     connect(m_SearchEdit, &QLineEdit::textChanged, this, [] { QToolTip::hideText(); });
 }
 
@@ -103,8 +103,7 @@ void CNodePalette::SetRecentItems(std::vector<ItemID> const& items)
     ReorderRows();
 }
 
-/// At its top the list stays there, whatever comes to stand there; further down, rows stay in
-/// sight.
+/// A list that is scrolled to its top stays there; otherwise the first visible row stays visible.
 void CNodePalette::ReorderRows()
 {
     if (m_ScrollOffset == 0)

@@ -14,17 +14,17 @@
 #include <string>
 #include <vector>
 
-/// The node browser for daily use: the panel, and what people expect of a list that they search all
-/// day. Everything can be reached by keyboard and by a screen reader, what is painted is what
-/// holds, and results may come in the order that people expect; see
-/// @ref guide-palette "docs/palette.md".
+/// The node browser for daily use: the panel with full keyboard navigation, support for screen
+/// readers, rows that are always painted in their current state, and an optional ranking of search
+/// results by name; see @ref guide-palette "docs/palette.md".
 ///
-/// It is used as the panel is; what it adds is here. It uses of the panel what any subclass may.
+/// It is used as the panel is; only the additions are documented here. It relies only on the
+/// panel's interface for subclasses.
 ///
 /// Rows are numbered from 0 in the order shown. Each function that takes or gives one first brings
 /// the rows up to the search text and the library, as a paint would; a row that does not exist has
-/// no text, no item and an empty rectangle, and nothing happens to it. What the host raises
-/// meanwhile passes through; the rows stay due then. Lengths are device-independent pixels.
+/// no text, no item and an empty rectangle, and operations on it do nothing. Exceptions of the host
+/// pass through; the rows stay out of date then. Lengths are device-independent pixels.
 class PALETTE_EXPORT CNodePalette : public CNodeBrowser
 {
     Q_OBJECT
@@ -48,7 +48,7 @@ public:
     };
     Q_ENUM(eActivation)
 
-    /// What only the host knows of an item, in words and as plain text. What is empty is left out.
+    /// Details of an item that only the host knows, as plain text. Empty ones are not shown.
     struct SItemDetails
     {
         /// Under which the host files the item.
@@ -57,7 +57,7 @@ public:
         QStringList inputs;
         /// Names of the outputs, in their order.
         QStringList outputs;
-        /// Where the text that ScsUtils::GetToolTip gives for compounds does not say it.
+        /// The source-control state, if the text of ScsUtils::GetToolTip does not contain it.
         QString state;
     };
     /// Gives the details of an item of the library; empty ones for an item that it does not know.
@@ -205,7 +205,7 @@ private:
     void GiveFocusBack();
     void RememberFocus(QWidget* before, QWidget* now);
 
-    // What is shown.
+    // Painting and texts.
     void PaintSelection(QPainter& painter);
     void PaintRowNotes(QPainter& painter);
     void PaintRowText(QPainter& painter, unsigned long row, QRect const& room);

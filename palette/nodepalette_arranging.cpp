@@ -69,8 +69,8 @@ void CNodePalette::EnsureRows()
         ArrangeRows();
 }
 
-/// The panel makes its list when it paints, so a pixel is painted. What the host raises passes
-/// around the toolkit's painting, which would not survive it.
+/// The panel makes its list when it paints, so a single pixel is painted. An exception of the host
+/// is kept and thrown again afterwards, because the toolkit's painting code is not exception-safe.
 void CNodePalette::MakeList()
 {
     QImage pixel(1, 1, QImage::Format_ARGB32_Premultiplied);
@@ -108,12 +108,12 @@ void CNodePalette::RebuildInPaint(QPaintEvent* event)
     m_Private->index.Forget();
     m_Private->namesakeNotes.clear();
     ScrolledAway const scrolledAway(m_ScrollOffset, *m_ScrollBar);
-    // Due until they are arranged, should the host raise something before.
+    // The rows stay dirty if the host throws before they are arranged.
     m_VisibleListDirty = true;
     CNodeBrowser::paintEvent(event);
 }
 
-/// When the host raises something in between, the rows stay due.
+/// If the host throws, the rows stay dirty.
 void CNodePalette::ArrangeRows()
 {
     try {
@@ -128,8 +128,8 @@ void CNodePalette::ArrangeRows()
     ScheduleRowNews();
 }
 
-/// Filters what is not filtered yet, and brings the rows that the panel found into order. The
-/// selected item and the first one in sight stay what they are, unless the text is new.
+/// Filters the list if that is due, and sorts the rows that the panel found. The selected item and
+/// the first visible one stay the same unless the text is new.
 void CNodePalette::FilterAndOrderRows()
 {
     bool const isTextNew = m_SearchText != m_Private->searchText;
@@ -195,17 +195,17 @@ void CNodePalette::FillIndex()
 {
     bool isMissing = false;
     try {
-        // A rebuild that is due makes what would be asked for obsolete.
+        // A pending rebuild would make the answers obsolete.
         isMissing = !m_ItemListDirty && !m_ScStatesStale
                     && m_Private->index.Fill(ItemSource(*this), kFillSlice);
     } catch (...) {
-        // The search that needs the answer asks again, and lets what is raised pass.
+        // Ignored here: the next search asks again, and passes the exception on.
     }
     if (!isMissing)
         m_Private->fillTimer.stop();
 }
 
-/// Listeners are told from the event loop, because rows are arranged while painting.
+/// Listeners are notified from the event loop, because rows are arranged while painting.
 void CNodePalette::ScheduleRowNews()
 {
     if (m_Private->isNewsScheduled)

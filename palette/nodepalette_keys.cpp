@@ -215,7 +215,7 @@ void CNodePalette::TypeIntoSearch(QKeyEvent& event)
     m_SearchEdit->event(&event);
 }
 
-/// Without a selection, the keys begin at what is in sight.
+/// Without a selection, the keys begin at the first visible row.
 void CNodePalette::Navigate(int key)
 {
     int const last = static_cast<int>(m_VisibleItems.size()) - 1;

@@ -58,9 +58,10 @@ struct CNodePalette::Private
     /// Asks the host about items for the index while nothing else is to do.
     QTimer fillTimer;
 
-    /// Rows are up to date and stay so: the host is asked about what is painted.
+    /// A paint is running. EnsureRows does nothing then, even if the host calls back while it is
+    /// asked about rows.
     bool isPainting = false;
-    /// A paint that is to make the list and show nothing; what the host raised in it.
+    /// The paint only makes the list and shows nothing; `hostFault` is the host's exception in it.
     bool isListOnly = false;
     std::exception_ptr hostFault;
 
@@ -71,14 +72,14 @@ struct CNodePalette::Private
     int firstInset = 0;
     QString searchText;
     eConfigType filter = eConfigAll;
-    /// The first rows are recent items, so many.
+    /// The number of recent items, which are the first rows.
     std::size_t recentRows = 0;
     /// For an empty list, what the tab "All" would list.
     std::size_t rowsUnderAll = 0;
     /// Notes that tell items of one name apart, by identifier.
     std::map<tarno::datamodel::ItemID, QString> namesakeNotes;
 
-    // What listeners were told last.
+    // The state that listeners were notified of last.
     tarno::datamodel::ItemID toldSelection;
     std::size_t toldCount = 0;
     bool isNewsScheduled = false;

@@ -24,7 +24,8 @@ bool CNodePalette::HasSelection() const
     return m_SelectedIndex < m_VisibleItems.size();
 }
 
-/// What Enter would take of a search is what is marked.
+/// Selects the row that Enter would take: the first one of a new search, otherwise the row of the
+/// item that was selected before.
 void CNodePalette::RestoreSelection(bool isTextNew, bool isFilterNew)
 {
     bool const isSearch = HasWords(m_SearchText);
@@ -39,7 +40,7 @@ void CNodePalette::RestoreScrolling(bool isTextNew, bool isFilterNew)
     int offset = m_ScrollOffset;
     if (isTextNew || isFilterNew) {
         offset = 0;
-        // What was selected under another text or tab is shown where it stands now.
+        // An item that was selected under another text or tab is brought into view.
         if (HasSelection())
             offset = static_cast<int>(m_SelectedIndex) * kRowHeight
                      - (RowsInSight() - 1) / 2 * kRowHeight;
@@ -86,7 +87,7 @@ void CNodePalette::ShowRow(unsigned long row)
         ScrollTo(top + kRowHeight - rowArea);
 }
 
-/// By the user, or by whoever stands for one.
+/// Selects the row for the user or a screen reader, and announces it.
 void CNodePalette::ChangeSelection(unsigned long row)
 {
     if (row >= m_VisibleItems.size())
@@ -100,7 +101,7 @@ void CNodePalette::ChangeSelection(unsigned long row)
         AnnounceFocusedRow(*this);
 }
 
-/// Says that another item is selected, unless that has been said.
+/// Notifies listeners of the selected item unless they have been notified of it already.
 void CNodePalette::TellSelection()
 {
     if (PlaceOfRow(m_SelectedIndex).id == m_Private->toldSelection)
@@ -150,7 +151,7 @@ void CNodePalette::ConfirmRow()
     EnsureRows();
     if (!HasSelection())
         m_SelectedIndex = 0;
-    // What is meant now: listeners may search for something else.
+    // Read before EnterPressed, whose listeners may start another search.
     ItemID const id = PlaceOfRow(m_SelectedIndex).id;
     ShowRow(m_SelectedIndex);
     QPointer<CNodePalette> const self(this);

@@ -1,4 +1,4 @@
-// What is said of a row: name, note, description and tool tip.
+// The texts of a row: name, note, description and tool tip.
 
 #include "nodepalette_p.h"
 
@@ -16,13 +16,13 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// Items of one name are told apart among so many.
+/// The maximum of items with the same name that are compared with each other.
 unsigned long const kMaximumNamesakes = 16;
 
 } // namespace
 
-/// What tells the row from others, and then why it is listed there unless there is no room, in
-/// pixels, for that; empty for most rows.
+/// How the row differs from others of its name, and then why it is listed, if both fit into `room`
+/// pixels; empty for most rows.
 QString CNodePalette::GetRowNote(unsigned long row, int room)
 {
     if (!ItemAt(row))

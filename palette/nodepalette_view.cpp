@@ -120,7 +120,7 @@ void CNodePalette::LayOut()
     update();
 }
 
-/// The number of rows at the right end of the search field, and what there is to say without any.
+/// Shows the number of rows at the right end of the search field, and the notice if there are none.
 void CNodePalette::UpdateCount()
 {
     QLabel& label = *m_Private->countLabel;
@@ -144,7 +144,7 @@ void CNodePalette::UpdateCount()
         if (HasSelection() && !m_SearchText.isEmpty())
             description += QLatin1String(", ") + GetRowName(static_cast<int>(m_SelectedIndex));
     } catch (...) {
-        // What the host raises does not pass through the event loop; the name is left out.
+        // Exceptions must not pass through the event loop; the name is left out.
     }
     m_SearchEdit->setAccessibleDescription(description);
 }
@@ -168,8 +168,8 @@ void CNodePalette::ColourCount()
     m_Private->countLabel->setPalette(colours);
 }
 
-/// Over the panel's selected row, whose text keeps its colour on the highlight and cannot be read
-/// in some styles.
+/// Paints the selected row again: the panel keeps the text's colour on the highlight, where some
+/// styles make it unreadable.
 void CNodePalette::PaintSelection(QPainter& painter)
 {
     Item const* const item = ItemAt(m_SelectedIndex);
@@ -186,8 +186,8 @@ void CNodePalette::PaintSelection(QPainter& painter)
                      GetRowName(row));
 }
 
-/// What stands behind the names of some rows, the ends of long names, and the line below recent
-/// items.
+/// Paints the notes behind the names of some rows, the elided ends of long names, and the line
+/// below recent items.
 void CNodePalette::PaintRowNotes(QPainter& painter)
 {
     int const right = width() - (m_ScrollBar->isHidden() ? 0 : kScrollBarWidth) - kCountMargin;
@@ -205,8 +205,8 @@ void CNodePalette::PaintRowNotes(QPainter& painter)
     }
 }
 
-/// Over the name that the panel painted, which runs on to the edge: one that is too long ends with
-/// an ellipsis. A note takes up to half of the room while the name needs the rest.
+/// Paints over the panel's name, which may run on to the edge: a name that is too long is elided. A
+/// note takes up to half of the room while the name needs the rest.
 void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect const& room)
 {
     QString const name = GetRowName(static_cast<int>(row));
@@ -236,7 +236,7 @@ void CNodePalette::PaintRowText(QPainter& painter, unsigned long row, QRect cons
     painter.setPen(isSelected ? palette().color(QPalette::Active, QPalette::HighlightedText)
                               : palette().color(QPalette::PlaceholderText));
     painter.drawText(noteRect, Qt::AlignLeft | Qt::AlignVCenter,
-                     // The ends of two UIDs may be what differs.
+                     // In the middle, because two UIDs may differ at their ends.
                      metrics.elidedText(note, Qt::ElideMiddle, noteRect.width()));
 }
 
@@ -277,7 +277,7 @@ void CNodePalette::mousePressEvent(QMouseEvent* event)
     if (!self)
         return;
     update();
-    // The panel says nothing about a press that selects no row.
+    // The panel sends no signal for a press that selects no row.
     TellSelection();
 }
 

@@ -15,10 +15,10 @@ namespace nodepalette {
 
 namespace {
 
-/// Screen readers are told of rows one by one up to so many.
+/// In a list with more rows, changes are not announced to screen readers one by one.
 int const kMaximumToldRows = 200;
 
-/// What the host raises must not pass through the bus: it makes an empty answer.
+/// Exceptions of the host must not pass through the bus: the answer is empty then.
 template <class Question>
 auto AskSafely(Question const& question) -> decltype(question())
 {
@@ -386,7 +386,7 @@ void AnnounceRows(CNodePalette& palette)
     if (!list)
         return;
     list->ForgetRows();
-    // The bus tells of each child by itself when children are said to have changed.
+    // The bus announces each child itself if children are reported as changed.
     bool const areMany = palette.GetRowCount() > kMaximumToldRows;
     QAccessibleEvent event(&palette,
                            areMany ? QAccessible::VisibleDataChanged : QAccessible::ObjectReorder);

@@ -5,8 +5,8 @@
 
 namespace nodepalette {
 
-// What screen readers get: the palette is a list, whose rows are made when they are asked for. All
-// of it costs nothing while no screen reader runs.
+// The palette for screen readers: a list whose rows are made on demand. It costs nothing while no
+// screen reader runs.
 
 /// Palettes of the process are accessible from now on.
 void InstallPaletteAccessible();

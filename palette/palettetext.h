@@ -9,7 +9,7 @@
 namespace nodepalette {
 
 // The one place of the palette where 8-bit texts of the host and texts of the toolkit meet. The
-// way back is QStringToStdString of the panel, or its ToSearchForm for what is looked for.
+// way back is QStringToStdString of the panel, or its ToSearchForm for search texts.
 
 QString FromHost(std::string const& text);
 

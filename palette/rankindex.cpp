@@ -117,8 +117,8 @@ void RankIndex::AddTagged(std::string const& word)
     }
 }
 
-/// The panel lists them one after the other, because they match alike. What is sorted by key
-/// later keeps the order that they get here.
+/// The panel lists them one after the other, because they match alike. Sorting by key, which comes
+/// later, is stable and so keeps the order that they get here.
 void RankIndex::OrderNamesakes(std::vector<unsigned long>& rows) const
 {
     if (!m_HasNamesakes)

@@ -11,8 +11,8 @@
 
 namespace nodepalette {
 
-/// What ranking needs of the items, by their position in the item list: names in the form in which
-/// they are searched, and tags. Asking the host about 100,000 items takes longer than ranking them,
+/// The data that ranking needs, by position in the item list: the names in their search form, and
+/// the tags. Asking the host about 100,000 items takes longer than ranking them,
 /// so the answers are kept until the list is made anew.
 class RankIndex
 {
@@ -30,9 +30,9 @@ public:
         virtual std::string GetUid(std::size_t item) const = 0;
     };
 
-    /// The list was made anew.
+    /// To be called when the list was made anew.
     void Forget();
-    /// Tags changed.
+    /// To be called when tags changed.
     void ForgetTags();
 
     /// Asks about up to that many items that are missing; false when none is.
