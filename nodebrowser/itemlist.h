@@ -53,8 +53,8 @@ public:
     explicit ItemList(ItemTagsRegistry& registry);
 
     // Making the list anew. Items are collected in the order of the table of contents, then
-    // their names in the same order. When memory runs out here, the list is empty afterwards, and
-    // so is what was collected.
+    // their names in the same order. When memory runs out here, both the list and the collected
+    // items are empty afterwards.
 
     void Clear();
     void BeginCollecting();

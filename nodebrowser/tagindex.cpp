@@ -14,7 +14,7 @@ namespace nodebrowser {
 namespace {
 
 char const kSeparator = ';';
-/// How much may lie unused, beside what is in use, before the index is packed.
+/// Unused entries that the index may have beyond as many as the used ones before it is packed.
 std::size_t const kUnusedAllowed = 1000;
 
 /// Two texts that differ only in case, as the default locale has it, fold to the same.
@@ -83,7 +83,7 @@ void TagIndex::Commit()
 
 void TagIndex::SetTags(std::size_t row, std::string const& tagString, char const* kindTag)
 {
-    // What was collected stays what it was.
+    // Rows that were collected keep the tags from before the change.
     AppendKept(m_Texts.GetCollectedCount());
     SRow changed = Append(tagString, kindTag, m_Rows.numbers);
     changed.isCollected = false;
