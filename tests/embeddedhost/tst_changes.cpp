@@ -41,7 +41,8 @@ protected:
 
 private:
     /// A change by its name: "rename1:Other", "tag1:a;b", "create:New", "implement3:New", where the
-    /// number is that of an item, and "place:1.5" for the body of the first.
+    /// number is that of an item, "place:1.5" for the body of the first, and "move1:3" to where the
+    /// other item is.
     bool Do(QString const& change)
     {
         QString const what = change.section(':', 0, 0);
@@ -51,6 +52,10 @@ private:
             return m_User->Rename(Item(number), text);
         if (what.startsWith("tag"))
             return m_User->Tag(Item(number), text);
+        if (what.startsWith("move")) {
+            MoveObject(Uid(number), FindObject(Uid(text.toInt())).GetDataSource());
+            return false;
+        }
         if (what == "place") {
             GraphNode const node = {"n", Uid(2), QPointF(text.toDouble(), -1e300)};
             return m_Host->SetBody(Item(1), {{}, {}, {node}, {}}, "Add");
@@ -88,6 +93,7 @@ private Q_SLOTS:
         AddRow("rename1:Soft Glow", "name Soft Glow", "name Glow", "Rename Glow");
         AddRow("tag2:", "tags Ramp ApplicationTags", "tags Ramp ApplicationTags", "Tag Ramp");
         AddRow("create:Fast Blur", "added Fast Blur", "removed", "Create Fast Blur");
+        AddRow("implement3:Sharp", "added Sharp", "removed", "Create Sharp");
         AddRow("place:1e300", "", "", "Add");
     }
 
@@ -121,6 +127,10 @@ private Q_SLOTS:
         AddRow("implement1:New", "no signature with the uid");
         AddRow("rename3:New", "\"Factory\" is read-only");
         AddRow("place:nan", "\"n\" is not a finite number");
+        AddRow("move1:3", "Cannot move \"Glow\": the data source \"Factory\" is read-only.");
+        AddRow("move3:1", "it is read-only where it is");
+        AddRow("move1:2", "it is there already");
+        AddRow("move1:9", "there is no data source to move it to");
     }
 
     void refuses()
@@ -136,11 +146,13 @@ private Q_SLOTS:
     {
         QVERIFY(Do("tag2:fade") && Do("rename1:Glow"));
         QVERIFY2(Stack().count() == 0 && m_Recorder->Take().isEmpty(), "it was so already");
-        Do("rename1:Soft Glow");
-        Rewrite("project/ramp.json",
-                Object(2, "solver", "Ramp", R"(, "tags": {"ApplicationTags": "other"})"));
-        Stack().undo();
-        QCOMPARE(TagsOf(2), QString("other"));
+        QVERIFY(Do("place:1") && Do("rename1:Soft Glow") && m_User->Save());
+        Rewrite("project/glow.json",
+                Content("project/glow.json")
+                    .replace("\"name\"", R"("tags": {"ApplicationTags": "other"}, "name")"));
+        Stack().setIndex(0);
+        QCOMPARE(NameOf(1) + ' ' + TagsOf(1), QString("Glow other"));
+        QVERIFY(m_Host->GetBody(Item(1)).nodes.empty());
     }
 
     /// A body is read as far as it is well formed. What the host does not know of it is kept, by

@@ -1,3 +1,4 @@
+#include "framework/databaseproxy.h"
 #include "framework/guardedcall.h"
 #include "hosttest.h"
 #include <hostkit/refcounted.h>
@@ -78,8 +79,9 @@ private:
     void Run(
         char const* text, Reaction const& react = [] {})
     {
-        m_Manager->Execute(
-            wek::fwk::RefCountedAutoPtr<ICommand>(new Command(m_Record, text, react)));
+        wek::fwk::RefCountedAutoPtr<ICommand> command;
+        command = wek::fwk::RefCountedAutoPtr<ICommand>(new Command(m_Record, text, react));
+        m_Manager->Execute(command);
     }
 
     QUndoStack& Stack()
@@ -174,6 +176,17 @@ private Q_SLOTS:
                 [changed] { delete changed; });
         changed->CloseLibrary();
         QVERIFY(!CEmbeddedHost::GetInstance());
+    }
+
+    void theRegistryHasTheLastService()
+    {
+        CServiceRegistry& registry = CServiceRegistry::GetInstance();
+        CDatabaseProxy first, second;
+        QVERIFY(!registry.SetService("Proxy", &first));
+        QCOMPARE(registry.SetService("Proxy", &second), &first);
+        registry.RemoveService("Proxy", &first);
+        QCOMPARE(registry.SetService("Proxy", nullptr), &second);
+        QVERIFY(!registry.GetService("Proxy"));
     }
 
     void aGuardedCallMayDeleteItsChannel()

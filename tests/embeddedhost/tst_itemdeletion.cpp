@@ -11,10 +11,16 @@ protected:
         m_Folder->Write("project/alone.json", Object(1, "compound", "Alone"));
         QByteArray const several = Object(2, "compound", "First") + ",\n"
                                    + Object(3, "compound", "Second", R"(, "nodes": [
-            {"id": "a", "item": "BBBBBBBB-0000-0000-0000-000000000001", "position": [0, 0]}])")
+            {"id": "a", "item": "BBBBBBBB-0000-0000-0000-000000000001", "position": [0, 0]},
+            {"id": "b", "item": "BBBBBBBB-0000-0000-0000-000000000003", "position": [0, 0]}])")
                                    + ",\n" + Object(4, "compound", "Third");
         m_Folder->Write("project/several.json", "[" + several + "]");
-        m_Folder->Write("factory/fixed.json", Object(5, "compound", "Fixed"));
+        QByteArrayList fixed;
+        for (char const* const key : {"parent", "specializes", "implements"})
+            fixed << Object(5 + fixed.size(), "compound", "Fixed",
+                            R"(, ")" + QByteArray(key)
+                                + R"(": "BBBBBBBB-0000-0000-0000-000000000001")");
+        m_Folder->Write("factory/fixed.json", '[' + fixed.join(',') + ']');
     }
 
 private Q_SLOTS:
@@ -63,7 +69,8 @@ private Q_SLOTS:
 
     void tellsWhereItIsUsed()
     {
-        QVERIFY(m_Host->FindUsers(Item(1)) == std::vector<ItemID>{Item(3)});
+        QVERIFY(m_Host->FindUsers(Item(1))
+                == (std::vector<ItemID>{Item(3), Item(5), Item(6), Item(7)}));
         QVERIFY(m_Host->FindUsers(Item(3)).empty());
         QVERIFY(!m_Host->DeleteItem(Item(5)) && !m_Host->DeleteItem(ItemID()));
         QVERIFY(Log().contains("\"Fixed\""));

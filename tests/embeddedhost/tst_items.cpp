@@ -82,7 +82,7 @@ private Q_SLOTS:
             QVERIFY(Supports<ItemAccessor>(model) && !Supports<ItemLibraryAccessor>(model));
         }
         std::string error;
-        QVERIFY(!library.GetModel(Item(99), &error).IsValid() && !error.empty());
+        QVERIFY(!library.GetModel(Item(99), &error).IsValid() && error == "No item was named.");
         QVERIFY(Supports<LowLevelItemLibraryAccessor>(library) && !Supports<ItemAccessor>(library));
         QVERIFY(GetTOC(library).GetItems(nullptr).IsDone());
         auto const items = GetTOC(library).GetItems(TarnoType::gCompound);
@@ -112,13 +112,20 @@ private Q_SLOTS:
             QCOMPARE(m_Host->GetLibrary().ItemIsReadOnly(Item(number)), number != 6);
     }
 
-    void textsAreLatin1()
+    void textsAreLatin1OrUtf8()
     {
         ItemLibraryAccessor const library = m_Host->GetLibrary();
         QCOMPARE(library.GetItemName(Item(13), true, nullptr), Latin1("Größe Ω 🙂"));
         QCOMPARE(library.GetItemTags(Item(13), "ApplicationTags"), Latin1("maß; 大"));
         QCOMPARE(library.GetItemTags(Item(13), "Other"), std::string("second"));
         QCOMPARE(library.GetItemTags(Item(1), "ApplicationTags"), std::string());
+        CEmbeddedHost::SetTextEncoding(CEmbeddedHost::eUtf8Texts);
+        auto const goBack =
+            qScopeGuard([] { CEmbeddedHost::SetTextEncoding(CEmbeddedHost::eLatin1Texts); });
+        Open();
+        QCOMPARE(m_User->NameOf(Item(13)), std::string("Größe Ω 🙂"));
+        QVERIFY(m_User->Rename(Item(3), "Δ") && m_User->Save());
+        QVERIFY(Content("project/all.json").contains("\"Δ\""));
     }
 
     void identifiersOutliveTheLibrary()
@@ -132,6 +139,7 @@ private Q_SLOTS:
         char const* const uid = ItemIDUnlock::GetItemIDUID(solver);
         DbObjectId const object(uid);
         QVERIFY(DbObjectId::IsUID(uid) && object == DbObjectId(Uid(1).c_str()));
+        QVERIFY2(DbObjectId::IsUID(UID_Null().GetStr()), "of zeros only");
         m_Host->CloseLibrary();
         QCOMPARE(uid, Uid(1).c_str());
         QCOMPARE(object.GetStr(), uid);
@@ -176,7 +184,10 @@ private Q_SLOTS:
         QVERIFY(!manager->RunQuery(ResourceQuery(), results) && results.empty());
         QVERIFY(!manager->FindObject(DbObjectId(Uid(1).c_str())).IsValid());
         helper->MoveToDataSource(solver, source, true);
+        for (int i = 0; i < 2; ++i)
+            QTest::ignoreMessage(QtDebugMsg, "Null pointer in GetPointeeNotNull (qormptr.h:102)");
         QVERIFY_EXCEPTION_THROWN(solver->GetDataModelMgr(), ExBase::NullPtr);
+        QVERIFY_EXCEPTION_THROWN(solver.GetManager()->GetInstance(), ExBase::NullPtr);
 
         QCOMPARE(component.IsValid(), isOpenedAgain);
         QCOMPARE(component.GetDataSource().IsNull(), !isOpenedAgain);
