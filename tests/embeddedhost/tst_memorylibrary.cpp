@@ -64,6 +64,11 @@ private Q_SLOTS:
         QCOMPARE(Describe(m_Host->GetItems()), Describe(items));
         QCOMPARE(m_Host->GetLibraryName(), QString("Items"));
         QVERIFY(m_Host->GetLibraryFolder().isEmpty() && !m_Host->IsModified());
+        QVERIFY(m_User->Rename(m_Host->FindItem(kWave), "Ripple"));
+        QVERIFY(m_Host->GetUnsavedChanges().isEmpty() && m_Host->FindConflicts().isEmpty());
+        QVERIFY(!m_Host->TakeFileFromDisk(kWave) && !m_Host->OverwriteFileOnDisk(kWave)
+                && !m_Host->RestoreUnsavedChanges("{}"));
+        QCOMPARE(GetMessages(*m_Host).count("\"Items\" is not kept in a folder."), 3);
     }
 
     void faultyItemsLeaveTheOpenLibrary()
@@ -71,18 +76,33 @@ private Q_SLOTS:
         QVERIFY(Open({Wave()}));
         Rename("Ripple");
         ItemLibraryAccessor const open = m_Host->GetLibrary();
-        MemoryItem far = MakeFullItem();
-        far.body.nodes = {{"1", "a", QPointF(qInf(), 0)}};
-        MemoryItem twins = MakeFullItem();
-        twins.body.nodes = {{"1", "a", QPointF()}, {"1", "b", QPointF()}};
-        for (MemoryItem const& second :
-             {far, twins, MemoryItem{"solver", "a", ""}, MemoryItem{"solver", "a", "\xE9"},
-              MemoryItem{"solver", std::string("a\0b", 3), "A"},
-              MemoryItem{"solver", QByteArray(kWave).toUpper().toStdString(), "A"}})
-            QVERIFY2(!m_Host->OpenItems("Other", {Wave(), second}), second.name.c_str());
-        QCOMPARE(GetMessages(*m_Host).last(),
-                 QString("\"Other\" cannot be opened: item 2 (\"A\"): the uid "
-                         "0000000A-0000-4000-8000-000000000001 is that of item 1 already."));
+        typedef MemoryItem& Item;
+        QString const start = "\"Other\" cannot be opened: item 2 (\"";
+        std::pair<std::function<void(Item)>, char const*> const faults[] = {
+            {[](Item i) { i.kind = "Type"; }, "not known, it must be one of solver, poly"},
+            {[](Item i) { i.uid = std::string("a\0b", 3); }, "the uid has a zero byte"},
+            {[](Item i) { i.uid = QByteArray(kWave).toUpper().toStdString(); },
+             "the uid 0000000A-0000-4000-8000-000000000001 is that of item 1 already"},
+            {[](Item i) { i.name = ""; }, "the name is empty"},
+            {[](Item i) { i.tags = "\xE9"; }, "the tag text is not UTF-8"},
+            {[](Item i) { i.otherTags["\xE9"]; }, "the tag category is not UTF-8"},
+            {[](Item i) { i.otherTags["a"] = "\xE9"; }, "the tag text is not UTF-8"},
+            {[](Item i) { i.otherTags["ApplicationTags"]; }, "which is that of its tags"},
+            {[](Item i) { i.category.resize(70000, 'a'); }, "the category is longer than 65536 "},
+            {[](Item i) { i.implements = "\xE9"; }, "the uid of its signature is not UTF-8"},
+            {[](Item i) { i.body.nodes[0].position.rx() = qInf(); }, "node \"1\" is not a finite"},
+            {[](Item i) { i.body.inputsPosition = QPointF(0, qInf()); }, "\"in\" is not a finite"},
+            {[](Item i) { i.body.outputsPosition = QPointF(qInf(), 0); },
+             "\"out\" is not a finite"},
+            {[](Item i) { i.body.nodes.push_back(i.body.nodes[0]); }, "nodes[1].id must be a text"},
+            {[](Item i) { i.body.connections[0].to.port = "\xE9"; }, "it has a text that is not"}};
+        for (auto const& [spoil, fault] : faults) {
+            MemoryItem second = MakeFullItem();
+            spoil(second);
+            QVERIFY(!m_Host->OpenItems("Other", {Wave(), second}));
+            QString const said = GetMessages(*m_Host).last();
+            QVERIFY2(said.startsWith(start) && said.contains(fault), qPrintable(said));
+        }
         QVERIFY(open.Revalidate() && m_Host->GetLibraryName() == "Items");
         QVERIFY(GetNames() == QStringList("Ripple") && Stack().canUndo());
     }
