@@ -90,6 +90,7 @@ private Q_SLOTS:
         QVERIFY(Decide(file, takesTheirs) && m_User->Save());
         QCOMPARE(Content(file).isEmpty(), !takesTheirs);
         QVERIFY(!m_Host->IsModified());
+        QVERIFY(!m_Host->OverwriteFileOnDisk(m_Folder->GetPath("project/nowhere.json")));
     }
 
     /// Without changes of ours the file is followed again.

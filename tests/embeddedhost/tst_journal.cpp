@@ -225,6 +225,20 @@ private Q_SLOTS:
         QVERIFY(m_Folder->Read().values().join().contains("Brand New"));
     }
 
+    void saysWhatIsNotRecovered()
+    {
+        MakeChanges(*m_User, *m_Host);
+        QTRY_COMPARE(Count(), 1);
+        m_Folder->Write(kTwoFile, Object(3, "solver", "Fade"));
+        Restart("library.json", Content("library.json").replace("read-write", "read-only"));
+        RecoverAll();
+        for (char const* const reason :
+             {"\"Soft Glow\" was not recovered: it is read-only now.",
+              "\"Fade\" was not recovered: it has another kind, or ",
+              "\"Brand New\" was not recovered: there is no data source"})
+            QVERIFY2(Log().contains(reason), qPrintable(Log()));
+    }
+
     void setsDamagedJournalsAside()
     {
         ChangeAndRestart();
