@@ -81,7 +81,7 @@ private Q_SLOTS:
             {kUntracked, {"new/deep/file", "gone"}},
             {kIgnored, {"x.tmp", "build/deep/file", "new/deep/x.tmp"}},
             {kConflicted, {"conflicted"}},
-            {0u, {"deep/nothing"}},
+            {0u, {"deep/nothing", "d/nothing"}},
         };
         for (auto const& [state, files] : expected) {
             for (QString const& file : files) {
@@ -116,6 +116,21 @@ private Q_SLOTS:
         QCOMPARE(Read(files), (States{kModified | kCheckedOut, kUntracked | kCheckedOut}));
         folder.Commit("second");
         QCOMPARE(Read(files), (States{kClean, kClean}));
+    }
+
+    void aWorkTreeIsMadeOfAFolder()
+    {
+        TestFolder const folder;
+        folder.Write(".gitignore", "b");
+        folder.Write("a/b", "1");
+        QString fault;
+        QVERIFY2(CEmbeddedHost::MakeWorkTree(folder.GetPath(), &fault), qPrintable(fault));
+        std::optional<GitCommit> const commit =
+            CGitWorkTree(folder.GetPath()).FindLastCommit("a/b", m_NotCancelled);
+        QVERIFY(commit && commit->author == "Node Editor"
+                && commit->subject == "Start the library");
+        QVERIFY(!CEmbeddedHost::MakeWorkTree(folder.GetPath("nowhere"), &fault)
+                && !fault.isEmpty());
     }
 };
 

@@ -1,4 +1,5 @@
 #include "gittest.h"
+#include "sourcecontrol/tooltip.h"
 
 #include <QTextDocument>
 
@@ -71,6 +72,9 @@ private Q_SLOTS:
             QVERIFY(!permissions.testFlag(QFile::WriteGroup));
             QTRY_COMPARE(recorder.GetState(m_Library->GetItem(0)), expected);
         }
+        QSignalSpy const shown(m_Library->host.get(), &CEmbeddedHost::ShowFilesRequested);
+        GetUIHelper().ShowFiles(m_Library->GetObject(0), false);
+        QCOMPARE(shown.value(0).value(0).toStringList(), QStringList(m_Path));
         QVERIFY(GetStatus().isEmpty() && GetMessages(*m_Library->host).isEmpty());
     }
 
@@ -89,6 +93,8 @@ private Q_SLOTS:
         QVERIFY(refuses(GitLibrary::GetUid(0), refusal + "nothing can be written into "));
         QVERIFY(folder.rename(".git", "git"));
         QVERIFY2(refuses(GitLibrary::GetUid(0), refusal), qPrintable(GetMessages(host).join('|')));
+        QVERIFY(host.OpenItems("Items", {{TarnoType::gCompound, Uid(1), "A"}}));
+        QVERIFY(refuses(Uid(1), "\"A\" has no file: its library is not kept in a folder."));
     }
 
     /// To another data source and back, undone and redone.
@@ -103,13 +109,35 @@ private Q_SLOTS:
         QString const target = QString(m_File).replace("project/", "factory/");
         QString const moved = "R  " + m_File + " -> " + target;
         QByteArray const content = folder.Read(m_File);
+        ChangeRecorder recorder(m_Library->host->GetLibrary());
         MoveObject(GitLibrary::GetUid(0), m_Library->GetObject(-1).GetDataSource());
+        QCOMPARE(recorder.Take(), QStringList({"begin", "invalidated", "end"}));
         QCOMPARE(folder.Read(target), content);
         QTRY_COMPARE(GetStatus(), moved);
         stack.undo();
         QTRY_COMPARE(GetStatus(), QString());
         stack.redo();
         QTRY_COMPARE(GetStatus(), moved);
+
+        // Git has a file of that name, which is not on disk.
+        QString const other = QString(GitLibrary::GetFile(1)).replace("project/", "factory/");
+        folder.Write(other, "{}");
+        folder.Git({"add", other});
+        QVERIFY(QFile::remove(folder.GetPath(other)));
+        MoveObject(GitLibrary::GetUid(1), m_Library->GetObject(-1).GetDataSource());
+        auto const says = [this](QString const& text) {
+            return !GetMessages(*m_Library->host).filter(text).isEmpty();
+        };
+        QTRY_VERIFY(says("for git: git knows another file of the new name. Stage both"));
+        stack.undo();
+
+        // Nothing is overwritten, neither now nor by what was done before.
+        folder.Write(m_File, "of another program");
+        MoveObject(GitLibrary::GetUid(0), m_Library->GetObject(1).GetDataSource());
+        stack.undo();
+        QCOMPARE(folder.Read(target), content);
+        QVERIFY(says("the file " + m_Path + " exists already."));
+        QVERIFY(says("could not be moved to " + m_Path + ": there is such a file already."));
     }
 
     void toolTipTellsAllThereIs()
@@ -117,15 +145,26 @@ private Q_SLOTS:
         m_Library->Change(1);
         m_Library->folder.Git({"commit", "-q", "-a", "--author",
                                QString::fromUtf8("J\xC3\xBCrgen <j@example.org>"), "--date",
-                               "2024-02-29T23:30:00+0530", "-m", "Second <b>\n\nbody"});
+                               "2024-02-29T23:30:00+0530", "-m",
+                               "Second <b>" + QString(71, 'x') + "\n\nbody"});
         QString const hash = m_Library->folder.Git({"log", "-1", "--format=%h"});
         m_Library->folder.Write(GitLibrary::GetFile(1), "{}");
-        QTRY_COMPARE(GetLines(GetToolTip(1)),
-                     (QStringList{"c1", GitLibrary::GetFile(1), "State: modified",
-                                  "Last commit: " + hash
-                                      + QString::fromUtf8(", J\xC3\xBCrgen, 2024-02-29 23:30"),
-                                  "Second <b>"}));
-        QVERIFY(GetToolTip(1).contains(":compound.png"));
+        // A tool tip that is asked for again may be looked up again.
+        auto const shows = [&](int number, QStringList const& expected) {
+            return QTest::qWaitFor([&] { return GetLines(GetToolTip(number)) == expected; });
+        };
+        QVERIFY(shows(
+            1, {"c1", GitLibrary::GetFile(1), "State: modified",
+                "Last commit: " + hash + QString::fromUtf8(", J\xC3\xBCrgen, 2024-02-29 23:30"),
+                "Second <b>" + QString(69, 'x') + QChar(0x2026)}));
+        QCOMPARE(
+            BuildToolTip(":a.png", "<A>", "a.json", std::nullopt),
+            QString("<p style='white-space:pre'><img src=\":a.png\"> <b>&lt;A&gt;</b><br>a.json"
+                    "<br>Looking up the last commit...</p>"));
+
+        m_Library->folder.Git({"rm", "-q", "--cached", m_File});
+        m_Library->folder.Git({"commit", "-q", "-m", "removed"});
+        QVERIFY(shows(0, {"c0", m_File, "State: not tracked by git", "Not committed yet"}));
 
         m_Library->host->SetRevisionControlEnabled(false);
         LibraryUser(*m_Library->host).Rename(m_Library->GetItem(0), "<i>");
