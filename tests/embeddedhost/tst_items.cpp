@@ -140,6 +140,16 @@ private Q_SLOTS:
         DbObjectId const object(uid);
         QVERIFY(DbObjectId::IsUID(uid) && object == DbObjectId(Uid(1).c_str()));
         QVERIFY2(DbObjectId::IsUID(UID_Null().GetStr()), "of zeros only");
+        QVERIFY(object == DbObjectId(QByteArray(uid).toLower()));
+        for (std::size_t i = 0; i < Uid(1).size(); ++i) {
+            std::string other = Uid(1);
+            for (char const sign : {'/', ':', '@', 'G', '`', 'g', Uid(1)[i] == '-' ? '0' : '-'}) {
+                other[i] = sign;
+                QVERIFY2(!DbObjectId::IsUID(other.c_str()), other.c_str());
+            }
+            other[i] = 'f';
+            QVERIFY2(!(object == DbObjectId(other.c_str())), other.c_str());
+        }
         m_Host->CloseLibrary();
         QCOMPARE(uid, Uid(1).c_str());
         QCOMPARE(object.GetStr(), uid);
@@ -208,7 +218,8 @@ private Q_SLOTS:
         QVERIFY(solver->GetDataModelMgr() == solver.GetManager());
         QVERIFY(solver.GetManager()->GetInstance() == solver.GetInstance());
 
-        QVERIFY(!FindAs<ITypeAsset>(Uid(1)).IsLoaded() && !FindAs<IValueAsset>(Uid(1)).IsValid());
+        QVERIFY(!solver.IsLoaded() && !FindAs<ITypeAsset>(Uid(1)).IsLoaded());
+        QVERIFY(!FindAs<IValueAsset>(Uid(1)).IsValid());
         QormHandle<ITypeAsset> const type = FindAs<ITypeAsset>(Uid(6));
         QVERIFY(type.IsValid() && type.IsLoaded());
         QVERIFY(!type->IsReadOnly() && FindAs<ITypeAsset>(Uid(11))->IsReadOnly());

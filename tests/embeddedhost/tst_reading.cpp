@@ -222,15 +222,17 @@ private Q_SLOTS:
                                    ", \"later\": \"" + text + text + '"',
                                    nested(100000),
                                    nested(100),
-                                   ", \"category\": \"" + text + "e\""};
-        for (int i = 0; i < 6; ++i)
+                                   ", \"category\": \"" + text + "e\"",
+                                   ", \"inputs\": [{\"name\": \"" + text + "e\"}]"};
+        for (int i = 0; i < 7; ++i)
             m_Folder->Write(QStringLiteral("project/%1.json").arg(i),
                             '[' + Object(1 + i, "solver", "Large", more[i]) + ']');
         CheckFaults(true,
                     {"0.json, object 1, key \"loop\": it must be true or false; it is ignored.",
                      "3.json, line 1, column 193: it nests deeper than 100 ",
                      "4.json, line 1, column 193: it nests deeper than 100 ",
-                     "5.json, object 1, key \"category\": the text is longer than"});
+                     "5.json, object 1, key \"category\": the text is longer than",
+                     "6.json, object 1, key \"inputs[0].name\": the text is longer than"});
         QCOMPARE(GetAllNames().size(), 3);
     }
 
