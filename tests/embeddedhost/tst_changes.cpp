@@ -149,10 +149,12 @@ private Q_SLOTS:
         QVERIFY(Do("place:1") && Do("rename1:Soft Glow") && m_User->Save());
         Rewrite("project/glow.json",
                 Content("project/glow.json")
+                    .replace("[2]", "[3]")
                     .replace("\"name\"", R"("tags": {"ApplicationTags": "other"}, "name")"));
         Stack().setIndex(0);
         QCOMPARE(NameOf(1) + ' ' + TagsOf(1), QString("Glow other"));
-        QVERIFY(m_Host->GetBody(Item(1)).nodes.empty());
+        QVERIFY(m_Host->GetBody(Item(1)).nodes.empty() && m_User->Save());
+        QVERIFY(Content("project/glow.json").contains("[3]"));
     }
 
     /// A body is read as far as it is well formed. What the host does not know of it is kept, by

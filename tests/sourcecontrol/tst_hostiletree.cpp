@@ -143,7 +143,6 @@ private Q_SLOTS:
             AddRow(file, file, pipe, kSilence, 0u);
         AddRow("tree elsewhere", ".git/config", QByteArray("[core]\nworktree = /no/such/folder\n"),
                "/no/such/folder", kUnknown);
-        AddRow("lost commit", ".git/refs/heads/main", QByteArray(40, 'a') + '\n', "", kUnknown);
         AddRow("broken index", ".git/index", QByteArray("DIRC cut off"), "", kUnknown);
     }
 
