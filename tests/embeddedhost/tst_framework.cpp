@@ -1,4 +1,3 @@
-#include "framework/databaseproxy.h"
 #include "framework/guardedcall.h"
 #include "hosttest.h"
 #include <hostkit/refcounted.h>
@@ -176,17 +175,6 @@ private Q_SLOTS:
                 [changed] { delete changed; });
         changed->CloseLibrary();
         QVERIFY(!CEmbeddedHost::GetInstance());
-    }
-
-    void theRegistryHasTheLastService()
-    {
-        CServiceRegistry& registry = CServiceRegistry::GetInstance();
-        CDatabaseProxy first, second;
-        QVERIFY(!registry.SetService("Proxy", &first));
-        QCOMPARE(registry.SetService("Proxy", &second), &first);
-        registry.RemoveService("Proxy", &first);
-        QCOMPARE(registry.SetService("Proxy", nullptr), &second);
-        QVERIFY(!registry.GetService("Proxy"));
     }
 
     void aGuardedCallMayDeleteItsChannel()
