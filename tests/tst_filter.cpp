@@ -21,7 +21,9 @@ private Q_SLOTS:
         for (auto const& [filter, rows] : filters) {
             m_Browser->TabChanged(filter);
             QCOMPARE(m_Browser->GetRows(), QString(rows));
+            m_Host->TakeCount("Revalidate");
             QVERIFY(!m_Browser->GetRanks().startsWith("rows are not"));
+            QVERIFY(m_Host->TakeCount("Revalidate") >= 6);
         }
     }
 

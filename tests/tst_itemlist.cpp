@@ -79,6 +79,9 @@ private Q_SLOTS:
             item.tags["ApplicationTags"] = "C";
             TellTags(item.id);
             QCOMPARE(registry.GetItemTags(item.id), (Tags{"C", tag}));
+            item.tags.clear();
+            TellTags(item.id);
+            QCOMPARE(registry.GetItemTags(item.id), Tags{tag});
             m_Library->Remove(item);
         }
     }

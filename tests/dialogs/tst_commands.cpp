@@ -192,6 +192,7 @@ private Q_SLOTS:
         Choose("Show Files", false, [this] {
             m_Host->TakeCalls();
             m_Browser->m_Items.erase(m_Browser->m_Items.begin());
+            std::swap(m_Browser->m_Items[0], m_Browser->m_Items[1]);
         });
         QCOMPARE(m_Host->TakeCalls(), QStringList(QString("ShowFiles %1 false").arg(kGlowUid)));
     }

@@ -2,6 +2,7 @@
 #include "namerank.h"
 #include "palettetext.h"
 #include "rankindex.h"
+#include "textencoding.h"
 
 #include <algorithm>
 #include <map>
@@ -93,17 +94,21 @@ private Q_SLOTS:
             // Both words before one, and the text as a whole, if without its blank.
             {"rgb noise", "Add RGB Noise|RGB|Noise|Noise Bands"},
             {"motion blur", "Linear Motion Blur|Blur|Motion|Blur Image|Motion Vectors"},
-            {"audio mixer", "audiomixer|Audio Channel Mixer|Mixer of Audio|Audio|Mixer"},
+            {"audio mixer",
+             "audiomixer|Audio Mixer Two|Audio Channel Mixer|Mixer of Audio|Audio|Mixer"},
             // A word's start, which comes after marks, digits and humps, before its inside.
             {"blur", "Blur|Blurring|Blur Mask|Box Blur|Gaussian Blur|Unblur|Deblurring|Soft"},
-            {"noise", "-noise|_noise|2noise|bNoise|anoise"},
+            {"noise", "-noise|_noise|9noise|bNoise|anoise"},
             {"noise", "RGBNoise|rgbnoise"},
+            {"zoom", "xxxZoom|xazoom"},
+            {"arc", "xxxArc|xaarc"},
+            {"interpolate", "xinterpolate|interpolite"},
             {"add noise", "Add Noise|Add Big Noise|Noise Add"},
             // A letter of any language has no order.
             {"ab é", "é x ab|x ab é x"},
             // The list's order, which takes both letters for others.
             {"b", "bÃ|bã"},
-            {"  ADD   noise ", "add NOISE|Add Noise Too"}};
+            {"  ADD   noise ", "add NOISE|Add Noise Also|X Add Noise"}};
         for (auto const& [text, expected] : rows) {
             std::vector<Names::SItem> items;
             for (QString const& name : QString(expected).split('|'))
@@ -115,6 +120,15 @@ private Q_SLOTS:
                 ranked += '|' + name;
             QCOMPARE(QString::fromLatin1(ranked.c_str()).mid(1).remove('/'), QString(expected));
         }
+    }
+
+    void countsCharacters()
+    {
+        QCOMPARE(CountCharacters("a\xC3\xA9"), std::size_t(3));
+        nodebrowser::SetTextEncoding(nodebrowser::eUtf8Texts);
+        std::size_t const count = CountCharacters("a\xC3\xA9");
+        nodebrowser::SetTextEncoding(nodebrowser::eLatin1Texts);
+        QCOMPARE(count, std::size_t(2));
     }
 
     void keepsItsPropertiesForAnyTexts()

@@ -10,15 +10,43 @@ class TestPaletteAccessible : public PaletteTest
 private Q_SLOTS:
     void isAListOfItems()
     {
+        TestDatabase& database = m_Host->m_Database;
+        m_Host->AddRevisionControl();
+        database.AddResource("res-1", "elsewhere", database.AddSource("elsewhere"));
+        TestDataSource* const source = database.AddSource("project");
+        database.AddResource("res-2", "project", source);
+        TestItem& item = (*m_Library)["Beta"];
+        m_Library->AddObject(item, source);
+        item.isModified = item.isReadOnly = true;
+        item.tags["ApplicationTags"] = "x<y";
+        m_Palette->SetDetailsSource([](ItemID const&) {
+            return CNodePalette::SItemDetails{"Filters", {"a", "b"}, {"c"}, "checked out"};
+        });
         QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(m_Palette);
         m_Host->TakeCount("GetItemName");
-        QVERIFY(list->childCount() > 32);
+        QStringList names;
+        for (int child = 32; child < list->childCount(); ++child) {
+            names << list->child(child)->text(QAccessible::Name);
+            QCOMPARE(list->indexOfChild(list->child(child)), child);
+        }
         QCOMPARE(m_Host->TakeCount("GetItemName"), 0);
+        QTabBar const& tabs = *m_Palette->findChild<QTabBar*>();
+        QCOMPARE(names.join('|') + tabs.accessibleName(),
+                 QString("Scroll the list|Search|Clear the search|Nodes|Kinds of items"));
 
         m_Palette->SelectRow(1);
         QAccessibleInterface* const beta = list->child(1);
-        QCOMPARE(beta->text(QAccessible::Name), QString("Beta"));
-        QVERIFY(beta->text(QAccessible::Description).startsWith("2 of 32; Compound; tags: node"));
+        QCOMPARE(beta->text(QAccessible::Name), QString("Beta*"));
+        QString const state = QString("state of %1").arg(ItemIDUnlock::GetItemIDUID(item.id));
+        QCOMPARE(beta->text(QAccessible::Description),
+                 "2 of 32; Compound; category: Filters; tags: node, x<y; data source: project; "
+                 "state: checked out; changed since it was saved; read-only; "
+                     + state);
+        QCOMPARE(beta->text(QAccessible::Help),
+                 state
+                     + "\nCompound\nCategory: Filters\nData source: project\nTags: node, x<y\n"
+                       "Inputs: a, b\nOutputs: c\nState: checked out\n"
+                       "Changed since it was saved\nRead-only");
         QVERIFY(beta->state().selected && beta->state().focused && !beta->state().offscreen);
         QVERIFY(!list->child(2)->state().selected && list->child(31)->state().offscreen);
         QCOMPARE(list->indexOfChild(beta), 1);
@@ -38,8 +66,23 @@ private Q_SLOTS:
         QSignalSpy const activations(m_Palette, &CNodePalette::ItemActivated);
         Type("2");
         QCOMPARE(m_Palette->m_SearchEdit->accessibleDescription(), QString("12 items, Node 02"));
+        QLabel const& count = *m_Palette->m_SearchEdit->findChild<QLabel*>();
+        QCOMPARE(count.text() + count.accessibleName() + count.toolTip(),
+                 QString("1212 items12 of 33 items"));
+        // Half as strong as the text of the field.
+        QPalette colours;
+        colours.setColor(QPalette::Text, QColor(10, 20, 30));
+        colours.setColor(QPalette::Base, QColor(110, 220, 130));
+        m_Palette->m_SearchEdit->setPalette(colours);
+        QCOMPARE(count.palette().color(QPalette::Text), QColor(60, 120, 80));
 
         QAccessibleActionInterface* const row = list->child(3)->actionInterface();
+        QString actions;
+        for (QString const& name : row->actionNames())
+            actions += row->localizedActionName(name) + ',' + row->localizedActionDescription(name)
+                       + ',' + row->keyBindingsForAction(name).join('+') + '|';
+        QCOMPARE(actions, QString("Activate,Takes the item,Return|Select,Selects the row,|"
+                                  "ShowMenu,Shows the menu,Menu|"));
         row->doAction("Select");
         QCoreApplication::processEvents();
         QCOMPARE(m_Palette->GetSelectedRow(), 3);
@@ -62,11 +105,13 @@ private Q_SLOTS:
 
         // A long text is quoted in whole letters.
         QString const face = QString::fromUtf8("\U0001F600");
-        m_Palette->m_SearchEdit->setText(face.repeated(40));
-        QCOMPARE(m_Palette->GetRowCount(), 0);
-        QCoreApplication::processEvents();
-        QCOMPARE(m_Palette->m_SearchEdit->accessibleDescription(),
-                 QString::fromUtf8("Nothing here matches “%1…”.").arg(face.repeated(29)));
+        for (QString const first : {"", "x"}) {
+            m_Palette->m_SearchEdit->setText(first + face.repeated(40));
+            QCOMPARE(m_Palette->GetRowCount(), 0);
+            QCoreApplication::processEvents();
+            QCOMPARE(m_Palette->m_SearchEdit->accessibleDescription(),
+                     QString("Nothing here matches “%1…”.").arg(first + face.repeated(29)));
+        }
     }
 
     void survivesAFailingHost()
@@ -90,7 +135,7 @@ private Q_SLOTS:
         QCOMPARE(m_Palette->GetRowCount(), 1);
         m_Host->ThrowAt("GetItemName", 1);
         QCoreApplication::processEvents();
-        QVERIFY(m_Palette->m_SearchEdit->accessibleDescription().startsWith("1 item"));
+        QCOMPARE(m_Palette->m_SearchEdit->accessibleDescription(), QString("1 item"));
     }
 };
 

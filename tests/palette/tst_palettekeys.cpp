@@ -15,7 +15,7 @@ private Q_SLOTS:
         // 14 rows are in sight, of which a page keeps one.
         m_Palette->resize(300, m_Palette->m_HeaderHeight + 14 * 24);
         std::tuple<int, Qt::Key, int> const rows[] = {
-            {-1, Qt::Key_Down, 0}, {3, Qt::Key_Down, 4},      {31, Qt::Key_Down, 31},
+            {-1, Qt::Key_Down, 0}, {0, Qt::Key_Down, 1},      {31, Qt::Key_Down, 31},
             {3, Qt::Key_Up, 2},    {0, Qt::Key_Up, 0},        {20, Qt::Key_Home, 0},
             {3, Qt::Key_End, 31},  {2, Qt::Key_PageDown, 15}, {20, Qt::Key_PageUp, 7}};
         for (auto const& [before, key, after] : rows) {
@@ -25,9 +25,13 @@ private Q_SLOTS:
             QCOMPARE(m_Palette->GetSelectedRow(), after);
             QCOMPARE(changes.count(), before == after ? 0 : 1);
         }
-        // With the focus in the rows, too.
+        // With the focus in the rows, too, where letters go to the search.
+        m_HostField->setFocus();
         QTest::keyClick(m_Palette, Qt::Key_Home);
         QCOMPARE(m_Palette->GetSelectedRow(), 0);
+        QTest::keyClick(m_Palette, 'b');
+        QVERIFY(m_Palette->m_SearchEdit->hasFocus());
+        QCOMPARE(m_Palette->m_SearchEdit->text(), QString("b"));
     }
 
     void keepsTheSelectionInSight()
@@ -43,6 +47,10 @@ private Q_SLOTS:
         m_Palette->m_ScrollBar->setValue(240);
         Press(Qt::Key_Down);
         QCOMPARE(m_Palette->GetSelectedRow(), 10); // the first in sight, since none was selected
+        // Keys are about rows that no paint has shown yet.
+        m_Palette->m_SearchEdit->setText("1");
+        Press(Qt::Key_End);
+        QCOMPARE(m_Palette->GetSelected(), QString("Node 21"));
     }
 
     void activatesOnEnterAndDoubleClick()
@@ -85,6 +93,10 @@ private Q_SLOTS:
         Press(Qt::Key_Escape);
         QCOMPARE(dismissals.count(), 1);
         QVERIFY(m_HostField->hasFocus());
+        m_Palette->setFocus();
+        m_HostField->hide();
+        Press(Qt::Key_Escape);
+        QVERIFY(!QApplication::focusWidget());
     }
 
     void actsOnTheSelectedRow()
@@ -95,7 +107,8 @@ private Q_SLOTS:
         QContextMenuEvent menuEvent(QContextMenuEvent::Keyboard, QPoint(), QPoint());
         QApplication::sendEvent(m_Palette->m_SearchEdit, &menuEvent);
         Press(Qt::Key_Menu);
-        QCOMPARE(m_Palette->m_Menus, QStringList("0 at its row"));
+        Press(Qt::Key_F10, Qt::ShiftModifier);
+        QCOMPARE(m_Palette->m_Menus, QStringList({"0 at its row", "0 at its row"}));
 
         m_Palette->m_SearchEdit->deselect();
         QString text;
@@ -110,16 +123,36 @@ private Q_SLOTS:
         (*m_Library)["Alpha Blur"].canModify = false;
         Press(Qt::Key_F2);
         QCOMPARE(m_Palette->m_RenameCount, 1);
+        QCOMPARE(QToolTip::text(), QString("This compound cannot be changed"));
     }
 
     void leavesOtherKeysToTheHost()
     {
         Press(Qt::Key_Down);
-        for (Qt::Key const key : {Qt::Key_F2, Qt::Key_F5}) {
-            QKeyEvent shortcut(QEvent::ShortcutOverride, key, Qt::NoModifier);
-            shortcut.ignore();
-            QApplication::sendEvent(m_Palette->m_SearchEdit, &shortcut);
-            QCOMPARE(shortcut.isAccepted(), key == Qt::Key_F2);
+        // Whether the search field and the palette take it, as a shortcut and when it is pressed.
+        std::tuple<Qt::Key, Qt::KeyboardModifiers, char const*> const rows[] = {
+            {Qt::Key_F5, Qt::NoModifier, "0 0 0 0"},
+            {Qt::Key_F9, Qt::ShiftModifier, "0 0 0 0"},
+            {Qt::Key_Down, Qt::NoModifier, "1 1 1 1"},
+            {Qt::Key_Z, Qt::ControlModifier, "0 0 0 0"},
+            {Qt::Key_Down, Qt::AltModifier, "0 0 0 0"},
+            {Qt::Key_Enter, Qt::KeypadModifier, "1 1 1 1"},
+            {Qt::Key_Return, Qt::AltModifier, "1 1 1 1"},
+            {Qt::Key_C, Qt::ControlModifier, "1 1 1 1"},
+            {Qt::Key_Escape, Qt::ShiftModifier, "0 0 0 0"},
+            {Qt::Key_Backspace, Qt::NoModifier, "1 1 1 1"}};
+        for (auto const& [key, modifiers, expected] : rows) {
+            QString accepted;
+            for (QEvent::Type const type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
+                for (QWidget* const widget : {static_cast<QWidget*>(m_Palette->m_SearchEdit),
+                                              static_cast<QWidget*>(m_Palette)}) {
+                    QKeyEvent event(type, key, modifiers);
+                    event.setAccepted(type == QEvent::KeyPress);
+                    QApplication::sendEvent(widget, &event);
+                    accepted += QString("%1 ").arg(event.isAccepted());
+                }
+            }
+            QCOMPARE(accepted.trimmed(), QString(expected));
         }
     }
 
@@ -158,6 +191,7 @@ private Q_SLOTS:
         QInputMethodEvent committed("", {});
         committed.setCommitString("beta");
         QApplication::sendEvent(m_Palette->m_SearchEdit, &committed);
+        QCOMPARE(m_Palette->m_SearchEdit->text(), QString("beta"));
         Press(Qt::Key_Return);
         QCOMPARE(activations.count(), 1);
     }
@@ -166,8 +200,10 @@ private Q_SLOTS:
     {
         auto const survive = [this](auto signal, std::function<void()> const& act) {
             MakePalette(CNodeBrowser::eConfigNodes);
+            QPointer<CNodePalette> const palette(m_Palette);
             connect(m_Palette, signal, this, [this] { delete m_Palette; });
             act();
+            QVERIFY(!palette);
         };
         survive(&CNodePalette::ItemActivated, [this] { Press(Qt::Key_Return); });
         survive(&CNodeBrowser::SelectionChanged, [this] { Press(Qt::Key_Down); });
