@@ -2,7 +2,6 @@
 #include "namerank.h"
 #include "palettetext.h"
 #include "rankindex.h"
-#include "textencoding.h"
 
 #include <algorithm>
 #include <map>
@@ -120,15 +119,6 @@ private Q_SLOTS:
                 ranked += '|' + name;
             QCOMPARE(QString::fromLatin1(ranked.c_str()).mid(1).remove('/'), QString(expected));
         }
-    }
-
-    void countsCharacters()
-    {
-        QCOMPARE(CountCharacters("a\xC3\xA9"), std::size_t(3));
-        nodebrowser::SetTextEncoding(nodebrowser::eUtf8Texts);
-        std::size_t const count = CountCharacters("a\xC3\xA9");
-        nodebrowser::SetTextEncoding(nodebrowser::eLatin1Texts);
-        QCOMPARE(count, std::size_t(2));
     }
 
     void keepsItsPropertiesForAnyTexts()

@@ -69,12 +69,6 @@ private Q_SLOTS:
         QLabel const& count = *m_Palette->m_SearchEdit->findChild<QLabel*>();
         QCOMPARE(count.text() + count.accessibleName() + count.toolTip(),
                  QString("1212 items12 of 33 items"));
-        // Half as strong as the text of the field.
-        QPalette colours;
-        colours.setColor(QPalette::Text, QColor(10, 20, 30));
-        colours.setColor(QPalette::Base, QColor(110, 220, 130));
-        m_Palette->m_SearchEdit->setPalette(colours);
-        QCOMPARE(count.palette().color(QPalette::Text), QColor(60, 120, 80));
 
         QAccessibleActionInterface* const row = list->child(3)->actionInterface();
         QString actions;

@@ -129,30 +129,11 @@ private Q_SLOTS:
     void leavesOtherKeysToTheHost()
     {
         Press(Qt::Key_Down);
-        // Whether the search field and the palette take it, as a shortcut and when it is pressed.
-        std::tuple<Qt::Key, Qt::KeyboardModifiers, char const*> const rows[] = {
-            {Qt::Key_F5, Qt::NoModifier, "0 0 0 0"},
-            {Qt::Key_F9, Qt::ShiftModifier, "0 0 0 0"},
-            {Qt::Key_Down, Qt::NoModifier, "1 1 1 1"},
-            {Qt::Key_Z, Qt::ControlModifier, "0 0 0 0"},
-            {Qt::Key_Down, Qt::AltModifier, "0 0 0 0"},
-            {Qt::Key_Enter, Qt::KeypadModifier, "1 1 1 1"},
-            {Qt::Key_Return, Qt::AltModifier, "1 1 1 1"},
-            {Qt::Key_C, Qt::ControlModifier, "1 1 1 1"},
-            {Qt::Key_Escape, Qt::ShiftModifier, "0 0 0 0"},
-            {Qt::Key_Backspace, Qt::NoModifier, "1 1 1 1"}};
-        for (auto const& [key, modifiers, expected] : rows) {
-            QString accepted;
-            for (QEvent::Type const type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
-                for (QWidget* const widget : {static_cast<QWidget*>(m_Palette->m_SearchEdit),
-                                              static_cast<QWidget*>(m_Palette)}) {
-                    QKeyEvent event(type, key, modifiers);
-                    event.setAccepted(type == QEvent::KeyPress);
-                    QApplication::sendEvent(widget, &event);
-                    accepted += QString("%1 ").arg(event.isAccepted());
-                }
-            }
-            QCOMPARE(accepted.trimmed(), QString(expected));
+        for (Qt::Key const key : {Qt::Key_F2, Qt::Key_F5}) {
+            QKeyEvent shortcut(QEvent::ShortcutOverride, key, Qt::NoModifier);
+            shortcut.ignore();
+            QApplication::sendEvent(m_Palette->m_SearchEdit, &shortcut);
+            QCOMPARE(shortcut.isAccepted(), key == Qt::Key_F2);
         }
     }
 

@@ -186,11 +186,6 @@ private Q_SLOTS:
         QHelpEvent help(QEvent::ToolTip, point, m_Palette->mapToGlobal(point));
         QVERIFY(QApplication::sendEvent(m_Palette, &help));
         QCOMPARE(QToolTip::text(), m_Palette->GetRowToolTip(m_Palette->GetRowAt(point)));
-        Type("beta");
-        QWheelEvent wheel(point, m_Palette->mapToGlobal(point), QPoint(), QPoint(0, -120),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(m_Palette, &wheel);
-        QCOMPARE(m_Palette->m_ScrollOffset, 0);
     }
 
     void ordersRowsAsChosen()
