@@ -13,8 +13,7 @@ namespace nodebrowser {
 
 namespace {
 
-/// The order of slots is not that of rows. Memory is there by the time that so many other rows are
-/// done.
+/// How many rows ahead memory is prefetched: the slots of neighbouring rows lie far apart.
 std::uint32_t const kRowsAhead = 8;
 
 } // namespace
@@ -206,13 +205,14 @@ std::vector<ItemList::Row> ItemList::Take(std::vector<Slot> const& order)
     m_Items.swap(m_NewItems);
     m_Items.shrink_to_fit();
     m_Rows.resize(order.size());
-    m_Kinds.resize(order.size());
+    std::vector<SItemKind const*> kinds(order.size());
     std::vector<Row> places(order.size());
     for (Row row = 0; row < order.size(); ++row) {
         m_Rows[order[row]] = row;
-        m_Kinds[row] = m_NewKinds[order[row]];
+        kinds[row] = m_NewKinds[order[row]];
         places[row] = m_Places[order[row]];
     }
+    m_Kinds.swap(kinds);
     m_Slots = order;
     TakeIDs();
     ForgetCollected();

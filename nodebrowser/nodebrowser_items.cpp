@@ -25,8 +25,7 @@ using namespace tarno::datamodel;
 namespace {
 
 std::size_t const kSourcesKept = 8;
-/// The host's order is not that of the rows. Memory is there by the time that so many other items
-/// are done.
+/// How many items ahead memory is prefetched: the host's order is not that of the rows.
 std::uint32_t const kItemsAhead = 8;
 
 /// The application's two components; what lives in their data sources comes with the application.

@@ -50,7 +50,8 @@ struct SText
     }
 };
 
-/// The number of the next letters, which the pointer is moved behind.
+/// The next eight letters in lower case as a number, the first in the highest byte. Moves the
+/// pointer behind them.
 std::uint64_t TakePrefix(char const*& letter)
 {
     std::uint64_t prefix = 0;
@@ -189,8 +190,11 @@ std::vector<std::uint32_t> MergeByText(TextBlock const& block,
     // Few are added as a rule.
     for (SText const& text : texts) {
         auto const to = std::upper_bound(
-            from, ordered.end(), text,
-            [&](SText const& left, std::uint32_t right) { return left < MakeText(block, right); });
+            from, ordered.end(), text, [&](SText const& left, std::uint32_t right) {
+                char const* letter = block.Get(right);
+                std::uint64_t const prefix = TakePrefix(letter);
+                return left.prefix != prefix ? left.prefix < prefix : left < MakeText(block, right);
+            });
         all.insert(all.end(), from, to);
         all.push_back(text.entry);
         from = to;

@@ -11,13 +11,16 @@
 namespace nodebrowser {
 
 /// Lets the processor fetch memory that is used soon, where the order of use is not that of the
-/// memory. Always inline, because a compiler leaves out calls of a function that only does this.
+/// memory. Always inline: a compiler takes a function that only prefetches for one without effect,
+/// and drops the calls.
 #ifdef __GNUC__
 __attribute__((always_inline)) inline void Prefetch(void const* memory, std::size_t bytes)
 {
+    char const* const begin = static_cast<char const*>(memory);
     std::size_t const cacheLine = 64;
     for (std::size_t offset = 0; offset < bytes; offset += cacheLine)
-        __builtin_prefetch(static_cast<char const*>(memory) + offset);
+        __builtin_prefetch(begin + offset);
+    __builtin_prefetch(begin + bytes - 1);
 }
 #else
 inline void Prefetch(void const*, std::size_t) {}
