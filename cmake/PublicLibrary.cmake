@@ -24,9 +24,12 @@ function(public_headers target folder)
     endforeach()
 endfunction()
 
-# hide_private(target name): what is not marked as public is hidden in the objects of the target, as
-# the shared library of that name wants it.
+# hide_private(target name): what is not marked as public is hidden in the objects of the target,
+# which the shared library of that name is linked from.
 function(hide_private target name)
+    if(NOT BUILD_SHARED_LIBS AND NOT NODEBROWSER_SHARED_OBJECTS)
+        return()
+    endif()
     string(TOUPPER ${name} upper)
     target_compile_definitions(${target} PRIVATE ${upper}_SHARED ${name}_EXPORTS)
     set_target_properties(${target} PROPERTIES
@@ -42,9 +45,7 @@ function(public_library target name)
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
     get_target_property(type ${target} TYPE)
-    if(type STREQUAL SHARED_LIBRARY OR NODEBROWSER_SHARED_OBJECTS)
-        hide_private(${target} ${target})
-    endif()
+    hide_private(${target} ${target})
     if(type STREQUAL SHARED_LIBRARY)
         string(TOUPPER ${target} upper)
         target_compile_definitions(${target} INTERFACE ${upper}_SHARED)
