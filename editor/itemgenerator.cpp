@@ -9,7 +9,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-/// The maximum of signatures that get implementations: as many as a person could tell apart.
+/// The maximum number of signatures that get implementations: as many as a person could tell apart.
 std::size_t const kMostSignatures = 64;
 
 } // namespace

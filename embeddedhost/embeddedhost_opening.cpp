@@ -17,8 +17,8 @@ using namespace tarno::datamodel;
 void CEmbeddedHost::Private::Release(CLibrary& closed)
 {
     QScopedValueRollback<bool> const closing(isClosing, true);
-    // First everything that refers to the library, so that no listener, timer or worker reaches it
-    // when it is closed.
+    // First everything that refers to the library is detached, so that no listener, timer or worker
+    // reaches it when it is closed.
     commandManager.Clear();
     contentTimer.stop();
     observer.Detach(closed.GetNotifier());

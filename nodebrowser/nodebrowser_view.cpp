@@ -144,7 +144,7 @@ void CNodeBrowser::PaintRow(QPainter& painter, int row, Item const& item)
     QRect const rect = GetRowRect(row);
     ItemID const id = item.GetItemID();
     QString text = nodebrowser::ToQString(m_ItemLibrary.GetItemName(id, true, nullptr).c_str());
-    // From the standard palette of the style, whatever palette the widget has.
+    // The highlight is from the style's standard palette, whatever palette the widget has.
     if (static_cast<unsigned long>(row) == m_SelectedIndex)
         painter.fillRect(rect,
                          style()->standardPalette().brush(QPalette::Active, QPalette::Highlight));

@@ -21,8 +21,8 @@ public:
     CRenameCompoundDialog(tarno::datamodel::ItemLibraryAccessor const& library,
                           tarno::datamodel::CompoundAccessor const& compound);
 
-    /// Fills the name field and selects its text. The typed name is still compared
-    /// with the library's name of the compound.
+    /// Fills the name field and selects its text. The typed name is still compared with the
+    /// library's name of the compound.
     void SetOldName(QString const& name);
     /// The text of the name field, as it stands.
     QString GetNewName() const;

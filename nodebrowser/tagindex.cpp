@@ -14,7 +14,7 @@ namespace nodebrowser {
 namespace {
 
 char const kSeparator = ';';
-/// Unused entries that the index may have beyond as many as the used ones before it is packed.
+/// The index is packed when its unused entries outnumber the used ones by more than this.
 std::size_t const kUnusedAllowed = 1000;
 
 /// Two texts that differ only in case, as the default locale has it, fold to the same.

@@ -32,7 +32,7 @@ public:
     std::size_t GetCollectedCount() const;
     void Commit();
 
-    /// Tags of one row that the host announced by themselves.
+    /// Tags of one row that changed outside a rebuild.
     void SetTags(std::size_t row, std::string const& tagString, char const* kindTag);
 
     /// The row had a tag string when it was collected.

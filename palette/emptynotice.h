@@ -8,7 +8,7 @@ class QToolButton;
 
 namespace nodepalette {
 
-/// Is shown in place of the rows if there are none: says why, and offers remedies.
+/// Shown in place of the rows if there are none: says why, and offers remedies.
 class CEmptyNotice : public QWidget
 {
     Q_OBJECT

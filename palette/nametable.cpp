@@ -12,8 +12,8 @@ namespace nodepalette {
 
 namespace {
 
-/// Zeros behind the last text: words are searched at kPlaceCount places even in shorter names, and
-/// read up to as far behind each place.
+/// Zeros behind the last text, so that kPlaceCount places of a shorter name can be searched, and up
+/// to kPlaceCount bytes read from each.
 std::size_t const kTextMargin = 2 * kPlaceCount;
 
 bool IsDigit(char character)

@@ -24,8 +24,8 @@ bool CNodePalette::HasSelection() const
     return m_SelectedIndex < m_VisibleItems.size();
 }
 
-/// Selects the row that Enter would take: the first one of a new search, otherwise the row of the
-/// item that was selected before.
+/// After a new search text the first row is selected, otherwise the item that was selected, if it
+/// is listed. If it is not after a change of tabs during a search, the first row is.
 void CNodePalette::RestoreSelection(bool isTextNew, bool isFilterNew)
 {
     bool const isSearch = HasWords(m_SearchText);

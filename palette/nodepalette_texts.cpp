@@ -16,13 +16,13 @@ using namespace tarno::datamodel;
 
 namespace {
 
-/// The maximum of items with the same name that are compared with each other.
+/// The maximum number of items with the same name that are compared with each other.
 unsigned long const kMaximumNamesakes = 16;
 
 } // namespace
 
-/// How the row differs from others of its name, and then why it is listed, if both fit into `room`
-/// pixels; empty for most rows.
+/// How the row differs from others of its name, and why it is listed; only the first of these if
+/// all together do not fit into `room` pixels. Empty for most rows.
 QString CNodePalette::GetRowNote(unsigned long row, int room)
 {
     if (!ItemAt(row))

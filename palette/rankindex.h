@@ -12,8 +12,8 @@
 namespace nodepalette {
 
 /// The data that ranking needs, by position in the item list: the names in their search form, and
-/// the tags. Asking the host about 100,000 items takes longer than ranking them,
-/// so the answers are kept until the list is made anew.
+/// the tags. Asking the host about 100,000 items takes longer than ranking them, so the answers are
+/// kept until the list is made anew.
 class RankIndex
 {
 public:

@@ -20,7 +20,7 @@ namespace {
 
 /// The margin between a rectangle that is brought into view and the edge of the view, in pixels.
 int const kViewMargin = 20;
-/// The distance between an output and a node that is added to continue it, in scene units.
+/// The distance between an output and a node that is added behind it, in scene units.
 int const kNodeGap = 4 * kGridPitch;
 /// The point of a new node, from its top left, that is put at the wanted position.
 QPointF const kHeaderMiddle(kSmallestNodeWidth / 2.0, kHeaderHeight / 2.0);

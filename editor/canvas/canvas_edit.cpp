@@ -98,7 +98,7 @@ bool CCanvas::PutOnClipboard()
 
 void CCanvas::Cut()
 {
-    // Before the clipboard is changed, which notifies listeners.
+    // Taken before the clipboard changes: its listeners may change the selection.
     std::set<std::string> const ids = m_Scene.GetSelectedNodes();
     if (!PutOnClipboard())
         return;

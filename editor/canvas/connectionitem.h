@@ -46,8 +46,8 @@ public:
     void paint(QPainter* painter, QStyleOptionGraphicsItem const* option, QWidget* widget) override;
 
 private:
-    /// Straight lines that look like the curve at the zoom, as far as it can be seen in
-    /// the rectangle.
+    /// Straight lines that look like the curve at the zoom, as far as it can be seen in the
+    /// rectangle.
     QVector<QLineF> GetLines(QRectF const& rect, double zoom) const;
 
     embeddedhost::GraphConnection const m_Connection;

@@ -95,7 +95,7 @@ void StartGitLibrary()
 CGitWorkTree::CGitWorkTree(QString const& folder)
     : m_Private(new Private)
 {
-    // First of all, because the git library would block when it opens a pipe.
+    // Checked first: the git library would block on opening a pipe.
     QString const special = FindSpecialGitFile(folder);
     if (special.isEmpty()) {
         m_Private->Open(folder);

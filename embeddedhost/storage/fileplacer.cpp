@@ -102,8 +102,8 @@ PlacingResult CFilePlacer::PutBack(QString const& staged, QByteArray const& newD
         }
         if (!back.IsDone())
             return {ePlacing::kFailed, back};
-        // The staged file is now the one that was in place: ours in the first round, theirs in
-        // later ones.
+        // The staged file is now the one that was in place: ours until one exchange has succeeded,
+        // theirs after that.
         bool const wasOurs = placedDigest == newDigest;
         if (wasOurs
             && m_Staging.RemoveUnchanged(staged, {newDigest}, m_Patience) == eRemoval::kRemoved)

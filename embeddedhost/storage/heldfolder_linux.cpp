@@ -86,7 +86,8 @@ bool TakeAttributes(Descriptor const& file, QString const& like)
 
 /// Detects programs that have the file open for writing. It takes a read lease, which the system
 /// grants only if there is no writer, and which blocks programs that open the file for writing
-/// until this object is destroyed. Without leases, as for files of other users, writers go
+/// until this object is destroyed or the system's time limit for leases has passed (45 seconds by
+/// default). Without leases, as for files of other users, writers go
 /// unnoticed.
 class WriterWatch
 {

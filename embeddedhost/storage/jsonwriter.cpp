@@ -76,8 +76,8 @@ public:
         for (JsonChild const& child : children) {
             std::size_t const part = oldChildren.Take(child.id);
             bool const isOld = part != OldChildren::kNone;
-            // An old child keeps the blanks before it, except the first one: its separator has no
-            // comma.
+            // An old child keeps the blanks before it, except the one that was first: its separator
+            // has no comma.
             if (&child == &children.front())
                 m_Content += layout.beforeFirst;
             else
