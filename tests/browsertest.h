@@ -5,8 +5,6 @@
 #include "testbrowser.h"
 #include "testhost.h"
 
-#include <QtWidgets>
-
 /// Base of tests of the panel and its dialogs: each test function has a fresh host and an empty
 /// library, and makes its panel when it likes. A test with rows may set all up again for each.
 class BrowserTest : public LoggedTest

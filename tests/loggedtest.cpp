@@ -25,12 +25,6 @@ public:
 
 } // namespace
 
-LoggedTest::LoggedTest()
-    : m_PreviousHandler(nullptr)
-{}
-
-LoggedTest::~LoggedTest() {}
-
 void LoggedTest::Expect(QString const& text)
 {
     m_Expected << text;

@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <tuple>
+
 class QApplication;
 
 /// Base of all tests: a warning or error in the log fails the test function it appears in, unless
@@ -10,10 +12,6 @@ class QApplication;
 class LoggedTest : public QObject
 {
     Q_OBJECT
-
-public:
-    LoggedTest();
-    ~LoggedTest() override;
 
 protected:
     /// Messages that contain the text may appear until the test function ends.
@@ -32,7 +30,7 @@ private:
 
     QStringList m_Expected;
     QStringList m_Unexpected;
-    QtMessageHandler m_PreviousHandler;
+    QtMessageHandler m_PreviousHandler = nullptr;
 };
 
 /// From now on the application looks the same everywhere and moves nothing by itself.

@@ -22,10 +22,10 @@ public:
         CNodeBrowser::GetItemIndexAt, CNodeBrowser::PopContexMenu, CNodeBrowser::SearchTextChange,
         CNodeBrowser::TabChanged, CNodeBrowser::UpdateVisibleItems;
     using CNodeBrowser::m_ContentHeight, CNodeBrowser::m_HeaderHeight, CNodeBrowser::m_ItemLibrary,
-        CNodeBrowser::m_ItemListDirty, CNodeBrowser::m_Items, CNodeBrowser::m_ItemTOC,
-        CNodeBrowser::m_ScrollOffset, CNodeBrowser::m_ScStatesStale, CNodeBrowser::m_SelectedIndex,
+        CNodeBrowser::m_Items, CNodeBrowser::m_ItemTOC, CNodeBrowser::m_ScrollOffset,
+        CNodeBrowser::m_ScStatesStale, CNodeBrowser::m_SelectedIndex,
         CNodeBrowser::m_SourceControlEnabled, CNodeBrowser::m_TagsRegistry,
-        CNodeBrowser::m_VisibleItems, CNodeBrowser::m_VisibleListDirty;
+        CNodeBrowser::m_VisibleItems;
     using CNodeBrowser::OnCheckOutItem, CNodeBrowser::OnDatasourceChange,
         CNodeBrowser::OnDeleteItem, CNodeBrowser::OnEditItemTags, CNodeBrowser::OnMakeItemWritable,
         CNodeBrowser::OnRenameItem, CNodeBrowser::OnShowItemFiles;

@@ -1,7 +1,5 @@
 #include "browsertest.h"
 
-#include <tuple>
-
 using namespace tarno::datamodel;
 
 namespace {

@@ -179,15 +179,9 @@ private:
     /// The smallest rectangle around what has the color.
     static QRect BoundsOf(QImage const& image, QColor const& color)
     {
-        QRect bounds;
-        int const scale = qRound(image.devicePixelRatio());
-        for (int y = 0; y < image.height() / scale; ++y) {
-            for (int x = 0; x < image.width() / scale; ++x) {
-                if (QColor(image.pixel(x * scale, y * scale)) == color)
-                    bounds |= QRect(x, y, 1, 1);
-            }
-        }
-        return bounds;
+        QImage const unscaled = image.scaled(image.size() / image.devicePixelRatio());
+        QImage const mask = unscaled.createMaskFromColor(color.rgb());
+        return QRegion(QBitmap::fromImage(mask)).boundingRect();
     }
 };
 

@@ -28,21 +28,13 @@ private Q_SLOTS:
         QVERIFY(!compound.IsValid());
     }
 
-    void namesAreComparedWithoutCase_data()
-    {
-        AddColumns<QByteArray, bool>("name", "isTaken");
-        AddRow("other case", QByteArray("wAVE"), true);
-        AddRow("of another kind", QByteArray("NUMBER"), true);
-        AddRow("longer", QByteArray("Waves"), false);
-        AddRow("Latin-1", QByteArray("MOIR\xE9"), true);
-        AddRow("UTF-8", QByteArray("Moiré"), false);
-        AddRow("letters past ASCII keep their case", QByteArray("MOIR\xC9"), false);
-    }
-
+    /// Of Latin-1, in which letters past ASCII keep their case.
     void namesAreComparedWithoutCase()
     {
-        QFETCH(QByteArray, name);
-        QTEST(IsNameInNodeLibraryHierarchy(m_Library.accessor, name.constData()), "isTaken");
+        for (char const* const name : {"wAVE", "NUMBER", "MOIR\xE9"})
+            QVERIFY2(IsNameInNodeLibraryHierarchy(m_Library.accessor, name), name);
+        for (char const* const name : {"Waves", "Moiré", "MOIR\xC9"})
+            QVERIFY2(!IsNameInNodeLibraryHierarchy(m_Library.accessor, name), name);
     }
 
     void deadAccessors_data()

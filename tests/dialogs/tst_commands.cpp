@@ -325,12 +325,6 @@ private:
              Qt::RightButton);
     }
 
-    void FillMenuOfHost(QMenu& menu)
-    {
-        for (int command = -1; command < 5; ++command)
-            m_Browser->CreateMenuCommand(static_cast<CNodeBrowser::eMenuCommand>(command), &menu);
-    }
-
     /// Closes the menu. Entries that cannot be chosen stand in brackets.
     static QString TakeEntries(QMenu& menu)
     {
@@ -360,7 +354,8 @@ private:
         };
         if (isInMenuOfHost) {
             QMenu menu;
-            FillMenuOfHost(menu);
+            for (int command = -1; command < 5; ++command)
+                m_Browser->CreateMenuCommand(CNodeBrowser::eMenuCommand(command), &menu);
             return choose(menu);
         }
         UseContextMenu(1, [&](QMenu& menu) {

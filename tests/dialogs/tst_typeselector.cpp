@@ -24,7 +24,6 @@ private Q_SLOTS:
         QWidget parent;
         CTypeSelector selector(&parent);
         QCOMPARE(selector.parentWidget(), &parent);
-        QVERIFY(selector.isModal());
         QCOMPARE(selector.windowTitle(), QString("Choose Type"));
         QCOMPARE(selector.sizeHint(), QSize(275, 500));
         QCOMPARE(selector.windowFlags(),

@@ -1,13 +1,8 @@
 #ifndef NODEBROWSER_TESTS_PALETTETEST_H
 #define NODEBROWSER_TESTS_PALETTETEST_H
 
-#include "loggedtest.h"
-#include "testhost.h"
+#include "browsertest.h"
 #include <palette/nodepalette.h>
-
-#include <QtWidgets>
-
-#include <memory>
 
 // As a host may.
 Q_DECLARE_METATYPE(tarno::datamodel::ItemID)
@@ -62,14 +57,13 @@ protected:
 
 /// Base of tests around one palette that is on the screen: thirty solvers "Node 00" to "Node 29",
 /// the compounds "Alpha Blur" and "Beta", and the type "Float", tagged "blur".
-class PaletteTest : public LoggedTest
+class PaletteTest : public BrowserTest
 {
 protected:
     void SetUp() override
     {
         using namespace tarno::datamodel;
-        m_Host.reset(new TestHost);
-        m_Library.reset(new TestLibrary);
+        BrowserTest::SetUp();
         for (int number = 0; number < 30; ++number)
             m_Library->Add(TarnoType::gSolver,
                            QString("Node %1").arg(number, 2, 10, QChar('0')).toStdString());
@@ -82,8 +76,7 @@ protected:
     void TearDown() override
     {
         m_Window.reset();
-        m_Library.reset();
-        m_Host.reset();
+        BrowserTest::TearDown();
     }
 
     /// In a window of the host's, beside a field that has the focus first.
@@ -122,8 +115,6 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    std::unique_ptr<TestHost> m_Host;
-    std::unique_ptr<TestLibrary> m_Library;
     std::unique_ptr<QWidget> m_Window;
     QLineEdit* m_HostField = nullptr;
     TestPalette* m_Palette = nullptr;

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <map>
 #include <random>
-#include <utility>
 
 #include <strings.h>
 
@@ -67,17 +66,6 @@ public:
 private:
     std::vector<SItem> m_Items;
 };
-
-/// How many of the words are in the item's name or tags, told the plain way.
-std::size_t CountFound(Names const& names, std::size_t item, std::vector<std::string> const& words)
-{
-    std::string const all =
-        ToSearchForm(names.GetName(item)) + ';' + ToSearchForm(names.GetTags(item));
-    return static_cast<std::size_t>(
-        std::count_if(words.begin(), words.end(), [&](std::string const& word) {
-            return all.find(word) != std::string::npos;
-        }));
-}
 
 } // namespace
 
@@ -153,10 +141,13 @@ private Q_SLOTS:
 
             std::vector<std::string> const distinct = NameRank(text).GetWords();
             std::size_t before = distinct.size();
+            // How many of the words are in an item's name or tags, told the plain way.
             std::map<std::string, std::size_t> found;
-            for (std::size_t item = 0; item < names.GetCount(); ++item)
-                found[names.GetName(item) + "/" + names.GetUid(item)] =
-                    CountFound(names, item, distinct);
+            for (Names::SItem const& item : items) {
+                std::string const all = ToSearchForm(item.name) + ';' + ToSearchForm(item.tags);
+                for (std::string const& word : distinct)
+                    found[item.name + "/" + item.uid] += all.find(word) != std::string::npos;
+            }
             for (std::string const& row : ranked) {
                 QVERIFY2(found[row] <= before, "more of the words come first");
                 before = found[row];

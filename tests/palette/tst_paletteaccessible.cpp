@@ -71,12 +71,8 @@ private Q_SLOTS:
                  QString("1212 items12 of 33 items"));
 
         QAccessibleActionInterface* const row = list->child(3)->actionInterface();
-        QString actions;
-        for (QString const& name : row->actionNames())
-            actions += row->localizedActionName(name) + ',' + row->localizedActionDescription(name)
-                       + ',' + row->keyBindingsForAction(name).join('+') + '|';
-        QCOMPARE(actions, QString("Activate,Takes the item,Return|Select,Selects the row,|"
-                                  "ShowMenu,Shows the menu,Menu|"));
+        QCOMPARE(row->localizedActionDescription("Select") + row->keyBindingsForAction("Press")[0],
+                 QString("Selects the rowReturn"));
         row->doAction("Select");
         QCoreApplication::processEvents();
         QCOMPARE(m_Palette->GetSelectedRow(), 3);
@@ -91,8 +87,7 @@ private Q_SLOTS:
         // An action is about the item, wherever it stands when the action runs.
         row->doAction(QAccessibleActionInterface::pressAction());
         m_Library->Add(TarnoType::gSolver, "2");
-        m_Library->Tell(
-            [](auto& listener, auto& library) { listener.LibraryInvalidated(library); });
+        TellInvalidated();
         QCoreApplication::processEvents();
         QCOMPARE(activations.count(), 2);
         QVERIFY(activations.at(1).at(0).value<ItemID>() == (*m_Library)[selected.toStdString()].id);
@@ -116,12 +111,10 @@ private Q_SLOTS:
         m_Host->ThrowAt("GetItemName", 1);
         QCOMPARE(row->text(QAccessible::Name), QString());
         QCOMPARE(row->text(QAccessible::Name), QString("Beta"));
-        m_Library->Tell(
-            [](auto& listener, auto& library) { listener.LibraryInvalidated(library); });
+        TellInvalidated();
         m_Host->ThrowAt("GetItemName", 3);
         QVERIFY(list->childCount() >= 0);
-        m_Library->Tell(
-            [](auto& listener, auto& library) { listener.LibraryInvalidated(library); });
+        TellInvalidated();
         QVERIFY(list->childCount() > 32);
 
         m_Window->hide();

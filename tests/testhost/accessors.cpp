@@ -2,8 +2,6 @@
 #include <hostkit/interfaces.h>
 #include <hostkit/itemiterator.h>
 
-#include <algorithm>
-
 using namespace tarno::datamodel;
 
 namespace {

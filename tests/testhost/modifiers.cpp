@@ -1,6 +1,5 @@
 #include "testhost.h"
 
-#include <algorithm>
 #include <strings.h>
 
 using namespace tarno::datamodel;

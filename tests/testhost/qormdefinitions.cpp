@@ -35,7 +35,7 @@ bool HasObject(IQormInstance* /*instance*/, int cacheIndex, eObjectKind kind)
 {
     TestObject const* const object = ObjectAt(cacheIndex);
     return object && (kind != eObjectKind::kTypeAsset || object->m_IsTypeAsset)
-           && (kind != eObjectKind::kValueAsset || object->m_IsResource);
+           && (kind != eObjectKind::kValueAsset || !object->m_ResourceName.empty());
 }
 
 IDbObject* GetDbObject(IQormInstance* /*instance*/, int cacheIndex)

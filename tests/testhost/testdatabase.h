@@ -59,7 +59,7 @@ public:
     bool m_IsLoaded = true;
     bool m_IsReadOnly = false;
 
-    bool m_IsResource = false;
+    /// Empty when it is no resource.
     std::string m_ResourceName;
     /// What the resource stands for; may be null.
     TestDataSource* m_Represents = nullptr;
@@ -114,7 +114,6 @@ public:
                             TestDataSource* represents)
     {
         TestObject& resource = AddObject(uid, nullptr);
-        resource.m_IsResource = true;
         resource.m_ResourceName = name;
         resource.m_Represents = represents;
         return resource;

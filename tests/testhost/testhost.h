@@ -15,8 +15,6 @@
 #include "sourcecontrol.h"
 #include "testlibrary.h"
 
-#include <algorithm>
-
 /// Nothing is run: what commands do is not for these tests.
 class TestCommandManager : public wek::fwk::ICommandManager
 {

@@ -39,17 +39,6 @@ private:
             Act("key --delay 50 " + key);
     }
 
-    void Start()
-    {
-        for (char const* const name :
-             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
-            qputenv(name, QFile::encodeName(m_Home.path()));
-        m_Program.start(NODEEDITOR_PROGRAM, QStringList());
-        QTRY_VERIFY_WITH_TIMEOUT(Title().contains("Sample Library"), 20000);
-        m_Window = Act("getactivewindow");
-        Act("windowsize --sync " + m_Window + " 1200 800");
-    }
-
     /// Returns when the mouse is there: a drag looks where it goes, not only where it comes out.
     void MoveTo(QPoint const& point) const
     {
@@ -76,7 +65,14 @@ private:
 private Q_SLOTS:
     void makesACompound()
     {
-        Start();
+        for (char const* const name :
+             {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+            qputenv(name, QFile::encodeName(m_Home.path()));
+        m_Program.start(NODEEDITOR_PROGRAM, QStringList());
+        QTRY_VERIFY_WITH_TIMEOUT(Title().contains("Sample Library"), 20000);
+        m_Window = Act("getactivewindow");
+        Act("windowsize --sync " + m_Window + " 1200 800");
+
         // The second entry of the menu: the public compound.
         Press({"alt+c", "Down", "Return"});
         QTRY_COMPARE(Title(), QStringLiteral("Create compound"));
