@@ -24,18 +24,6 @@ protected:
         m_Host.reset();
     }
 
-    /// The kind of that name, as the host writes it down: kinds are told apart by address.
-    static char const* FindKind(QString const& name)
-    {
-        using namespace tarno::datamodel;
-        for (char const* kind : {TarnoType::gPolymorphicSolver, TarnoType::gSolver,
-                                 TarnoType::gCompound, TarnoType::gGlobalConstant}) {
-            if (kind == name)
-                return kind;
-        }
-        return LibType::gType;
-    }
-
     /// Adds an item with a database object in the source. Returns its UID.
     QString AddStored(char const* kind, char const* name, TestDataSource* source)
     {

@@ -143,8 +143,9 @@ private:
     /// A panel over one item of each kind, named after it.
     void MakeBrowserWithAll()
     {
-        for (char const* kind : {"solver", "polymorphicSolver", "compound", "constant", "type"})
-            m_Library->Add(FindKind(kind), kind);
+        for (char const* kind : {TarnoType::gSolver, TarnoType::gPolymorphicSolver,
+                                 TarnoType::gCompound, TarnoType::gGlobalConstant, LibType::gType})
+            m_Library->Add(kind, kind);
         m_Library->Add(TarnoType::gCompound, "signature").isAbstract = true;
         MakeBrowser();
     }

@@ -4,7 +4,6 @@
 
 using namespace tarno::datamodel;
 
-typedef std::list<qorm::QormHandle<qorm::IDbObject>> StateRequests;
 typedef CNodeBrowser::Item Item;
 
 /// What the list holds and asks for, after any changes of the library and failures of the host.
@@ -61,15 +60,16 @@ private Q_SLOTS:
     void showsAndTagsKinds()
     {
         // A kind, its picture and its tag; the tag stays when those of the user change.
-        char const* const kinds[][3] = {
-            {"polymorphicSolver", "solver", "node"}, {"solver", "solver", "node"},
-            {"compound", "compound", "node"},        {"signature", "signature", "node"},
-            {"constant", "constant", "constant"},    {"type", "type", "type"}};
+        char const* const kinds[][3] = {{TarnoType::gPolymorphicSolver, "solver", "node"},
+                                        {TarnoType::gSolver, "solver", "node"},
+                                        {TarnoType::gCompound, "compound", "node"},
+                                        {TarnoType::gCompound, "signature", "node"},
+                                        {TarnoType::gGlobalConstant, "constant", "constant"},
+                                        {LibType::gType, "type", "type"}};
         typedef std::set<std::string> Tags;
         for (auto const& [kind, icon, tag] : kinds) {
-            bool const isSignature = kind == QByteArray("signature");
-            TestItem& item = m_Library->Add(FindKind(isSignature ? "compound" : kind), kind, "A;B");
-            item.isAbstract = isSignature;
+            TestItem& item = m_Library->Add(kind, icon, "A;B");
+            item.isAbstract = item.name == "signature";
             MakeBrowser();
             Item const& listed = m_Browser->m_Items.at(0);
             QCOMPARE(listed.m_Icon.toImage(), QPixmap(QString(":%1.png").arg(icon)).toImage());
@@ -205,7 +205,7 @@ private:
             bool const asksForStates = Number(2) == 0;
             int const call = failing.isEmpty() ? 1000000 : int(Number(40)) + 1;
             auto const build = [&](TestBrowser& browser) {
-                StateRequests requests;
+                std::list<qorm::QormHandle<qorm::IDbObject>> requests;
                 m_Host->ThrowAt(failing, call);
                 try {
                     browser.BuildAllItemList(asksForStates ? &requests : nullptr);

@@ -180,7 +180,7 @@ private:
     static QRect BoundsOf(QImage const& image, QColor const& color)
     {
         QImage const unscaled = image.scaled(image.size() / image.devicePixelRatio());
-        QImage const mask = unscaled.createMaskFromColor(color.rgb());
+        QImage const mask = unscaled.createMaskFromColor(color.rgb(), Qt::MaskOutColor);
         return QRegion(QBitmap::fromImage(mask)).boundingRect();
     }
 };

@@ -141,8 +141,6 @@ private:
     void SetUp() override
     {
         m_Library = MakeContractLibrary();
-        QVERIFY(FindItem(TarnoType::gCompound, "Wave").IsValid());
-        QVERIFY(FindItem(LibType::gType, "Number").IsValid());
     }
 
     void TearDown() override

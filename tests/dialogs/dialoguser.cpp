@@ -13,10 +13,9 @@ QString Describe(QWidget const* widget)
 
 QPushButton* FindButton(QWidget& window, QString const& text)
 {
-    for (QPushButton* const button : window.findChildren<QPushButton*>()) {
-        if (!text.isEmpty() && Describe(button) == text)
+    for (QPushButton* const button : window.findChildren<QPushButton*>())
+        if (Describe(button) == text)
             return button;
-    }
     return nullptr;
 }
 
@@ -62,11 +61,6 @@ DialogUser::DialogUser(Action const& action)
 DialogUser::DialogUser(QString const& text)
     : DialogUser([text](QDialog& dialog) { Use(dialog, text); })
 {}
-
-bool DialogUser::HasClosed() const
-{
-    return m_HasClosed;
-}
 
 bool DialogUser::Act(Action const& action)
 {

@@ -26,7 +26,10 @@ public:
     explicit DialogUser(QString const& text);
 
     /// The dialog came, and was closed by the action.
-    bool HasClosed() const;
+    bool HasClosed() const
+    {
+        return m_HasClosed;
+    }
 
 private:
     bool Act(Action const& action);

@@ -26,18 +26,18 @@ private Q_SLOTS:
     {
         // A compound is asked whether it can change, others whether they are read-only.
         std::tuple<char const*, QString, QString> const rows[] = {
-            {"compound", "object",
+            {TarnoType::gCompound, "object",
              "Show Files for x|Rename x|(Delete x)|Compound source|Edit Tags for x"},
-            {"compound", "locked", "(Rename x)|(Delete x)|(Edit Tags for x)"},
-            {"compound", "read-only", "Rename x|(Delete x)|Edit Tags for x"},
-            {"solver", "locked object", "Show Files for x|Edit Tags for x"},
-            {"solver", "read-only", "(Edit Tags for x)"},
-            {"constant", "", "Edit Tags for x"},
-            {"polymorphicSolver", "", ""},
-            {"type", "object", "Show Files for x"}};
+            {TarnoType::gCompound, "locked", "(Rename x)|(Delete x)|(Edit Tags for x)"},
+            {TarnoType::gCompound, "read-only", "Rename x|(Delete x)|Edit Tags for x"},
+            {TarnoType::gSolver, "locked object", "Show Files for x|Edit Tags for x"},
+            {TarnoType::gSolver, "read-only", "(Edit Tags for x)"},
+            {TarnoType::gGlobalConstant, "", "Edit Tags for x"},
+            {TarnoType::gPolymorphicSolver, "", ""},
+            {LibType::gType, "object", "Show Files for x"}};
         for (auto const& [kind, facts, entries] : rows) {
             MakePanel();
-            TestItem& item = m_Library->Add(FindKind(kind), "x");
+            TestItem& item = m_Library->Add(kind, "x");
             item.canModify = !facts.contains("locked");
             item.isReadOnly = facts.contains("read-only");
             if (facts.contains("object"))

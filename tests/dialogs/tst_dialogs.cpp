@@ -56,7 +56,7 @@ private Q_SLOTS:
             if (kind.isEmpty())
                 dialog.reset(new CItemTagsEditorDialog("<i>Blur</i> & \xE9", "x;y"));
             else
-                dialog = MakeCreateDialog(kind, kind == "loop compound");
+                dialog = MakeCreateDialog(kind);
             dialog->show();
             QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
             dialog->resize(500, 50);
@@ -93,7 +93,7 @@ private Q_SLOTS:
 
     void refusesAnEmptyName()
     {
-        auto const created = MakeCreateDialog("loop compound", true);
+        auto const created = MakeCreateDialog("loop compound");
         DialogUser user([&](QDialog& dialog) {
             DialogUser boxUser([](QDialog& shown) {
                 QMessageBox& box = dynamic_cast<QMessageBox&>(shown);
@@ -120,11 +120,10 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<CTarnoCompoundCreateDialog> MakeCreateDialog(char const* kind,
-                                                                 bool hasSignature)
+    std::unique_ptr<CTarnoCompoundCreateDialog> MakeCreateDialog(QByteArray const& kind)
     {
         return std::make_unique<CTarnoCompoundCreateDialog>(m_Library->GetAccessor(), kind, "old",
-                                                            hasSignature);
+                                                            kind == "loop compound");
     }
 };
 

@@ -8,9 +8,7 @@ namespace {
 
 QString NameOf(wek::fwk::ICommandManager* manager)
 {
-    if (manager == &TestHost::Get().m_CommandManager)
-        return "manager";
-    return manager ? "other manager" : "null";
+    return manager == &TestHost::Get().m_CommandManager ? "manager" : "none or another";
 }
 
 /// Adds a compound with that mark, unless changes are refused, and binds the modifier to it.

@@ -19,7 +19,7 @@ public:
     }
 };
 
-/// Null when there is none, or none any more.
+/// Null when there is none.
 TestObject* ObjectAt(int cacheIndex)
 {
     std::vector<TestObject*> const& cache = TestDatabase::Get().m_Cache;

@@ -12,7 +12,7 @@ public:
     {
         Record("RunQuery", {Quoted(query)});
         for (TestObject* object : TestDatabase::Get().m_Cache) {
-            if (object && !object->m_ResourceName.empty())
+            if (!object->m_ResourceName.empty())
                 results.push_back(CQueryResult(object->GetDbObjectId()));
         }
         return true;

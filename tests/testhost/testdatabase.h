@@ -79,10 +79,8 @@ public:
     /// Forgets everything but the components.
     void Clear()
     {
-        for (std::size_t index = 2; index < m_Cache.size(); ++index) {
-            if (m_Cache[index])
-                Remove(*m_Cache[index]);
-        }
+        for (std::size_t index = 2; index < m_Cache.size(); ++index)
+            m_Cache[index]->Release();
         m_Cache.resize(2);
         for (std::size_t index = 2; index < m_Sources.size(); ++index)
             m_Sources[index]->Release();
@@ -119,25 +117,18 @@ public:
         return resource;
     }
 
-    /// Handles to it turn invalid.
-    void Remove(TestObject& object)
-    {
-        m_Cache[object.m_CacheIndex] = nullptr;
-        object.Release();
-    }
-
     /// Invalid when there is none.
     qorm::QormHandle<qorm::IDbObject> Find(qorm::DbObjectId const& objectId) const
     {
         for (TestObject const* object : m_Cache) {
-            if (object && object->m_Uid == objectId.GetStr())
+            if (object->m_Uid == objectId.GetStr())
                 return qorm::QormHandle<qorm::IDbObject>(qorm::QormPtr<qorm::IQormInstance>(&Get()),
                                                          object->m_CacheIndex);
         }
         return qorm::QormHandle<qorm::IDbObject>();
     }
 
-    /// By their cache indexes; null for removed ones.
+    /// By their cache indexes.
     std::vector<TestObject*> m_Cache;
     /// Where the application's two components live.
     TestDataSource* m_ComponentSources[2];
