@@ -70,7 +70,7 @@ protected:
         m_Library->Add(TarnoType::gCompound, "Alpha Blur");
         m_Library->Add(TarnoType::gCompound, "Beta");
         m_Library->Add(LibType::gType, "Float", "blur");
-        MakePalette(CNodeBrowser::eConfigNodes);
+        MakePalette();
     }
 
     void TearDown() override
@@ -80,13 +80,13 @@ protected:
     }
 
     /// In a window of the host's, beside a field that has the focus first.
-    void MakePalette(CNodeBrowser::eConfigType config)
+    void MakePalette()
     {
         m_Window.reset(new QWidget);
         m_Window->resize(300, 500);
         m_HostField = new QLineEdit(m_Window.get());
         m_HostField->setGeometry(0, 460, 300, 30);
-        m_Palette = new TestPalette(config, m_Window.get());
+        m_Palette = new TestPalette(CNodeBrowser::eConfigNodes, m_Window.get());
         m_Palette->resize(300, 400);
         m_Palette->SetItemLibrary(m_Library->GetAccessor());
         m_Window->show();

@@ -54,7 +54,6 @@ private Q_SLOTS:
     void activatesOnEnterAndDoubleClick()
     {
         QSignalSpy const activations(m_Palette, &CNodePalette::ItemActivated);
-        QSignalSpy const changes(m_Palette, &CNodeBrowser::SelectionChanged);
         QStringList order;
         connect(m_Palette, &CNodeBrowser::SelectionChanged, [&] { order << "selected"; });
         connect(m_Palette, &CNodePalette::ItemActivated, [&] { order << "activated"; });
@@ -177,7 +176,7 @@ private Q_SLOTS:
     void survivesListenersThatDeleteIt()
     {
         auto const survive = [this](auto signal, std::function<void()> const& act) {
-            MakePalette(CNodeBrowser::eConfigNodes);
+            MakePalette();
             QPointer<CNodePalette> const palette(m_Palette);
             connect(m_Palette, signal, this, [this] { delete m_Palette; });
             act();
