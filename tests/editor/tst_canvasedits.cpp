@@ -2,7 +2,6 @@
 
 #include <containment.h>
 #include <graphclipboard.h>
-#include <itempayload.h>
 
 #include <map>
 

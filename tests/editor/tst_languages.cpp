@@ -10,9 +10,6 @@
 #include <textencoding.h>
 
 #include <QDrag>
-#include <QLineEdit>
-
-#include <memory>
 
 using namespace nodebrowser;
 using namespace tarno::datamodel;

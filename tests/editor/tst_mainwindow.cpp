@@ -12,7 +12,6 @@
 
 #include <QAccessible>
 
-#include <memory>
 #include <stdexcept>
 
 using namespace tarno::datamodel;
@@ -91,16 +90,11 @@ private:
         QVERIFY(m_Run->window.OpenLibrary(m_Folder->GetPath()));
     }
 
-    void Rename()
-    {
-        LibraryUser(m_Run->host).Rename(Item(1), "New");
-    }
-
     /// Open, with a change that is not saved.
     void OpenAndRename()
     {
         Open();
-        Rename();
+        LibraryUser(m_Run->host).Rename(Item(1), "New");
         QTRY_COMPARE(CountJournals(), 1);
     }
 
@@ -131,13 +125,6 @@ private:
             if (action->text().remove('&') == text)
                 return action;
         qFatal("There is no menu entry %s.", qPrintable(text));
-    }
-
-    void Show(int number)
-    {
-        CompoundAccessor compound;
-        compound.SetFrom(m_Run->host.GetLibrary().GetModel(Item(number), nullptr));
-        m_Run->host.SetCompoundTarget(compound);
     }
 
     std::unique_ptr<QTemporaryDir> m_Home;
@@ -296,7 +283,9 @@ private Q_SLOTS:
     void isAsItWasLeft()
     {
         Open();
-        Show(2);
+        CompoundAccessor compound;
+        compound.SetFrom(m_Run->host.GetLibrary().GetModel(Item(2), nullptr));
+        m_Run->host.SetCompoundTarget(compound);
         m_Run->window.findChild<QDockWidget*>("Node Browser")->hide();
         for (char const* const entry : {"Dark Palette", "Source-Control Marks", "Best Names First"})
             Action(entry)->trigger();

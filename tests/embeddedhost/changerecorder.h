@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 
 /// Writes down what a library tells, item names as the library has them by then.
 class ChangeRecorder : public tarno::datamodel::IItemTOCNotification,
@@ -16,11 +17,9 @@ public:
     typedef tarno::datamodel::ItemAccessor ItemAccessor;
     typedef tarno::datamodel::ItemLibraryAccessor ItemLibraryAccessor;
 
-    explicit ChangeRecorder(ItemLibraryAccessor const& library)
-        : ChangeRecorder(library, QString(), nullptr)
-    {}
-    /// Into a record that several share, each line behind the name.
-    ChangeRecorder(ItemLibraryAccessor const& library, QString const& name, QStringList* record)
+    /// Into a record of its own, or one that several share, each line behind the name.
+    explicit ChangeRecorder(ItemLibraryAccessor const& library, QString const& name = QString(),
+                            QStringList* record = nullptr)
         : m_Library(library)
         , m_Toc(GetTOC(library))
         , m_Name(name)
@@ -51,9 +50,7 @@ public:
     /// What was told since this was asked last.
     QStringList Take()
     {
-        QStringList taken;
-        taken.swap(m_Record);
-        return taken;
+        return std::exchange(m_Record, {});
     }
 
     bool refusesCommits = false;

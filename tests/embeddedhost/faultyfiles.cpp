@@ -61,11 +61,8 @@ ssize_t write(int file, void const* bytes, size_t size)
     static auto const real = REAL(write);
     if (!Fails())
         return real(file, bytes, size);
-    int const error = errno;
-    if (gPlan.isHalf && size > 1 && gPlan.calls == gPlan.call)
-        return real(file, bytes, size / 2);
-    errno = error;
-    return -1;
+    bool const isHalf = gPlan.isHalf && size > 1 && gPlan.calls == gPlan.call;
+    return isHalf ? real(file, bytes, size / 2) : -1;
 }
 
 // The descriptor is closed in any case.
@@ -73,12 +70,10 @@ int close(int file)
 {
     static auto const real = REAL(close);
     bool const fails = Fails();
-    int const error = errno;
     int const result = real(file);
-    if (!fails)
-        return result;
-    errno = error;
-    return -1;
+    if (fails)
+        errno = gPlan.error;
+    return fails ? -1 : result;
 }
 
 #define OPEN(name, parameters, arguments)                                                          \

@@ -59,11 +59,6 @@ LibraryFolder::LibraryFolder()
     Write(QStringLiteral("library.json"), kManifest);
 }
 
-void LibraryFolder::MakeFactoryWritable() const
-{
-    Write(QStringLiteral("library.json"), QByteArray(kManifest).replace("read-only", "read-write"));
-}
-
 std::string Uid(int number)
 {
     return QStringLiteral("BBBBBBBB-0000-0000-0000-%1")

@@ -41,9 +41,6 @@ class LibraryFolder : public TestFolder
 {
 public:
     LibraryFolder();
-
-    /// The factory can be written to as well, once the library is opened anew.
-    void MakeFactoryWritable() const;
 };
 
 /// A well-formed UID that ends with the number.

@@ -77,9 +77,7 @@ private:
 
     QStringList TakeRecord()
     {
-        QStringList taken;
-        taken.swap(m_Record);
-        return taken;
+        return std::exchange(m_Record, {});
     }
 
     std::unique_ptr<ChangeRecorder> m_Recorder;

@@ -192,7 +192,8 @@ private Q_SLOTS:
         ForEachCall([&](int call, bool& hasMore) {
             Close();
             m_Folder = std::make_unique<LibraryFolder>();
-            m_Folder->MakeFactoryWritable();
+            m_Folder->Write("library.json",
+                            QByteArray(kManifest).replace("read-only", "read-write"));
             m_Folder->Write(kChanged, WithName("Old"));
             Open();
             auto const factory = FindObject(kFactoryComponent).GetDataSource();

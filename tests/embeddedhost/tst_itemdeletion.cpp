@@ -26,9 +26,7 @@ protected:
 private Q_SLOTS:
     void comesBackAsItWas_data()
     {
-        QTest::addColumn<int>("number");
-        QTest::addColumn<bool>("isRenamed");
-        QTest::addColumn<bool>("isSaved");
+        AddColumns<int, bool, bool>("number", "isRenamed", "isSaved");
         for (int const number : {1, 2, 3, 4})
             for (bool const isRenamed : {false, true})
                 for (bool const isSaved : {false, true})

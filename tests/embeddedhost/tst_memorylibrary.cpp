@@ -104,7 +104,7 @@ private Q_SLOTS:
             QVERIFY2(said.startsWith(start) && said.contains(fault), qPrintable(said));
         }
         QVERIFY(open.Revalidate() && m_Host->GetLibraryName() == "Items");
-        QVERIFY(GetNames() == QStringList("Ripple") && Stack().canUndo());
+        QVERIFY(m_Host->GetItems().at(0).name == "Ripple" && Stack().canUndo());
     }
 
     void tagsKeepLettersThatThePanelCannotShow()
@@ -139,23 +139,25 @@ private Q_SLOTS:
 
     void savingMayRunAnEventLoop()
     {
+        QStringList saved;
         bool hasNested = true;
         QVERIFY(Open({Wave()}, [&](Items const& items) {
             Rename("Later");
             hasNested = m_User->Save();
-            return Keep(items);
+            saved = Describe(items);
+            return QString();
         }));
         Rename("Ripple");
         QVERIFY(m_User->Tag(m_Host->FindItem(kWave), "sea"));
         QVERIFY(!m_User->Create("New", true, "", "maths").IsNull());
         QVERIFY(m_User->Save() && !hasNested);
-        QCOMPARE(m_Saved.size(), 2);
-        QCOMPARE(m_Saved[0], "compound|" + QString(kWave) + "|Ripple|sea|||");
-        QVERIFY(m_Saved[1].endsWith("|New||maths||signature") && m_Host->IsModified());
+        QCOMPARE(saved.size(), 2);
+        QCOMPARE(saved[0], "compound|" + QString(kWave) + "|Ripple|sea|||");
+        QVERIFY(saved[1].endsWith("|New||maths||signature") && m_Host->IsModified());
         Stack().undo();
         QVERIFY(!m_Host->IsModified());
 
-        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()) && GetNames().isEmpty());
+        QVERIFY(m_Host->OpenLibrary(m_Folder->GetPath()) && m_Host->GetItems().empty());
         QVERIFY(Open({Wave()}, [this](Items const&) {
             m_Host->CloseLibrary();
             return QString();
@@ -167,11 +169,10 @@ private Q_SLOTS:
 
     void listenersToTheUndoStackCloseAndOpen()
     {
-        QUndoStack& stack = m_Host->GetCommandManager().GetUndoStack();
         QVERIFY(Open({Wave()}));
         Rename("Ripple");
         bool isOpened = false;
-        auto const listening = connect(&stack, &QUndoStack::indexChanged, this, [&] {
+        auto const listening = connect(&Stack(), &QUndoStack::indexChanged, this, [&] {
             if (isOpened)
                 return;
             m_Host->CloseLibrary();
@@ -182,30 +183,16 @@ private Q_SLOTS:
 
         QVERIFY(Open({Wave()}));
         Rename("Ripple");
-        QVERIFY(isOpened && stack.count() == 0);
+        QVERIFY(isOpened && Stack().count() == 0);
         disconnect(listening);
         Rename("Later");
-        QCOMPARE(stack.count(), 1);
+        QCOMPARE(Stack().count(), 1);
     }
 
 private:
     bool Open(Items const& items, CEmbeddedHost::SaveItems const& save = {})
     {
         return m_Host->OpenItems("Items", items, save);
-    }
-
-    QString Keep(Items const& items)
-    {
-        m_Saved = Describe(items);
-        return QString();
-    }
-
-    QStringList GetNames() const
-    {
-        QStringList names;
-        for (MemoryItem const& item : m_Host->GetItems())
-            names << QString::fromStdString(item.name);
-        return names;
     }
 
     bool Rename(char const* name)
@@ -217,10 +204,7 @@ private:
     {
         m_Host = std::make_unique<CEmbeddedHost>();
         m_User = std::make_unique<LibraryUser>(*m_Host);
-        m_Saved.clear();
     }
-
-    QStringList m_Saved;
 };
 
 NODEBROWSER_TEST(TestMemoryLibrary)

@@ -41,21 +41,14 @@ private:
         return m_Host->OpenLibrary(m_Folder->GetPath());
     }
 
-    QStringList GetNames(char const* kind) const
-    {
-        QStringList names;
-        ItemTOCAccessor const toc = GetTOC(m_Host->GetLibrary());
-        for (auto items = toc.GetItems(kind); !items.IsDone(); items.Next())
-            names << QString::fromStdString(items.GetCurrent().GetName(true, nullptr));
-        return names;
-    }
-
     QStringList GetAllNames() const
     {
         QStringList names;
+        ItemTOCAccessor const toc = GetTOC(m_Host->GetLibrary());
         for (char const* kind : {TarnoType::gSolver, TarnoType::gPolymorphicSolver,
                                  TarnoType::gCompound, TarnoType::gGlobalConstant, LibType::gType})
-            names << GetNames(kind);
+            for (auto items = toc.GetItems(kind); !items.IsDone(); items.Next())
+                names << QString::fromStdString(items.GetCurrent().GetName(true, nullptr));
         names.sort();
         return names;
     }
@@ -217,7 +210,7 @@ private Q_SLOTS:
         };
         // Two bytes each.
         QByteArray const text = QByteArray("\xC3\xA9").repeated(kMaxTextLength);
-        QByteArray const more[] = {nested(99) + ", \"loop\": 1",
+        QByteArray const more[] = {nested(99),
                                    ", \"category\": \"" + text + '"',
                                    ", \"later\": \"" + text + text + '"',
                                    nested(100000),
@@ -227,12 +220,10 @@ private Q_SLOTS:
         for (int i = 0; i < 7; ++i)
             m_Folder->Write(QStringLiteral("project/%1.json").arg(i),
                             '[' + Object(1 + i, "solver", "Large", more[i]) + ']');
-        CheckFaults(true,
-                    {"0.json, object 1, key \"loop\": it must be true or false; it is ignored.",
-                     "3.json, line 1, column 193: it nests deeper than 100 ",
-                     "4.json, line 1, column 193: it nests deeper than 100 ",
-                     "5.json, object 1, key \"category\": the text is longer than",
-                     "6.json, object 1, key \"inputs[0].name\": the text is longer than"});
+        CheckFaults(true, {"3.json, line 1, column 193: it nests deeper than 100 ",
+                           "4.json, line 1, column 193: it nests deeper than 100 ",
+                           "5.json, object 1, key \"category\": the text is longer than",
+                           "6.json, object 1, key \"inputs[0].name\": the text is longer than"});
         QCOMPARE(GetAllNames().size(), 3);
     }
 
@@ -252,8 +243,7 @@ private Q_SLOTS:
         link(outside.path(), "project/folder");
         link(m_Folder->GetPath("nowhere"), "project/broken.json");
         m_Folder->Write("project/large.json", "");
-        QVERIFY(
-            QFile::resize(m_Folder->GetPath("project/large.json"), embeddedhost::kMaxFileSize + 1));
+        QVERIFY(QFile::resize(m_Folder->GetPath("project/large.json"), kMaxFileSize + 1));
         QDir(m_Folder->GetPath()).rmdir("factory");
         link(outside.path(), "factory");
         QCOMPARE(mkfifo(qPrintable(m_Folder->GetPath("project/pipe.json")), 0600), 0);

@@ -43,8 +43,7 @@ void GitLibrary::Change(int number, char const* more) const
 
 unsigned StateRecorder::GetState(ItemID const& id) const
 {
-    auto const found = states.find(id);
-    return found == states.end() ? 0 : found->second;
+    return states.count(id) == 0 ? 0 : states.at(id);
 }
 
 void StateRecorder::ItemAccessStateChanged(ItemLibraryAccessor&, ItemID const& id, long state)

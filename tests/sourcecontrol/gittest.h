@@ -10,14 +10,9 @@ class GitTest : public LoggedTest
 protected:
     void SetUp() override
     {
-        GitFolder::UseNoSettings(GetHome());
-    }
-
-    /// One for the process, since libgit2 reads where it is only once.
-    static QString GetHome()
-    {
+        // One for the process, since libgit2 reads where it is only once.
         static QTemporaryDir const home;
-        return home.path();
+        GitFolder::UseNoSettings(home.path());
     }
 };
 

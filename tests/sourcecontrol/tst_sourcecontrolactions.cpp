@@ -93,16 +93,13 @@ private Q_SLOTS:
         QVERIFY(refuses(GitLibrary::GetUid(0), refusal + "nothing can be written into "));
         QVERIFY(folder.rename(".git", "git"));
         QVERIFY2(refuses(GitLibrary::GetUid(0), refusal), qPrintable(GetMessages(host).join('|')));
-        QVERIFY(host.OpenItems("Items", {{TarnoType::gCompound, Uid(1), "A"}}));
-        QVERIFY(refuses(Uid(1), "\"A\" has no file: its library is not kept in a folder."));
     }
 
     /// To another data source and back, undone and redone.
     void movesGoThroughGit()
     {
         GitFolder const& folder = m_Library->folder;
-        QByteArray const manifest = folder.Read("library.json");
-        folder.Write("library.json", QByteArray(manifest).replace("read-only", "read-write"));
+        folder.Write("library.json", QByteArray(kManifest).replace("read-only", "read-write"));
         folder.Commit("writable");
         QVERIFY(m_Library->host->OpenLibrary(folder.GetPath()));
         QUndoStack& stack = m_Library->host->GetCommandManager().GetUndoStack();
@@ -136,7 +133,6 @@ private Q_SLOTS:
         MoveObject(GitLibrary::GetUid(0), m_Library->GetObject(1).GetDataSource());
         stack.undo();
         QCOMPARE(folder.Read(target), content);
-        QVERIFY(says("the file " + m_Path + " exists already."));
         QVERIFY(says("could not be moved to " + m_Path + ": there is such a file already."));
     }
 
@@ -149,22 +145,16 @@ private Q_SLOTS:
                                "Second <b>" + QString(71, 'x') + "\n\nbody"});
         QString const hash = m_Library->folder.Git({"log", "-1", "--format=%h"});
         m_Library->folder.Write(GitLibrary::GetFile(1), "{}");
+        QStringList const expected = {"c1", GitLibrary::GetFile(1), "State: modified",
+                                      "Last commit: " + hash
+                                          + QString::fromUtf8(", J\xC3\xBCrgen, 2024-02-29 23:30"),
+                                      "Second <b>" + QString(69, 'x') + QChar(0x2026)};
         // A tool tip that is asked for again may be looked up again.
-        auto const shows = [&](int number, QStringList const& expected) {
-            return QTest::qWaitFor([&] { return GetLines(GetToolTip(number)) == expected; });
-        };
-        QVERIFY(shows(
-            1, {"c1", GitLibrary::GetFile(1), "State: modified",
-                "Last commit: " + hash + QString::fromUtf8(", J\xC3\xBCrgen, 2024-02-29 23:30"),
-                "Second <b>" + QString(69, 'x') + QChar(0x2026)}));
+        QTRY_COMPARE(GetLines(GetToolTip(1)), expected);
         QCOMPARE(
             BuildToolTip(":a.png", "<A>", "a.json", std::nullopt),
             QString("<p style='white-space:pre'><img src=\":a.png\"> <b>&lt;A&gt;</b><br>a.json"
                     "<br>Looking up the last commit...</p>"));
-
-        m_Library->folder.Git({"rm", "-q", "--cached", m_File});
-        m_Library->folder.Git({"commit", "-q", "-m", "removed"});
-        QVERIFY(shows(0, {"c0", m_File, "State: not tracked by git", "Not committed yet"}));
 
         m_Library->host->SetRevisionControlEnabled(false);
         LibraryUser(*m_Library->host).Rename(m_Library->GetItem(0), "<i>");
