@@ -4,15 +4,11 @@
 #include "loggedtest.h"
 
 #include <canvas.h>
-#include <embeddedhost/embeddedhost.h>
 #include <graphedits.h>
 #include <itempayload.h>
 #include <libraryfolder.h>
 
 #include <QtWidgets>
-
-#include <functional>
-#include <memory>
 
 // Uids of the library's items, and a point of the canvas where there is nothing.
 int const kFloat = 1, kAdd = 3, kSay = 4, kMain = 5, kOuter = 6, kLocked = 7, kLoop = 8,

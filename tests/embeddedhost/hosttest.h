@@ -9,8 +9,6 @@
 
 #include <QUndoStack>
 
-#include <memory>
-
 /// Base of tests around one library folder and a host that has it open.
 class HostTest : public LoggedTest
 {

@@ -1,9 +1,6 @@
 #include "libraryfolder.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
 
 char const* const kProjectUid = "AAAAAAAA-0000-0000-0000-000000000001";
 char const* const kFactoryUid = "AAAAAAAA-0000-0000-0000-000000000002";

@@ -3,10 +3,7 @@
 
 #include <embeddedhost/embeddedhost.h>
 
-#include <QByteArray>
 #include <QMap>
-#include <QString>
-#include <QStringList>
 #include <QTemporaryDir>
 
 /// What a LibraryFolder has from the start: its library.json, and the uids in there.

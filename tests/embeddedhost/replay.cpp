@@ -1,7 +1,6 @@
 #include "libraryfolder.h"
 
 #include <QDir>
-#include <QMap>
 
 #include <cstdint>
 #include <cstdio>

@@ -3,13 +3,6 @@
 
 using namespace tarno::datamodel;
 
-namespace {
-
-/// The JSON of files by path; no file where it is empty.
-typedef QMap<QString, QByteArray> Contents;
-
-} // namespace
-
 /// Files that other programs change while the library is open, with and without changes of ours.
 class TestFollowing : public HostTest
 {
@@ -31,6 +24,9 @@ protected:
     }
 
 private:
+    /// The JSON of files by path; no file where it is empty.
+    typedef QMap<QString, QByteArray> Contents;
+
     QString const kGlowFile = QStringLiteral("project/glow.json");
     QString const kTwoFile = QStringLiteral("project/two.json");
 

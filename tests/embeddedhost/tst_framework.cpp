@@ -4,7 +4,6 @@
 
 #include <sourcecontrol.h>
 
-#include <functional>
 #include <stdexcept>
 #include <utility>
 

@@ -43,12 +43,6 @@ class TestJournal : public HostTest
     Q_OBJECT
 
 protected:
-    void SetUp() override
-    {
-        m_Parent = std::make_unique<QTemporaryDir>();
-        HostTest::SetUp();
-    }
-
     void Fill() override
     {
         m_Folder->Write(kGlowFile, Object(1, "compound", "Glow", R"(, "later": [1, {"b": 2}])"));
@@ -74,9 +68,10 @@ private:
     QString const kTwoFile = QStringLiteral("project/two.json");
     QString const kNewFile = QStringLiteral("project/brand-new.json");
 
+    /// Of the journals, one for each test function.
     QString GetFolder() const
     {
-        return m_Parent->filePath(QStringLiteral("journals"));
+        return m_Parent.filePath(QTest::currentTestFunction());
     }
 
     QFileInfoList FindJournals(char const* pattern = "*.json") const
@@ -119,7 +114,7 @@ private:
         QVERIFY(m_Host->GetUnsavedChanges().contains("Brand New"));
     }
 
-    std::unique_ptr<QTemporaryDir> m_Parent;
+    QTemporaryDir m_Parent;
     std::unique_ptr<CJournal> m_Journal;
 
 private Q_SLOTS:

@@ -7,7 +7,6 @@
 
 #include <sourcecontrol.h>
 
-#include <list>
 #include <map>
 
 typedef std::list<qorm::QormHandle<qorm::IDbObject>> ObjectList;

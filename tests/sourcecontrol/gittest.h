@@ -25,15 +25,10 @@ struct DeleteTask
 };
 typedef std::unique_ptr<ScsTask, DeleteTask> TaskPtr;
 
-inline TaskPtr MakeTask()
-{
-    return TaskPtr(new ScsTask(QStringLiteral("Test")));
-}
-
 /// A task that has asked for the states of all compounds of the library.
 inline TaskPtr AskForAll(GitLibrary const& library)
 {
-    TaskPtr task = MakeTask();
+    TaskPtr task(new ScsTask("Test"));
     task->RequestObjectStates(library.GetObjects());
     return task;
 }

@@ -61,7 +61,7 @@ int UseLibrary(QStringList const& arguments)
     recorder.onState = [&isDone] {
         isDone = true;
     };
-    TaskPtr const task = MakeTask();
+    TaskPtr const task(new ScsTask("Test"));
     task->RequestObjectStates({FindObject(GitLibrary::GetUid(0))});
     // Where there is no work tree there is neither a state nor silence.
     static_cast<void>(QTest::qWaitFor([&isDone] { return isDone; }));

@@ -5,7 +5,6 @@
 
 #include <QBitmap>
 #include <QImage>
-#include <QPixmap>
 
 #include <algorithm>
 #include <vector>
